@@ -1,0 +1,17 @@
+#pragma once
+
+#include "model/IProcessBlock.h"
+
+/// A jump to a tagged step of the same sequence. Both texts empty: no jump.
+class GotoProcessBlock : public IProcessBlock
+{
+public:
+    GotoProcessBlock() : IProcessBlock(BasicStep, step_type::Goto) {}
+
+    std::shared_ptr<IProcessBlock> copyAlone() const override;
+    std::string description() const override;
+    std::string settingText() const override;
+
+    std::string targetTag;
+    std::string targetUuid;
+};

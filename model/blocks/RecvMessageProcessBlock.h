@@ -1,0 +1,29 @@
+#pragma once
+
+#include "model/IProcessBlock.h"
+
+/// Waits for a CAN frame and stores its parts in variables. An empty variable stores nothing.
+class RecvMessageProcessBlock : public IProcessBlock
+{
+public:
+    /// A variable's name, of the applet's scopes or of the system.
+    struct Target
+    {
+        std::string variable;
+        bool isSystem = false;
+    };
+
+    RecvMessageProcessBlock() : IProcessBlock(BasicStep, step_type::RecvMessage) {}
+
+    std::shared_ptr<IProcessBlock> copyAlone() const override;
+    std::string description() const override;
+    std::string settingText() const override;
+
+    Target id;
+    Target dataSize;
+    Target channel;
+    Target data;
+    std::string messageVariable;  ///< takes the whole frame
+    int waitTime = 1000;          ///< milliseconds
+    std::string successStatement; ///< run when a frame came
+};
