@@ -62,9 +62,12 @@ void removeAllSequenceByAppName(const QString& appName);
 // Blocks
 // -------------------------------------------------------------------------------------------
 
-/// Creates a block of a kind that the default table or the applet's custom list has, and returns
-/// its uuid; empty if there is no such kind. @p parentUuid is a block's uuid or a flow's "0", "1"
-/// or "2"; @p index is the place among its siblings, an index outside means the end.
+/// Creates a block and returns its uuid; empty if there is no such kind or parent, or if the steps
+/// would be nested deeper than 200. A basic step can be of any kind that has a block class; it gets
+/// the default table's record of its kind, or a plain one if the table lacks it. A diagnostic step
+/// must be of a kind of the applet's custom list. The name is that of the kind. @p parentUuid is a
+/// block's uuid or a flow's "0", "1" or "2"; @p index is the place among its siblings, an index
+/// outside means the end.
 QString createProcess(const QString& appName, const QString& sequenceId, const QString& parentUuid,
                       logicBlockType baseType, int subType, int index);
 /// The same from a quick step, with its settings and its children, under new uuids.

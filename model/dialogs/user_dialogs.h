@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QWidget;
+
+/// The one way by which the editor and its hosts ask their user something: message boxes and small
+/// input dialogs. Tests and headless hosts answer them through setHandler. GUI thread only.
+namespace user_dialogs {
+
+enum class Button { Ok, Cancel, Yes, No, Save, Discard };
+enum class Kind { Information, Warning, OkCancel, YesNo, SaveDiscardCancel, Text, Folder };
+
+/// One dialog, as a person would see it.
+struct Message
+{
+    Kind kind = Kind::Information;
+    QString title;
+    QString text;
+    QString value; ///< what an input starts with
+};
+
+/// What the person did; @c value counts for the inputs, with Button::Ok.
+struct Answer
+{
+    Button button = Button::Cancel;
+    QString value;
+};
+
+/// Answers a dialog in place of the person.
+using Handler = std::function<Answer(const Message& message)>;
+
+/// Puts @p handler in front of every dialog from now on; an empty one brings back the real ones.
+/// Returns the handler before it.
+Handler setHandler(Handler handler);
+
+/// A box with an Ok button.
+void information(QWidget* parent, const QString& title, const QString& text);
+void warning(QWidget* parent, const QString& title, const QString& text);
+
+/// True for Ok.
+bool confirm(QWidget* parent, const QString& title, const QString& text);
+
+/// True for Yes.
+bool question(QWidget* parent, const QString& title, const QString& text);
+
+/// Save, Discard or Cancel.
+Button saveOrDiscard(QWidget* parent, const QString& title, const QString& text);
+
+/// A line of text, or a folder that exists; empty if the person cancelled.
+QString askText(QWidget* parent, const QString& title, const QString& label, const QString& value);
+QString askFolder(QWidget* parent, const QString& title, const QString& startFolder);
+
+} // namespace user_dialogs
