@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+/// Texts of the user as parts of C++ source.
+namespace codegen {
+
+/// For a line comment: one line, and nothing in it that could end the comment or join the next line
+/// to it.
+std::string commentText(const std::string& text);
+
+/// A string literal of exactly these bytes.
+std::string stringLiteral(const std::string& text);
+
+/// What is left of an expression without outer blanks and closing semicolons. Ends with a line end
+/// if it may hold a line comment.
+std::string expressionText(const std::string& text);
+
+/// The same as an operand: in parentheses unless it is one simple term.
+std::string operandText(const std::string& text);
+
+bool isBlank(const std::string& text);
+
+/// Whether it can name a variable: an identifier and no keyword.
+bool isIdentifier(const std::string& text);
+
+/// An identifier that resembles the text.
+std::string identifierText(const std::string& text);
+
+} // namespace codegen

@@ -1,0 +1,176 @@
+#include "standalone/compiler/CompileService.h"
+
+#include "standalone/compiler/code_folder.h"
+#include "standalone/compiler/compiler_process.h"
+#include "standalone/compiler/error_location.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QRunnable>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace standalone {
+
+namespace {
+
+QString text(const char* source)
+{
+    return QCoreApplication::translate("standalone::CompileService", source);
+}
+
+class Task : public QRunnable
+{
+public:
+    explicit Task(std::function<void()> function) : m_function(std::move(function)) {}
+    void run() override { m_function(); }
+
+private:
+    std::function<void()> m_function;
+};
+
+} // namespace
+
+CompileService& CompileService::instance()
+{
+    static CompileService service;
+    return service;
+}
+
+CompileService::CompileService()
+{
+    constexpr int FewestThreads = 2;
+    m_pool.setMaxThreadCount(std::max(FewestThreads, QThread::idealThreadCount()));
+}
+
+CompileService::~CompileService()
+{
+    shutDown();
+}
+
+void CompileService::shutDown()
+{
+    m_cancelled = true;
+    m_pool.waitForDone();
+    m_cancelled = false;
+}
+
+bool CompileService::isCompiling(const QString& appName) const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_compiling.contains(appName);
+}
+
+QByteArray CompileService::fingerprintOf(const Request& request) const
+{
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    const auto add = [&hash](const QByteArray& part) {
+        hash.addData(QByteArray::number(part.size()) + ':');
+        hash.addData(part);
+    };
+    for (const codegen::GeneratedFile& file : request.code.files) {
+        add(QByteArray::fromStdString(file.name));
+        add(QByteArray::fromRawData(file.text.data(), static_cast<int>(file.text.size())));
+    }
+    add(runtimeHeader());
+    add(request.targetSequenceId.toUtf8());
+    add(request.forVci ? "vci" : "run");
+    add(compilerCommand().toText().toUtf8());
+    add(request.modulePath.toUtf8());
+    return hash.result();
+}
+
+CompileService::StartResult CompileService::start(Request request)
+{
+    if (request.codeFolder.isEmpty() || request.modulePath.isEmpty())
+        return Refused;
+    const QByteArray fingerprint = fingerprintOf(request);
+    {
+        const QMutexLocker lock(&m_mutex);
+        if (m_compiling.contains(request.appName))
+            return Refused;
+        if (!request.isForced && m_lastSuccess.value(request.appName) == fingerprint &&
+            QFileInfo(request.modulePath).isFile())
+            return Skipped;
+        m_compiling.insert(request.appName);
+    }
+    const auto shared = std::make_shared<const Request>(std::move(request));
+    m_pool.start(new Task([this, shared, fingerprint] { work(*shared, fingerprint); }));
+    return Started;
+}
+
+void CompileService::work(const Request& request, const QByteArray& fingerprint)
+{
+    QElapsedTimer timer;
+    timer.start();
+    const Outcome outcome = compile(request);
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_compiling.remove(request.appName);
+        if (outcome.result == CompileSucceeded)
+            m_lastSuccess[request.appName] = fingerprint;
+        else
+            m_lastSuccess.remove(request.appName);
+    }
+    if (request.onFinished && !m_cancelled)
+        request.onFinished(outcome.result, static_cast<quint64>(timer.elapsed()),
+                           request.appName.toLocal8Bit().constData(), outcome.message.constData());
+}
+
+CompileService::Outcome CompileService::compile(const Request& request) const
+{
+    if (!request.code.problems.empty()) {
+        QByteArray message;
+        for (const std::string& problem : request.code.problems)
+            message += QByteArray::fromStdString(problem) + '\n';
+        return {CompileFailed, message};
+    }
+    QString error;
+    if (!writeCodeFolder(request.codeFolder, request.code.files, error))
+        return {CompileFailed, text("生成的代码无法写入: %1").arg(error).toUtf8()};
+    const QString folder = QFileInfo(request.modulePath).absolutePath();
+    if (!QDir().mkpath(folder))
+        return {CompileFailed, text("模块文件夹无法创建: %1").arg(folder).toUtf8()};
+    return runCompilerFor(request);
+}
+
+CompileService::Outcome CompileService::runCompilerFor(const Request& request) const
+{
+    const CompilerCommand command = compilerCommand();
+    const QString unfinished = request.modulePath + QStringLiteral(".new");
+    const QString source = QString::fromStdString(request.code.files.front().name);
+    const CompilerOutcome outcome = runCompiler(command, {source, QStringLiteral("-o"), unfinished},
+                                                request.codeFolder, m_timeout, m_cancelled);
+    switch (outcome.kind) {
+    case CompilerOutcome::Succeeded:
+        break;
+    case CompilerOutcome::NotFound:
+        return {CompilerMissing, text("找不到 C++ 编译器, 已尝试运行: %1 (%2)")
+                                     .arg(command.program, QString::fromUtf8(outcome.output))
+                                     .toUtf8()};
+    case CompilerOutcome::TimedOut:
+        QFile::remove(unfinished);
+        return {CompileFailed,
+                text("编译超过 %1 秒仍未结束, 已终止").arg(m_timeout / 1000).toUtf8() + '\n' +
+                    outcome.output};
+    case CompilerOutcome::Failed:
+    case CompilerOutcome::Cancelled:
+        QFile::remove(unfinished);
+        const QString location = errorLocation(outcome.output, request.code);
+        return {CompileFailed,
+                (location.isEmpty() ? QByteArray() : location.toUtf8() + '\n') + outcome.output};
+    }
+    std::error_code error;
+    std::filesystem::rename(QFile::encodeName(unfinished).toStdString(),
+                            QFile::encodeName(request.modulePath).toStdString(), error);
+    if (error)
+        return {CompileFailed, text("模块文件无法替换: %1").arg(request.modulePath).toUtf8()};
+    return {CompileSucceeded, outcome.output};
+}
+
+} // namespace standalone

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "model/services/processedit.h"
+#include "standalone/codegen/applet_source.h"
+
+#include <QByteArray>
+#include <QMap>
+#include <QMutex>
+#include <QSet>
+#include <QString>
+#include <QThreadPool>
+
+#include <atomic>
+#include <memory>
+
+namespace standalone {
+
+/// Compiles generated code on threads of its own: several applets at a time, as many as there are
+/// cores, the others wait. One compile an applet at a time.
+class CompileService
+{
+public:
+    struct Request
+    {
+        QString appName;
+        QString targetSequenceId;
+        bool forVci = false;
+        bool isForced = false; ///< never skipped
+        QString codeFolder;
+        QString modulePath;
+        codegen::GeneratedCode code;
+        sdk_ui_interface::processedit::CompileFinished onFinished;
+    };
+    enum StartResult { Started, Skipped, Refused };
+
+    static CompileService& instance();
+    CompileService();
+    ~CompileService();
+
+    /// Refused while the applet is being compiled, or without folders. Skipped if the last success
+    /// was the same code for the same target with the same compiler, and its module is still there.
+    StartResult start(Request request);
+    bool isCompiling(const QString& appName) const;
+
+    /// Milliseconds after which a compiler is killed; 120000 at first.
+    void setTimeout(int milliseconds) { m_timeout = milliseconds; }
+
+    /// Kills the compilers and waits for their threads; their onFinished is not called any more.
+    void shutDown();
+
+private:
+    struct Outcome
+    {
+        compileResult result;
+        QByteArray message;
+    };
+
+    void work(const Request& request, const QByteArray& fingerprint);
+    Outcome compile(const Request& request) const;
+    Outcome runCompilerFor(const Request& request) const;
+    QByteArray fingerprintOf(const Request& request) const;
+
+    QThreadPool m_pool;
+    std::atomic<bool> m_cancelled{false};
+    std::atomic<int> m_timeout{120000};
+    mutable QMutex m_mutex; ///< guards the two below
+    QSet<QString> m_compiling;
+    QMap<QString, QByteArray> m_lastSuccess; ///< by applet
+};
+
+} // namespace standalone

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "standalone/model_service/sequence_json.h"
+
+#include <QJsonObject>
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace standalone {
+
+/// The sequences and blocks of one applet. Every block is found by its uuid, with its parent, its
+/// sequence and its flow; a change costs no more than the block's siblings and what lies below it.
+class AppletModel
+{
+public:
+    using BlockPtr = std::shared_ptr<IProcessBlock>;
+    using Blocks = SequenceContent::Blocks;
+
+    /// Where a block stands.
+    struct Place
+    {
+        BlockPtr block;
+        IProcessBlock* parent = nullptr; ///< null at the top of a flow
+        SequenceContent* sequence = nullptr;
+        int flow = 0; ///< InitialFlow, MainFlow or EndFlow
+    };
+
+    AppletModel() = default;
+    AppletModel(const AppletModel&) = delete;
+    AppletModel& operator=(const AppletModel&) = delete;
+
+    /// Sequences in table order.
+    const std::vector<std::unique_ptr<SequenceContent>>& sequences() const { return m_sequences; }
+    SequenceContent* sequence(const std::string& id) const; ///< null if there is none
+    /// Adds a sequence with its blocks; its id and its blocks' uuids must be free.
+    void addSequence(SequenceContent sequence);
+    void removeSequence(const std::string& id);
+    void removeAllSequences();
+
+    BlockPtr block(const std::string& uuid) const; ///< null if there is none
+    const Place* place(const std::string& uuid) const;
+    std::size_t blockCount() const { return m_places.size(); }
+
+    /// Puts a block with its children under a parent of the sequence: a block's uuid, or a flow's
+    /// "0", "1" or "2". An index outside means the end. False if there is no such parent, a uuid is
+    /// taken or the nesting would get too deep.
+    bool insert(const BlockPtr& block, const std::string& sequenceId, const std::string& parentUuid,
+                int index);
+    /// Moves a block within its sequence; the index counts without the block itself.
+    bool move(const std::string& uuid, const std::string& parentUuid, int index);
+    void remove(const std::string& uuid);
+    void removeFlow(const std::string& sequenceId, int flow);
+    /// Puts @p block in the place of the one with its uuid, whose children it takes over.
+    bool replace(const BlockPtr& block);
+
+    /// Members of the document that this version doesn't know, and those of its step kinds.
+    QJsonObject kept;
+    QJsonObject kindRests;
+    /// Whether a document was read into this applet, even an empty one.
+    bool isDocument = false;
+
+private:
+    Blocks* siblingsFor(const std::string& sequenceId, const std::string& parentUuid, Place& place);
+    Blocks& siblingsOf(const Place& place) const;
+    void enter(const BlockPtr& block, const Place& place);
+    void enterAll(const Blocks& blocks, const Place& place);
+    void forget(const Blocks& blocks);
+    bool isFree(const IProcessBlock& block) const;
+    int depthOf(const IProcessBlock* block) const;
+
+    std::vector<std::unique_ptr<SequenceContent>> m_sequences;
+    std::unordered_map<std::string, SequenceContent*> m_sequencesById;
+    std::unordered_map<std::string, Place> m_places;
+};
+
+} // namespace standalone

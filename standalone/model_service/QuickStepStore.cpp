@@ -1,0 +1,109 @@
+#include "standalone/model_service/QuickStepStore.h"
+
+#include "model/blocks/GotoProcessBlock.h"
+#include "standalone/model_service/BlockReader.h"
+#include "standalone/model_service/BlockWriter.h"
+#include "standalone/model_service/FieldReader.h"
+#include "standalone/model_service/FieldWriter.h"
+#include "standalone/model_service/identifiers.h"
+#include "standalone/model_service/json_text.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace standalone {
+
+namespace {
+
+using NewUuids = std::unordered_map<std::string, std::string>;
+
+void giveNewUuids(IProcessBlock& block, NewUuids& newUuids)
+{
+    const std::string uuid = newUuid();
+    newUuids[block.uuid] = uuid;
+    block.uuid = uuid;
+    for (const auto& child : block.children)
+        giveNewUuids(*child, newUuids);
+}
+
+void redirectJumps(IProcessBlock& block, const NewUuids& newUuids)
+{
+    const auto redirect = [&](std::string& target) {
+        const auto found = newUuids.find(target);
+        if (found != newUuids.end())
+            target = found->second;
+    };
+    redirect(block.trueTarget);
+    redirect(block.falseTarget);
+    if (auto* jump = dynamic_cast<GotoProcessBlock*>(&block))
+        redirect(jump->targetUuid);
+    for (const auto& child : block.children)
+        redirectJumps(*child, newUuids);
+}
+
+} // namespace
+
+std::shared_ptr<IProcessBlock> copyUnderNewUuids(const IProcessBlock& block)
+{
+    const auto copy = block.clone();
+    NewUuids newUuids;
+    giveNewUuids(*copy, newUuids);
+    redirectJumps(*copy, newUuids);
+    return copy;
+}
+
+QuickStepStore& quickStepStore()
+{
+    static QuickStepStore store;
+    return store;
+}
+
+void QuickStepStore::load(const QByteArray& json)
+{
+    LoadReport report(QStringLiteral("读取快捷步骤"));
+    QJsonObject document;
+    if (!parseObject(json, report, document))
+        return;
+    FieldReader reader(document, report);
+    QJsonObject kindRecords;
+    QJsonArray steps;
+    reader.takeObject("stepKinds", kindRecords);
+    reader.takeArray("quickSteps", steps);
+    KindTable kinds;
+    kinds.read(kindRecords, report);
+    m_blocks = BlockReader(kinds, report).read(steps, QStringLiteral("quickSteps"));
+    m_kept = reader.rest();
+    m_kindRests = kinds.rests();
+    m_isLoaded = true;
+}
+
+QByteArray QuickStepStore::toFileText() const
+{
+    KindTable kinds(m_kindRests);
+    FieldWriter document(m_kept);
+    document.insert("quickSteps", BlockWriter(kinds).write(m_blocks));
+    document.insert("stepKinds", kinds.write());
+    return QJsonDocument(document.object()).toJson();
+}
+
+QuickStepStore::BlockPtr QuickStepStore::find(const std::string& id) const
+{
+    const auto found = std::find_if(m_blocks.begin(), m_blocks.end(),
+                                    [&](const auto& block) { return block->uuid == id; });
+    return found == m_blocks.end() ? nullptr : *found;
+}
+
+std::string QuickStepStore::add(const IProcessBlock& block)
+{
+    m_blocks.push_back(copyUnderNewUuids(block));
+    return m_blocks.back()->uuid;
+}
+
+void QuickStepStore::remove(const std::string& id)
+{
+    m_blocks.erase(std::remove_if(m_blocks.begin(), m_blocks.end(),
+                                  [&](const auto& block) { return block->uuid == id; }),
+                   m_blocks.end());
+}
+
+} // namespace standalone

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "model/IProcessBlock.h"
+
+#include <QJsonObject>
+
+#include <memory>
+#include <utility>
+
+namespace standalone {
+
+/// What a block that was read from a document carries beside its fields, so that it can be written
+/// again without loss.
+struct StoredMembers
+{
+    virtual ~StoredMembers() = default;
+
+    /// Members of the block's JSON that this version doesn't know or could not read.
+    QJsonObject kept;
+};
+
+/// A block of class @p Block as the model service makes it. Copies carry the kept members along.
+template <class Block> class StoredBlock final : public Block, public StoredMembers
+{
+public:
+    using Block::Block;
+    StoredBlock() = default;
+
+    std::shared_ptr<IProcessBlock> copyAlone() const override
+    {
+        return std::make_shared<StoredBlock>(*this);
+    }
+};
+
+} // namespace standalone

@@ -1,0 +1,350 @@
+#include "standalone/model_service/VariableStore.h"
+
+#include "model/type_tables.h"
+#include "standalone/model_service/FieldReader.h"
+#include "standalone/model_service/FieldWriter.h"
+#include "standalone/model_service/identifiers.h"
+#include "standalone/model_service/json_text.h"
+
+namespace standalone {
+
+namespace {
+
+/// The most that the length of a type may be: a new variable is not cut short.
+int lengthOf(const std::string& typeKeyword)
+{
+    constexpr int mostBytes = 256;
+    constexpr int mostElements = 64;
+    const int type = varTypeFromKeyword(typeKeyword);
+    if (type == DrelString || type == DrelCharPtr)
+        return mostBytes;
+    const bool isArray = (type >= DrelU8Ptr && type <= DrelDoublePtr) || type == DrelBoolPtr;
+    return isArray ? mostElements : 1;
+}
+
+} // namespace
+
+VariableStore& variableStore()
+{
+    static VariableStore store;
+    return store;
+}
+
+VariableStore::VariableStore() : m_defaults(GlobalVariable, {}), m_globals(GlobalVariable, {}) {}
+
+const processVariable* VariableStore::find(const std::string& uuid) const
+{
+    const auto found = m_homes.find(uuid);
+    return found == m_homes.end() ? nullptr : &found->second.entry->variable;
+}
+
+std::vector<processVariable> VariableStore::globals() const
+{
+    auto records = m_defaults.records();
+    const auto own = m_globals.records();
+    records.insert(records.end(), own.begin(), own.end());
+    return records;
+}
+
+std::vector<processVariable> VariableStore::ofApplet(const std::string& appName) const
+{
+    const auto applet = m_applets.find(appName);
+    return applet == m_applets.end() ? std::vector<processVariable>()
+                                     : applet->second.process.records();
+}
+
+std::vector<processVariable> VariableStore::ofSequence(const std::string& appName,
+                                                       const std::string& sequenceId) const
+{
+    const auto applet = m_applets.find(appName);
+    if (applet == m_applets.end())
+        return {};
+    const auto list = applet->second.sequences.find(sequenceId);
+    return list == applet->second.sequences.end() ? std::vector<processVariable>()
+                                                  : list->second.records();
+}
+
+std::string VariableStore::add(const std::string& appName, processVariableType scope,
+                               const std::string& ownerId)
+{
+    auto* list = listFor(appName, scope, ownerId);
+    if (!list)
+        return {};
+    StoredVariable stored;
+    stored.variable.uuid = newUuid();
+    stored.variable.type = varTypeKeyword(DrelS32);
+    stored.variable.value = "0";
+    stored.variable.isEditable = true;
+    auto number = list->entries().size();
+    do {
+        stored.variable.name = "var_" + std::to_string(number++);
+    } while (isNameInSight(appName, *list, stored.variable.name));
+    enter(*list, stored);
+    return stored.variable.uuid;
+}
+
+void VariableStore::paste(const std::string& appName, processVariable& variable,
+                          processVariableType scope)
+{
+    auto* list = listFor(appName, scope, variable.ownerId);
+    if (!list)
+        return;
+    variable.uuid = newUuid();
+    variable.ownerId = list->ownerId();
+    variable.scope = scope;
+    variable.isLocked = false;
+    variable.isEditable = true;
+    variable.name = toUtf8(freeName(toText(variable.name), [&](const QString& name) {
+        return isNameInSight(appName, *list, toUtf8(name));
+    }));
+    enter(*list, {variable, {}});
+}
+
+void VariableStore::update(const std::string& appName, const processVariable& variable)
+{
+    const auto found = m_homes.find(variable.uuid);
+    if (found == m_homes.end())
+        return;
+    auto& home = found->second;
+    auto& stored = home.entry->variable;
+    if (stored.isLocked) {
+        if (stored.isEditable) {
+            stored.value = variable.value;
+            stored.length = variable.length;
+        }
+        return;
+    }
+    const processVariable former = stored;
+    auto* target = home.list;
+    if (variable.scope != former.scope || variable.ownerId != former.ownerId)
+        target = listFor(appName, variable.scope, variable.ownerId);
+    if (!target)
+        return;
+    stored = variable;
+    stored.ownerId = target->ownerId();
+    if (stored.type != former.type && stored.length == former.length)
+        stored.length = lengthOf(stored.type);
+    home.list->renamed(former.name, stored.name);
+    if (target != home.list) {
+        home.list->remove({stored.uuid});
+        target->append(home.entry);
+        home.list = target;
+    }
+}
+
+void VariableStore::remove(const std::vector<std::string>& uuids)
+{
+    std::map<VariableList*, std::unordered_set<std::string>> gone;
+    for (const auto& uuid : uuids) {
+        const auto home = m_homes.find(uuid);
+        if (home == m_homes.end() || home->second.isDefault)
+            continue;
+        gone[home->second.list].insert(uuid);
+        m_homes.erase(home);
+    }
+    for (const auto& [list, ids] : gone)
+        list->remove(ids);
+}
+
+void VariableStore::removeApplet(const std::string& appName)
+{
+    const auto applet = m_applets.find(appName);
+    if (applet == m_applets.end())
+        return;
+    clear(applet->second.process);
+    for (auto& sequence : applet->second.sequences)
+        clear(sequence.second);
+    m_applets.erase(applet);
+}
+
+void VariableStore::removeSequence(const std::string& appName, const std::string& sequenceId)
+{
+    const auto applet = m_applets.find(appName);
+    if (applet == m_applets.end())
+        return;
+    const auto list = applet->second.sequences.find(sequenceId);
+    if (list == applet->second.sequences.end())
+        return;
+    clear(list->second);
+    applet->second.sequences.erase(list);
+}
+
+void VariableStore::renameApplet(const std::string& oldName, const std::string& newName)
+{
+    if (m_applets.count(newName))
+        return;
+    auto node = m_applets.extract(oldName); // the lists keep their addresses
+    if (node.empty())
+        return;
+    node.key() = newName;
+    node.mapped().process.setOwner(newName);
+    m_applets.insert(std::move(node));
+}
+
+VariableStore::AppletVariables& VariableStore::appletFor(const std::string& appName)
+{
+    return m_applets.try_emplace(appName, appName).first->second;
+}
+
+VariableList* VariableStore::listFor(const std::string& appName, processVariableType scope,
+                                     const std::string& ownerId)
+{
+    if (scope == GlobalVariable)
+        return &m_globals;
+    if (appName.empty())
+        return nullptr;
+    if (scope == ProcessVariable)
+        return &appletFor(appName).process;
+    if (scope != SequenceVariable || ownerId.empty())
+        return nullptr;
+    auto& sequences = appletFor(appName).sequences;
+    return &sequences.try_emplace(ownerId, SequenceVariable, ownerId).first->second;
+}
+
+void VariableStore::enter(VariableList& list, StoredVariable stored, bool isDefault)
+{
+    stored.variable.ownerId = list.ownerId();
+    if (stored.variable.scope != FixedVariable)
+        stored.variable.scope = list.scope();
+    const auto entry = std::make_shared<StoredVariable>(std::move(stored));
+    m_homes[entry->variable.uuid] = {entry, &list, isDefault};
+    list.append(entry);
+}
+
+void VariableStore::clear(VariableList& list)
+{
+    for (const auto& entry : list.entries())
+        m_homes.erase(entry->variable.uuid);
+    list = VariableList(list.scope(), list.ownerId());
+}
+
+void VariableStore::fill(VariableList& list, const QJsonArray& array, LoadReport& report,
+                         const QString& where, bool areDefault)
+{
+    std::unordered_set<std::string> seen;
+    for (auto& stored : readVariables(array, report, where, list.scope(), list.ownerId())) {
+        auto& variable = stored.variable;
+        const bool isFault = variable.uuid.empty() || !seen.insert(variable.uuid).second;
+        // A uuid that another applet has is no fault: one may be a copy of the other.
+        if (isFault || m_homes.count(variable.uuid))
+            variable.uuid = newUuid();
+        if (isFault)
+            report.add(where, QStringLiteral("变量%1的uuid缺少或重复").arg(toText(variable.name)));
+        if (variable.name.empty())
+            report.add(where, QStringLiteral("变量%1没有名称").arg(toText(variable.uuid)));
+        variable.isLocked = variable.isLocked || areDefault;
+        enter(list, std::move(stored), areDefault);
+    }
+}
+
+bool VariableStore::isNameInSight(const std::string& appName, const VariableList& list,
+                                  const std::string& name) const
+{
+    if (m_defaults.hasName(name) || m_globals.hasName(name))
+        return true;
+    for (const auto& [owner, applet] : m_applets) {
+        if (&list != &m_globals && owner != appName)
+            continue;
+        if (applet.process.hasName(name))
+            return true;
+        if (list.scope() == SequenceVariable) {
+            if (list.hasName(name))
+                return true;
+            continue;
+        }
+        for (const auto& sequence : applet.sequences) {
+            if (sequence.second.hasName(name))
+                return true;
+        }
+    }
+    return false;
+}
+
+void VariableStore::loadDefaults(const std::string& json)
+{
+    LoadReport report(QStringLiteral("读取默认变量"));
+    QJsonObject document;
+    if (!parseObject(json, report, document))
+        return;
+    clear(m_defaults);
+    QJsonArray variables;
+    FieldReader(document, report).takeArray("variables", variables);
+    fill(m_defaults, variables, report, QStringLiteral("variables"), true);
+    m_hasDefaults = true;
+}
+
+void VariableStore::loadGlobals(const std::string& json)
+{
+    LoadReport report(QStringLiteral("读取全局变量"));
+    QJsonObject document;
+    if (!parseObject(json, report, document))
+        return;
+    clear(m_globals);
+    QJsonArray variables;
+    FieldReader reader(document, report);
+    reader.takeArray("variables", variables);
+    m_globalsKept = reader.rest();
+    fill(m_globals, variables, report, QStringLiteral("variables"));
+    m_hasGlobals = true;
+}
+
+void VariableStore::forgetGlobals()
+{
+    clear(m_globals);
+    m_globalsKept = QJsonObject();
+    m_hasGlobals = false;
+}
+
+QByteArray VariableStore::globalsFileText() const
+{
+    FieldWriter document(m_globalsKept);
+    document.insert("variables", m_globals.write());
+    return QJsonDocument(document.object()).toJson();
+}
+
+void VariableStore::loadApplet(const std::string& appName, const std::string& json)
+{
+    LoadReport report(QStringLiteral("读取变量%1").arg(toAppName(appName)));
+    QJsonObject document;
+    if (!parseObject(json, report, document))
+        return;
+    removeApplet(appName);
+    if (document.isEmpty())
+        return;
+    FieldReader reader(document, report);
+    QJsonArray process;
+    QJsonObject sequences;
+    reader.takeArray("process", process);
+    reader.takeObject("sequences", sequences);
+    auto& applet = appletFor(appName);
+    applet.kept = reader.rest();
+    fill(applet.process, process, report, QStringLiteral("process"));
+    for (auto it = sequences.constBegin(); it != sequences.constEnd(); ++it) {
+        const QString where = QLatin1String("sequences.") + it.key();
+        if (!it.value().isArray())
+            report.add(where, QStringLiteral("成员类型错误"));
+        fill(*listFor(appName, SequenceVariable, toUtf8(it.key())), it.value().toArray(), report,
+             where);
+    }
+}
+
+std::string VariableStore::appletText(const std::string& appName) const
+{
+    const auto found = m_applets.find(appName);
+    if (found == m_applets.end())
+        return "{}";
+    const auto& applet = found->second;
+    FieldWriter document(applet.kept);
+    if (!applet.process.entries().empty())
+        document.insert("process", applet.process.write());
+    QJsonObject sequences;
+    for (const auto& [id, list] : applet.sequences) {
+        if (!list.entries().empty())
+            sequences.insert(toText(id), list.write());
+    }
+    if (!sequences.isEmpty())
+        document.insert("sequences", sequences);
+    return toUtf8(toJson(document.object(), QJsonDocument::Compact));
+}
+
+} // namespace standalone

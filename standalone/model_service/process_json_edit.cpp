@@ -1,0 +1,84 @@
+#include "model/services/process_json_edit.h"
+
+#include "standalone/model_service/LoadReport.h"
+#include "standalone/model_service/QuickStepStore.h"
+#include "standalone/model_service/StepTables.h"
+#include "standalone/model_service/TemplateStore.h"
+#include "standalone/model_service/VariableStore.h"
+#include "standalone/model_service/compile_marks.h"
+#include "standalone/model_service/identifiers.h"
+#include "standalone/model_service/json_text.h"
+#include "standalone/model_service/template_json.h"
+
+using namespace standalone;
+
+namespace process_json_edit {
+
+bool isDefaultStepLoaded()
+{
+    return stepTables().isLoaded();
+}
+
+void loadDefaultStepJson(const std::string& json)
+{
+    stepTables().load(json);
+}
+
+bool isQucikStepLoaded()
+{
+    return quickStepStore().isLoaded();
+}
+
+bool isDefaultGlobalVarLoaded()
+{
+    return variableStore().hasDefaults();
+}
+
+void loadDefaultVariable(const std::string& json)
+{
+    variableStore().loadDefaults(json);
+    markAllChanged();
+}
+
+bool isUserGlobalVarLoaded()
+{
+    return variableStore().hasGlobals();
+}
+
+void loadGlobalVariable(const std::string& json)
+{
+    variableStore().loadGlobals(json);
+    markAllChanged();
+}
+
+bool isTempldateLoaded()
+{
+    return templateStore().isLoaded();
+}
+
+std::string generateAppAndSequenceVariableJson(const std::string& appName)
+{
+    return variableStore().appletText(appName);
+}
+
+void loadAppVariableJson(const std::string& appName, const std::string& json)
+{
+    variableStore().loadApplet(appName, json);
+    markChanged(appName);
+}
+
+std::string generateOneTemplateJsonStr(const processTemplateInfo& info)
+{
+    return toUtf8(toJson(writeTemplate(info), QJsonDocument::Compact));
+}
+
+processTemplateInfo readOneTemplateJsonStr(const std::string& json)
+{
+    LoadReport report(QStringLiteral("读取模板"));
+    QJsonObject object;
+    if (!parseObject(json, report, object) || object.isEmpty())
+        return {};
+    return readTemplate(object, report, {});
+}
+
+} // namespace process_json_edit

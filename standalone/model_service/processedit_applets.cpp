@@ -1,0 +1,59 @@
+#include "model/services/processedit.h"
+#include "standalone/model_service/AppletStore.h"
+#include "standalone/model_service/LoadReport.h"
+#include "standalone/model_service/VariableStore.h"
+#include "standalone/model_service/applet_json.h"
+#include "standalone/model_service/compile_marks.h"
+#include "standalone/model_service/identifiers.h"
+#include "standalone/model_service/json_text.h"
+
+using namespace standalone;
+
+namespace sdk_ui_interface {
+namespace processedit {
+
+bool getCAppletDataIsExist(const QString& appName)
+{
+    const auto* applet = appletStore().find(appName);
+    return applet && (applet->isDocument || !applet->sequences().empty());
+}
+
+QString generateProcessJson(const QString& appName)
+{
+    const auto* applet = appletStore().find(appName);
+    return applet ? toJson(writeApplet(*applet), QJsonDocument::Compact) : QStringLiteral("{}");
+}
+
+void loadProcessJson(const QString& appName, const QString& json)
+{
+    LoadReport report(QStringLiteral("读取流程%1").arg(appName));
+    QJsonObject document;
+    if (appName.isEmpty() || !parseObject(json.toUtf8(), report, document))
+        return;
+    if (document.isEmpty() && !appletStore().find(appName))
+        return;
+    readApplet(appletStore().findOrMake(appName), document, appName);
+    markChanged(toLocalName(appName));
+}
+
+void removeApp(const QString& appName)
+{
+    appletStore().remove(appName);
+}
+
+void renameProcessCAppletName(const QString& oldName, const QString& newName)
+{
+    if (!appletStore().rename(oldName, newName))
+        return;
+    variableStore().renameApplet(toLocalName(oldName), toLocalName(newName));
+    markCompiled(toLocalName(oldName));
+    markChanged(toLocalName(newName));
+}
+
+QString getCAppletShowName(const QString& appName)
+{
+    return appName;
+}
+
+} // namespace processedit
+} // namespace sdk_ui_interface

@@ -1,0 +1,79 @@
+#include "standalone/model_service/sequence_json.h"
+
+#include "model/IProcessBlock.h"
+#include "standalone/model_service/BlockReader.h"
+#include "standalone/model_service/BlockWriter.h"
+#include "standalone/model_service/FieldReader.h"
+#include "standalone/model_service/FieldWriter.h"
+
+namespace standalone {
+
+namespace {
+
+constexpr const char* flowNames[] = {"initialFlow", "mainFlow", "endFlow"};
+
+template <class Archive, class Info> void visitHead(Archive& ar, Info& info)
+{
+    ar.field("id", info.id);
+    ar.field("name", info.name);
+    ar.field("comment", info.comment);
+    ar.field("isMain", info.isMain, false);
+    ar.field("reserved", info.reserved, 0u);
+}
+
+std::vector<std::string> uuidsOf(const SequenceContent::Blocks& blocks)
+{
+    std::vector<std::string> uuids;
+    uuids.reserve(blocks.size());
+    for (const auto& block : blocks)
+        uuids.push_back(block->uuid);
+    return uuids;
+}
+
+} // namespace
+
+SequenceInfo SequenceContent::record() const
+{
+    SequenceInfo info;
+    info.id = head.id;
+    info.name = head.name;
+    info.comment = head.comment;
+    info.isMain = head.isMain;
+    info.reserved = head.reserved;
+    info.initialFlow = uuidsOf(flows[InitialFlow]);
+    info.mainFlow = uuidsOf(flows[MainFlow]);
+    info.endFlow = uuidsOf(flows[EndFlow]);
+    return info;
+}
+
+QJsonObject writeSequence(const SequenceContent& sequence, BlockWriter& writer)
+{
+    FieldWriter fields(sequence.kept);
+    visitHead(fields, sequence.head);
+    for (int flow = InitialFlow; flow <= EndFlow; ++flow) {
+        const auto& blocks = sequence.flows[static_cast<std::size_t>(flow)];
+        const QLatin1String name(flowNames[flow]);
+        if (!blocks.empty() || !sequence.kept.contains(name))
+            fields.insert(flowNames[flow], writer.write(blocks));
+    }
+    return fields.object();
+}
+
+SequenceContent readSequence(const QJsonObject& object, BlockReader& reader, LoadReport& report,
+                             const QString& where)
+{
+    SequenceContent sequence;
+    FieldReader fields(object, report, where);
+    visitHead(fields, sequence.head);
+    for (int flow = InitialFlow; flow <= EndFlow; ++flow) {
+        QJsonArray blocks;
+        if (fields.takeArray(flowNames[flow], blocks)) {
+            const QString place = where + QLatin1Char('.') + QLatin1String(flowNames[flow]);
+            sequence.flows[static_cast<std::size_t>(flow)] = reader.read(blocks, place);
+        }
+    }
+    sequence.kept = fields.rest();
+    return sequence;
+}
+
+} // namespace standalone

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "model/services/processedit.h"
+#include "standalone/runtime/LineSplitter.h"
+#include "standalone/runtime/protocol.h"
+
+#include <QString>
+
+#include <atomic>
+#include <chrono>
+#include <mutex>
+#include <thread>
+
+namespace standalone {
+
+class ChildProcess;
+
+/// What a run event is called with.
+enum RunEvent : int { RunFinished = 1, RunStopped = 2, RunCrashed = 3 };
+
+/// One run of an applet: a child process and the thread that starts it, listens to it, calls the
+/// editor's callbacks and tells the end. All callbacks come from that thread, with no lock held.
+class AppletRun : private protocol::Receiver
+{
+public:
+    struct Request
+    {
+        QString program; ///< the runner
+        QString module;
+        std::string appName; ///< local 8-bit encoding
+        std::string sequenceId;
+        sdk_ui_interface::processedit::RunEventCallback onRunEvent = nullptr;
+    };
+
+    /// Time that a run gets to end by itself after a stop, before it is killed.
+    static constexpr std::chrono::milliseconds StopPatience{400};
+
+    /// Starts at once.
+    explicit AppletRun(Request request);
+    /// Waits for the thread; not to be called on it.
+    ~AppletRun() override;
+
+    /// Until the child has ended: false already in the run event.
+    bool isRunning() const { return m_running; }
+    /// Whether nothing is left of it, not even a callback.
+    bool isOver() const { return m_over; }
+
+    /// Asks the applet to stop. Any thread, never waits.
+    void stop(std::chrono::milliseconds patience = StopPatience);
+
+    /// No callback begins after this; one that runs goes on.
+    void silence() { m_silent = true; }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void run();
+    RunEvent watchChild();
+    void beginCommands(ChildProcess& child);
+    int timeUntilKill() const;
+    void sendStop();
+    void log(int level, const std::string& text);
+
+    void onBlock(const std::string& sequenceId, const std::string& blockId, double progress,
+                 int result) override;
+    void onSequence(const std::string& sequenceId, bool isEnd) override;
+    void onTemplateSequence(const std::string& templateId, const std::string& sequenceId,
+                            bool isEnd) override;
+    void onLog(int level, const std::string& text) override;
+    void onEnd(protocol::EndReason reason) override;
+
+    const Request m_request;
+    std::atomic<bool> m_running{true};
+    std::atomic<bool> m_over{false};
+    std::atomic<bool> m_silent{false};
+    int m_endReason = 0; ///< of the end record, 0 without one
+
+    mutable std::mutex m_mutex;      ///< guards the three below
+    ChildProcess* m_child = nullptr; ///< while it can take commands
+    bool m_stopAsked = false;
+    Clock::time_point m_killAt = Clock::time_point::max();
+
+    std::thread m_thread; // the last member: it uses all others
+};
+
+} // namespace standalone

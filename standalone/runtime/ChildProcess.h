@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <mutex>
+
+namespace standalone {
+
+/// A child process with a report channel, a command channel, and its output and error streams as
+/// pipes. One thread owns it: it starts the child, pumps it and reaps it. Only sendCommand and wake
+/// may be called from other threads.
+class ChildProcess
+{
+public:
+    enum Stream { Reports, Output, Errors, StreamCount };
+    using Sink = std::function<void(Stream, const char* data, std::size_t size)>;
+
+    ChildProcess();
+    /// Kills and reaps a child that still lives.
+    ~ChildProcess();
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+
+    /// The numbers of the report and the command pipe are appended to the arguments. The child
+    /// inherits nothing but these, its streams and an empty input. False: error() tells why.
+    bool start(const QString& program, QStringList arguments);
+    QString error() const { return m_error; }
+
+    /// Waits, at most that many milliseconds (negative: without end), and hands what arrived to the
+    /// sink. False once the child has ended and everything it wrote was handed over.
+    bool pump(int timeout, const Sink& sink);
+
+    /// Makes a pump that waits return. Any thread.
+    void wake();
+    /// Writes to the command channel without waiting; false if the child takes nothing any more.
+    /// Any thread.
+    bool sendCommand(const unsigned char* data, std::size_t size);
+
+    void kill();
+    /// Waits for the end of the child. True if it left by itself with exit code 0.
+    bool reap();
+
+private:
+    bool openPipes(int (&childEnds)[4]);
+    bool readStream(int stream, const Sink& sink);
+    void closeCommands();
+
+    qint64 m_pid = -1;
+    int m_streams[StreamCount] = {-1, -1, -1};
+    int m_exited = -1; ///< becomes readable with the child's end, where the system has that
+    int m_roundsAfterExit = 0;
+    int m_wake[2] = {-1, -1};
+    std::mutex m_commandMutex; ///< guards m_commands
+    int m_commands = -1;
+    QString m_error;
+};
+
+} // namespace standalone

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+/// Where the parts of a compiled applet stand, below the folder of the open project. Empty without
+/// a project. Any thread.
+namespace standalone {
+
+QString appletCodeFolder(const QString& appName);
+QString appletModuleFolder(const QString& appName);
+QString appletModulePath(const QString& appName);
+
+} // namespace standalone

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// The records that travel between the editor and the child process of a run. Shared by both, so
+/// no Qt here.
+///
+/// A record is a length (LEB128, 1..MaxPayload), a type byte and the type's fields. Numbers are
+/// LEB128, signed ones zigzag coded; a double is its eight bytes in machine order, since both ends
+/// run on one machine. Identifiers are sent once, as a text record, and then by their index.
+namespace protocol {
+
+constexpr std::size_t MaxPayload = 8192;
+/// Bytes that any record but a text or a log line fits into.
+constexpr std::size_t MaxSmallRecord = 48;
+/// Bytes that every record fits into, its length included.
+constexpr std::size_t MaxRecord = MaxPayload + 3;
+/// Longest text of one record in bytes; what is longer is cut at a character's border.
+constexpr std::size_t MaxText = MaxPayload - 16;
+/// Bounds of the table of texts that a reader keeps.
+constexpr std::size_t MaxTableTexts = 4u << 20;
+constexpr std::size_t MaxTableBytes = 256u << 20;
+
+enum RecordType : unsigned char {
+    TextRecord = 1,
+    BlockRecord = 2,      ///< any progress and result
+    BlockBeginRecord = 3, ///< progress 0, result 0
+    BlockEndRecord = 4,   ///< progress 100
+    EnterRecord = 5,
+    LeaveRecord = 6,
+    TemplateEnterRecord = 7,
+    TemplateLeaveRecord = 8,
+    LogRecord = 9,
+    EndRecord = 10,
+    StartCommand = 32,
+    StopCommand = 33
+};
+
+/// How a run ended by itself. A channel that closes without one of them tells of a crash.
+enum EndReason : unsigned char { Finished = 1, Stopped = 2 };
+
+/// Encoders. Each writes one record to @p out and returns its size in bytes. @p out has room for
+/// MaxSmallRecord, those with a text for MaxRecord.
+std::size_t putText(unsigned char* out, std::uint32_t index, const char* text, std::size_t size);
+std::size_t putBlock(unsigned char* out, std::uint32_t sequence, std::uint32_t block,
+                     double progress, int result);
+std::size_t putSequence(unsigned char* out, std::uint32_t sequence, bool isEnd);
+std::size_t putTemplateSequence(unsigned char* out, std::uint32_t templateId,
+                                std::uint32_t sequence, bool isEnd);
+std::size_t putLog(unsigned char* out, int level, const char* text, std::size_t size);
+std::size_t putEnd(unsigned char* out, EndReason reason);
+std::size_t putStart(unsigned char* out, const char* sequenceId, std::size_t size);
+std::size_t putStop(unsigned char* out);
+
+/// Gets the records of a Reader. Texts are UTF-8 and live until the call returns.
+class Receiver
+{
+public:
+    virtual ~Receiver();
+    virtual void onBlock(const std::string& sequenceId, const std::string& blockId, double progress,
+                         int result);
+    virtual void onSequence(const std::string& sequenceId, bool isEnd);
+    virtual void onTemplateSequence(const std::string& templateId, const std::string& sequenceId,
+                                    bool isEnd);
+    virtual void onLog(int level, const std::string& text);
+    virtual void onEnd(EndReason reason);
+    virtual void onStart(const std::string& sequenceId);
+    virtual void onStop();
+};
+
+/// Takes a byte stream in pieces of any size apart. Memory is bounded whatever the bytes are.
+class Reader
+{
+public:
+    explicit Reader(Receiver& receiver) : m_receiver(receiver) {}
+
+    /// Hands all records that are complete to the receiver. False once the stream is corrupt; what
+    /// comes after that is not looked at.
+    bool feed(const unsigned char* data, std::size_t size);
+
+    bool isCorrupt() const { return m_corrupt; }
+    /// Whether the stream stands between two records: false at its end means it was cut off.
+    bool isComplete() const { return !m_corrupt && m_rest.empty(); }
+
+private:
+    std::size_t consume(const unsigned char* data, std::size_t size);
+    bool decode(const unsigned char* data, std::size_t size);
+    const std::string* textAt(std::uint64_t index) const;
+
+    Receiver& m_receiver;
+    std::vector<unsigned char> m_rest;
+    std::vector<std::string> m_texts;
+    std::size_t m_textBytes = 0;
+    bool m_corrupt = false;
+};
+
+} // namespace protocol
