@@ -1,0 +1,31 @@
+#pragma once
+
+#include "runner/report_buffer.h"
+
+#include <cstdint>
+#include <string>
+
+/// The side of the runner that listens to the editor while the applet runs: a thread that takes
+/// the stop command, flushes reports that have waited for some milliseconds, and ends the process
+/// when the editor is gone.
+namespace control {
+
+/// Waits for the start command on the command channel; empty if the channel ended instead.
+std::string awaitStart(int commandPipe);
+
+/// Starts the thread. Both live to the end of the process.
+void start(int commandPipe, ReportBuffer& reports);
+
+/// Not 0 after a stop command; for the applet to look at between its steps.
+const volatile int* stopFlag();
+
+/// Tells the thread that reports wait. Any thread, cheap.
+void expectFlush();
+
+/// Waits; false if a stop cut it short. A stop that came before counts as well.
+bool wait(std::int64_t milliseconds);
+
+/// Milliseconds of a clock that never goes back.
+std::int64_t now();
+
+} // namespace control

@@ -1,0 +1,133 @@
+#include "runner/control.h"
+
+#include "runner/channel.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <ctime>
+#include <fcntl.h>
+#include <poll.h>
+#include <pthread.h>
+#include <signal.h>
+#include <unistd.h>
+
+namespace control {
+
+namespace {
+
+constexpr int FlushMilliseconds = 4;
+
+volatile int stopAsked = 0;
+int stopPipe[2];  // its write end closes with the stop: that wakes every wait
+int flushPipe[2]; // a byte for each flush that is asked for
+int commands = -1;
+ReportBuffer* reportBuffer = nullptr;
+
+class Commands : public protocol::Receiver
+{
+public:
+    void onStart(const std::string& id) override { sequenceId = id; }
+    void onStop() override
+    {
+        if (stopAsked)
+            return;
+        stopAsked = 1;
+        close(stopPipe[1]);
+    }
+    std::string sequenceId;
+};
+// Never destroyed: the thread still listens while an exit() of the applet runs its handlers.
+Commands& received = *new Commands;
+protocol::Reader& reader = *new protocol::Reader(received);
+
+/// Takes in what the editor sent; false at the end of the channel or when it makes no sense.
+bool readCommands()
+{
+    unsigned char bytes[512];
+    const std::size_t size = channel::read(commands, bytes, sizeof bytes);
+    return size > 0 && reader.feed(bytes, size);
+}
+
+void* listen(void*)
+{
+    std::int64_t flushAt = -1;
+    for (;;) {
+        pollfd sources[] = {{commands, POLLIN, 0}, {flushPipe[0], POLLIN, 0}};
+        const int timeout =
+            flushAt < 0 ? -1 : static_cast<int>(std::max<std::int64_t>(0, flushAt - now()));
+        poll(sources, 2, timeout);
+        if (sources[0].revents != 0 && !readCommands())
+            channel::leave(1);
+        if (sources[1].revents & POLLIN) {
+            char byte;
+            channel::read(flushPipe[0], &byte, 1);
+            flushAt = now() + FlushMilliseconds;
+        }
+        if (flushAt >= 0 && now() >= flushAt) {
+            flushAt = -1;
+            reportBuffer->flushDue();
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+std::string awaitStart(int commandPipe)
+{
+    commands = commandPipe;
+    if (pipe2(stopPipe, O_CLOEXEC) != 0 || pipe2(flushPipe, O_CLOEXEC) != 0)
+        return std::string();
+    while (received.sequenceId.empty()) {
+        if (!readCommands())
+            return std::string();
+    }
+    return received.sequenceId;
+}
+
+void start(int commandPipe, ReportBuffer& reports)
+{
+    commands = commandPipe;
+    reportBuffer = &reports;
+    // Signals are for the applet's thread, whose handlers have a stack of their own.
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before);
+    pthread_t thread;
+    if (pthread_create(&thread, nullptr, listen, nullptr) != 0)
+        channel::leave(1);
+    pthread_detach(thread);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+const volatile int* stopFlag()
+{
+    return &stopAsked;
+}
+
+void expectFlush()
+{
+    const char byte = 0;
+    while (::write(flushPipe[1], &byte, 1) < 0 && errno == EINTR) {
+    }
+}
+
+bool wait(std::int64_t milliseconds)
+{
+    constexpr std::int64_t LongestPoll = 60 * 60 * 1000;
+    const std::int64_t end = now() + milliseconds;
+    pollfd stopped = {stopPipe[0], POLLIN, 0};
+    for (std::int64_t left = milliseconds; left > 0 && !stopAsked; left = end - now())
+        poll(&stopped, 1, static_cast<int>(std::min(left, LongestPoll)));
+    return !stopAsked;
+}
+
+std::int64_t now()
+{
+    timespec time;
+    clock_gettime(CLOCK_MONOTONIC, &time);
+    return static_cast<std::int64_t>(time.tv_sec) * 1000 + time.tv_nsec / 1000000;
+}
+
+} // namespace control

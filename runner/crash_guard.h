@@ -1,0 +1,13 @@
+#pragma once
+
+class ReportBuffer;
+
+/// Writes the waiting reports out when the applet's code crashes or leaves by exit(), so that the
+/// editor sees the step that did it. The process then ends as it would have ended anyway, and no
+/// end record is ever sent from here.
+namespace crash_guard {
+
+/// @p reports lives to the end of the process.
+void install(ReportBuffer& reports);
+
+} // namespace crash_guard

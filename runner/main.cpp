@@ -1,0 +1,90 @@
+#include "runner/channel.h"
+#include "runner/control.h"
+#include "runner/crash_guard.h"
+#include "runner/module.h"
+#include "runner/runtime_api.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+enum ExitCode : int { Success = 0, BadUsage = 2, BadModule = 3, NoSequence = 4 };
+enum LogLevel : int { ErrorLevel = 3 };
+
+ReportBuffer reports;
+
+[[noreturn]] void fail(ExitCode code, const std::string& text)
+{
+    runtime_api::log(ErrorLevel, text.c_str());
+    reports.flush();
+    channel::leave(code);
+}
+
+const applet_sequence* findSequence(const applet_module& module, const std::string& id)
+{
+    for (u32 i = 0; i < module.sequence_count; ++i) {
+        const applet_sequence& sequence = module.sequences[i];
+        if (!sequence.template_id && sequence.run && id == sequence.id)
+            return &sequence;
+    }
+    return nullptr;
+}
+
+void sendEnd()
+{
+    {
+        ReportBuffer::Appending records(reports);
+        const auto reason = *control::stopFlag() ? protocol::Stopped : protocol::Finished;
+        records.add(protocol::putEnd(records.room(), reason));
+    }
+    reports.flush();
+}
+
+} // namespace
+
+/// applet_runner MODULE REPORT_PIPE COMMAND_PIPE
+/// The sequence comes with the start command. The exit code is 0 after an end record only.
+int main(int argc, char** argv)
+{
+    if (argc != 4) {
+        std::fprintf(stderr, "usage: %s MODULE REPORT_PIPE COMMAND_PIPE\n", argv[0]);
+        return BadUsage;
+    }
+    const int reportPipe = std::atoi(argv[2]);
+    const int commandPipe = std::atoi(argv[3]);
+    channel::adopt(reportPipe, commandPipe);
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+
+    const std::string sequenceId = control::awaitStart(commandPipe);
+    if (sequenceId.empty())
+        channel::leave(BadUsage);
+    reports.open(reportPipe, control::expectFlush);
+    runtime_api::bind(reports);
+    control::start(commandPipe, reports);
+    crash_guard::install(reports);
+
+    Module module;
+    if (!module.load(argv[1]))
+        fail(BadModule, "模块加载失败: " + module.error());
+    const auto entry =
+        reinterpret_cast<applet_module_entry_function*>(module.symbol("applet_module_entry"));
+    const applet_module* applet = entry ? entry(&runtime_api::table()) : nullptr;
+    if (!applet || applet->version != APPLET_RUNTIME_VERSION)
+        fail(BadModule, "模块与当前运行时不匹配, 请重新编译");
+    const applet_sequence* sequence = findSequence(*applet, sequenceId);
+    if (!sequence)
+        fail(NoSequence, "模块中没有要运行的序列: " + sequenceId);
+
+    runtime_api::setModule(*applet);
+    sequence->run();
+
+    // The module's destructors belong to the run: a crash in them is one of the applet. After them
+    // nothing of the applet is left that could end the process another way.
+    std::fflush(nullptr);
+    module.unload();
+    std::fflush(nullptr);
+    sendEnd();
+    channel::leave(Success);
+}

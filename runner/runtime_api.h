@@ -1,0 +1,20 @@
+#pragma once
+
+#define APPLET_RUNTIME_INTERFACE_ONLY
+#include "runner/applet_runtime.h"
+#include "runner/report_buffer.h"
+
+/// The functions that the process hands to an applet's module.
+namespace runtime_api {
+
+/// Both must live to the end of the process.
+void bind(ReportBuffer& reports);
+/// Whose sequences and steps the reports are about.
+void setModule(const applet_module& module);
+
+const applet_runtime_api& table();
+
+/// Appends a line to the log.
+void log(int level, const char* text);
+
+} // namespace runtime_api
