@@ -1,0 +1,6 @@
+#include "panels/panel_registry.h"
+
+QVector<IBlockControl*> makeBlockPanels()
+{
+    return {};
+}

@@ -1,0 +1,135 @@
+#include "panels/wgtCommonControl.h"
+
+#include "model/blocks/PlainProcessBlock.h"
+#include "panels/IBlockControl.h"
+#include "panels/panel_registry.h"
+
+#include <QLabel>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+QLabel* makeLabel(const QString& objectName)
+{
+    auto* label = new QLabel;
+    label->setObjectName(objectName);
+    label->setAlignment(Qt::AlignCenter);
+    label->setWordWrap(true);
+    label->setMargin(12);
+    return label;
+}
+
+} // namespace
+
+wgtCommonControl::wgtCommonControl(QWidget* parent)
+    : QWidget(parent), m_stack(new QStackedWidget),
+      m_noPanelLabel(makeLabel(QStringLiteral("label_3"))),
+      m_messageLabel(makeLabel(QStringLiteral("label_12")))
+{
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_stack);
+    layout->addWidget(m_messageLabel);
+    m_stack->setObjectName(QStringLiteral("stackedWidget"));
+    m_stack->addWidget(m_noPanelLabel);
+    for (IBlockControl* panel : makeBlockPanels()) {
+        m_stack->addWidget(panel);
+        connect(panel, &IBlockControl::updateProcessData, this,
+                &wgtCommonControl::onUpdateProcessData);
+    }
+    m_noPanelLabel->setText(tr("当前未选中步骤节点"));
+    showNothingSelected();
+}
+
+void wgtCommonControl::setCAppletName(const QString& appName)
+{
+    m_cappletName = appName;
+    for (IBlockControl* panel : m_stack->findChildren<IBlockControl*>())
+        panel->setCAppletName(appName);
+}
+
+void wgtCommonControl::setSequenceId(const QString& sequenceId)
+{
+    m_sequenceId = sequenceId;
+    for (IBlockControl* panel : m_stack->findChildren<IBlockControl*>())
+        panel->setSequenceId(sequenceId);
+}
+
+void wgtCommonControl::showBlock(std::shared_ptr<IProcessBlock> block)
+{
+    flushPending();
+    if (!block) {
+        showMessage(tr("该节点不可编辑"));
+        return;
+    }
+    if (block->baseType() == NoBlock) {
+        showNothingSelected();
+        return;
+    }
+    if (!block->property.editable) {
+        showMessage(tr("该节点不可编辑"));
+        return;
+    }
+    m_block = std::move(block);
+    m_messageLabel->hide();
+    m_stack->show();
+    if (IBlockControl* panel = panelFor(*m_block)) {
+        m_stack->setCurrentWidget(panel);
+        panel->loadBlock(m_block);
+    } else {
+        showNoPanel(*m_block);
+    }
+}
+
+void wgtCommonControl::showNothingSelected()
+{
+    showMessage(tr("当前未选中步骤节点"));
+}
+
+void wgtCommonControl::flushPending()
+{
+    if (!m_block || m_block->baseType() != BasicStep)
+        return;
+    IBlockControl* panel = panelFor(*m_block);
+    if (panel && panel->isTimerActive()) {
+        panel->stopTimer();
+        panel->saveBlock();
+    }
+}
+
+void wgtCommonControl::onUpdateProcessData()
+{
+    if (m_block)
+        emit updateTreeProcessData(QString::fromStdString(m_block->uuid));
+}
+
+IBlockControl* wgtCommonControl::panelFor(const IProcessBlock& block) const
+{
+    for (int page = 0; page < m_stack->count(); ++page) {
+        auto* panel = qobject_cast<IBlockControl*>(m_stack->widget(page));
+        if (!panel || panel->baseType() != block.baseType())
+            continue;
+        if (block.baseType() == DiagnosticStep ||
+            (block.baseType() == BasicStep && panel->stepType() == block.stepType()))
+            return panel;
+    }
+    return nullptr;
+}
+
+void wgtCommonControl::showMessage(const QString& text)
+{
+    m_stack->hide();
+    m_messageLabel->setText(text);
+    m_messageLabel->show();
+}
+
+void wgtCommonControl::showNoPanel(const IProcessBlock& block)
+{
+    m_stack->setCurrentWidget(m_noPanelLabel);
+    const bool hasNothingToSet = dynamic_cast<const PlainProcessBlock*>(&block) != nullptr;
+    m_noPanelLabel->setText(
+        hasNothingToSet
+            ? tr("此步骤类型无需设置属性")
+            : tr("此步骤的属性暂为只读：\n\n%1").arg(QString::fromStdString(block.description())));
+}

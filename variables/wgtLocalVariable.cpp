@@ -1,0 +1,158 @@
+#include "variables/wgtLocalVariable.h"
+
+#include "model/services/process_edit.h"
+#include "model/type_tables.h"
+
+#include <QHeaderView>
+#include <QSignalBlocker>
+#include <QStandardItemModel>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int ColumnCount = 4;
+
+QList<QStandardItem*> makeGroupRow(const QString& title, processVariableType scope)
+{
+    QList<QStandardItem*> row;
+    for (int column = 0; column < ColumnCount; ++column) {
+        auto* item = new QStandardItem(column == 0 ? title : QString());
+        item->setDragEnabled(false);
+        row.append(item);
+    }
+    row.first()->setData(int(scope), wgtLocalVariable::ScopeRole);
+    return row;
+}
+
+QList<QStandardItem*> makeVariableRow(const processVariable& variable)
+{
+    QList<QStandardItem*> row;
+    for (const std::string& text :
+         {variable.name, variable.value, variable.type, variable.description}) {
+        auto* item = new QStandardItem(QString::fromStdString(text));
+        item->setDropEnabled(false);
+        item->setDragEnabled(variable.scope != FixedVariable);
+        item->setToolTip(item->text());
+        if (variable.isLocked) {
+            item->setSelectable(false);
+            item->setEnabled(row.size() == 1 && variable.isEditable);
+        }
+        row.append(item);
+    }
+    QStandardItem* first = row.first();
+    first->setData(QString::fromStdString(variable.uuid), wgtLocalVariable::UuidRole);
+    first->setData(int(variable.scope), wgtLocalVariable::ScopeRole);
+    first->setData(isCompositeVarType(varTypeFromKeyword(variable.type)),
+                   wgtLocalVariable::CompositeRole);
+    first->setData(variable.isEditable, wgtLocalVariable::EditableRole);
+    first->setData(variable.length, wgtLocalVariable::LengthRole);
+    return row;
+}
+
+} // namespace
+
+wgtLocalVariable::wgtLocalVariable(QWidget* parent) : QWidget(parent), m_treeView(new QTreeView)
+{
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_treeView);
+    m_treeView->setObjectName(QStringLiteral("treeView"));
+    m_treeView->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_treeView->setUniformRowHeights(true);
+    connect(m_treeView->header(), &QHeaderView::sectionResized, this,
+            &wgtLocalVariable::onSectionResized);
+}
+
+void wgtLocalVariable::setCAppletName(const QString& appName)
+{
+    m_appName = appName;
+}
+
+void wgtLocalVariable::reloadSequenceVariables(const QString& sequenceId)
+{
+    QStandardItemModel*& model = m_models[sequenceId];
+    if (!model)
+        model = new QStandardItemModel(this);
+    model->clear();
+    fillModel(model, sequenceId);
+    m_sequenceId = sequenceId;
+    showModel(model);
+}
+
+void wgtLocalVariable::showSequence(const QString& sequenceId)
+{
+    if (QStandardItemModel* model = m_models.value(sequenceId)) {
+        m_sequenceId = sequenceId;
+        showModel(model);
+    } else if (!sequenceId.isEmpty()) {
+        reloadSequenceVariables(sequenceId);
+    }
+}
+
+void wgtLocalVariable::removeSequenceModels(const QStringList& sequenceIds)
+{
+    for (const QString& id : sequenceIds) {
+        if (id == m_sequenceId) {
+            m_treeView->setModel(nullptr);
+            m_sequenceId.clear();
+        }
+        delete m_models.take(id);
+    }
+}
+
+void wgtLocalVariable::removeAllModels()
+{
+    removeSequenceModels(m_models.keys());
+}
+
+void wgtLocalVariable::fillModel(QStandardItemModel* model, const QString& sequenceId) const
+{
+    const std::string appName = m_appName.toLocal8Bit().toStdString();
+    model->setHorizontalHeaderLabels({tr("名称"), tr("值"), tr("类型"), tr("备注")});
+    const auto appendGroup = [model](const QString& title, processVariableType scope,
+                                     const std::vector<processVariable>& variables) {
+        const QList<QStandardItem*> group = makeGroupRow(title, scope);
+        for (const processVariable& variable : variables)
+            group.first()->appendRow(makeVariableRow(variable));
+        model->appendRow(group);
+    };
+    appendGroup(tr("序列变量"), SequenceVariable,
+                process_edit::getAllSequenceVariable(appName, sequenceId.toStdString()));
+    appendGroup(tr("流程变量"), ProcessVariable, process_edit::getAllCAppletVariable(appName));
+    appendGroup(tr("全局变量"), GlobalVariable, process_edit::getAllGlobalVariable());
+}
+
+void wgtLocalVariable::showModel(QStandardItemModel* model)
+{
+    m_treeView->setModel(model);
+    m_treeView->expandAll();
+    setColumnWidths(m_columnWidths);
+}
+
+void wgtLocalVariable::setColumnWidths(const QList<int>& widths)
+{
+    if (widths.size() < ColumnCount)
+        return;
+    m_columnWidths = widths;
+    const QSignalBlocker blocker(m_treeView->header());
+    for (int column = 0; column < ColumnCount; ++column) {
+        if (widths.at(column) > 0)
+            m_treeView->setColumnWidth(column, widths.at(column));
+    }
+}
+
+void wgtLocalVariable::onSectionResized(int, int, int)
+{
+    const QHeaderView* header = m_treeView->header();
+    // While a model is put on the view its columns come one by one.
+    if (header->count() != ColumnCount || !m_treeView->isVisible())
+        return;
+    m_columnWidths.clear();
+    QStringList widths;
+    for (int column = 0; column < ColumnCount; ++column) {
+        m_columnWidths.append(header->sectionSize(column));
+        widths.append(QString::number(header->sectionSize(column)));
+    }
+    emit sigUpdateVarTreeWidth(widths);
+}
