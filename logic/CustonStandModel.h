@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QStandardItemModel>
+
+class RowIndex;
+
+/// The rows of one sequence on the edit tab. Holds no truth of its own: each step row is the view
+/// of the block whose uuid it bears. GUI thread only.
+class CustonStandModel : public QStandardItemModel
+{
+    Q_OBJECT
+public:
+    explicit CustonStandModel(const QString& sequenceId, QObject* parent = nullptr);
+
+    QString sequenceId() const { return m_sequenceId; }
+
+    /// The item of column 0 of the block's row, or null; the flow rows are "0", "1" and "2".
+    QStandardItem* rowOf(const QString& blockUuid) const;
+    const RowIndex& rows() const { return *m_rows; }
+
+private:
+    QString m_sequenceId;
+    RowIndex* m_rows;
+};

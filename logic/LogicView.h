@@ -1,0 +1,130 @@
+#pragma once
+
+#include "model/step_kinds.h"
+
+#include <QHash>
+#include <QList>
+#include <QModelIndex>
+#include <QSet>
+#include <QStringList>
+#include <QWidget>
+
+#include <memory>
+
+class BreakPointColumn;
+class CustonStandModel;
+class QStandardItem;
+class QStandardItemModel;
+class RunView;
+namespace Ui {
+class LogicView;
+}
+
+/// The middle of the editor: a sequence as a tree of steps on the edit tab, and its run on the run
+/// tab. The model service holds the truth; rows are looked up by the uuids of their blocks.
+///
+/// GUI thread only, but for notifyRunState and notifyGoto.
+class LogicView : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit LogicView(QWidget* parent = nullptr);
+    ~LogicView() override;
+
+    /// The applet whose sequences are shown. Models of an earlier applet are not touched.
+    void setCAppletName(const QString& appName);
+
+    /// The sequence on the edit tab; empty when there is none.
+    QString currentSequenceId() const { return m_currentSequenceId; }
+    /// Puts a sequence on the edit tab; nothing happens unless addNewModelSlot has loaded it.
+    void showSequence(const QString& sequenceId);
+    /// Takes the rows of the three flows of the current sequence off the screen. The blocks are the
+    /// caller's matter.
+    void clearCurrentSequenceRows();
+    void showEditTab();
+    bool isRunTabShown() const;
+
+    /// The rows of a loaded sequence, owned by the view; null for any other.
+    QStandardItemModel* editModel(const QString& sequenceId) const;
+
+    /// Widths of the three and the four columns; a list that is shorter or holds a width of zero or
+    /// less is ignored.
+    void setEditColumnWidths(const QList<int>& widths);
+    void setRunColumnWidths(const QList<int>& widths);
+
+    // Run ----------------------------------------------------------------------------------------
+    /// Starts to follow a run of @p sequenceId on the run tab, in place of an earlier one, or ends
+    /// it. @p progressText stands in the host's progress display.
+    void setRunMode(bool start, const QString& appName, const QString& sequenceId,
+                    const QString& progressText);
+    bool isRunning() const { return m_isRunning; }
+    /// A step's report: @p iProgress from 0 to 100, a negative @p result is a failure. Any thread.
+    void notifyRunState(const QString& seqUuid, const QString& blockuuid, int result,
+                        double iProgress);
+    /// A called sequence was entered or left; @p templateId is empty for one of the applet. Any
+    /// thread.
+    void notifyGoto(const QString& gotoSeqUuid, bool isEnd, const QString& templateId);
+    /// Gives the row reported last the outcome of the run.
+    void finishRow(bool success);
+    /// The handle of the host's progress display for this run; -1 when there is none.
+    int progressHandle() const;
+
+    // Refreshing ---------------------------------------------------------------------------------
+    /// Writes a block's texts into its row of the current sequence.
+    void refreshRow(const QString& blockUuid);
+    /// The same for all calls of sequences, in every loaded sequence.
+    void refreshSequenceNames();
+    /// The blocks that no longer fit what was compiled; their rows are marked, others unmarked.
+    void setRuntimeStaleBlockUuids(const QSet<QString>& blockUuids);
+
+signals:
+    void sigItemDbClick();
+    /// A row became the one to edit: its base type and block uuid; -1 and empty for none.
+    void processItemClicked(int baseType, QString blockuuid);
+    void sigCurrentTabChanged(int index);
+    /// The user moved a column's edge: all widths.
+    void sigUpdateProcessWidgetWidth(QStringList list, bool isRunWidget = false);
+    /// Progress of the run, 0 to 100. Emitted on the reporting thread, which holds the reports'
+    /// lock: a direct receiver must be quick and must not report.
+    void sigProcessPrograss(double progress, int state);
+    void sigUdsRuntimeStaleRequired();
+    /// The user changed the document through this view.
+    void sigModified();
+
+public slots:
+    /// Loads a sequence from the model service, or loads it again.
+    void addNewModelSlot(QString sequenceId);
+    void removeModelSlot(QStringList sequenceIdList);
+    void removeAllModelSlot();
+    void onItemClicked(QModelIndex index);
+    void onItemDoubleClicked(QModelIndex index);
+    void onRunDoubleItemClicked(QModelIndex index);
+    void onCurrentTabChange(int index);
+    void onDataChanged(QModelIndex topLeft, QModelIndex bottomRight);
+    /// Brings every block to the state of its check box.
+    void syncCheckStatesToSdk();
+    void syncCheckStateItemRecursive(QStandardItem* item, bool& changed);
+    void onRunTimerTimeout();
+
+private:
+    void setUpEditTab();
+    void setUpRunTab();
+    CustonStandModel* currentModel() const;
+    bool removeModel(const QString& sequenceId);
+    void rebuildTable();
+    bool takeCheckState(QStandardItem* item);
+
+    std::unique_ptr<Ui::LogicView> m_ui;
+    /// These two watch the views and go before them.
+    std::unique_ptr<BreakPointColumn> m_breakPoints;
+    std::unique_ptr<RunView> m_run;
+    QString m_appName;
+    QString m_currentSequenceId;
+    int m_columnWidth0 = 0; ///< 0 until the user has set a width
+    int m_columnWidth1 = 0;
+    int m_columnWidth2 = 0;
+    QHash<QString, CustonStandModel*> m_editModels; ///< by sequence, children of this
+    QHash<QString, QStandardItemModel*> m_editTableModels;
+    QSet<QString> m_staleUuids;
+    bool m_isRunning = false;
+};

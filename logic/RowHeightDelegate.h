@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QItemDelegate>
+
+/// Gives every row of a logic tree the height of the cell beside it in the narrow table, so that
+/// both scroll as one.
+class RowHeightDelegate : public QItemDelegate
+{
+    Q_OBJECT
+public:
+    explicit RowHeightDelegate(QObject* parent = nullptr);
+
+    /// In pixels.
+    static int rowHeight();
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+};

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "logic/run_plan.h"
+#include "logic/run_states.h"
+#include "logic/runProcessState.h"
+
+#include <QHash>
+#include <QStandardItemModel>
+
+class RowIndex;
+
+/// What the run reported last, whichever sequence it was in.
+struct RunCursor
+{
+    QString lastRowUuid;
+    int lastResult = -1; ///< -1 between runs
+};
+
+/// The rows of one sequence in a run. Reports land in constant time on a record of the rows'
+/// states; flush writes to the cells what has changed, once a row. GUI thread only.
+class RunSheet
+{
+public:
+    explicit RunSheet(const RunTarget& target);
+
+    const QString& templateId() const { return m_templateId; }
+    const QString& sequenceId() const { return m_sequenceId; }
+    QStandardItemModel* treeModel() { return &m_tree; }
+    QStandardItemModel* tableModel() { return &m_table; }
+    int rowCount() const; ///< of the tree, at all depths
+
+    /// Lands a report, and closes the row that was running before it. A block without a row
+    /// changes nothing.
+    void land(const runProcessState& report, RunCursor& cursor);
+
+    /// Ends the running row, if there is one.
+    void closeRunning(run_states::Outcome outcome);
+
+    /// Ends the row of @p blockUuid; false if there is none.
+    bool finish(const QString& blockUuid, run_states::Outcome outcome);
+
+    /// Takes all rows back to the state before the run: the sequence is entered anew.
+    void reset();
+
+    /// Writes the changed states to the cells, without a signal of the model; true if any changed.
+    bool flush();
+
+    /// The row with a progress bar, in column 0, or null; and where its bar stands.
+    QStandardItem* runningRow() const { return m_running; }
+    int runningValue() const { return m_runningValue; }
+
+    /// The row that started last, in column 0, or null.
+    QStandardItem* startedRow() const { return m_started; }
+
+private:
+    struct Mark
+    {
+        run_states::Outcome outcome = run_states::Outcome::Started;
+        quint32 round = 0;    ///< which entering of the sequence it belongs to
+        bool waiting = false; ///< to be written by flush
+    };
+
+    void mark(QStandardItem* row, run_states::Outcome outcome);
+
+    QString m_templateId;
+    QString m_sequenceId;
+    QStandardItemModel m_tree;
+    QStandardItemModel m_table;
+    RowIndex* m_rows;
+    QStandardItem* m_running = nullptr;
+    int m_runningValue = 0;
+    QStandardItem* m_started = nullptr;
+    QHash<QStandardItem*, Mark> m_marks; ///< of the rows that ended
+    QVector<QStandardItem*> m_unwritten;
+    quint32 m_round = 0;
+    bool m_hasOldMarks = false;
+};

@@ -1,0 +1,61 @@
+#include "logic/tree_look.h"
+
+#include "logic/CustonStandModel.h"
+#include "logic/RowIndex.h"
+#include "logic/logic_roles.h"
+#include "logic/step_rows.h"
+#include "model/services/widget_bases.h"
+#include "model/step_kinds.h"
+
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QSignalBlocker>
+#include <QTreeView>
+
+namespace {
+constexpr int IconSize = 26;
+constexpr int Indentation = 20;
+} // namespace
+
+void tree_look::apply(QTreeView* tree)
+{
+    tree->setIconSize(StyleManager::toolbarButtonIconSize(IconSize));
+    tree->setIndentation(StyleManager::scale(Indentation));
+    tree->header()->setSectionsMovable(false);
+    tree->header()->setSectionResizeMode(QHeaderView::Interactive);
+    tree->header()->setStretchLastSection(true);
+    tree->header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    tree->header()->setHighlightSections(false);
+
+    // Texts keep their colours on the selected row, so its ground is light.
+    QPalette palette = tree->palette();
+    palette.setColor(QPalette::Highlight, QColor(205, 228, 250));
+    palette.setColor(QPalette::HighlightedText, Qt::black);
+    tree->setPalette(palette);
+}
+
+void tree_look::markStaleRows(CustonStandModel& model, const QSet<QString>& blockUuids)
+{
+    const QSignalBlocker blocker(&model);
+    const auto& items = model.rows().items();
+    for (auto row = items.begin(); row != items.end(); ++row) {
+        if (QStandardItem* item = step_rows::cell(row.value(), logic_columns::Description))
+            step_rows::setStaleMark(item, blockUuids.contains(row.key()));
+    }
+}
+
+bool tree_look::mixesFlowsAndSteps(const QItemSelectionModel* selection)
+{
+    if (!selection)
+        return false;
+    bool flows = false;
+    bool steps = false;
+    const QModelIndexList rows = selection->selectedRows(logic_columns::Name);
+    for (const QModelIndex& row : rows) {
+        if (row.data(logic_roles::BaseType).toInt() <= EndFlow)
+            flows = true;
+        else
+            steps = true;
+    }
+    return flows && steps;
+}
