@@ -1,0 +1,221 @@
+#include "shell/LogicMaster.h"
+
+#include "shell/VciTransThread.h"
+
+#include "model/services/capplet.h"
+#include "model/services/process_edit.h"
+#include "model/services/processedit.h"
+
+#include <QMutexLocker>
+
+namespace capplet = sdk_ui_interface::capplet;
+namespace processedit = sdk_ui_interface::processedit;
+
+bool LogicMaster::createApplet(const QString& appName, const QString& defaultPath)
+{
+    if (capplet::isCAppletExist(appName))
+        return true;
+    if (!defaultPath.isEmpty() && !m_appletPaths.contains(appName))
+        m_appletPaths.insert(appName, {defaultPath, defaultPath});
+    const int result = capplet::createCApplet(appName, ProcessApplet);
+    addVciThread(appName);
+    m_panelBind[appName] = false;
+    return result == 0;
+}
+
+void LogicMaster::removeApplet(const QString& appName, bool force)
+{
+    const auto state = processedit::getCAppletRunState(appName);
+    const bool stopped = state.first.empty() || state.second == AppletStopped;
+    if (!stopped && !force) {
+        stopApplet(appName, false, true);
+        return;
+    }
+    processedit::removeApp(appName);
+    process_edit::removeAllVarByAppName(appName.toLocal8Bit().toStdString());
+    if (force) {
+        capplet::stopRunnerFunction(appName);
+        capplet::removeRunnerFunction(appName);
+        capplet::unloadCAppletMp(appName);
+    }
+    forgetApplet(appName);
+}
+
+void LogicMaster::finishPendingRemoval(const QString& appName)
+{
+    if (!m_pendingRemoval.contains(appName))
+        return;
+    processedit::removeApp(appName);
+    forgetApplet(appName);
+}
+
+void LogicMaster::forgetApplet(const QString& appName)
+{
+    capplet::destroyCApplet(appName);
+    m_pendingRemoval.removeAll(appName);
+    m_appletPaths.remove(appName);
+    m_settingPaths.remove(appName);
+    if (VciTransThread* thread = m_vciThreads.take(appName))
+        thread->deleteLater();
+    m_panelBind.remove(appName);
+    {
+        QMutexLocker lock(&m_udsMutex);
+        m_udsVarInfo.remove(appName);
+        m_udsVarUse.remove(appName);
+    }
+    m_variablePanels.remove(appName);
+}
+
+void LogicMaster::renameApplet(const QString& oldName, const QString& newName)
+{
+    const auto moveEntry = [&](auto& map) {
+        if (map.contains(oldName)) {
+            map.insert(newName, map.value(oldName));
+            map.remove(oldName);
+        }
+    };
+    moveEntry(m_appletPaths);
+    moveEntry(m_settingPaths);
+    moveEntry(m_variablePanels);
+    moveEntry(m_vciThreads);
+    if (VciTransThread* thread = m_vciThreads.value(newName))
+        thread->setAppName(newName);
+    emit sigRename(oldName, newName);
+}
+
+bool LogicMaster::isAppletKnown(const QString& appName) const
+{
+    return m_panelBind.contains(appName);
+}
+
+QString LogicMaster::jsonPath(const QString& appName) const
+{
+    return m_appletPaths.value(appName).first;
+}
+
+QString LogicMaster::vciPath(const QString& appName) const
+{
+    return m_appletPaths.value(appName).second;
+}
+
+void LogicMaster::setPaths(const QString& appName, const QString& jsonPath, const QString& vciPath)
+{
+    m_appletPaths.insert(appName, {jsonPath, vciPath});
+}
+
+QString LogicMaster::settingPath(const QString& appName) const
+{
+    return m_settingPaths.value(appName);
+}
+
+void LogicMaster::setSettingPath(const QString& appName, const QString& path)
+{
+    m_settingPaths.insert(appName, path);
+}
+
+void LogicMaster::registerVariablePanel(const QString& appName, QWidget* panel)
+{
+    if (!m_variablePanels.values().contains(panel))
+        m_variablePanels.insert(appName, panel);
+}
+
+void LogicMaster::unregisterVariablePanel(QWidget* panel)
+{
+    const QList<QString> names = m_variablePanels.keys(panel);
+    for (const QString& name : names)
+        m_variablePanels.remove(name);
+}
+
+QWidget* LogicMaster::variablePanel(const QString& appName) const
+{
+    return m_variablePanels.value(appName);
+}
+
+void LogicMaster::clearVariablePanels()
+{
+    m_variablePanels.clear();
+}
+
+bool LogicMaster::isPanelBound(const QString& appName) const
+{
+    return m_panelBind.value(appName, false);
+}
+
+void LogicMaster::setPanelBound(const QString& appName, bool bound)
+{
+    if (m_panelBind.contains(appName))
+        m_panelBind[appName] = bound;
+}
+
+void LogicMaster::clearPanelBindings()
+{
+    m_panelBind.clear();
+}
+
+VciTransThread* LogicMaster::addVciThread(const QString& appName)
+{
+    auto* thread = new VciTransThread(appName, this);
+    m_vciThreads.insert(appName, thread);
+    connect(
+        thread, &QThread::finished, this, [this, thread] { onVciThreadFinished(thread); },
+        Qt::QueuedConnection);
+    return thread;
+}
+
+void LogicMaster::onVciThreadFinished(VciTransThread* thread)
+{
+    // A cancelled thread was replaced and reported when it was cancelled.
+    if (thread->isCancelled())
+        thread->deleteLater();
+    else
+        emit vciTransFinish(thread->result(), thread->appName());
+}
+
+void LogicMaster::cancelAllConversions()
+{
+    for (VciTransThread* thread : qAsConst(m_vciThreads)) {
+        if (thread->isRunning())
+            thread->cancel();
+    }
+}
+
+QStringList LogicMaster::retypeUdsVariable(const SystemVarDef& variable)
+{
+    const DrelVarType type = varTypeFromDataCategory(variable.category);
+    if (type == DrelNoType)
+        return {};
+    const QString keyword = QString::fromStdString(varTypeKeyword(type));
+    QStringList changed;
+    QMutexLocker lock(&m_udsMutex);
+    for (auto applet = m_udsVarInfo.begin(); applet != m_udsVarInfo.end(); ++applet) {
+        for (auto& block : *applet) {
+            for (UdsVarStruct& use : block) {
+                if (use.name != variable.name || use.kind != 1)
+                    continue;
+                use.type = keyword;
+                if (!changed.contains(applet.key()))
+                    changed.append(applet.key());
+            }
+        }
+    }
+    return changed;
+}
+
+QVector<QPair<QString, QString>> LogicMaster::usersOfSystemVariable(const QString& name) const
+{
+    QVector<QPair<QString, QString>> users;
+    QMutexLocker lock(&m_udsMutex);
+    for (auto applet = m_udsVarUse.cbegin(); applet != m_udsVarUse.cend(); ++applet) {
+        for (auto sequence = applet->cbegin(); sequence != applet->cend(); ++sequence) {
+            if (sequence->contains(name))
+                users.append({applet.key(), sequence.key()});
+        }
+    }
+    return users;
+}
+
+void LogicMaster::clearUdsVariables()
+{
+    QMutexLocker lock(&m_udsMutex);
+    m_udsVarInfo.clear();
+}

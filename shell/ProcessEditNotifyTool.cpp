@@ -1,0 +1,32 @@
+#include "shell/ProcessEditNotifyTool.h"
+
+#include "shell/LogicMaster.h"
+#include "shell/ProcessEditVariateListener.h"
+
+ProcessEditNotifyTool* ProcessEditNotifyTool::instance()
+{
+    static ProcessEditNotifyTool tool;
+    return &tool;
+}
+
+ProcessEditNotifyTool::ProcessEditNotifyTool()
+    : m_listener(std::make_unique<ProcessEditVariateListener>())
+{
+    m_listener->setFunction(std::bind(&ProcessEditNotifyTool::onSystemVariateChange, this,
+                                      std::placeholders::_1, std::placeholders::_2));
+}
+
+ProcessEditNotifyTool::~ProcessEditNotifyTool() = default;
+
+void ProcessEditNotifyTool::onSystemVariateChange(Operation operation, SystemVarDef variable)
+{
+    if (operation == VarChanged) {
+        const QStringList applets = LogicMaster::instance()->retypeUdsVariable(variable);
+        if (!applets.isEmpty())
+            emit systemUdsVarChange(applets);
+    } else if (operation == VarValueChanged) {
+        const auto users = LogicMaster::instance()->usersOfSystemVariable(variable.name);
+        if (!users.isEmpty())
+            emit systemVarChange(users);
+    }
+}

@@ -1,0 +1,117 @@
+// The operations of ProcessEditWidget that need no widget: they forward to who owns the matter.
+
+#include "shell/LogicMaster.h"
+#include "shell/ProcessEditWidget.h"
+#include "shell/applet_documents.h"
+
+#include "model/services/processedit.h"
+#include "model/step_icons.h"
+
+namespace processedit = sdk_ui_interface::processedit;
+
+bool ProcessEditWidget::createAppletShell(const QString& appName)
+{
+    return LogicMaster::instance()->createApplet(appName, QString());
+}
+
+bool ProcessEditWidget::ensureAppPedtLoaded(const QString& appName)
+{
+    if (appName.isEmpty())
+        return false;
+    if (!processedit::getCAppletDataIsExist(appName))
+        applet_documents::read(appName, appletJsonPath(appName), true);
+    return processedit::getCAppletDataIsExist(appName);
+}
+
+void ProcessEditWidget::deleteCApplet(const QString& appName, bool force)
+{
+    LogicMaster::instance()->removeApplet(appName, force);
+}
+
+void ProcessEditWidget::renameCApplet(const QString& oldName, const QString& newName)
+{
+    processedit::renameProcessCAppletName(oldName, newName);
+    LogicMaster::instance()->renameApplet(oldName, newName);
+}
+
+bool ProcessEditWidget::bindAppletScriptPath(const QString& appName, const QString& jsonPath)
+{
+    if (appName.isEmpty() || jsonPath.isEmpty())
+        return false;
+    LogicMaster::instance()->setPaths(appName, jsonPath, appletVciPath(appName));
+    return true;
+}
+
+QString ProcessEditWidget::appletJsonPath(const QString& appName)
+{
+    return LogicMaster::instance()->jsonPath(appName);
+}
+
+QString ProcessEditWidget::appletVciPath(const QString& appName)
+{
+    return LogicMaster::instance()->vciPath(appName);
+}
+
+void ProcessEditWidget::setAppletJsonAndVciPath(const QString& appName, const QString& jsonPath,
+                                                const QString& vciPath)
+{
+    LogicMaster::instance()->setPaths(appName, jsonPath, vciPath);
+}
+
+bool ProcessEditWidget::compileProcessEdit(
+    const QString& appName,
+    std::function<void(compileResult, quint64, const char*, const char*)> onFinished,
+    QString& sequenceId)
+{
+    for (const SequenceInfo& info : processedit::getAllSequenceByAppName(appName)) {
+        if (info.isMain && !info.id.empty()) {
+            sequenceId = QString::fromStdString(info.id);
+            break;
+        }
+    }
+    if (sequenceId.isEmpty())
+        return false;
+    bool skipped = false;
+    return processedit::compileCApplet(appName, sequenceId, false, false, std::move(onFinished),
+                                       skipped);
+}
+
+QString ProcessEditWidget::getBaseStepIconName(int stepType)
+{
+    return ::getBaseStepIconName(stepType);
+}
+
+QString ProcessEditWidget::getUDSStepIconName(int stepType)
+{
+    return ::getUDSStepIconName(stepType);
+}
+
+DrelVarType ProcessEditWidget::getDrelVarTypeByDataCategory(DataCategoryType category)
+{
+    return varTypeFromDataCategory(category);
+}
+
+void ProcessEditWidget::clearVarWidget()
+{
+    LogicMaster::instance()->clearVariablePanels();
+}
+
+void ProcessEditWidget::clearTransVciThread()
+{
+    LogicMaster::instance()->cancelAllConversions();
+}
+
+void ProcessEditWidget::clearUDSVarInfo()
+{
+    LogicMaster::instance()->clearUdsVariables();
+}
+
+void ProcessEditWidget::clearUniversalPanelBindInfo()
+{
+    LogicMaster::instance()->clearPanelBindings();
+}
+
+void ProcessEditWidget::updateUniversalPanelBindState(const QString& appName, bool isBind)
+{
+    LogicMaster::instance()->setPanelBound(appName, isBind);
+}

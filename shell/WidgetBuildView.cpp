@@ -1,0 +1,93 @@
+#include "shell/WidgetBuildView.h"
+
+#include "model/dialogs/user_dialogs.h"
+#include "model/services/widget_bases.h"
+#include "panels/wgtCommonControl.h"
+#include "panels/wgtGeneralSetting.h"
+#include "shell/ProcessEditParts.h"
+#include "shell/RunReportGate.h"
+
+#include <QCoreApplication>
+
+WidgetBuildView::WidgetBuildView(ProcessEditParts& parts, QWidget* window,
+                                 std::function<void()> saveAll)
+    : m_parts(parts), m_window(window), m_saveAll(std::move(saveAll))
+{
+}
+
+QString WidgetBuildView::shownSequence() const
+{
+    return m_parts.ui.center_wgt->currentSequenceId();
+}
+
+void WidgetBuildView::showSequence(const QString& sequenceId)
+{
+    m_parts.ui.center_wgt->showSequence(sequenceId);
+    m_parts.ui.sequenceWidget->selectSequence(sequenceId);
+}
+
+void WidgetBuildView::flushPanels()
+{
+    m_parts.commonControl->flushPending();
+    m_parts.generalSetting->flushPending();
+}
+
+void WidgetBuildView::showEditTab()
+{
+    m_parts.ui.center_wgt->showEditTab();
+}
+
+void WidgetBuildView::setPanelsEnabled(bool enabled)
+{
+    m_parts.ui.center_wgt->setEnabled(enabled);
+    m_parts.ui.tabWidget->setEnabled(enabled);
+    m_parts.ui.attribute_tab->setEnabled(enabled);
+    m_parts.commonControl->setEnabled(enabled);
+    m_parts.generalSetting->setEnabled(enabled);
+}
+
+void WidgetBuildView::setToolBarState(ProcessEditToolBar::State state)
+{
+    m_parts.toolBar->setState(state);
+}
+
+void WidgetBuildView::setRunMode(bool running, const QString& appName, const QString& sequenceId)
+{
+    m_parts.ui.center_wgt->setRunMode(running, appName, sequenceId,
+                                      QCoreApplication::translate("ProcessEditWidget", "正在运行"));
+}
+
+void WidgetBuildView::updateRunTreeWidth()
+{
+    m_parts.ui.center_wgt->setRunColumnWidths(m_parts.settings.runTreeWidths());
+}
+
+void WidgetBuildView::finishRunRow(bool success)
+{
+    m_parts.ui.center_wgt->finishRow(success);
+}
+
+void WidgetBuildView::setReportingApp(const QString& appName)
+{
+    m_parts.gate->setRunningApp(appName);
+}
+
+void WidgetBuildView::hideWaiting()
+{
+    m_parts.loading->hideLoading();
+}
+
+void WidgetBuildView::saveAll()
+{
+    m_saveAll();
+}
+
+void WidgetBuildView::warn(const QString& title, const QString& text)
+{
+    user_dialogs::warning(m_window, title, text);
+}
+
+bool WidgetBuildView::ask(const QString& title, const QString& text)
+{
+    return user_dialogs::question(m_window, title, text);
+}

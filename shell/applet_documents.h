@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QJsonObject;
+
+/// The documents of applets on disk, with no widget: "processInfo.pedt" with its backup, and the
+/// two files of older versions, which are only read. Errors go to the host's log. GUI thread only.
+namespace applet_documents {
+
+/// Deletes fields from the "logicview" object before it is written.
+using StripFunction = std::function<void(QJsonObject& logicView)>;
+
+/// What becomes of "processInfo.pedt.bak" beside the written file.
+enum class Backup {
+    Replace,  ///< the written file becomes the backup, if the applet has any block
+    KeepFirst ///< the same, but a backup that is there stays
+};
+
+extern const QString documentName;
+
+/// The applet's own document; @p jsonFolder ends with a separator.
+QString documentPath(const QString& jsonFolder);
+
+/// Writes the applet's sequences, blocks and variables to @p fileName: the file is either the old
+/// one or the new one at any moment. An empty @p strip writes all. False, with the file as it was,
+/// if it can't be written.
+bool write(const QString& appName, const QString& fileName, const StripFunction& strip);
+
+/// Keeps the backup beside @p fileName. An applet without any block never touches it, so that an
+/// emptied document can't destroy the last good one.
+void keepBackup(const QString& appName, const QString& fileName, Backup rule);
+
+/// Reads the applet's document, or that of an older version, into the model. A document that does
+/// not parse is copied aside first (".damaged"), since the next save replaces it. @p quiet writes
+/// nothing to the log.
+void read(const QString& appName, const QString& jsonFolder, bool quiet);
+
+} // namespace applet_documents
