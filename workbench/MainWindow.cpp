@@ -1,0 +1,347 @@
+#include "workbench/MainWindow.h"
+
+#include "model/dialogs/user_dialogs.h"
+#include "model/services/host.h"
+#include "model/services/widget_bases.h"
+#include "shell/ProcessEditWidget.h"
+#include "standalone/host/Host.h"
+#include "standalone/model_service/project_tables.h"
+#include "workbench/OutputPane.h"
+#include "workbench/ProgressDisplay.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QDockWidget>
+#include <QLabel>
+#include <QSettings>
+#include <QSignalBlocker>
+#include <QStatusBar>
+#include <QToolBar>
+
+namespace {
+
+const QString geometryKey = QStringLiteral("window/geometry");
+const QString stateKey = QStringLiteral("window/state");
+constexpr int StateVersion = 1;
+constexpr int NoticeMs = 15000;
+
+QIcon icon(const char* name)
+{
+    return StyleManager::scaledToolbarIcon(
+        QStringLiteral(":/icon/应用/%1.png").arg(QString::fromLatin1(name)), 26);
+}
+
+} // namespace
+
+MainWindow::MainWindow()
+    : m_editorBar(new QToolBar(tr("编辑"))), m_appletBox(new QComboBox),
+      m_output(new OutputPane(tr("编译和运行的输出显示在此处"))),
+      m_log(new OutputPane(tr("暂无日志"))), m_progress(new ProgressDisplay),
+      m_noApplet(new QLabel(tr("当前工程没有打开的小程序。\n请选择或新建一个小程序。")))
+{
+    setObjectName(QStringLiteral("workbench"));
+    setDockNestingEnabled(true);
+    m_noApplet->setAlignment(Qt::AlignCenter);
+    setCentralWidget(m_noApplet);
+    buildActions();
+    buildDocks();
+    statusBar()->addPermanentWidget(m_progress);
+    connectHost();
+    restoreWindow();
+    showTitle();
+}
+
+MainWindow::~MainWindow()
+{
+    closeEditor();
+}
+
+void MainWindow::buildActions()
+{
+    auto* bar = addToolBar(tr("工程"));
+    bar->setObjectName(QStringLiteral("projectBar"));
+    bar->setIconSize(StyleManager::toolbarButtonIconSize(26));
+    bar->addAction(icon("open_project"), tr("打开工程"), this, &MainWindow::chooseProject);
+    m_appletBox->setObjectName(QStringLiteral("appletBox"));
+    m_appletBox->setMinimumContentsLength(18);
+    m_appletBox->setToolTip(tr("小程序"));
+    bar->addWidget(m_appletBox);
+    connect(m_appletBox, &QComboBox::textActivated, this, &MainWindow::chooseApplet);
+    m_createAction =
+        bar->addAction(icon("applet_new"), tr("新建小程序"), this, &MainWindow::createApplet);
+    m_renameAction =
+        bar->addAction(icon("applet_rename"), tr("重命名小程序"), this, &MainWindow::renameApplet);
+    m_removeAction =
+        bar->addAction(icon("applet_remove"), tr("删除小程序"), this, &MainWindow::removeApplet);
+    m_editorBar->setObjectName(QStringLiteral("editorBar"));
+    addToolBar(m_editorBar);
+}
+
+void MainWindow::buildDocks()
+{
+    auto* outputDock =
+        addDock(QStringLiteral("outputDock"), tr("输出"), Qt::BottomDockWidgetArea, m_output);
+    auto* logDock = addDock(QStringLiteral("logDock"), tr("日志"), Qt::BottomDockWidgetArea, m_log);
+    tabifyDockWidget(outputDock, logDock);
+    outputDock->raise();
+    m_controlDock =
+        addDock(QStringLiteral("controlDock"), tr("步骤属性"), Qt::BottomDockWidgetArea, nullptr);
+    m_settingDock =
+        addDock(QStringLiteral("settingDock"), tr("通用设置"), Qt::BottomDockWidgetArea, nullptr);
+}
+
+QDockWidget* MainWindow::addDock(const QString& name, const QString& title, Qt::DockWidgetArea area,
+                                 QWidget* content)
+{
+    auto* dock = new QDockWidget(title, this);
+    dock->setObjectName(name);
+    dock->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
+    if (content)
+        dock->setWidget(content);
+    addDockWidget(area, dock);
+    return dock;
+}
+
+void MainWindow::connectHost()
+{
+    const standalone::Host& host = standalone::Host::instance();
+    connect(&host, &standalone::Host::errorLogged, this,
+            [this](const QString& text) { m_log->append(text, true); });
+    connect(&host, &standalone::Host::noticeShown, this, &MainWindow::showNotice);
+}
+
+void MainWindow::openProject(const ProjectFolder& project)
+{
+    closeEditor();
+    if (m_project.path() != project.path())
+        standalone::forgetProjectTables();
+    m_project = project;
+    m_applet.clear();
+    standalone::Host::instance().setProjectPath(project.path());
+    refreshApplets();
+    showTitle();
+}
+
+void MainWindow::openApplet(const QString& name)
+{
+    closeEditor();
+    m_applet = name;
+    m_editor = new ProcessEditWidget(QStringLiteral("Workbench"), this);
+    m_editor->createCApplet(name);
+    const QString folder = m_project.appletFolder(name);
+    m_editor->setProcessJsonAndVciPath(folder, folder + QStringLiteral("vci/"));
+    m_editor->setSettingPath(folder);
+    connectEditor();
+    m_editor->load(false);
+
+    m_editorBar->addWidget(m_editor->getToolMenuBar());
+    m_controlDock->setWidget(m_editor->getControlWgt());
+    m_settingDock->setWidget(m_editor->getSettingWgt());
+    takeCentralWidget();
+    setCentralWidget(m_editor);
+    m_noApplet->hide();
+    for (QWidget* part : {m_editor->getToolMenuBar(), m_editor->getControlWgt(),
+                          m_editor->getSettingWgt(), static_cast<QWidget*>(m_editor)})
+        part->show();
+
+    setWindowModified(false);
+    m_project.setLastApplet(name);
+    refreshApplets();
+    showTitle();
+    m_progress->finish(tr("就绪"));
+    emit appletOpened();
+}
+
+void MainWindow::connectEditor()
+{
+    connect(m_editor, &ProcessEditWidget::sigAuthoringModified, this,
+            [this] { setWindowModified(true); });
+    m_editor->setOnAuthoringSavedCallback([this](const QString&) { setWindowModified(false); });
+    connect(m_editor, &ProcessEditWidget::sigSave, this, [this] {
+        showNotice(IWindowManager::NoticeWarning,
+                   tr("无法保存 %1，请检查磁盘空间和文件夹权限").arg(m_applet));
+    });
+    connect(m_editor, &ProcessEditWidget::notifyRunResultSig, this,
+            [this](bool success, const QString& text) { m_output->append(text, !success); });
+    connect(m_editor, &ProcessEditWidget::sigProcessPrograss, m_progress,
+            &ProgressDisplay::setProgress);
+    connect(m_editor, &ProcessEditWidget::sigCompileStart, this, [this] {
+        m_compileFailed = false;
+        m_progress->start(tr("正在编译"));
+    });
+    connect(m_editor, &ProcessEditWidget::sigCompileFinish, this, [this](bool success) {
+        m_compileFailed = !success;
+        m_progress->rename(success ? tr("编译完成") : tr("编译失败"));
+    });
+    connect(m_editor, &ProcessEditWidget::sigPrcoessMode, this, [this](int mode) {
+        if (mode != 0 && m_editor->getProgressHandle() >= 0)
+            m_progress->start(tr("正在运行"));
+    });
+    connect(m_editor, &ProcessEditWidget::sigRunFinish, this,
+            [this] { m_progress->finish(m_compileFailed ? tr("编译失败") : tr("已结束")); });
+}
+
+void MainWindow::closeEditor()
+{
+    if (!m_editor)
+        return;
+    // The panels that the docks hold go with the editor, in whichever layout they stand.
+    QWidget* const parts[] = {m_editor->getToolMenuBar(), m_editor->getControlWgt(),
+                              m_editor->getSettingWgt()};
+    takeCentralWidget();
+    delete m_editor;
+    m_editor = nullptr;
+    for (QWidget* part : parts)
+        delete part;
+    m_editorBar->clear();
+    setCentralWidget(m_noApplet);
+    m_noApplet->show();
+    setWindowModified(false);
+}
+
+bool MainWindow::mayLeaveApplet()
+{
+    if (!m_editor)
+        return true;
+    m_editor->syncAuthoringPanelsToSdk();
+    if (!isWindowModified())
+        return true;
+    const auto choice = user_dialogs::saveOrDiscard(
+        this, tr("提示"), tr("小程序 %1 有未保存的修改，是否保存？").arg(m_applet));
+    if (choice == user_dialogs::Button::Save)
+        return m_editor->saveApp(m_applet, true, QString());
+    return choice == user_dialogs::Button::Discard;
+}
+
+void MainWindow::chooseProject()
+{
+    if (!mayLeaveApplet())
+        return;
+    const QString folder = user_dialogs::askFolder(this, tr("打开工程"), m_project.path());
+    if (folder.isEmpty())
+        return;
+    const ProjectFolder project(folder);
+    if (!project.complaint().isEmpty()) {
+        complain(project.complaint());
+        return;
+    }
+    openProject(project);
+    const QStringList applets = project.applets();
+    const QString last = project.lastApplet();
+    if (!applets.isEmpty())
+        openApplet(applets.contains(last) ? last : applets.first());
+}
+
+void MainWindow::chooseApplet(const QString& name)
+{
+    if (name == m_applet)
+        return;
+    if (mayLeaveApplet())
+        openApplet(name);
+    refreshApplets();
+}
+
+void MainWindow::createApplet()
+{
+    if (!mayLeaveApplet())
+        return;
+    const QString name = user_dialogs::askText(this, tr("新建小程序"), tr("名称："), QString());
+    if (name.isEmpty())
+        return;
+    const QString complaint = m_project.createApplet(name);
+    if (complaint.isEmpty())
+        openApplet(name);
+    else
+        complain(complaint);
+}
+
+void MainWindow::renameApplet()
+{
+    if (!mayLeaveApplet())
+        return;
+    const QString old = m_applet;
+    const QString name = user_dialogs::askText(this, tr("重命名小程序"), tr("新名称："), old);
+    if (name.isEmpty() || name == old)
+        return;
+    // Closed meanwhile: the document, its settings and a run must not be in use while they move.
+    closeEditor();
+    const QString complaint = m_project.renameApplet(old, name);
+    openApplet(complaint.isEmpty() ? name : old);
+    if (!complaint.isEmpty())
+        complain(complaint);
+}
+
+void MainWindow::removeApplet()
+{
+    if (!user_dialogs::question(this, tr("警告"),
+                                tr("确定删除小程序 %1 及其全部文件吗？").arg(m_applet)))
+        return;
+    const QString name = m_applet;
+    closeEditor();
+    const QString complaint = m_project.removeApplet(name);
+    if (!complaint.isEmpty())
+        complain(complaint);
+    openProject(m_project);
+    const QStringList applets = m_project.applets();
+    if (!applets.isEmpty())
+        openApplet(applets.first());
+}
+
+void MainWindow::refreshApplets()
+{
+    const QSignalBlocker blocker(m_appletBox);
+    m_appletBox->clear();
+    m_appletBox->addItems(m_project.applets());
+    m_appletBox->setCurrentIndex(m_appletBox->findText(m_applet));
+    m_renameAction->setEnabled(m_editor);
+    m_removeAction->setEnabled(m_editor);
+}
+
+void MainWindow::complain(const QString& complaint)
+{
+    user_dialogs::warning(this, tr("警告"), complaint);
+}
+
+void MainWindow::showNotice(int level, const QString& text)
+{
+    statusBar()->showMessage(text, NoticeMs);
+    m_log->append(text, level >= IWindowManager::NoticeWarning);
+}
+
+void MainWindow::showTitle()
+{
+    const QString applet = m_applet.isEmpty() ? tr("无小程序") : m_applet;
+    setWindowTitle(tr("%1[*] - %2 - 流程编辑").arg(applet, m_project.name()));
+}
+
+void MainWindow::restoreWindow()
+{
+    const QSettings settings;
+    const QByteArray geometry = settings.value(geometryKey).toByteArray();
+    if (geometry.isEmpty() || !restoreGeometry(geometry) ||
+        !restoreState(settings.value(stateKey).toByteArray(), StateVersion))
+        applyDefaultSizes();
+}
+
+void MainWindow::applyDefaultSizes()
+{
+    resize(StyleManager::scale(QSize(1440, 900)));
+    const int height = StyleManager::scale(220);
+    QDockWidget* outputDock = findChild<QDockWidget*>(QStringLiteral("outputDock"));
+    resizeDocks({outputDock, m_controlDock, m_settingDock}, {620, 400, 400}, Qt::Horizontal);
+    resizeDocks({outputDock, m_controlDock, m_settingDock}, {height, height, height}, Qt::Vertical);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    if (!mayLeaveApplet()) {
+        event->ignore();
+        return;
+    }
+    QSettings settings;
+    settings.setValue(geometryKey, saveGeometry());
+    settings.setValue(stateKey, saveState(StateVersion));
+    closeEditor();
+    event->accept();
+}

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "workbench/ProjectFolder.h"
+
+#include <QMainWindow>
+
+class OutputPane;
+class ProcessEditWidget;
+class ProgressDisplay;
+class QAction;
+class QComboBox;
+class QDockWidget;
+class QLabel;
+class QToolBar;
+
+/// The host application's window: one project, one applet of it in the editor, and around it what
+/// the editor offers a host: its tool bar, its property panels, its output.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+public:
+    MainWindow();
+    ~MainWindow() override;
+
+    /// Opens a project without an applet. What is unsaved must have been asked for before.
+    void openProject(const ProjectFolder& project);
+    /// Opens an applet of the project in a new editor; the one before is closed.
+    void openApplet(const QString& name);
+    /// The editor of the open applet; null without one.
+    ProcessEditWidget* editor() const { return m_editor; }
+    bool isDocumentModified() const { return isWindowModified(); }
+
+    /// Asks about unsaved changes; false if the person wants to go on editing.
+    bool mayLeaveApplet();
+
+signals:
+    /// An editor was made and its applet loaded.
+    void appletOpened();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void buildActions();
+    void buildDocks();
+    void connectHost();
+    void connectEditor();
+    void closeEditor();
+    QDockWidget* addDock(const QString& name, const QString& title, Qt::DockWidgetArea area,
+                         QWidget* content);
+    void chooseProject();
+    void chooseApplet(const QString& name);
+    void createApplet();
+    void renameApplet();
+    void removeApplet();
+    void refreshApplets();
+    void complain(const QString& complaint);
+    void showTitle();
+    void showNotice(int level, const QString& text);
+    void restoreWindow();
+    void applyDefaultSizes();
+
+    ProjectFolder m_project;
+    QString m_applet;
+    ProcessEditWidget* m_editor = nullptr;
+    bool m_compileFailed = false;
+
+    QToolBar* m_editorBar;
+    QComboBox* m_appletBox;
+    QAction* m_createAction;
+    QAction* m_renameAction;
+    QAction* m_removeAction;
+    QDockWidget* m_controlDock;
+    QDockWidget* m_settingDock;
+    OutputPane* m_output;
+    OutputPane* m_log;
+    ProgressDisplay* m_progress;
+    QLabel* m_noApplet; ///< in the middle while no applet is open
+};

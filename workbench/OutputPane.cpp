@@ -1,0 +1,30 @@
+#include "workbench/OutputPane.h"
+
+#include <QFontDatabase>
+#include <QTime>
+
+namespace {
+constexpr int MaximumLines = 20000;
+}
+
+OutputPane::OutputPane(const QString& placeholder, QWidget* parent) : QPlainTextEdit(parent)
+{
+    setReadOnly(true);
+    setUndoRedoEnabled(false);
+    setMaximumBlockCount(MaximumLines);
+    setPlaceholderText(placeholder);
+    setLineWrapMode(QPlainTextEdit::NoWrap);
+}
+
+void OutputPane::append(const QString& text, bool isError)
+{
+    const QString line = QTime::currentTime().toString(QStringLiteral("HH:mm:ss  ")) +
+                         (text.endsWith(QLatin1Char('\n')) ? text.chopped(1) : text);
+    const QString escaped = line.toHtmlEscaped()
+                                .replace(QLatin1Char('\n'), QLatin1String("<br/>"))
+                                .replace(QLatin1String("  "), QLatin1String("&nbsp;&nbsp;"));
+    if (isError)
+        appendHtml(QStringLiteral("<span style=\"color:#b3261e\">%1</span>").arg(escaped));
+    else
+        appendPlainText(line);
+}

@@ -1,0 +1,61 @@
+#include "workbench/ProgressDisplay.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QProgressBar>
+
+namespace {
+constexpr int RefreshMs = 100;
+}
+
+ProgressDisplay::ProgressDisplay(QWidget* parent)
+    : QWidget(parent), m_activity(new QLabel(tr("就绪"))), m_elapsedLabel(new QLabel),
+      m_bar(new QProgressBar)
+{
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 6, 0);
+    layout->addWidget(m_activity);
+    layout->addWidget(m_elapsedLabel);
+    layout->addWidget(m_bar);
+    m_activity->setObjectName(QStringLiteral("activity"));
+    m_elapsedLabel->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("00000.0 s")));
+    m_elapsedLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_bar->setRange(0, 100);
+    m_bar->setFixedWidth(180);
+    m_bar->setMaximumHeight(16);
+    m_bar->setValue(0);
+    m_refresh.setInterval(RefreshMs);
+    connect(&m_refresh, &QTimer::timeout, this, &ProgressDisplay::showElapsed);
+}
+
+void ProgressDisplay::start(const QString& activity)
+{
+    m_activity->setText(activity);
+    m_bar->setValue(0);
+    m_elapsed.start();
+    m_refresh.start();
+    showElapsed();
+}
+
+void ProgressDisplay::rename(const QString& activity)
+{
+    m_activity->setText(activity);
+}
+
+void ProgressDisplay::finish(const QString& outcome)
+{
+    m_refresh.stop();
+    if (m_elapsed.isValid())
+        showElapsed();
+    m_activity->setText(outcome);
+}
+
+void ProgressDisplay::setProgress(double percent, int)
+{
+    m_bar->setValue(qRound(percent));
+}
+
+void ProgressDisplay::showElapsed()
+{
+    m_elapsedLabel->setText(tr("%1 秒").arg(m_elapsed.elapsed() / 1000.0, 0, 'f', 1));
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// A project on disk: a folder whose applets are the folders "CApplet/<name>" with a document in
+/// each. Names are C identifiers of at most 64 characters, since folders and code bear them.
+class ProjectFolder
+{
+public:
+    ProjectFolder() = default;
+    explicit ProjectFolder(const QString& path);
+
+    /// Absolute, without a trailing slash.
+    QString path() const { return m_path; }
+    QString name() const;
+    /// Empty if the folder is a readable project; else what is wrong with it.
+    QString complaint() const;
+
+    /// In alphabetical order.
+    QStringList applets() const;
+    bool hasApplet(const QString& name) const { return applets().contains(name); }
+    /// The folder of an applet's document, with a trailing slash.
+    QString appletFolder(const QString& name) const;
+
+    /// Each returns an empty text, or what was wrong; then nothing changed.
+    QString createApplet(const QString& name) const;
+    QString renameApplet(const QString& oldName, const QString& newName) const;
+    /// The applet's folders go to the trash, or are deleted where there is none.
+    QString removeApplet(const QString& name) const;
+
+    /// The applet that was opened last in this project on this machine.
+    QString lastApplet() const;
+    void setLastApplet(const QString& name) const;
+
+private:
+    QString complaintAboutName(const QString& name) const;
+    QString outputFolder(const QString& name, const char* suffix) const;
+
+    QString m_path;
+};

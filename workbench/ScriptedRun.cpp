@@ -1,0 +1,189 @@
+#include "workbench/ScriptedRun.h"
+
+#include "model/dialogs/user_dialogs.h"
+#include "model/services/processedit.h"
+#include "shell/ProcessEditNotifyTool.h"
+#include "shell/ProcessEditToolBar.h"
+#include "shell/ProcessEditWidget.h"
+#include "workbench/MainWindow.h"
+
+#include <QDir>
+#include <QPixmap>
+#include <QTextStream>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace processedit = sdk_ui_interface::processedit;
+
+namespace {
+
+constexpr int MidRunShotMs = 1500;
+constexpr int EventStopped = 2;
+constexpr int EventCrashed = 3;
+
+// One event a line: what would break the line or its fields is written as an escape.
+QString field(QString text)
+{
+    return text.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
+        .replace(QLatin1Char('\t'), QLatin1String("\\t"))
+        .replace(QLatin1Char('\n'), QLatin1String("\\n"))
+        .remove(QLatin1Char('\r'));
+}
+
+} // namespace
+
+ScriptedRun::ScriptedRun(const CommandLine& line, MainWindow& window)
+    : m_line(line), m_window(window)
+{
+    const ProcessEditWidget* editor = window.editor();
+    const ProcessEditNotifyTool* events = ProcessEditNotifyTool::instance();
+    connect(events, &ProcessEditNotifyTool::runStateSignal, this, &ScriptedRun::onState,
+            Qt::QueuedConnection);
+    connect(
+        events, &ProcessEditNotifyTool::runFinishSignal, this,
+        [this](const QString&, const QString&, int event) { m_endEvent = event; },
+        Qt::QueuedConnection);
+    connect(editor, &ProcessEditWidget::notifyRunResultSig, this,
+            [this](bool, const QString& text) { printOutput(text); });
+    connect(editor, &ProcessEditWidget::sigPrcoessMode, this, [this](int mode) {
+        if (mode != 0)
+            onRunStarted();
+    });
+    connect(editor, &ProcessEditWidget::sigRunFinish, this, &ScriptedRun::onRunFinished);
+    window.editor()->setOnCompileFinishedCallback(
+        [this](bool success) { onAttemptFinished(success); });
+}
+
+void ScriptedRun::printLine(const QStringList& fields) const
+{
+    if (!m_line.headless)
+        return;
+    QStringList escaped;
+    for (const QString& text : fields)
+        escaped.append(field(text));
+    const QByteArray line = escaped.join(QLatin1Char('\t')).toUtf8() + '\n';
+    std::fwrite(line.constData(), 1, size_t(line.size()), stdout);
+    std::fflush(stdout);
+}
+
+void ScriptedRun::start()
+{
+    if (m_line.headless)
+        answerDialogs();
+    if (!m_line.screenshotFolder.isEmpty() && !QDir().mkpath(m_line.screenshotFolder)) {
+        QTextStream(stderr) << "无法创建文件夹: " << m_line.screenshotFolder << '\n';
+        end(exit_status::NoSuchProject);
+        return;
+    }
+    takeScreenshot(QStringLiteral("edit_tab.png"));
+    if (m_line.run == CommandLine::Run::None)
+        end(exit_status::RunEnded);
+    else
+        pressRun();
+}
+
+void ScriptedRun::answerDialogs()
+{
+    // Nobody is there to answer: a warning becomes a line, a question of a stop is a yes.
+    user_dialogs::setHandler([](const user_dialogs::Message& message) {
+        if (message.kind == user_dialogs::Kind::Warning)
+            QTextStream(stderr) << message.title << ": " << message.text << '\n';
+        const bool yesNo = message.kind == user_dialogs::Kind::YesNo;
+        return user_dialogs::Answer{
+            yesNo ? user_dialogs::Button::Yes : user_dialogs::Button::Ok, QString()};
+    });
+}
+
+void ScriptedRun::pressRun()
+{
+    const bool main = m_line.run == CommandLine::Run::Main;
+    m_window.editor()->onToolWidgetButtonClickedSlot(main ? ProcessEditToolBar::RunMain
+                                                          : ProcessEditToolBar::RunCurrent);
+}
+
+void ScriptedRun::onRunStarted()
+{
+    if (m_runSeen)
+        return;
+    m_runSeen = true;
+    if (m_line.stopAfter >= 0)
+        QTimer::singleShot(m_line.stopAfter, this, [this] {
+            if (!m_ended)
+                m_window.editor()->onToolWidgetButtonClickedSlot(ProcessEditToolBar::Stop);
+        });
+    QTimer::singleShot(MidRunShotMs, this, [this] {
+        if (!m_ended)
+            takeScreenshot(QStringLiteral("run_tab_running.png"));
+    });
+}
+
+void ScriptedRun::onState(const QString& appName, const QString& sequenceId,
+                          const QString& blockUuid, double progress, int result)
+{
+    printLine({QStringLiteral("state"), sequenceName(appName, sequenceId),
+               stepName(appName, blockUuid), QString::number(progress, 'g', 6),
+               QString::number(result)});
+}
+
+QString ScriptedRun::sequenceName(const QString& appName, const QString& id)
+{
+    QString& name = m_sequenceNames[id];
+    if (name.isEmpty())
+        name = QString::fromStdString(processedit::getSequence(appName, id).name);
+    return name.isEmpty() ? id : name;
+}
+
+QString ScriptedRun::stepName(const QString& appName, const QString& uuid)
+{
+    const auto block = processedit::getProcess(appName, uuid);
+    return block ? QString::fromStdString(block->name) : uuid;
+}
+
+void ScriptedRun::printOutput(const QString& text)
+{
+    for (const QString& line : text.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        printLine({QStringLiteral("output"), line});
+}
+
+void ScriptedRun::onAttemptFinished(bool success)
+{
+    // Queued: what the attempt has to say is said after this callback.
+    if (!success)
+        QMetaObject::invokeMethod(
+            this, [this] { end(exit_status::CompileFailed); }, Qt::QueuedConnection);
+}
+
+void ScriptedRun::onRunFinished()
+{
+    if (m_endEvent == 0)
+        return;
+    printLine({QStringLiteral("end"), QString::number(m_endEvent)});
+    // The rows take their last reports first.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            takeScreenshot(QStringLiteral("run_tab.png"));
+            end(m_endEvent == EventStopped   ? exit_status::RunStopped
+                : m_endEvent == EventCrashed ? exit_status::RunCrashed
+                                             : exit_status::RunEnded);
+        },
+        Qt::QueuedConnection);
+}
+
+void ScriptedRun::takeScreenshot(const QString& name)
+{
+    if (m_line.screenshotFolder.isEmpty())
+        return;
+    const QString fileName = QDir(m_line.screenshotFolder).filePath(name);
+    if (!m_window.grab().save(fileName))
+        QTextStream(stderr) << "无法保存截图: " << fileName << '\n';
+}
+
+void ScriptedRun::end(int exitStatus)
+{
+    if (m_ended)
+        return;
+    m_ended = true;
+    emit finished(exitStatus);
+}
