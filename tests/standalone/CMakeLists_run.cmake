@@ -1,0 +1,15 @@
+# Tests of the run path: protocol, code generator, compiler, runtime. They start applet_runner, which
+# stands beside them.
+set(run_tests ${CMAKE_CURRENT_LIST_DIR})
+
+pe_add_test(runtime_protocol_test SOURCES ${run_tests}/runtime_protocol_test.cpp
+            LINK pe_standalone)
+pe_add_test(codegen_test SOURCES ${run_tests}/codegen_test.cpp LINK pe_standalone)
+foreach(name compiler_test compiler_model_test codegen_run_test runtime_run_test)
+  pe_add_test(${name} SOURCES ${run_tests}/${name}.cpp ${run_tests}/runtime_harness.cpp
+              LINK pe_standalone)
+  add_dependencies(${name} applet_runner)
+endforeach()
+# Applets have Chinese names here, which their files bear.
+set_property(TEST compiler_test compiler_model_test codegen_run_test runtime_run_test APPEND
+             PROPERTY ENVIRONMENT "LANG=C.UTF-8")

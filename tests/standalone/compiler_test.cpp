@@ -1,0 +1,277 @@
+#include "tests/standalone/codegen_builders.h"
+#include "tests/standalone/runtime_harness.h"
+
+#include "standalone/compiler/CompileService.h"
+#include "standalone/runtime/applet_paths.h"
+
+#include <QMutex>
+#include <QtTest>
+
+using namespace builders;
+using standalone::CompileService;
+
+namespace {
+
+struct Result
+{
+    compileResult result;
+    QString appName;
+    QString message;
+};
+
+codegen::AppletSource single(const std::string& code, bool splitFile = false)
+{
+    return applet({sequence("main", {statement("good", ""), statement("电压", code, splitFile)})});
+}
+
+QDateTime changed(const QString& path)
+{
+    return QFileInfo(path).lastModified();
+}
+
+} // namespace
+
+class CompilerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void errorNamesItsStep_data();
+    void errorNamesItsStep();
+    void problemsFailWithoutACompiler();
+    void missingCompiler();
+    void hangingCompilerIsKilled();
+    void skip();
+    void unchangedFilesAreLeftAlone();
+    void failureKeepsTheOldModule();
+    void oneCompileAnAppletAtATime();
+    void withoutAProject();
+    void shutdownEndsACompile();
+
+private:
+    CompileService::StartResult
+    start(const codegen::AppletSource& source,
+          const std::function<void(CompileService::Request&)>& change = {});
+    QList<Result> results() const
+    {
+        const QMutexLocker lock(&m_mutex);
+        return m_results;
+    }
+    /// A compiler of our own making, as a shell script.
+    void useCompiler(const QByteArray& script);
+
+    const QString m_app = QStringLiteral("小程序");
+    std::unique_ptr<RuntimeHarness> m_harness;
+    std::unique_ptr<CompileService> m_service;
+    mutable QMutex m_mutex;
+    QList<Result> m_results;
+};
+
+void CompilerTest::init()
+{
+    qunsetenv("CXX");
+    m_harness = std::make_unique<RuntimeHarness>();
+    m_service = std::make_unique<CompileService>();
+    m_results.clear();
+}
+
+void CompilerTest::cleanup()
+{
+    m_service.reset();
+    m_harness.reset();
+    qunsetenv("CXX");
+}
+
+CompileService::StartResult
+CompilerTest::start(const codegen::AppletSource& source,
+                    const std::function<void(CompileService::Request&)>& change)
+{
+    CompileService::Request request;
+    request.appName = m_app;
+    request.targetSequenceId = QString::fromStdString(source.targetSequenceId);
+    request.codeFolder = standalone::appletCodeFolder(m_app);
+    request.modulePath = standalone::appletModulePath(m_app);
+    request.code = codegen::generate(source);
+    request.onFinished = [this](compileResult result, quint64, const char* app,
+                                const char* message) {
+        const QMutexLocker lock(&m_mutex);
+        m_results << Result{result, QString::fromLocal8Bit(app), QString::fromUtf8(message)};
+    };
+    if (change)
+        change(request);
+    return m_service->start(std::move(request));
+}
+
+void CompilerTest::useCompiler(const QByteArray& script)
+{
+    const QString path = m_harness->projectPath() + QStringLiteral("/compiler.sh");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("#!/bin/sh\n" + script + '\n');
+    file.close();
+    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    qputenv("CXX", QFile::encodeName(path));
+}
+
+void CompilerTest::errorNamesItsStep_data()
+{
+    QTest::addColumn<bool>("splitFile");
+    QTest::newRow("in the sequence") << false;
+    QTest::newRow("in a file of its own") << true;
+}
+
+void CompilerTest::errorNamesItsStep()
+{
+    QFETCH(bool, splitFile);
+    QCOMPARE(start(single("missing_function(1);", splitFile)), CompileService::Started);
+    QTRY_COMPARE_WITH_TIMEOUT(results().size(), 1, 60000);
+    QCOMPARE(results()[0].result, CompileFailed);
+    QCOMPARE(results()[0].appName, m_app);
+    QVERIFY2(
+        results()[0].message.startsWith(QStringLiteral("出错步骤: 序列“main”, 步骤“电压” (第 ")),
+        qPrintable(results()[0].message));
+    QVERIFY(results()[0].message.contains(QStringLiteral("missing_function")));
+}
+
+void CompilerTest::problemsFailWithoutACompiler()
+{
+    qputenv("CXX", "/nowhere/c++");
+    QCOMPARE(start(applet({sequence("main", {plain(step_type::Break, "b")})})),
+             CompileService::Started);
+    QTRY_COMPARE_WITH_TIMEOUT(results().size(), 1, 60000);
+    QCOMPARE(results()[0].result, CompileFailed);
+    QCOMPARE(results()[0].message, QStringLiteral("序列“main”的步骤“b”: break 不在循环之内\n"));
+}
+
+void CompilerTest::missingCompiler()
+{
+    qputenv("CXX", "/nowhere/c++ -m32");
+    QCOMPARE(start(single("")), CompileService::Started);
+    QTRY_COMPARE_WITH_TIMEOUT(results().size(), 1, 60000);
+    QCOMPARE(results()[0].result, CompilerMissing);
+    QVERIFY(results()[0].message.startsWith(
+        QStringLiteral("找不到 C++ 编译器, 已尝试运行: /nowhere/c++ ")));
+}
+
+void CompilerTest::hangingCompilerIsKilled()
+{
+    useCompiler("echo begun; sleep 600");
+    m_service->setTimeout(300);
+    QCOMPARE(start(single("")), CompileService::Started);
+    QTRY_COMPARE_WITH_TIMEOUT(results().size(), 1, 60000);
+    QCOMPARE(results()[0].result, CompileFailed);
+    QVERIFY(results()[0].message.contains(QStringLiteral("仍未结束")));
+    QVERIFY(results()[0].message.contains(QStringLiteral("begun")));
+}
+
+void CompilerTest::skip()
+{
+    const auto compileAgain = [this](const codegen::AppletSource& source, auto change) {
+        const int before = results().size();
+        const auto result = start(source, change);
+        if (result == CompileService::Started)
+            [&] { QTRY_COMPARE_WITH_TIMEOUT(results().size(), before + 1, 60000); }();
+        return result;
+    };
+    const auto unchanged = [](CompileService::Request&) {};
+    auto source = applet({sequence("main", {call("c", "sub")}), sequence("sub", {})});
+
+    QCOMPARE(compileAgain(source, unchanged), CompileService::Started);
+    QCOMPARE(results().last().result, CompileSucceeded);
+    QCOMPARE(compileAgain(source, unchanged), CompileService::Skipped);
+    QCOMPARE(compileAgain(source, [](auto& request) { request.isForced = true; }),
+             CompileService::Started);
+    QCOMPARE(compileAgain(source, unchanged), CompileService::Skipped);
+    QCOMPARE(compileAgain(source, [](auto& request) { request.forVci = true; }),
+             CompileService::Started);
+    QCOMPARE(compileAgain(source, unchanged), CompileService::Started);
+    source.targetSequenceId = "sub";
+    QCOMPARE(compileAgain(source, unchanged), CompileService::Started);
+    QCOMPARE(compileAgain(source, unchanged), CompileService::Skipped);
+    QVERIFY(QFile::remove(standalone::appletModulePath(m_app)));
+    QCOMPARE(compileAgain(source, unchanged), CompileService::Started);
+    qputenv("CXX", "g++");
+    QCOMPARE(compileAgain(source, unchanged), CompileService::Started);
+    // A failure leaves nothing to skip for.
+    QCOMPARE(compileAgain(single("error"), unchanged), CompileService::Started);
+    QCOMPARE(results().last().result, CompileFailed);
+    QCOMPARE(compileAgain(source, unchanged), CompileService::Started);
+}
+
+void CompilerTest::unchangedFilesAreLeftAlone()
+{
+    QCOMPARE(m_harness->build(m_app, single("int first = 1;", true)), QString());
+    const QString folder = standalone::appletCodeFolder(m_app);
+    const QString source = folder + QStringLiteral("/a_capplet.cpp");
+    const QString statement = folder + QStringLiteral("/statement_1.inc");
+    const QDateTime before(QDate(2020, 1, 1), QTime(0, 0));
+    for (const QString& path : {source, statement}) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        QVERIFY(file.setFileTime(before, QFileDevice::FileModificationTime));
+    }
+    QCOMPARE(m_harness->build(m_app, single("int second = 2;", true)), QString());
+    QCOMPARE(changed(source), before);
+    QVERIFY(changed(statement) != before);
+    // What isn't generated any more goes.
+    QCOMPARE(m_harness->build(m_app, single("int third = 3;")), QString());
+    QVERIFY(!QFileInfo::exists(statement));
+    QVERIFY(QFileInfo::exists(folder + QStringLiteral("/applet_runtime.h")));
+}
+
+void CompilerTest::failureKeepsTheOldModule()
+{
+    QCOMPARE(m_harness->build(m_app, single("")), QString());
+    const QString module = standalone::appletModulePath(m_app);
+    const qint64 size = QFileInfo(module).size();
+    QVERIFY(!m_harness->build(m_app, single("error")).isEmpty());
+    QCOMPARE(QFileInfo(module).size(), size);
+    QCOMPARE(QDir(standalone::appletModuleFolder(m_app)).entryList(QDir::Files),
+             QStringList{m_app + QStringLiteral(".mp")});
+}
+
+void CompilerTest::oneCompileAnAppletAtATime()
+{
+    useCompiler("while [ ! -e go ]; do sleep 0.05; done; exit 1");
+    QCOMPARE(start(single("")), CompileService::Started);
+    QVERIFY(m_service->isCompiling(m_app));
+    QCOMPARE(start(single("")), CompileService::Refused);
+    // Another applet is free.
+    const QString other = QStringLiteral("other");
+    const auto asOther = [&](CompileService::Request& request) {
+        request.appName = other;
+        request.codeFolder = standalone::appletCodeFolder(other);
+        request.modulePath = standalone::appletModulePath(other);
+    };
+    QCOMPARE(start(single(""), asOther), CompileService::Started);
+    for (const QString& app : {m_app, other}) {
+        QVERIFY(QDir().mkpath(standalone::appletCodeFolder(app)));
+        QFile go(standalone::appletCodeFolder(app) + QStringLiteral("/go"));
+        QVERIFY(go.open(QIODevice::WriteOnly));
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(results().size(), 2, 60000);
+    QVERIFY(!m_service->isCompiling(m_app));
+}
+
+void CompilerTest::withoutAProject()
+{
+    QCOMPARE(start(single(""), [](auto& request) { request.codeFolder.clear(); }),
+             CompileService::Refused);
+}
+
+void CompilerTest::shutdownEndsACompile()
+{
+    const QString begun = m_harness->projectPath() + QStringLiteral("/begun");
+    useCompiler("touch '" + QFile::encodeName(begun) + "'; sleep 600");
+    QCOMPARE(start(single("")), CompileService::Started);
+    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(begun), 60000);
+    m_service->shutDown();
+    QVERIFY(!m_service->isCompiling(m_app));
+    QVERIFY(results().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(CompilerTest)
+#include "compiler_test.moc"

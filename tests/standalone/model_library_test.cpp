@@ -1,0 +1,260 @@
+#include "model/process_blocks.h"
+#include "model/services/process_edit.h"
+#include "model/services/process_json_edit.h"
+#include "model/services/processedit.h"
+#include "tests/standalone/model_samples.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace facade = sdk_ui_interface::processedit;
+using namespace process_json_edit;
+
+namespace {
+
+const QString app = QStringLiteral("library_app");
+const std::string localApp = "library_app";
+
+std::string readTable(const char* name)
+{
+    QFile file(QStringLiteral(PE_TABLES_FOLDER "/") + QLatin1String(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+}
+
+std::shared_ptr<SequenceProcessBlock> addCall(const QString& from, const QString& to)
+{
+    const QString uuid =
+        facade::createProcess(app, from, QStringLiteral("1"), BasicStep, step_type::Sequence, -1);
+    auto call = std::dynamic_pointer_cast<SequenceProcessBlock>(facade::getProcess(app, uuid));
+    call->sourceKind = SequenceProcessBlock::AppletSequence;
+    call->sequenceId = to.toStdString();
+    return call;
+}
+
+void addVariable(processVariableType scope, const std::string& owner, const std::string& name)
+{
+    auto variable = process_edit::getVariable(process_edit::addVariable(localApp, scope, owner));
+    variable.name = name;
+    process_edit::updateVariable(localApp, variable, scope);
+}
+
+QStringList namesOf(const std::vector<processVariable>& variables)
+{
+    QStringList names;
+    for (const auto& variable : variables)
+        names.append(QString::fromStdString(variable.name));
+    return names;
+}
+
+} // namespace
+
+/// Step tables, quick steps and templates.
+class ModelLibraryTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void cleanup() { samples::forget(app); }
+
+    void defaultStepsHoldEveryKind()
+    {
+        const QString sequence = facade::createSeuqence(app, QStringLiteral("s"));
+        QVERIFY(!isDefaultStepLoaded());
+        const auto builtIn = facade::getProcess(
+            app, facade::createProcess(app, sequence, QStringLiteral("1"), BasicStep, 1, -1));
+        QCOMPARE(builtIn->name, std::string("if"));
+        QVERIFY(builtIn->property.hasChildren && builtIn->property.editable);
+
+        samples::LogCatcher log;
+        loadDefaultStepJson(readTable("defaultStep.json"));
+        QVERIFY2(log.lines.isEmpty(), qPrintable(log.lines.join(QLatin1Char('\n'))));
+        QVERIFY(isDefaultStepLoaded());
+        for (int type = 1; type <= 27; ++type) {
+            const QString uuid =
+                facade::createProcess(app, sequence, QStringLiteral("1"), BasicStep, type, -1);
+            const auto kind = process_edit::getDefaultBaseStepProperty(BasicStep, type);
+            QVERIFY2(uuid.isEmpty() == kind.name.empty(), qPrintable(QString::number(type)));
+            if (uuid.isEmpty())
+                continue;
+            const auto block = facade::getProcess(app, uuid);
+            QCOMPARE(block->name, kind.name);
+            QCOMPARE(block->stepType(), type);
+            QVERIFY(block->property.editable);
+            QCOMPARE(block->property.hasChildren,
+                     step_kinds::isOpener(type) || step_kinds::isBranch(type));
+            QCOMPARE(block->property.draggable, block->property.showInPalette);
+            QVERIFY(!step_kinds::isCloser(type) || !block->property.showInPalette);
+        }
+        const auto folders = process_edit::getAllDefaultBaseStepProperty();
+        QCOMPARE(folders.back().stepType, int(step_type::QuickStepFolder));
+        QCOMPARE(folders.back().baseType, BasicStep);
+        for (std::size_t i = 0; i + 1 < folders.size(); ++i)
+            QVERIFY(!folders[i].children.empty() && folders[i].baseType == NoBlock);
+    }
+
+    void defaultVariablesAreLocked()
+    {
+        loadDefaultVariable(readTable("defaultVariable.json"));
+        const auto variables = process_edit::getAllGlobalVariable();
+        QVERIFY(!variables.empty());
+        QCOMPARE(variables.front().name, std::string("global_ret"));
+        for (const auto& variable : variables)
+            QVERIFY(variable.isLocked && variable.scope == GlobalVariable &&
+                    !variable.uuid.empty());
+    }
+
+    void customKindsMakeDiagnosticSteps()
+    {
+        const QString sequence = facade::createSeuqence(app, QStringLiteral("s"));
+        BaseStepProperty folder;
+        folder.name = "诊断";
+        folder.baseType = NoBlock;
+        for (const int type : {1, 4}) {
+            BaseStepProperty kind;
+            kind.name = type == 1 ? "读数据" : "安全访问";
+            kind.baseType = DiagnosticStep;
+            kind.stepType = type;
+            kind.extra["udsJson"] = "{}";
+            folder.children.push_back(kind);
+        }
+        process_edit::addCustomStepProperty(localApp, {folder});
+        QCOMPARE(
+            process_edit::getCustomBaseStepProperty(localApp, DiagnosticStep, "读数据").stepType,
+            1);
+        QVERIFY(process_edit::getCustomBaseStepProperty("other", DiagnosticStep, 4).name.empty());
+        const auto block = facade::getProcess(
+            app, facade::createProcess(app, sequence, QStringLiteral("0"), DiagnosticStep, 4, 0));
+        QVERIFY(std::dynamic_pointer_cast<UdsProcessBlock>(block));
+        QCOMPARE(block->name, std::string("安全访问"));
+        QCOMPARE(block->property.extra.at("udsJson"), std::string("{}"));
+        process_edit::removeAllCustomStepProperty(localApp);
+        QVERIFY(facade::createProcess(app, sequence, QStringLiteral("0"), DiagnosticStep, 4, 0)
+                    .isEmpty());
+    }
+
+    void quickStepsAreCopiesOfTheirOwn()
+    {
+        const QString sequence = facade::createSeuqence(app, QStringLiteral("s"));
+        const QString loop = facade::createProcess(app, sequence, QStringLiteral("1"), BasicStep,
+                                                   step_type::While, -1);
+        const QString delay =
+            facade::createProcess(app, sequence, loop, BasicStep, step_type::Delay, -1);
+        const QString jump =
+            facade::createProcess(app, sequence, loop, BasicStep, step_type::Goto, -1);
+        std::dynamic_pointer_cast<GotoProcessBlock>(facade::getProcess(app, jump))->targetUuid =
+            delay.toStdString();
+        const QString id = facade::addQuickStepInfo(app, loop);
+        QVERIFY(!id.isEmpty() && id != loop);
+        QVERIFY(facade::addQuickStepInfo(app, QStringLiteral("no such")).isEmpty());
+        facade::getProcess(app, loop)->name = "changed later";
+
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("quickStep.json"));
+        facade::saveQuickStepJsonStr(path, EveryBusiness);
+        facade::removeQuickStepInfo(id);
+        QVERIFY(facade::getQuickStepInfo().isEmpty());
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        facade::loadQuickStepJsonStr(QString::fromUtf8(file.readAll()));
+        QVERIFY(isQucikStepLoaded());
+        QCOMPARE(facade::getQuickStepInfoVector({id, QStringLiteral("no such")}).size(), 1);
+
+        const QString made =
+            facade::createProcessInfoByQuickStep(app, sequence, QStringLiteral("2"), id, 0);
+        const auto block = facade::getProcess(app, made);
+        QCOMPARE(block->name, std::string("while"));
+        QCOMPARE(block->children.size(), std::size_t(2));
+        const auto copiedJump = std::dynamic_pointer_cast<GotoProcessBlock>(block->children[1]);
+        QCOMPARE(copiedJump->targetUuid, block->children[0]->uuid);
+        QVERIFY(block->children[0]->uuid != delay.toStdString());
+        QVERIFY(!facade::createProcessInfoByQuickStep(app, sequence, QStringLiteral("2"), id, 0)
+                     .isEmpty());
+    }
+
+    void templatesFreezeWhatASequenceNeeds()
+    {
+        const QString first = facade::createSeuqence(app, QStringLiteral("first"));
+        const QString second = facade::createSeuqence(app, QStringLiteral("second"));
+        const QString third = facade::createSeuqence(app, QStringLiteral("third"));
+        facade::createSeuqence(app, QStringLiteral("not_called"));
+        const auto call = addCall(first, second);
+        call->preStatements = "used = 1;";
+        addCall(second, third);
+        addCall(third, first);
+        addVariable(SequenceVariable, first.toStdString(), "a");
+        addVariable(SequenceVariable, third.toStdString(), "c");
+        addVariable(ProcessVariable, localApp, "used");
+        addVariable(ProcessVariable, localApp, "unused");
+
+        const auto [id, name] = facade::addProcessTemplate(app, first);
+        QCOMPARE(name, QStringLiteral("first"));
+        QCOMPARE(facade::addProcessTemplate(app, first).second, QStringLiteral("first_1"));
+        QVERIFY(facade::addProcessTemplate(app, QStringLiteral("no such")).first.isEmpty());
+        call->name = "changed later";
+
+        const auto info = facade::getProcessTemplateByID(id);
+        QCOMPARE(info.mainSequence.name, std::string("first"));
+        QCOMPARE(info.subSequences.size(), std::size_t(2));
+        QCOMPARE(info.subSequences[1].id, third.toStdString());
+        QCOMPARE(info.blocks.size(), std::size_t(1));
+        QVERIFY(info.blocks[0]->name != "changed later");
+        QCOMPARE(info.subBlocks.size(), std::size_t(2));
+        QCOMPARE(namesOf(info.sequenceVariables),
+                 QStringList({QStringLiteral("a"), QStringLiteral("c")}));
+        QCOMPARE(namesOf(info.processVariables), QStringList(QStringLiteral("used")));
+        QCOMPARE(info.processVariables[0].ownerId, localApp);
+
+        const auto copy = readOneTemplateJsonStr(generateOneTemplateJsonStr(info));
+        QCOMPARE(generateOneTemplateJsonStr(copy), generateOneTemplateJsonStr(info));
+        QCOMPARE(copy.subSequences[1].mainFlow, info.subSequences[1].mainFlow);
+        QVERIFY(readOneTemplateJsonStr("").id.empty());
+        QVERIFY(readOneTemplateJsonStr("{\"id\": \"x\"}").id.empty());
+    }
+
+    void templatesCallTemplates()
+    {
+        const QString inner = facade::createSeuqence(app, QStringLiteral("inner"));
+        const auto [innerId, innerName] = facade::addProcessTemplate(app, inner);
+        const QString outer = facade::createSeuqence(app, QStringLiteral("outer"));
+        const auto call = addCall(outer, {});
+        call->sourceKind = SequenceProcessBlock::TemplateSequence;
+        call->templateId = innerId.toStdString();
+        call->templateJson = generateOneTemplateJsonStr(facade::getProcessTemplateByID(innerId));
+        for (const bool isInProject : {true, false}) {
+            if (!isInProject)
+                facade::removeProcessTemplate(innerId);
+            QCOMPARE(process_edit::isHaveTemplateInfo(innerId.toStdString()), isInProject);
+            const QString id = facade::addProcessTemplate(app, outer).first;
+            const auto subs = facade::getProcessTemplateByID(id).subTemplates;
+            QCOMPARE(subs.size(), std::size_t(1));
+            QCOMPARE(subs.at(innerId.toStdString()).mainSequence.name, std::string("inner"));
+        }
+    }
+
+    void theTemplateFileKeepsItsTemplates()
+    {
+        const QString first = facade::createSeuqence(app, QStringLiteral("first"));
+        const QString id = facade::addProcessTemplate(app, first).first;
+        facade::renameProcessTemplate(id, QStringLiteral("新的名字"));
+        auto document =
+            QJsonDocument::fromJson(facade::generateTemplateJsonStr().toUtf8()).object();
+        document.insert(QStringLiteral("future"), 1);
+        const QString json = QString::fromUtf8(QJsonDocument(document).toJson());
+        facade::removeAllProcessTemplate(false);
+        QVERIFY(!isTempldateLoaded() && facade::getAllProcessTemplate().empty());
+
+        facade::loadTemplateJsonStr(json);
+        QVERIFY(isTempldateLoaded());
+        QCOMPARE(facade::getProcessTemplateByID(id).name, QStringLiteral("新的名字").toStdString());
+        QCOMPARE(facade::generateTemplateJsonStr(), json);
+        facade::loadTemplateJsonStr(QStringLiteral("not json"));
+        QCOMPARE(facade::getAllProcessTemplate().size(), std::size_t(1));
+        facade::removeAllProcessTemplate(true);
+        QVERIFY(isTempldateLoaded());
+    }
+};
+
+QTEST_GUILESS_MAIN(ModelLibraryTest)
+#include "model_library_test.moc"

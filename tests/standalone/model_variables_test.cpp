@@ -1,0 +1,284 @@
+#include "model/process_blocks.h"
+#include "model/services/process_edit.h"
+#include "model/services/process_json_edit.h"
+#include "model/services/processedit.h"
+#include "tests/standalone/model_samples.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <algorithm>
+
+namespace facade = sdk_ui_interface::processedit;
+using namespace process_edit;
+using namespace process_json_edit;
+
+namespace {
+
+const std::string app = "var_app";
+const QString appName = QStringLiteral("var_app");
+
+QString listing(const std::vector<processVariable>& variables)
+{
+    QStringList names;
+    for (const auto& v : variables)
+        names.append(QString::fromStdString(v.name + ":" + v.ownerId));
+    return names.join(QLatin1Char(' '));
+}
+
+QJsonObject parsed(const std::string& json)
+{
+    return QJsonDocument::fromJson(QByteArray::fromStdString(json)).object();
+}
+
+std::string addNamed(processVariableType scope, const std::string& owner, const std::string& name)
+{
+    auto variable = getVariable(addVariable(app, scope, owner));
+    variable.name = name;
+    updateVariable(app, variable, scope);
+    return variable.uuid;
+}
+
+} // namespace
+
+class ModelVariablesTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase()
+    {
+        loadDefaultVariable(R"({"variables": [{"uuid": "ret", "name": "global_ret", "type": "s32",
+                                               "value": "0", "isEditable": false}]})");
+        QVERIFY(isDefaultGlobalVarLoaded());
+    }
+
+    void cleanup()
+    {
+        samples::forget(appName);
+        samples::forget(QStringLiteral("copy"));
+        samples::forget(QStringLiteral("renamed"));
+        loadGlobalVariable({});
+    }
+
+    void newVariablesGetFreeNames()
+    {
+        const QRegularExpression rule(QStringLiteral("^[a-zA-Z_][a-zA-Z0-9_]{0,19}$"));
+        QStringList names;
+        for (int round = 0; round < 3; ++round) {
+            for (const auto& uuid :
+                 {addVariable(app, SequenceVariable, "s1"), addVariable(app, ProcessVariable, app),
+                  addVariable(app, GlobalVariable, {})}) {
+                const auto variable = getVariable(uuid);
+                QCOMPARE(variable.type, std::string("s32"));
+                QCOMPARE(variable.value, std::string("0"));
+                names.append(QString::fromStdString(variable.name));
+                QVERIFY(rule.match(names.last()).hasMatch());
+            }
+        }
+        QCOMPARE(names.removeDuplicates(), 0);
+        // Another sequence doesn't see the first one's variables.
+        const auto other = getVariable(addVariable(app, SequenceVariable, "s2"));
+        QVERIFY(names.indexOf(QString::fromStdString(other.name)) % 3 <= 0);
+        QVERIFY(addVariable(app, SequenceVariable, {}).empty());
+        QVERIFY(addVariable({}, ProcessVariable, {}).empty());
+        QVERIFY(getVariable("no such").uuid.empty());
+    }
+
+    void orderIsKeptAndScopesCanChange()
+    {
+        addNamed(SequenceVariable, "s1", "a");
+        const auto b = addNamed(SequenceVariable, "s1", "b");
+        addNamed(SequenceVariable, "s1", "c");
+        addNamed(ProcessVariable, app, "p");
+        QCOMPARE(listing(getAllSequenceVariable(app, "s1")), QStringLiteral("a:s1 b:s1 c:s1"));
+
+        auto variable = getVariable(b);
+        variable.scope = ProcessVariable;
+        variable.ownerId = app;
+        updateVariable(app, variable, 0);
+        QCOMPARE(listing(getAllSequenceVariable(app, "s1")), QStringLiteral("a:s1 c:s1"));
+        QCOMPARE(listing(getAllCAppletVariable(app)), QStringLiteral("p:var_app b:var_app"));
+        variable.scope = GlobalVariable;
+        variable.ownerId.clear();
+        updateVariable(app, variable, 0);
+        QCOMPARE(listing(getAllGlobalVariable()), QStringLiteral("global_ret: b:"));
+
+        removeVariables(app, {b, "no such", "ret"});
+        QCOMPARE(listing(getAllGlobalVariable()), QStringLiteral("global_ret:"));
+        removeAllVarBySequenceId(app, "s1");
+        QVERIFY(getAllSequenceVariable(app, "s1").empty());
+        removeAllVarByAppName(app);
+        QVERIFY(getAllCAppletVariable(app).empty());
+    }
+
+    void pastedVariablesAreNew()
+    {
+        const auto a = addNamed(SequenceVariable, "s1", "speed");
+        auto copy = copyVariable(a);
+        QVERIFY(copy.uuid.empty());
+        for (const char* expected : {"speed_1", "speed_2"}) {
+            auto pasted = copy;
+            pasted.ownerId = "s1";
+            pasteVariable(app, pasted, SequenceVariable);
+            QCOMPARE(pasted.name, std::string(expected));
+            QCOMPARE(getVariable(pasted.uuid).name, std::string(expected));
+        }
+        auto elsewhere = copy;
+        elsewhere.ownerId = "s2";
+        pasteVariable(app, elsewhere, SequenceVariable);
+        QCOMPARE(elsewhere.name, std::string("speed"));
+        auto fromDefault = copyVariable("ret");
+        pasteVariable(app, fromDefault, ProcessVariable);
+        QCOMPARE(fromDefault.name, std::string("global_ret_1"));
+        QVERIFY(!getVariable(fromDefault.uuid).isLocked);
+    }
+
+    void lockedVariablesStayAsTheyAre()
+    {
+        auto variable = getVariable("ret");
+        QVERIFY(variable.isLocked);
+        variable.name = "mine";
+        variable.value = "1";
+        updateVariable(app, variable, GlobalVariable);
+        QCOMPARE(getVariable("ret").name, std::string("global_ret"));
+        QCOMPARE(getVariable("ret").value, std::string("0"));
+    }
+
+    void aNewTypeBringsItsLength()
+    {
+        auto variable = getVariable(addVariable(app, ProcessVariable, app));
+        const std::vector<std::pair<std::string, int>> cases{
+            {"u8*", 64}, {"string", 256}, {"pu16", 64}, {"double", 1}, {"char*", 256}};
+        for (const auto& [type, length] : cases) {
+            variable.type = type;
+            updateVariable(app, variable, 0);
+            variable = getVariable(variable.uuid);
+            QCOMPARE(variable.length, length);
+        }
+        variable.length = 9;
+        updateVariable(app, variable, 0);
+        QCOMPARE(getVariable(variable.uuid).length, 9);
+    }
+
+    void documentsRoundTrip()
+    {
+        const std::string json = R"({"future": 1, "process": [
+            {"uuid": "p", "name": "speed", "type": "u8*", "value": "1,2", "unit": "km/h",
+             "description": ["第一行", "第二行"], "isLocked": true, "isEditable": false,
+             "length": 64}],
+          "sequences": {"s1": [{"uuid": "a", "name": "x", "type": "s32", "value": "0"},
+                               {"uuid": "b", "name": "y", "type": "string", "value": ""}]}})";
+        loadAppVariableJson(app, json);
+        QCOMPARE(listing(getAllCAppletVariable(app)), QStringLiteral("speed:var_app"));
+        QCOMPARE(listing(getAllSequenceVariable(app, "s1")), QStringLiteral("x:s1 y:s1"));
+        QCOMPARE(getVariable("p").description, std::string("第一行\n第二行"));
+        auto expected = parsed(json);
+        auto sequences = expected.value(QLatin1String("sequences")).toObject();
+        auto list = sequences.value(QLatin1String("s1")).toArray();
+        auto second = list.at(1).toObject();
+        second.remove(QStringLiteral("value")); // an empty text is the default
+        list.replace(1, second);
+        sequences.insert(QStringLiteral("s1"), list);
+        expected.insert(QStringLiteral("sequences"), sequences);
+        QCOMPARE(parsed(generateAppAndSequenceVariableJson(app)), expected);
+
+        // The same document in another applet: the variables are others, under ids of their own.
+        loadAppVariableJson("copy", json);
+        removeAllVarByAppName("copy");
+        QCOMPARE(getVariable("p").name, std::string("speed"));
+        QCOMPARE(generateAppAndSequenceVariableJson("copy"), std::string("{}"));
+
+        loadAppVariableJson(app, "[]");
+        QCOMPARE(parsed(generateAppAndSequenceVariableJson(app)), expected);
+        loadAppVariableJson(app, "{}");
+        QCOMPARE(generateAppAndSequenceVariableJson(app), std::string("{}"));
+    }
+
+    void damagedDocumentsAreReadAsFarAsTheyGo()
+    {
+        samples::LogCatcher log;
+        loadAppVariableJson(app, R"({"process": [{"uuid": "a", "name": "x"}, 5,
+            {"uuid": "a", "name": "y", "length": "long"}, {"name": "z"}], "sequences": {"s": 1}})");
+        QCOMPARE(listing(getAllCAppletVariable(app)),
+                 QStringLiteral("x:var_app y:var_app z:var_app"));
+        QVERIFY2(log.lines.size() == 5, qPrintable(log.lines.join(QLatin1Char('\n'))));
+        QCOMPARE(getVariable("a").name, std::string("x"));
+    }
+
+    void globalVariablesGoToTheProjectFile()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("globalVariable.json"));
+        const std::string json =
+            R"({"future": 1, "variables": [{"uuid": "g", "name": "vin", "type": "string",
+                "value": "LSV", "length": 17, "unit": "x"}]})";
+        loadGlobalVariable(json);
+        QVERIFY(isUserGlobalVarLoaded());
+        facade::saveGlobalVarJsonStr(folder.path(), EveryBusiness);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const auto written = file.readAll().toStdString();
+        QCOMPARE(parsed(written), parsed(json));
+        loadGlobalVariable({});
+        QCOMPARE(listing(getAllGlobalVariable()), QStringLiteral("global_ret:"));
+        loadGlobalVariable(written);
+        QCOMPARE(listing(getAllGlobalVariable()), QStringLiteral("global_ret: vin:"));
+
+        samples::LogCatcher log;
+        facade::saveGlobalVarJsonStr(folder.filePath(QStringLiteral("missing")), EveryBusiness);
+        QCOMPARE(log.lines.size(), 1);
+        QVERIFY(log.lines.first().startsWith(QStringLiteral("[流程编辑]")));
+    }
+
+    void aRenamedAppletTakesItsVariablesAlong()
+    {
+        facade::createSeuqence(appName, QStringLiteral("s"));
+        const auto p = addNamed(ProcessVariable, app, "p");
+        addNamed(SequenceVariable, "s1", "a");
+        facade::renameProcessCAppletName(appName, QStringLiteral("renamed"));
+        QCOMPARE(listing(getAllCAppletVariable("renamed")), QStringLiteral("p:renamed"));
+        QCOMPARE(listing(getAllSequenceVariable("renamed", "s1")), QStringLiteral("a:s1"));
+        QVERIFY(getAllCAppletVariable(app).empty());
+        removeVariables("renamed", {p});
+        QVERIFY(getAllCAppletVariable("renamed").empty());
+    }
+
+    void compositeVariablesInUseAreFound_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<bool>("isFound");
+        const auto row = [](const char* name, const char* type, const char* code, bool isFound) {
+            QTest::newRow(name) << QString::fromUtf8(type) << QString::fromUtf8(code) << isFound;
+        };
+        row("used", "PDrelCan", "x = frame->id;", true);
+        row("part of a word", "PDrelCan", "x = my_frame + frames;", false);
+        row("basic", "s32", "x = frame;", false);
+        row("a pointer that counts as basic", "XcpProgramFormat*", "x = frame;", false);
+    }
+
+    void compositeVariablesInUseAreFound()
+    {
+        QFETCH(QString, type);
+        QFETCH(QString, code);
+        const QString sequence = facade::createSeuqence(appName, QStringLiteral("s"));
+        const QString parent = facade::createProcess(appName, sequence, QStringLiteral("2"),
+                                                     BasicStep, step_type::While, -1);
+        const QString uuid =
+            facade::createProcess(appName, sequence, parent, BasicStep, step_type::Statement, -1);
+        std::dynamic_pointer_cast<StatementProcessBlock>(facade::getProcess(appName, uuid))
+            ->setCustomCode(code.toStdString());
+        auto variable = getVariable(addNamed(SequenceVariable, sequence.toStdString(), "frame"));
+        variable.type = type.toStdString();
+        updateVariable(app, variable, 0);
+        QTEST(isHaveStuVar(app, sequence.toStdString()), "isFound");
+    }
+};
+
+QTEST_GUILESS_MAIN(ModelVariablesTest)
+#include "model_variables_test.moc"

@@ -1,0 +1,240 @@
+#include "standalone/runtime/LineSplitter.h"
+#include "standalone/runtime/protocol.h"
+
+#include <QtTest>
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+/// Writes every record that arrives down as a line of text.
+class Recorder : public protocol::Receiver
+{
+public:
+    void onBlock(const std::string& sequence, const std::string& block, double progress,
+                 int result) override
+    {
+        lines << QStringLiteral("block %1 %2 %3 %4")
+                     .arg(QString::fromStdString(sequence), QString::fromStdString(block))
+                     .arg(progress)
+                     .arg(result);
+    }
+    void onSequence(const std::string& sequence, bool isEnd) override
+    {
+        lines << QStringLiteral("sequence %1 %2").arg(QString::fromStdString(sequence)).arg(isEnd);
+    }
+    void onTemplateSequence(const std::string& templateId, const std::string& sequence,
+                            bool isEnd) override
+    {
+        lines << QStringLiteral("template %1 %2 %3")
+                     .arg(QString::fromStdString(templateId), QString::fromStdString(sequence))
+                     .arg(isEnd);
+    }
+    void onLog(int level, const std::string& text) override
+    {
+        lines << QStringLiteral("log %1 %2").arg(level).arg(QString::fromStdString(text));
+    }
+    void onEnd(protocol::EndReason reason) override
+    {
+        lines << QStringLiteral("end %1").arg(reason);
+    }
+    void onStart(const std::string& id) override
+    {
+        lines << QStringLiteral("start %1").arg(QString::fromStdString(id));
+    }
+    void onStop() override { lines << QStringLiteral("stop"); }
+
+    QStringList lines;
+};
+
+class Stream
+{
+public:
+    template <typename Put, typename... Arguments> Stream& add(Put put, Arguments... arguments)
+    {
+        unsigned char record[protocol::MaxRecord];
+        const std::size_t size = put(record, arguments...);
+        bytes.insert(bytes.end(), record, record + size);
+        return *this;
+    }
+    Stream& text(std::uint32_t index, const std::string& value)
+    {
+        return add(protocol::putText, index, value.data(), value.size());
+    }
+    Bytes bytes;
+};
+
+Bytes everyRecord()
+{
+    const std::string line = "电压 13.8";
+    const std::string id = "{0a1b}";
+    return Stream()
+        .text(0, "seq")
+        .text(1, "block")
+        .text(2, "")
+        .add(protocol::putBlock, 0u, 1u, 0.0, 0)
+        .add(protocol::putBlock, 0u, 1u, 0.0, -1)
+        .add(protocol::putBlock, 0u, 1u, 33.25, std::numeric_limits<int>::min())
+        .add(protocol::putBlock, 0u, 2u, 100.0, std::numeric_limits<int>::max())
+        .add(protocol::putSequence, 0u, false)
+        .add(protocol::putSequence, 0u, true)
+        .add(protocol::putTemplateSequence, 1u, 0u, false)
+        .add(protocol::putTemplateSequence, 1u, 0u, true)
+        .add(protocol::putLog, 3, line.data(), line.size())
+        .add(protocol::putEnd, protocol::Stopped)
+        .add(protocol::putStart, id.data(), id.size())
+        .add(protocol::putStop)
+        .bytes;
+}
+
+const QStringList everyRecordLines = {QStringLiteral("block seq block 0 0"),
+                                      QStringLiteral("block seq block 0 -1"),
+                                      QStringLiteral("block seq block 33.25 -2147483648"),
+                                      QStringLiteral("block seq  100 2147483647"),
+                                      QStringLiteral("sequence seq 0"),
+                                      QStringLiteral("sequence seq 1"),
+                                      QStringLiteral("template block seq 0"),
+                                      QStringLiteral("template block seq 1"),
+                                      QStringLiteral("log 3 电压 13.8"),
+                                      QStringLiteral("end 2"),
+                                      QStringLiteral("start {0a1b}"),
+                                      QStringLiteral("stop")};
+
+} // namespace
+
+class RuntimeProtocolTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void recordsSurviveEverySplit()
+    {
+        const Bytes bytes = everyRecord();
+        for (std::size_t split = 0; split <= bytes.size(); ++split) {
+            Recorder recorder;
+            protocol::Reader reader(recorder);
+            QVERIFY(reader.feed(bytes.data(), split));
+            QVERIFY(reader.feed(bytes.data() + split, bytes.size() - split));
+            QCOMPARE(recorder.lines, everyRecordLines);
+            QVERIFY(reader.isComplete());
+        }
+        Recorder recorder;
+        protocol::Reader reader(recorder);
+        for (const unsigned char byte : bytes)
+            QVERIFY(reader.feed(&byte, 1));
+        QCOMPARE(recorder.lines, everyRecordLines);
+    }
+
+    void cutOffStreamIsNoticed()
+    {
+        const Bytes bytes = everyRecord();
+        Recorder recorder;
+        protocol::Reader reader(recorder);
+        QVERIFY(reader.feed(bytes.data(), bytes.size() - 1));
+        QVERIFY(!reader.isCorrupt());
+        QVERIFY(!reader.isComplete());
+    }
+
+    void corruptStream_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("empty record") << QByteArray("\x00", 1);
+        QTest::newRow("unknown type") << QByteArray("\x01\x7f", 2);
+        QTest::newRow("oversize") << QByteArray("\xff\x7f", 2);
+        QTest::newRow("length without end") << QByteArray("\xff\xff", 2);
+        QTest::newRow("unannounced text") << QByteArray("\x03\x03\x00\x00", 4);
+        QTest::newRow("text out of order") << QByteArray("\x03\x01\x05"
+                                                         "a",
+                                                         4);
+        QTest::newRow("field missing") << QByteArray("\x04\x01\x00"
+                                                     "a"
+                                                     "z"
+                                                     "\x02\x03\x00",
+                                                     8);
+        QTest::newRow("bytes left over") << QByteArray("\x03\x0a\x01\x00", 4);
+        QTest::newRow("unknown end") << QByteArray("\x02\x0a\x07", 3);
+        QTest::newRow("number too long")
+            << QByteArray("\x0c\x05\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\x01", 13);
+    }
+    void corruptStream()
+    {
+        QFETCH(QByteArray, bytes);
+        Recorder recorder;
+        protocol::Reader reader(recorder);
+        QVERIFY(!reader.feed(reinterpret_cast<const unsigned char*>(bytes.constData()),
+                             static_cast<std::size_t>(bytes.size())));
+        QVERIFY(reader.isCorrupt());
+        // It stays so, whatever follows.
+        const Bytes good = everyRecord();
+        QVERIFY(!reader.feed(good.data(), good.size()));
+        QVERIFY(recorder.lines.isEmpty());
+    }
+
+    void progressThatIsNoNumberIsCorrupt()
+    {
+        const Bytes bytes =
+            Stream().text(0, "s").add(protocol::putBlock, 0u, 0u, std::nan(""), 0).bytes;
+        Recorder recorder;
+        QVERIFY(!protocol::Reader(recorder).feed(bytes.data(), bytes.size()));
+    }
+
+    /// Whatever comes, the reader must neither crash nor hand over an impossible record.
+    void garbageIsHarmless()
+    {
+        std::mt19937 random(1);
+        const Bytes good = everyRecord();
+        for (int round = 0; round < 20000; ++round) {
+            Bytes bytes = good;
+            for (int i = 0; i < 3; ++i)
+                bytes[random() % bytes.size()] = static_cast<unsigned char>(random());
+            Recorder recorder;
+            protocol::Reader reader(recorder);
+            reader.feed(bytes.data(), bytes.size());
+            QVERIFY(recorder.lines.size() <= static_cast<int>(bytes.size()));
+        }
+    }
+
+    void longTextIsCutAtACharacter()
+    {
+        std::string text(protocol::MaxText - 1, 'x');
+        text += "电电";
+        const Bytes bytes = Stream().add(protocol::putLog, 1, text.data(), text.size()).bytes;
+        Recorder recorder;
+        QVERIFY(protocol::Reader(recorder).feed(bytes.data(), bytes.size()));
+        QCOMPARE(recorder.lines.first(),
+                 QStringLiteral("log 1 ") + QString(protocol::MaxText - 1, u'x'));
+    }
+
+    void linesOfOutput_data()
+    {
+        QTest::addColumn<QByteArrayList>("pieces");
+        QTest::addColumn<QByteArrayList>("expected");
+        const QByteArray longLine(standalone::LineSplitter::MaxLine + 1, 'x');
+        QTest::newRow("two lines") << QByteArrayList{"a\nb\n"} << QByteArrayList{"a", "b"};
+        QTest::newRow("split line") << QByteArrayList{"a", "b", "\n"} << QByteArrayList{"ab"};
+        QTest::newRow("no line end") << QByteArrayList{"a\nb"} << QByteArrayList{"a", "b"};
+        QTest::newRow("empty line") << QByteArrayList{"\n\n"} << QByteArrayList{"", ""};
+        QTest::newRow("carriage return") << QByteArrayList{"a\r\n"} << QByteArrayList{"a"};
+        QTest::newRow("too long") << QByteArrayList{longLine + '\n'}
+                                  << QByteArrayList{longLine.left(longLine.size() - 1), "x"};
+    }
+    void linesOfOutput()
+    {
+        QFETCH(QByteArrayList, pieces);
+        QFETCH(QByteArrayList, expected);
+        QByteArrayList lines;
+        standalone::LineSplitter splitter(
+            [&](const std::string& line) { lines << QByteArray::fromStdString(line); });
+        for (const QByteArray& piece : pieces)
+            splitter.feed(piece.constData(), static_cast<std::size_t>(piece.size()));
+        splitter.finish();
+        QCOMPARE(lines, expected);
+    }
+};
+
+QTEST_GUILESS_MAIN(RuntimeProtocolTest)
+#include "runtime_protocol_test.moc"

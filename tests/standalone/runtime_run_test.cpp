@@ -1,0 +1,397 @@
+#include "tests/standalone/codegen_builders.h"
+#include "tests/standalone/runtime_harness.h"
+
+#include "model/services/applet_runtime.h"
+#include "model/services/capplet.h"
+#include "model/services/processedit.h"
+#include "standalone/host/Host.h"
+#include "standalone/runtime/applet_paths.h"
+#include "standalone/runtime/runtime.h"
+
+#include <QProcess>
+#include <QtTest>
+
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+
+using namespace builders;
+namespace service = sdk_ui_interface::processedit;
+
+namespace {
+
+constexpr int Finished = 1;
+constexpr int Stopped = 2;
+constexpr int Crashed = 3;
+/// A step that logs the id of its process.
+const char* const TellPid = "char pid[64] = {0}; FILE* f = fopen(\"/proc/self/stat\", \"r\"); "
+                            "if (fscanf(f, \"%63s\", pid) == 1) log_info(\"pid %s\", pid); "
+                            "fclose(f); ";
+constexpr int Patience = 20000; // a loaded machine; no run comes near it
+
+codegen::AppletSource single(const std::string& code)
+{
+    return applet({sequence(
+        "main", {statement("before", ""), statement("bad", code), statement("after", "")})});
+}
+
+/// Whether a process lives and is no zombie.
+bool isAlive(qint64 pid)
+{
+    QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray stat = file.readAll();
+    return stat.mid(stat.lastIndexOf(')') + 2, 1) != "Z";
+}
+
+} // namespace
+
+class RuntimeRunTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase() { m_harness.reset(); }
+
+    void crash_data();
+    void crash();
+    void crashKeepsTheStep();
+    void unloadableModule_data();
+    void unloadableModule();
+    void killedFromOutside();
+    void stop_data();
+    void stop();
+    void stopTwiceAndLate();
+    void runsOfSeveralApplets();
+    void startIsRefused();
+    void runnerState();
+    void removedRunnerIsKilled();
+    void processOfTheAppletDoesNotHoldTheRun();
+    void shutdownLeavesNothing();
+    void deathOfTheEditorEndsTheChild();
+    void manyReportsArriveInOrder();
+
+private:
+    qint64 pidFromLog(const QString& appName) const;
+
+    std::unique_ptr<RuntimeHarness> m_harness;
+};
+
+void RuntimeRunTest::initTestCase()
+{
+    m_harness = std::make_unique<RuntimeHarness>();
+}
+
+qint64 RuntimeRunTest::pidFromLog(const QString& appName) const
+{
+    for (const QString& line : m_harness->logLines(appName)) {
+        if (line.startsWith(QStringLiteral("1 pid ")))
+            return line.mid(6).toLongLong();
+    }
+    return 0;
+}
+
+void RuntimeRunTest::crash_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::newRow("null write") << QStringLiteral("*(volatile int*)0 = 1;");
+    QTest::newRow("abort") << QStringLiteral("abort();");
+    QTest::newRow("exit") << QStringLiteral("exit(0);");
+    QTest::newRow("exit with an error") << QStringLiteral("exit(1);");
+    QTest::newRow("division by zero") << QStringLiteral("volatile int zero = 0; zero = 7 / zero;");
+    QTest::newRow("uncaught exception") << QStringLiteral("throw 1;");
+    QTest::newRow("endless recursion") << QStringLiteral(
+        "struct R { static int f(volatile int n) { volatile char b[4096]; b[0] = n; "
+        "return f(n + 1) + b[0]; } }; R::f(0);");
+}
+
+void RuntimeRunTest::crash()
+{
+    QFETCH(QString, code);
+    const QString appName = QStringLiteral("crash_") + QString::fromUtf8(QTest::currentDataTag());
+    QCOMPARE(m_harness->build(appName, single(code.toStdString())), QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Crashed}, Patience);
+    QCOMPARE(m_harness->lastRunInfo(), (QStringList{appName, QStringLiteral("main")}));
+    QCOMPARE(m_harness->reports(appName).join(u' '), QStringLiteral("before:0 before:100 bad:0"));
+}
+
+/// A crash between two flushes, in a thread's busiest moment: nothing that was reported is lost.
+void RuntimeRunTest::crashKeepsTheStep()
+{
+    const QString appName = QStringLiteral("crash_late");
+    const auto source = applet(
+        {sequence("main", {fixedFor("for", "i", 0, 100000, 1,
+                                    {statement("s", "if (i == 98765) *(volatile int*)0 = 1;")}),
+                           plain(step_type::EndFor, "end")})});
+    QCOMPARE(m_harness->build(appName, source), QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Crashed}, Patience);
+    const QStringList reports = m_harness->reports(appName);
+    QCOMPARE(reports.count(QStringLiteral("s:0")), 98766);
+    QCOMPARE(reports.last(), QStringLiteral("s:0"));
+}
+
+void RuntimeRunTest::unloadableModule_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("text") << QByteArray("no module");
+}
+
+void RuntimeRunTest::unloadableModule()
+{
+    QFETCH(QByteArray, content);
+    const QString appName =
+        QStringLiteral("unloadable_") + QString::fromUtf8(QTest::currentDataTag());
+    QVERIFY(QDir().mkpath(standalone::appletModuleFolder(appName)));
+    QFile file(standalone::appletModulePath(appName));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    file.close();
+    QVERIFY(m_harness->start(appName));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Crashed}, Patience);
+    QCOMPARE(m_harness->logLines(appName).size(), 1);
+    QVERIFY(m_harness->logLines(appName).first().startsWith(QStringLiteral("3 模块加载失败: ")));
+}
+
+void RuntimeRunTest::killedFromOutside()
+{
+    const QString appName = QStringLiteral("killed");
+    QCOMPARE(m_harness->build(appName, applet({sequence("main", {statement("pid", TellPid),
+                                                                 delay("wait", 60000)})})),
+             QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_VERIFY_WITH_TIMEOUT(pidFromLog(appName) > 0, Patience);
+    QCOMPARE(::kill(static_cast<pid_t>(pidFromLog(appName)), SIGKILL), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Crashed}, Patience);
+}
+
+void RuntimeRunTest::stop_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<int>("delayMs");
+    QTest::newRow("step that ends") << QString() << 1;
+    QTest::newRow("delay") << QString() << 999999999;
+    QTest::newRow("delay in code") << QStringLiteral("delay_ms(999999999);") << 0;
+    QTest::newRow("endless loop in code")
+        << QStringLiteral("for (volatile int i = 0;; ++i) {}") << 0;
+}
+
+void RuntimeRunTest::stop()
+{
+    QFETCH(QString, code);
+    QFETCH(int, delayMs);
+    const QString appName = QStringLiteral("stop_") + QString::fromUtf8(QTest::currentDataTag());
+    const auto source = applet(
+        {sequence("main", {customFor("for", "", "", "",
+                                     {statement("s", code.toStdString()), delay("wait", delayMs)}),
+                           plain(step_type::EndFor, "end")})});
+    QCOMPARE(m_harness->build(appName, source), QString());
+    QVERIFY(m_harness->start(appName));
+    const QString reached = code.isEmpty() ? QStringLiteral("wait:0") : QStringLiteral("s:0");
+    QTRY_VERIFY_WITH_TIMEOUT(m_harness->reports(appName).contains(reached), Patience);
+    QVERIFY(m_harness->events(appName).isEmpty());
+
+    QVERIFY(service::stopCApplet(appName, false));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Stopped}, 1000);
+    QVERIFY(!m_harness->reports(appName).contains(QStringLiteral("end:0")));
+    QCOMPARE(service::getCAppletRunState(appName).second, AppletStopped);
+}
+
+void RuntimeRunTest::stopTwiceAndLate()
+{
+    const QString appName = QStringLiteral("stop_again");
+    QCOMPARE(m_harness->build(appName, applet({sequence("main", {delay("wait", 60000)})})),
+             QString());
+    QVERIFY(!service::stopCApplet(appName, false));
+    QVERIFY(m_harness->start(appName));
+    QVERIFY(service::stopCApplet(appName, false)); // the child may not even have started
+    service::stopCApplet(appName, false);
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Stopped}, Patience);
+    QVERIFY(!service::stopCApplet(appName, false));
+    QCOMPARE(m_harness->events(appName).size(), 1);
+}
+
+void RuntimeRunTest::runsOfSeveralApplets()
+{
+    const QStringList names = {QStringLiteral("several_1"), QStringLiteral("several_2"),
+                               QStringLiteral("several_3")};
+    for (const QString& name : names)
+        QCOMPARE(m_harness->build(name, applet({sequence("main", {delay("wait", 60000)})})),
+                 QString());
+    for (const QString& name : names)
+        QVERIFY(m_harness->start(name));
+    for (const QString& name : names)
+        QTRY_VERIFY_WITH_TIMEOUT(!m_harness->reports(name).isEmpty(), Patience);
+    // One that ends doesn't touch the others, though they were started while it lived.
+    service::stopCApplet(names[0], false);
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(names[0]), QList<int>{Stopped}, Patience);
+    QCOMPARE(service::getCAppletRunState(names[1]).second, AppletRunning);
+    QCOMPARE(service::getCAppletRunState(names[2]).second, AppletRunning);
+    for (const QString& name : names)
+        service::stopCApplet(name, false);
+    for (const QString& name : names)
+        QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(name), QList<int>{Stopped}, Patience);
+}
+
+void RuntimeRunTest::startIsRefused()
+{
+    const QString appName = QStringLiteral("refused");
+    QVERIFY(!m_harness->start(appName)); // no module
+    QCOMPARE(m_harness->build(appName, applet({sequence("main", {delay("wait", 60000)})})),
+             QString());
+    QVERIFY(!service::runCApplet(appName, QStringLiteral("main"), nullptr));
+    standalone::setRunnerPath(QStringLiteral("/nowhere/applet_runner"));
+    QVERIFY(!m_harness->start(appName));
+    standalone::setRunnerPath(QString());
+    QVERIFY(m_harness->start(appName));
+    QVERIFY(!m_harness->start(appName)); // runs already
+    service::stopCApplet(appName, false);
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Stopped}, Patience);
+
+    // A sequence that the module doesn't have shows in the child only.
+    QVERIFY(m_harness->start(appName, QStringLiteral("other")));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), (QList<int>{Stopped, Crashed}), Patience);
+}
+
+void RuntimeRunTest::runnerState()
+{
+    namespace applets = sdk_ui_interface::capplet;
+    const QString appName = QStringLiteral("state");
+    int status = -7;
+    QCOMPARE(applets::createCApplet(appName, ProcessApplet), 0);
+    QVERIFY(applets::createCApplet(appName, ProcessApplet) != 0);
+    QVERIFY(applets::createCApplet(QString(), ProcessApplet) != 0);
+    QVERIFY(applets::isCAppletExist(appName));
+    QVERIFY(service::getCAppletRunState(appName).first.empty());
+    QVERIFY(applets::getStatusRunnerFunction(appName, status) != 0);
+    QCOMPARE(status, -7);
+    QVERIFY(!CAppletManager::getInstance()->getApplet("state"));
+
+    QCOMPARE(m_harness->build(appName, applet({sequence("main", {delay("wait", 60000)})})),
+             QString());
+    QVERIFY(m_harness->start(appName));
+    QCOMPARE(service::getCAppletRunState(appName),
+             std::make_pair(std::string("state"), AppletRunning));
+    QCOMPARE(applets::getStatusRunnerFunction(appName, status), 0);
+    QCOMPARE(status, 0);
+    QVERIFY(applets::unloadCAppletMp(appName) != 0);
+    QVERIFY(CAppletManager::getInstance()->getApplet("state"));
+
+    QCOMPARE(applets::stopRunnerFunction(appName), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Stopped}, Patience);
+    QCOMPARE(service::getCAppletRunState(appName),
+             std::make_pair(std::string("state"), AppletStopped));
+    QCOMPARE(applets::getStatusRunnerFunction(appName, status), 0);
+    QVERIFY(status != 0);
+    QCOMPARE(applets::removeRunnerFunction(appName), 0);
+    QCOMPARE(applets::unloadCAppletMp(appName), 0);
+    QVERIFY(service::getCAppletRunState(appName).first.empty());
+    QVERIFY(!CAppletManager::getInstance()->getApplet("state"));
+    QCOMPARE(applets::destroyCApplet(appName), 0);
+    QVERIFY(!applets::isCAppletExist(appName));
+}
+
+void RuntimeRunTest::removedRunnerIsKilled()
+{
+    const QString appName = QStringLiteral("removed");
+    QCOMPARE(m_harness->build(appName, applet({sequence("main", {delay("wait", 60000)})})),
+             QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_VERIFY_WITH_TIMEOUT(!m_harness->reports(appName).isEmpty(), Patience);
+    sdk_ui_interface::capplet::removeRunnerFunction(appName);
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Stopped}, Patience);
+}
+
+void RuntimeRunTest::processOfTheAppletDoesNotHoldTheRun()
+{
+    const QString appName = QStringLiteral("grandchild");
+    QCOMPARE(m_harness->build(
+                 appName, applet({sequence("main", {statement("s", "system(\"sleep 30 &\");")})})),
+             QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Finished}, Patience);
+}
+
+void RuntimeRunTest::shutdownLeavesNothing()
+{
+    const QString appName = QStringLiteral("shutdown");
+    QCOMPARE(m_harness->build(appName, applet({sequence("main", {statement("s", TellPid),
+                                                                 delay("wait", 60000)})})),
+             QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_VERIFY_WITH_TIMEOUT(pidFromLog(appName) > 0, Patience);
+    const qint64 pid = pidFromLog(appName);
+    QVERIFY(isAlive(pid));
+    standalone::shutdownRuntime();
+    QVERIFY(!isAlive(pid));
+    QVERIFY(m_harness->events(appName).isEmpty());
+}
+
+/// Runs this program as an editor of its own that starts an applet, and kills it.
+void RuntimeRunTest::deathOfTheEditorEndsTheChild()
+{
+    const QString appName = QStringLiteral("orphan");
+    const std::string code = std::string(TellPid) + "for (;;) {}";
+    QCOMPARE(m_harness->build(appName, applet({sequence("main", {statement("s", code)})})),
+             QString());
+
+    QProcess editor;
+    editor.start(QCoreApplication::applicationFilePath(),
+                 {QStringLiteral("--editor"), m_harness->projectPath(), appName});
+    QTRY_VERIFY_WITH_TIMEOUT(editor.canReadLine(), Patience);
+    const qint64 pid = editor.readLine().trimmed().toLongLong();
+    QVERIFY(pid > 0 && isAlive(pid));
+    editor.kill();
+    QTRY_COMPARE_WITH_TIMEOUT(editor.state(), QProcess::NotRunning, Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!isAlive(pid), Patience);
+}
+
+void RuntimeRunTest::manyReportsArriveInOrder()
+{
+    const QString appName = QStringLiteral("many");
+    constexpr int Turns = 100000;
+    const auto source =
+        applet({sequence("main", {customFor("for", "int i = 0", "i < " + std::to_string(Turns),
+                                            "++i", {statement("a", ""), statement("b", "")}),
+                                  plain(step_type::EndFor, "end")})});
+    QCOMPARE(m_harness->build(appName, source), QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Finished}, Patience);
+    const QStringList reports = m_harness->reports(appName);
+    QCOMPARE(reports.size(), 4 * Turns + 4);
+    const QStringList turn = {QStringLiteral("a:0"), QStringLiteral("a:100"), QStringLiteral("b:0"),
+                              QStringLiteral("b:100")};
+    for (int i = 0; i < 4 * Turns; ++i)
+        QCOMPARE(reports[i + 1], turn[i % 4]);
+}
+
+static void printLog(const char*, DrelLogLevel, const char* text)
+{
+    std::printf("%s\n", text + std::strlen("pid "));
+    std::fflush(stdout);
+}
+
+/// The editor's part of deathOfTheEditorEndsTheChild: prints the child's id and waits to be killed.
+static int playEditor(QCoreApplication& application, const QString& projectPath,
+                      const QString& appName)
+{
+    standalone::Host::instance().setProjectPath(projectPath);
+    capplet_sdk::registerLogCallBack(appName.toLocal8Bit().constData(), printLog);
+    if (!service::runCApplet(appName, QStringLiteral("main"), [](void*, int) {}))
+        return 1;
+    return application.exec();
+}
+
+int main(int argc, char** argv)
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = application.arguments();
+    if (arguments.size() == 4 && arguments[1] == QStringLiteral("--editor"))
+        return playEditor(application, arguments[2], arguments[3]);
+    RuntimeRunTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "runtime_run_test.moc"

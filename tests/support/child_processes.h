@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QDir>
+#include <QFile>
+#include <QList>
+
+namespace test_support {
+
+/// The processes that a process has started and that run the program @p name, read from /proc.
+inline QList<qint64> childProcesses(qint64 parent, const QByteArray& name)
+{
+    QList<qint64> found;
+    const QString tasks = QStringLiteral("/proc/%1/task").arg(parent);
+    for (const QString& task : QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile children(QStringLiteral("%1/%2/children").arg(tasks, task));
+        if (!children.open(QIODevice::ReadOnly))
+            continue;
+        for (const QByteArray& pid : children.readAll().simplified().split(' ')) {
+            QFile command(QStringLiteral("/proc/%1/comm").arg(QString::fromLatin1(pid)));
+            if (!pid.isEmpty() && command.open(QIODevice::ReadOnly) &&
+                command.readAll().trimmed() == name.left(15))
+                found.append(pid.toLongLong());
+        }
+    }
+    return found;
+}
+
+} // namespace test_support

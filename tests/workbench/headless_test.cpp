@@ -1,0 +1,240 @@
+#include "tests/support/child_processes.h"
+#include "tests/support/folders.h"
+
+#include <QImage>
+#include <QtTest>
+
+#include <signal.h>
+
+// The program as a whole, with nobody at the screen.
+class HeadlessTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void applets_data();
+    void applets();
+    void killedRunnerIsACrash();
+    void killedWorkbenchLeavesNoChild();
+    void compileError();
+    void badProjects_data();
+    void badProjects();
+    void wrongUsage();
+    void screenshots();
+
+private:
+    QString project() const { return m_folder->filePath(QStringLiteral("project")); }
+    QString document(const char* applet) const
+    {
+        return QStringLiteral("%1/CApplet/%2/processInfo.pedt")
+            .arg(project(), QString::fromLatin1(applet));
+    }
+    void start(QProcess& program, const QStringList& arguments) const;
+    int run(const QStringList& arguments);
+    QList<QStringList> lines(const char* kind) const;
+
+    static constexpr int Patience = 120000;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QByteArray m_output;
+    QByteArray m_errors;
+};
+
+void HeadlessTest::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(test_support::copyFolder(QStringLiteral(PE_EXAMPLE), project()));
+}
+
+void HeadlessTest::start(QProcess& program, const QStringList& arguments) const
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_folder->path());
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    program.setProcessEnvironment(environment);
+    program.start(QCoreApplication::applicationDirPath() + QStringLiteral("/workbench"), arguments);
+    QVERIFY(program.waitForStarted());
+}
+
+int HeadlessTest::run(const QStringList& arguments)
+{
+    QProcess program;
+    start(program, arguments);
+    if (!program.waitForFinished(Patience)) {
+        program.kill();
+        program.waitForFinished();
+        return -1;
+    }
+    m_output = program.readAllStandardOutput();
+    m_errors = program.readAllStandardError();
+    return program.exitStatus() == QProcess::NormalExit ? program.exitCode() : -2;
+}
+
+QList<QStringList> HeadlessTest::lines(const char* kind) const
+{
+    QList<QStringList> found;
+    for (const QString& line : QString::fromUtf8(m_output).split(QLatin1Char('\n'))) {
+        const QStringList fields = line.split(QLatin1Char('\t'));
+        if (fields.first() == QLatin1String(kind))
+            found.append(fields.mid(1));
+    }
+    return found;
+}
+
+void HeadlessTest::applets_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("lastStep"); // the last that began
+    const auto options = [](const char* text) {
+        return QString::fromLatin1(text).split(QLatin1Char(' '));
+    };
+    QTest::newRow("ends") << options("--applet ecu_check --run main") << 0
+                          << QStringLiteral("记录用时");
+    QTest::newRow("crashes") << options("--applet crash --run main") << 3
+                             << QStringLiteral("第三步：写空指针");
+    QTest::newRow("is stopped") << options("--applet endless_loop --run current --stop-after 1000")
+                                << 2 << QString();
+}
+
+void HeadlessTest::applets()
+{
+    QFETCH(QStringList, options);
+    QFETCH(int, status);
+    QFETCH(QString, lastStep);
+    const int result =
+        run(QStringList{QStringLiteral("--project"), project(), QStringLiteral("--headless")} +
+            options);
+    QVERIFY2(result == status, m_errors + m_output.right(2000));
+    const int event = status == 0 ? 1 : status;
+    QCOMPARE(lines("end"), QList<QStringList>{{QString::number(event)}});
+    const auto states = lines("state");
+    QVERIFY(!states.isEmpty());
+    QCOMPARE(states.last().size(), 4);
+    if (lastStep.isEmpty())
+        return;
+    QString begun;
+    for (const QStringList& state : states) {
+        if (state.at(2) == QLatin1String("0"))
+            begun = state.at(1);
+    }
+    QCOMPARE(begun, lastStep);
+}
+
+void HeadlessTest::killedRunnerIsACrash()
+{
+    QProcess program;
+    start(program, {QStringLiteral("--project"), project(), QStringLiteral("--applet"),
+                    QStringLiteral("endless_loop"), QStringLiteral("--headless"),
+                    QStringLiteral("--run"), QStringLiteral("main")});
+    QList<qint64> runners;
+    QTRY_VERIFY_WITH_TIMEOUT(
+        !(runners = test_support::childProcesses(program.processId(), "applet_runner")).isEmpty(),
+        Patience);
+    QCOMPARE(kill(pid_t(runners.first()), SIGKILL), 0);
+    QVERIFY(program.waitForFinished(Patience));
+    QCOMPARE(program.exitCode(), 3);
+}
+
+void HeadlessTest::killedWorkbenchLeavesNoChild()
+{
+    QProcess program;
+    start(program, {QStringLiteral("--project"), project(), QStringLiteral("--applet"),
+                    QStringLiteral("endless_loop"), QStringLiteral("--headless"),
+                    QStringLiteral("--run"), QStringLiteral("main")});
+    QList<qint64> runners;
+    QTRY_VERIFY_WITH_TIMEOUT(
+        !(runners = test_support::childProcesses(program.processId(), "applet_runner")).isEmpty(),
+        Patience);
+    program.kill();
+    QVERIFY(program.waitForFinished(Patience));
+    const QString runner = QStringLiteral("/proc/%1/exe").arg(runners.first());
+    QTRY_VERIFY(QFile::symLinkTarget(runner).isEmpty());
+}
+
+void HeadlessTest::compileError()
+{
+    QFile file(document("crash"));
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QByteArray text = file.readAll();
+    QVERIFY(text.contains("*nowhere = 1;"));
+    text.replace("*nowhere = 1;", "*nowhere = ;");
+    QVERIFY(file.resize(0) && file.seek(0));
+    QCOMPARE(file.write(text), qint64(text.size()));
+    file.close();
+    QCOMPARE(run({QStringLiteral("--project"), project(), QStringLiteral("--applet"),
+                  QStringLiteral("crash"), QStringLiteral("--headless"), QStringLiteral("--run"),
+                  QStringLiteral("main")}),
+             1);
+    QVERIFY2(m_output.contains("error") && m_output.contains("第三步"), m_output);
+    QVERIFY(lines("end").isEmpty());
+}
+
+void HeadlessTest::badProjects_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QString>("complaint");
+    QTest::newRow("missing") << QStringLiteral("missing") << QStringLiteral("工程文件夹不存在");
+    QTest::newRow("no applet of that name")
+        << QStringLiteral("no applet") << QStringLiteral("nobody");
+    QTest::newRow("no applets") << QStringLiteral("empty") << QStringLiteral("没有小程序");
+    QTest::newRow("broken document") << QStringLiteral("broken") << QStringLiteral("无法读取");
+    QTest::newRow("document is a folder") << QStringLiteral("folder") << QStringLiteral("无法读取");
+    QTest::newRow("unreadable") << QStringLiteral("unreadable") << QStringLiteral("无法读取");
+}
+
+void HeadlessTest::badProjects()
+{
+    QFETCH(QString, fault);
+    QFETCH(QString, complaint);
+    QString folder = project();
+    QString applet = QStringLiteral("crash");
+    if (fault == QLatin1String("missing")) {
+        folder += QStringLiteral("_missing");
+    } else if (fault == QLatin1String("no applet")) {
+        applet = QStringLiteral("nobody");
+    } else if (fault == QLatin1String("empty")) {
+        QVERIFY(QDir(folder + QStringLiteral("/CApplet")).removeRecursively());
+        applet.clear();
+    } else if (fault == QLatin1String("broken")) {
+        QVERIFY(test_support::putFile(document("crash"), "{\"logicview\": {"));
+    } else if (fault == QLatin1String("folder")) {
+        QVERIFY(QFile::remove(document("crash")) && QDir().mkpath(document("crash")));
+    } else if (fault == QLatin1String("unreadable")) {
+        QVERIFY(QFile::setPermissions(folder, QFileDevice::Permissions()));
+        if (QFileInfo(folder).isReadable())
+            QSKIP("This user may read every folder");
+    }
+    QStringList arguments{QStringLiteral("--project"), folder, QStringLiteral("--headless"),
+                          QStringLiteral("--run"), QStringLiteral("main")};
+    if (!applet.isEmpty())
+        arguments += QStringList{QStringLiteral("--applet"), applet};
+    const int status = run(arguments);
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QCOMPARE(status, 66);
+    QVERIFY2(QString::fromUtf8(m_errors).contains(complaint), m_errors);
+}
+
+void HeadlessTest::wrongUsage()
+{
+    QCOMPARE(run({QStringLiteral("--run"), QStringLiteral("both")}), 64);
+    QVERIFY(!m_errors.isEmpty());
+    QCOMPARE(run({QStringLiteral("--help")}), 0);
+    QVERIFY(m_output.contains("--screenshot"));
+}
+
+void HeadlessTest::screenshots()
+{
+    const QString shots = m_folder->filePath(QStringLiteral("new/shots"));
+    QCOMPARE(run({QStringLiteral("--project"), project(), QStringLiteral("--applet"),
+                  QStringLiteral("crash"), QStringLiteral("--headless"), QStringLiteral("--run"),
+                  QStringLiteral("main"), QStringLiteral("--screenshot"), shots}),
+             3);
+    const QImage edit(shots + QStringLiteral("/edit_tab.png"));
+    const QImage run(shots + QStringLiteral("/run_tab.png"));
+    QVERIFY(edit.width() > 800 && edit.height() > 500);
+    QCOMPARE(run.size(), edit.size());
+    QVERIFY(run != edit);
+}
+
+QTEST_GUILESS_MAIN(HeadlessTest)
+#include "headless_test.moc"

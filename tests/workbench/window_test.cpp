@@ -1,0 +1,211 @@
+#include "logic/LogicView.h"
+#include "model/dialogs/user_dialogs.h"
+#include "shell/ProcessEditWidget.h"
+#include "standalone/runtime/runtime.h"
+#include "tests/support/child_processes.h"
+#include "tests/support/folders.h"
+#include "tests/support/print_tree.h"
+#include "workbench/MainWindow.h"
+
+#include <QComboBox>
+#include <QMenu>
+#include <QToolButton>
+#include <QTreeView>
+#include <QtTest>
+
+#include <signal.h>
+
+// The window as its user has it: the example is loaded, buttons are pressed, rows are looked at.
+class WindowTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void cleanupTestCase() { standalone::shutdownRuntime(); }
+    void runOfTheMainSequence();
+    void stopEndsAnEndlessLoop();
+    void killedRunnerLeavesAUsableEditor();
+    void unsavedChangesAreAskedFor();
+    void appletsAreChosenCreatedRenamedRemoved();
+
+private:
+    template <class Widget> Widget* find(const char* name) const
+    {
+        return m_window->findChild<Widget*>(QString::fromLatin1(name));
+    }
+    /// A tree of the logic view; other panels have trees of the same names.
+    QTreeView* logicTree(const char* name) const;
+    QStringList editRows(const QList<int>& columns = {0}) const;
+    void pressRunMain() const;
+    bool isIdle() const { return find<QToolButton>("runBtn")->isEnabled(); }
+    QStringList runRows() const;
+
+    static constexpr int Patience = 120000;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<MainWindow> m_window;
+    QStringList m_dialogs;
+    user_dialogs::Answer m_answer;
+};
+
+void WindowTest::initTestCase()
+{
+    QStandardPaths::setTestModeEnabled(true);
+}
+
+void WindowTest::init()
+{
+    m_dialogs.clear();
+    m_answer = {user_dialogs::Button::Yes, QString()};
+    user_dialogs::setHandler([this](const user_dialogs::Message& message) {
+        m_dialogs << message.title + QLatin1Char(':') + message.text;
+        return m_answer;
+    });
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(test_support::copyFolder(QStringLiteral(PE_EXAMPLE), m_folder->path()));
+    m_window = std::make_unique<MainWindow>();
+    m_window->openProject(ProjectFolder(m_folder->path()));
+    m_window->show();
+}
+
+void WindowTest::cleanup()
+{
+    m_window.reset();
+    QTRY_VERIFY(test_support::childProcesses(QCoreApplication::applicationPid(), "applet_runner")
+                    .isEmpty());
+}
+
+void WindowTest::pressRunMain() const
+{
+    auto* run = find<QToolButton>("runBtn");
+    run->menu()->actions().at(1)->trigger();
+    QTest::mouseClick(run, Qt::LeftButton, {}, QPoint(5, run->height() / 2));
+}
+
+QTreeView* WindowTest::logicTree(const char* name) const
+{
+    return find<LogicView>("center_wgt")->findChild<QTreeView*>(QString::fromLatin1(name));
+}
+
+QStringList WindowTest::editRows(const QList<int>& columns) const
+{
+    return test_support::printTree(*logicTree("treeView")->model(), columns);
+}
+
+QStringList WindowTest::runRows() const
+{
+    const QAbstractItemModel* model = logicTree("runTreeView")->model();
+    return model ? test_support::printTree(*model, {0, 3}) : QStringList();
+}
+
+void WindowTest::runOfTheMainSequence()
+{
+    m_window->openApplet(QStringLiteral("ecu_check"));
+    const QStringList edit = editRows({0, 1});
+    QCOMPARE(edit.first(), QStringLiteral("[x] 初始流程 |"));
+    QVERIFY2(edit.contains(QStringLiteral("  [x] 夹具到位 | 延时 300 毫秒")),
+             qPrintable(edit.join(QLatin1Char('\n'))));
+
+    pressRunMain();
+    QVERIFY(!isIdle());
+    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
+    const QStringList rows = runRows();
+    const QString text = rows.join(QLatin1Char('\n'));
+    const QString done = QStringLiteral(" | 执行成功");
+    for (const char* step :
+         {"初始化", "上电", "核对零件号", "核对标定数据", "全部合格", "下电", "记录用时"})
+        QVERIFY2(text.contains(QString::fromUtf8(step) + done), qPrintable(text));
+    // The branch that was not taken has no state, and a disabled step no row.
+    QVERIFY2(text.contains(QStringLiteral("判定不合格 |")), qPrintable(text));
+    QVERIFY2(!text.contains(QStringLiteral("判定不合格") + done), qPrintable(text));
+    QVERIFY2(!text.contains(QStringLiteral("通知质检")), qPrintable(text));
+    QVERIFY(!text.contains(QStringLiteral("执行失败")));
+    QVERIFY(m_dialogs.isEmpty());
+    QVERIFY(!m_window->isDocumentModified());
+}
+
+void WindowTest::stopEndsAnEndlessLoop()
+{
+    m_window->openApplet(QStringLiteral("endless_loop"));
+    pressRunMain();
+    QTRY_VERIFY_WITH_TIMEOUT(runRows().join(QString()).contains(QStringLiteral("执行成功")),
+                             Patience);
+    find<QToolButton>("stopBtn")->click();
+    QCOMPARE(m_dialogs.size(), 1);
+    QVERIFY(m_dialogs.first().startsWith(QStringLiteral("警告:当前流程正在运行")));
+    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
+}
+
+void WindowTest::killedRunnerLeavesAUsableEditor()
+{
+    m_window->openApplet(QStringLiteral("endless_loop"));
+    QStringList output;
+    connect(m_window->editor(), &ProcessEditWidget::notifyRunResultSig, this,
+            [&output](bool, const QString& text) { output << text; });
+    for (int round = 0; round < 2; ++round) {
+        pressRunMain();
+        QList<qint64> runners;
+        QTRY_VERIFY_WITH_TIMEOUT(!(runners = test_support::childProcesses(
+                                       QCoreApplication::applicationPid(), "applet_runner"))
+                                      .isEmpty(),
+                                 Patience);
+        QCOMPARE(kill(pid_t(runners.first()), SIGKILL), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
+        QCOMPARE(output.last(), QStringLiteral("endless_loop 运行崩溃, 即将停止运行\n"));
+    }
+}
+
+void WindowTest::unsavedChangesAreAskedFor()
+{
+    m_window->openApplet(QStringLiteral("crash"));
+    const QTreeView* tree = logicTree("treeView");
+    const QModelIndex step = tree->model()->index(0, 0, tree->model()->index(1, 0));
+    QVERIFY(tree->model()->setData(step, Qt::Unchecked, Qt::CheckStateRole));
+    QVERIFY(m_window->isDocumentModified());
+
+    m_answer.button = user_dialogs::Button::Cancel;
+    QVERIFY(!m_window->close());
+    m_answer.button = user_dialogs::Button::Save;
+    QVERIFY(m_window->mayLeaveApplet());
+    QVERIFY(!m_window->isDocumentModified());
+    QCOMPARE(m_dialogs.size(), 2);
+    m_window->openApplet(QStringLiteral("crash"));
+    const QStringList rows = editRows();
+    QVERIFY2(rows.contains(QStringLiteral("  [ ] 第一步")),
+             qPrintable(rows.join(QLatin1Char('\n'))));
+}
+
+void WindowTest::appletsAreChosenCreatedRenamedRemoved()
+{
+    m_window->openApplet(QStringLiteral("crash"));
+    const auto press = [this](const char* text) {
+        for (QAction* action : m_window->findChildren<QAction*>()) {
+            if (action->text() == QString::fromUtf8(text))
+                return action->trigger();
+        }
+        QFAIL(text);
+    };
+    const auto applets = [this] {
+        QStringList names;
+        const auto* box = find<QComboBox>("appletBox");
+        for (int index = 0; index < box->count(); ++index)
+            names << (index == box->currentIndex() ? QStringLiteral("*") : QString()) +
+                         box->itemText(index);
+        return names.join(QLatin1Char(' '));
+    };
+    m_answer = {user_dialogs::Button::Ok, QStringLiteral("fresh")};
+    press("新建小程序");
+    QCOMPARE(applets(), QStringLiteral("crash ecu_check endless_loop *fresh"));
+    QCOMPARE(editRows().size(), 3);
+    m_answer.value = QStringLiteral("renamed");
+    press("重命名小程序");
+    QCOMPARE(applets(), QStringLiteral("crash ecu_check endless_loop *renamed"));
+    m_answer = {user_dialogs::Button::Yes, QString()};
+    press("删除小程序");
+    QCOMPARE(applets(), QStringLiteral("*crash ecu_check endless_loop"));
+    QVERIFY(m_window->windowTitle().startsWith(QStringLiteral("crash")));
+}
+
+QTEST_MAIN(WindowTest)
+#include "window_test.moc"
