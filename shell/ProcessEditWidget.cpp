@@ -68,8 +68,13 @@ void ProcessEditWidget::initUI()
         "添加至模板进行添加模板操作"));
     m->ui.widget_para->setStyleSheet(QStringLiteral("#widget_para{border:none}"));
 
-    for (int index = 0; index < m->ui.splitter->count(); ++index)
+    m->ui.treeWidget->expandAll();
+    QList<int> sizes;
+    for (int index = 0; index < m->ui.splitter->count(); ++index) {
         m->ui.splitter->setStretchFactor(index, StretchFactors[index]);
+        sizes.append(StretchFactors[index] * 100);
+    }
+    m->ui.splitter->setSizes(sizes);
     for (int handle : {1, 2})
         m->ui.splitter->handle(handle)->installEventFilter(this);
 

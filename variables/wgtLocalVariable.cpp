@@ -12,6 +12,7 @@
 namespace {
 
 constexpr int ColumnCount = 4;
+const QList<int> defaultWidths{150, 90, 80, 160}; // until the user has set others
 
 QList<QStandardItem*> makeGroupRow(const QString& title, processVariableType scope)
 {
@@ -127,7 +128,7 @@ void wgtLocalVariable::showModel(QStandardItemModel* model)
 {
     m_treeView->setModel(model);
     m_treeView->expandAll();
-    setColumnWidths(m_columnWidths);
+    setColumnWidths(m_columnWidths.isEmpty() ? defaultWidths : m_columnWidths);
 }
 
 void wgtLocalVariable::setColumnWidths(const QList<int>& widths)

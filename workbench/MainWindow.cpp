@@ -174,10 +174,14 @@ void MainWindow::connectEditor()
         m_compileFailed = !success;
         m_progress->rename(success ? tr("编译完成") : tr("编译失败"));
     });
-    connect(m_editor, &ProcessEditWidget::sigPrcoessMode, this, [this](int mode) {
-        if (mode != 0 && m_editor->getProgressHandle() >= 0)
-            m_progress->start(tr("正在运行"));
-    });
+    connect(
+        m_editor, &ProcessEditWidget::sigPrcoessMode, this,
+        [this](int mode) {
+            if (mode != 0 && m_editor && m_editor->getProgressHandle() >= 0)
+                m_progress->start(tr("正在运行"));
+        },
+        // The run's progress is there once the whole change of mode is done.
+        Qt::QueuedConnection);
     connect(m_editor, &ProcessEditWidget::sigRunFinish, this,
             [this] { m_progress->finish(m_compileFailed ? tr("编译失败") : tr("已结束")); });
 }

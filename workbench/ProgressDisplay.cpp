@@ -17,6 +17,7 @@ ProgressDisplay::ProgressDisplay(QWidget* parent)
     layout->addWidget(m_activity);
     layout->addWidget(m_elapsedLabel);
     layout->addWidget(m_bar);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     m_activity->setObjectName(QStringLiteral("activity"));
     m_elapsedLabel->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("00000.0 s")));
     m_elapsedLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
