@@ -48,8 +48,8 @@ private:
         using namespace sdk_ui_interface::processedit;
         if (m_left-- <= 0)
             return parent;
-        const QString uuid = createProcess(m_sample.appName, m_sample.sequenceId, parent, BasicStep,
-                                           stepType, -1);
+        const QString uuid =
+            createProcess(m_sample.appName, m_sample.sequenceId, parent, BasicStep, stepType, -1);
         const auto block = getProcess(m_sample.appName, uuid);
         block->name = "step " + std::to_string(m_sample.blockUuids.size());
         block->property.hasChildren = step_kinds::isOpener(stepType);

@@ -1,4 +1,5 @@
-// Reports of a run from the runner's thread to the rows, and the bare toolkit writing as many cells.
+// Reports of a run from the runner's thread to the rows, and the bare toolkit writing as many
+// cells.
 
 #include "bench/logic_samples.h"
 #include "logic/LogicView.h"

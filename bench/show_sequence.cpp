@@ -94,4 +94,8 @@ void show_sequence_yardstick(benchmark::State& state)
 } // namespace
 
 BENCHMARK(show_sequence)->Arg(1000)->Arg(10000)->Arg(50000)->Unit(benchmark::kMillisecond);
-BENCHMARK(show_sequence_yardstick)->Arg(1000)->Arg(10000)->Arg(50000)->Unit(benchmark::kMillisecond);
+BENCHMARK(show_sequence_yardstick)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Arg(50000)
+    ->Unit(benchmark::kMillisecond);

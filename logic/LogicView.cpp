@@ -14,7 +14,10 @@
 #include "model/services/processedit.h"
 #include "ui_LogicView.h"
 
+#include <QEvent>
 #include <QHeaderView>
+#include <QPainter>
+#include <QScrollBar>
 #include <QSignalBlocker>
 
 #include <algorithm>
@@ -67,6 +70,7 @@ void LogicView::setUpEditTab()
     m_breakPoints = std::make_unique<BreakPointColumn>(m_ui->tableView, m_ui->treeView);
     connect(m_ui->treeView, &QTreeView::clicked, this, &LogicView::onItemClicked);
     connect(m_ui->treeView, &QTreeView::doubleClicked, this, &LogicView::onItemDoubleClicked);
+    m_ui->treeView->horizontalScrollBar()->installEventFilter(this);
     QHeaderView* header = m_ui->treeView->header();
     connect(header, &QHeaderView::sectionResized, this, [this, header](int column, int, int size) {
         // The stretched last column follows the window, not the user.
@@ -93,6 +97,17 @@ void LogicView::setUpRunTab()
     });
 }
 
+bool LogicView::eventFilter(QObject* watched, QEvent* event)
+{
+    // The edit tree ends in plain white; its horizontal bar still takes the wheel and the mouse.
+    QScrollBar* bar = m_ui->treeView->horizontalScrollBar();
+    if (watched == bar && event->type() == QEvent::Paint) {
+        QPainter(bar).fillRect(bar->rect(), Qt::white);
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
 void LogicView::setCAppletName(const QString& appName)
 {
     m_appName = appName;
@@ -110,8 +125,8 @@ void LogicView::showSequence(const QString& sequenceId)
             view_models::setModel(m_ui->treeView, model);
         const int widths[] = {m_columnWidth0, m_columnWidth1, m_columnWidth2};
         for (int column = 0; column < logic_columns::EditCount; ++column)
-            m_ui->treeView->setColumnWidth(column,
-                                           widths[column] > 0 ? widths[column] : DefaultColumnWidth);
+            m_ui->treeView->setColumnWidth(column, widths[column] > 0 ? widths[column]
+                                                                      : DefaultColumnWidth);
     }
     m_ui->treeView->expandAll();
     rebuildTable();

@@ -106,6 +106,9 @@ public slots:
     void syncCheckStateItemRecursive(QStandardItem* item, bool& changed);
     void onRunTimerTimeout();
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void setUpEditTab();
     void setUpRunTab();

@@ -51,8 +51,7 @@ void MyCustomTreeView::keyReleaseEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)
         followArrowKey();
-    else if (event->key() == Qt::Key_Delete &&
-             selectedIndexes().size() <= logic_columns::EditCount)
+    else if (event->key() == Qt::Key_Delete && selectedIndexes().size() <= logic_columns::EditCount)
         emit sigRemoveItem();
     QTreeView::keyReleaseEvent(event);
 }

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "logic/runProcessState.h"
 #include "logic/run_plan.h"
 #include "logic/run_states.h"
-#include "logic/runProcessState.h"
 
 #include <QHash>
 #include <QStandardItemModel>

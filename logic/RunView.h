@@ -82,10 +82,10 @@ private:
     bool m_isRunning = false;
     int m_progressHandle = -1;
 
-    Sheets m_runSheets; ///< the start sequence first
+    Sheets m_runSheets;                                     ///< the start sequence first
     QHash<QPair<QString, QString>, RunSheet*> m_sheetByIds; ///< template and sequence
-    RunSheet* m_current = nullptr;  ///< where the run is
-    RunSheet* m_onScreen = nullptr; ///< what the views show
+    RunSheet* m_current = nullptr;                          ///< where the run is
+    RunSheet* m_onScreen = nullptr;                         ///< what the views show
     RunSheet* m_lastLanded = nullptr;
     RunCursor m_cursor;
     QPointer<QProgressBar> m_bar;

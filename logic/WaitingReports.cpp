@@ -14,8 +14,7 @@ bool WaitingReports::append(runProcessState report)
     const std::size_t mask = m_slots.size() - 1;
     std::size_t slot = hash & mask;
     for (; m_slots[slot].place >= 0; slot = (slot + 1) & mask) {
-        if (m_slots[slot].hash == hash &&
-            m_reports[std::size_t(m_slots[slot].place)] == report)
+        if (m_slots[slot].hash == hash && m_reports[std::size_t(m_slots[slot].place)] == report)
             return false;
     }
     m_slots[slot] = {hash, int(m_reports.size())};

@@ -32,7 +32,8 @@ Blocks blocksOf(const QString& appName, const QString& sequenceId,
     Blocks blocks;
     blocks.reserve(uuids.size());
     for (const std::string& uuid : uuids) {
-        auto block = sdk_ui_interface::processedit::getProcess(appName, QString::fromStdString(uuid));
+        auto block =
+            sdk_ui_interface::processedit::getProcess(appName, QString::fromStdString(uuid));
         if (block)
             blocks.push_back(std::move(block));
     }

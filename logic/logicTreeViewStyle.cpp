@@ -31,8 +31,8 @@ void logicTreeViewStyle::drawPrimitive(PrimitiveElement element, const QStyleOpt
         painter->drawEllipse(QPoint(LineMargin, top), DotRadius, DotRadius);
         painter->drawLine(LineMargin, top, width - LineMargin, top);
     } else {
-        painter->drawRect(QRect(QPoint(FrameMargin, top),
-                                QPoint(width - FrameMargin, option->rect.bottom())));
+        painter->drawRect(
+            QRect(QPoint(FrameMargin, top), QPoint(width - FrameMargin, option->rect.bottom())));
     }
     painter->restore();
 }

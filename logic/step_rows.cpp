@@ -15,10 +15,9 @@ namespace {
 
 constexpr int IconSize = 26;
 
-constexpr Qt::ItemFlags CommonFlags = Qt::ItemIsSelectable | Qt::ItemIsEnabled |
-                                      Qt::ItemIsEditable | Qt::ItemIsDragEnabled |
-                                      Qt::ItemIsDropEnabled | Qt::ItemIsUserCheckable |
-                                      Qt::ItemIsAutoTristate;
+constexpr Qt::ItemFlags CommonFlags =
+    Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsEditable | Qt::ItemIsDragEnabled |
+    Qt::ItemIsDropEnabled | Qt::ItemIsUserCheckable | Qt::ItemIsAutoTristate;
 
 QString translated(const char* text)
 {
@@ -116,23 +115,17 @@ QList<QStandardItem*> flowRow(logicBlockType flow, Purpose purpose)
 
 QList<QStandardItem*> stepRow(const IProcessBlock& block, Purpose purpose)
 {
-    // The values that all cells of the row share.
-    const QVariant baseType(int(block.baseType()));
-    const QVariant stepType(block.stepType());
-    const QVariant uuid(QString::fromStdString(block.uuid));
-    const QVariant flags(int(stepFlags(block)));
-    constexpr int FlagsRole = Qt::UserRole - 1; // what QStandardItem::setFlags writes
+    // All cells hold these; clones share the memory until a cell gets a value of its own.
+    QStandardItem common;
+    common.setFlags(stepFlags(block));
+    common.setData(int(block.baseType()), logic_roles::BaseType);
+    common.setData(block.stepType(), logic_roles::StepType);
+    common.setData(QString::fromStdString(block.uuid), logic_roles::BlockUuid);
 
     QList<QStandardItem*> row;
     row.reserve(columnCount(purpose));
-    for (int column = 0; column < columnCount(purpose); ++column) {
-        auto* item = new QStandardItem;
-        item->setData(flags, FlagsRole);
-        item->setData(baseType, logic_roles::BaseType);
-        item->setData(stepType, logic_roles::StepType);
-        item->setData(uuid, logic_roles::BlockUuid);
-        row.append(item);
-    }
+    for (int column = 0; column < columnCount(purpose); ++column)
+        row.append(common.clone());
 
     QStandardItem* name = row[logic_columns::Name];
     name->setData(translatedName(block.name), Qt::DisplayRole);

@@ -51,5 +51,8 @@ public:
             sdk_ui_interface::processedit::getProcess(appName, uuid));
     }
 
-    void setEnabled(const QString& uuid, int state) { get<IProcessBlock>(uuid)->enableState = state; }
+    void setEnabled(const QString& uuid, int state)
+    {
+        get<IProcessBlock>(uuid)->enableState = state;
+    }
 };

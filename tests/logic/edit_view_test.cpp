@@ -92,11 +92,11 @@ void EditViewTest::rowsOfASequence()
     m_applet->add(m_sequence, m_applet->end, step_type::Buzz, "last");
     show();
 
-    const QStringList expected{
-        text("[x] 初始流程"), text("  [x] first"),      text("[x] 主流程"),
-        text("  [-] decide"), text("    [x] again"),    text("      [x] leave"),
-        text("    [x] again end"), text("  [x] decide end"), text("[x] 结束流程"),
-        text("  [x] last")};
+    const QStringList expected{text("[x] 初始流程"),      text("  [x] first"),
+                               text("[x] 主流程"),        text("  [-] decide"),
+                               text("    [x] again"),     text("      [x] leave"),
+                               text("    [x] again end"), text("  [x] decide end"),
+                               text("[x] 结束流程"),      text("  [x] last")};
     QCOMPARE(printTree(*m_view->editModel(m_sequence)), expected);
     QCOMPARE(m_view->currentSequenceId(), m_sequence);
     QAbstractItemModelTester tester(m_view->editModel(m_sequence),
@@ -302,6 +302,15 @@ void EditViewTest::tableStandsBesideTheTree()
     QVERIFY(standsBeside(0, m_applet->initial));
     tree->scrollToBottom();
     QVERIFY(standsBeside(102, m_applet->end));
+
+    // A horizontal bar under the tree takes its room from the table too.
+    m_view->setEditColumnWidths({600, 600, 600});
+    QTRY_VERIFY(tree->horizontalScrollBar()->isVisible());
+    QTRY_COMPARE(table->viewport()->height(), tree->viewport()->height());
+    tree->scrollToBottom();
+    QVERIFY(standsBeside(102, m_applet->end));
+    m_view->setEditColumnWidths({100, 100, 100});
+    QTRY_COMPARE(table->viewport()->height(), tree->viewport()->height());
 }
 
 void EditViewTest::columnWidths()
@@ -320,7 +329,8 @@ void EditViewTest::columnWidths()
     QCOMPARE(widths.count(), 0);
     header->resizeSection(0, 320);
     QCOMPARE(widths.count(), 1);
-    QCOMPARE(widths.first().at(0).toStringList().mid(0, 2), QStringList({text("320"), text("250")}));
+    QCOMPARE(widths.first().at(0).toStringList().mid(0, 2),
+             QStringList({text("320"), text("250")}));
     QCOMPARE(widths.first().at(1).toBool(), false);
     m_view->showSequence(m_sequence);
     QCOMPARE(header->sectionSize(0), 320);

@@ -177,9 +177,9 @@ void RunViewTest::oneTickIsLikeMany()
         double progress;
         int result;
     };
-    const std::vector<Report> reports{{m_a, 0.0, 0}, {m_a, 30.0, 0},  {m_b, 0.0, 0},
+    const std::vector<Report> reports{{m_a, 0.0, 0},   {m_a, 30.0, 0},  {m_b, 0.0, 0},
                                       {m_b, 60.0, -1}, {m_a, 100.0, 0}, {m_call, 0.0, 0},
-                                      {m_c, 0.0, 0}, {m_b, 100.0, 0}, {m_c, 20.0, 0}};
+                                      {m_c, 0.0, 0},   {m_b, 100.0, 0}, {m_c, 20.0, 0}};
     start();
     for (const Report& each : reports) {
         report(each.uuid, each.progress, each.result);
