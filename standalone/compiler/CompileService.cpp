@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 
 namespace standalone {
 
@@ -62,7 +63,7 @@ void CompileService::shutDown()
 
 bool CompileService::isCompiling(const QString& appName) const
 {
-    const QMutexLocker lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     return m_compiling.contains(appName);
 }
 
@@ -91,7 +92,7 @@ CompileService::StartResult CompileService::start(Request request)
         return Refused;
     const QByteArray fingerprint = fingerprintOf(request);
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_compiling.contains(request.appName))
             return Refused;
         if (!request.isForced && m_lastSuccess.value(request.appName) == fingerprint &&
@@ -110,7 +111,7 @@ void CompileService::work(const Request& request, const QByteArray& fingerprint)
     timer.start();
     const Outcome outcome = compile(request);
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         m_compiling.remove(request.appName);
         if (outcome.result == CompileSucceeded)
             m_lastSuccess[request.appName] = fingerprint;

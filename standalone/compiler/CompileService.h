@@ -5,13 +5,12 @@
 
 #include <QByteArray>
 #include <QMap>
-#include <QMutex>
 #include <QSet>
 #include <QString>
 #include <QThreadPool>
 
 #include <atomic>
-#include <memory>
+#include <mutex>
 
 namespace standalone {
 
@@ -63,7 +62,7 @@ private:
     QThreadPool m_pool;
     std::atomic<bool> m_cancelled{false};
     std::atomic<int> m_timeout{120000};
-    mutable QMutex m_mutex; ///< guards the two below
+    mutable std::mutex m_mutex; ///< guards the two below
     QSet<QString> m_compiling;
     QMap<QString, QByteArray> m_lastSuccess; ///< by applet
 };

@@ -4,8 +4,9 @@
 #include "standalone/compiler/CompileService.h"
 #include "standalone/runtime/applet_paths.h"
 
-#include <QMutex>
 #include <QtTest>
+
+#include <mutex>
 
 using namespace builders;
 using standalone::CompileService;
@@ -57,7 +58,7 @@ private:
           const std::function<void(CompileService::Request&)>& change = {});
     QList<Result> results() const
     {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         return m_results;
     }
     /// A compiler of our own making, as a shell script.
@@ -66,7 +67,7 @@ private:
     const QString m_app = QStringLiteral("小程序");
     std::unique_ptr<RuntimeHarness> m_harness;
     std::unique_ptr<CompileService> m_service;
-    mutable QMutex m_mutex;
+    mutable std::mutex m_mutex;
     QList<Result> m_results;
 };
 
@@ -97,7 +98,7 @@ CompilerTest::start(const codegen::AppletSource& source,
     request.code = codegen::generate(source);
     request.onFinished = [this](compileResult result, quint64, const char* app,
                                 const char* message) {
-        const QMutexLocker lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         m_results << Result{result, QString::fromLocal8Bit(app), QString::fromUtf8(message)};
     };
     if (change)

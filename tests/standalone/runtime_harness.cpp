@@ -8,8 +8,9 @@
 #include "standalone/runtime/runtime.h"
 
 #include <QMap>
-#include <QMutex>
 #include <QSemaphore>
+
+#include <mutex>
 
 namespace {
 
@@ -20,14 +21,14 @@ struct Recorded
     QList<int> events;
 };
 
-QMutex mutex;
+std::mutex mutex; // the standard one: a thread sanitizer knows it
 QMap<QString, Recorded> recorded;
 QStringList runInfoTexts;
 int count = 0;
 
 void onBlock(const char* appName, const char*, const char* blockId, double progress, int result)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     ++count;
     QString line = QString::fromUtf8(blockId) + u':' + QString::number(progress);
     if (result < 0)
@@ -37,21 +38,21 @@ void onBlock(const char* appName, const char*, const char* blockId, double progr
 
 void onSequence(const char* appName, const char* id, bool isEnd)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     recorded[QString::fromLocal8Bit(appName)].reports
         << (isEnd ? u'<' : u'>') + QString::fromUtf8(id);
 }
 
 void onTemplateSequence(const char* appName, const char* templateId, const char* id, bool isEnd)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     recorded[QString::fromLocal8Bit(appName)].reports
         << (isEnd ? u'<' : u'>') + QString::fromUtf8(templateId) + u'/' + QString::fromUtf8(id);
 }
 
 void onLog(const char* appName, DrelLogLevel level, const char* text)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     recorded[QString::fromLocal8Bit(appName)].log
         << QString::number(level) + u' ' + QString::fromUtf8(text);
 }
@@ -59,7 +60,7 @@ void onLog(const char* appName, DrelLogLevel level, const char* text)
 void onRunEvent(void* info, int event)
 {
     const auto* record = static_cast<sdk_ui_interface::processedit::RunInfo*>(info);
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     runInfoTexts = QStringList{QString::fromLocal8Bit(record->appName.c_str()),
                                QString::fromStdString(record->sequenceId)};
     recorded[runInfoTexts.first()].events << event;
@@ -115,30 +116,30 @@ bool RuntimeHarness::start(const QString& appName, const QString& sequenceId)
 
 QStringList RuntimeHarness::reports(const QString& appName)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return recorded[appName].reports;
 }
 
 QStringList RuntimeHarness::logLines(const QString& appName)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return recorded[appName].log;
 }
 
 QList<int> RuntimeHarness::events(const QString& appName)
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return recorded[appName].events;
 }
 
 QStringList RuntimeHarness::lastRunInfo()
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return runInfoTexts;
 }
 
 int RuntimeHarness::reportCount()
 {
-    const QMutexLocker lock(&mutex);
+    const std::lock_guard<std::mutex> lock(mutex);
     return count;
 }

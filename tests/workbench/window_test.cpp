@@ -104,7 +104,7 @@ void WindowTest::runOfTheMainSequence()
     m_window->openApplet(QStringLiteral("ecu_check"));
     const QStringList edit = editRows({0, 1});
     QCOMPARE(edit.first(), QStringLiteral("[x] 初始流程 |"));
-    QVERIFY2(edit.contains(QStringLiteral("  [x] 夹具到位 | 延时 300 毫秒")),
+    QVERIFY2(edit.contains(QStringLiteral("  [x] 夹具到位 | 延时 500 毫秒")),
              qPrintable(edit.join(QLatin1Char('\n'))));
 
     pressRunMain();
