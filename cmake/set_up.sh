@@ -20,20 +20,28 @@ install_packages() {
   say "Installing: ${missing[*]}"
   local as_root=()
   if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+      say "These packages are missing; install them as root: ${missing[*]}"
+      exit 1
+    fi
     as_root=(sudo)
   fi
-  "${as_root[@]}" apt-get update -qq
+  "${as_root[@]}" apt-get update -qq >&2
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
     apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
 
-# build PRESET: configures when needed and builds everything; output only when something goes wrong
-# or takes a while.
+# build PRESET: configures and builds everything.
 build() {
   local preset=$1
-  local options=(-DPROCESS_EDIT_WERROR="${PROCESS_EDIT_WERROR:-OFF}")
-  if [ ! -f "build/$preset/build.ninja" ] || [ -n "${PROCESS_EDIT_WERROR:-}" ]; then
-    cmake --preset "$preset" "${options[@]}" >&2
+  local log
+  log=$(mktemp)
+  if ! cmake --preset "$preset" -DPROCESS_EDIT_WERROR="${PROCESS_EDIT_WERROR:-OFF}" >"$log" 2>&1
+  then
+    cat "$log" >&2
+    rm -f "$log"
+    exit 1
   fi
+  rm -f "$log"
   cmake --build --preset "$preset" >&2
 }

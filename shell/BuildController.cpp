@@ -3,7 +3,9 @@
 #include "shell/LogicMaster.h"
 #include "shell/applet_folders.h"
 #include "shell/notify_callbacks.h"
+#include "shell/output_text.h"
 
+#include "model/applet_name.h"
 #include "model/services/capplet.h"
 #include "model/services/diagnosis.h"
 #include "model/services/host.h"
@@ -15,7 +17,6 @@ namespace processedit = sdk_ui_interface::processedit;
 namespace {
 
 constexpr int KindRun = 0;
-const char outputRule[] = " ----------------------------------------------------------\n";
 
 } // namespace
 
@@ -36,7 +37,7 @@ void BuildController::runMain()
 
 void BuildController::compileMain()
 {
-    // Cleared only at the end of a compile that really ran: a refused or skipped press leaves it.
+    // Cleared by the next compile that succeeds: a press that is refused or skipped leaves it.
     m_compileOnly = true;
     build(Target::CompileOnly);
 }
@@ -77,7 +78,6 @@ void BuildController::build(Target target)
         emit compileStarted();
     } else if (compileOnly) {
         tellFinished(true);
-        text = tr("内容无更新, 跳过编译。");
     } else {
         runSkipped(target, sequenceId, text);
     }
@@ -113,7 +113,7 @@ void BuildController::applyRebuildRule(Target target, const QString& sequenceId)
         return;
     if (!applet_folders::moduleExists(m_appName) || m_lastBuildKind != KindRun ||
         m_lastBuiltSequenceId != sequenceId)
-        process_edit::appNeedUpdate(m_appName.toLocal8Bit().toStdString());
+        process_edit::appNeedUpdate(appletNameBytes(m_appName));
 }
 
 void BuildController::runSkipped(Target target, const QString& sequenceId, QString& text)
@@ -146,7 +146,7 @@ void BuildController::onCompileResult(CAppCompileResult result, QString outputIn
     if (!success || !result.toVciAfterCompile)
         m_view.setPanelsEnabled(true);
     if (!success) {
-        outputInfo += QLatin1String(outputRule);
+        outputInfo += output_text::rule();
         m_view.setToolBarState(ProcessEditToolBar::State::Idle);
         m_compilingApp.clear();
         emit runFinished();
@@ -154,7 +154,7 @@ void BuildController::onCompileResult(CAppCompileResult result, QString outputIn
         m_lastBuiltSequenceId = result.sequenceId;
         m_view.saveAll();
         if (m_compileOnly) {
-            outputInfo += QLatin1String(outputRule);
+            outputInfo += output_text::rule();
             m_view.setToolBarState(ProcessEditToolBar::State::Idle);
             m_compilingApp.clear();
             emit runFinished();

@@ -1,9 +1,11 @@
 #include "shell/LogicMaster.h"
 
+#include "model/applet_name.h"
 #include "model/services/applet_runtime.h"
 #include "shell/ProcessEditNotifyTool.h"
 #include "shell/VciTransThread.h"
 #include "shell/notify_callbacks.h"
+#include "shell/output_text.h"
 
 #include "model/services/capplet.h"
 #include "model/services/process_edit.h"
@@ -23,7 +25,6 @@ constexpr int EventEnded = 1;
 constexpr int EventStopped = 2;
 constexpr int EventCrashed = 3;
 constexpr int ConversionCancelled = -2;
-const char outputRule[] = " ----------------------------------------------------------\n";
 
 } // namespace
 
@@ -54,7 +55,7 @@ LogicMaster::LogicMaster()
         tool, &ProcessEditNotifyTool::systemVarChange, this,
         [](const QVector<QPair<QString, QString>>& users) {
             for (const auto& user : users)
-                process_edit::updateProcessSysVar(user.first.toLocal8Bit().toStdString(),
+                process_edit::updateProcessSysVar(appletNameBytes(user.first),
                                                   user.second.toStdString());
         },
         Qt::QueuedConnection);
@@ -126,7 +127,7 @@ void LogicMaster::onCompileFinish(CAppCompileResult result)
         finishPendingRemoval(result.appName);
     } else {
         text += tr("编译成功\n");
-        process_edit::setCompileSucessState(result.appName.toLocal8Bit().toStdString());
+        process_edit::setCompileSucessState(appletNameBytes(result.appName));
     }
     emit NotifyCompileResultSig(result, text);
 }
@@ -162,9 +163,9 @@ void LogicMaster::finishRun(const QString& appName, int event)
         finishPendingRemoval(appName);
     QString text = appName;
     if (event == EventEnded)
-        text += tr(" 运行结束\n") + QLatin1String(outputRule);
+        text += tr(" 运行结束\n") + output_text::rule();
     else if (event == EventStopped)
-        text += tr(" 运行中止\n") + QLatin1String(outputRule);
+        text += tr(" 运行中止\n") + output_text::rule();
     else
         text += tr(" 运行崩溃, 即将停止运行\n");
     emit NotifyRunResultSig(appName, event != EventCrashed, text);

@@ -2,11 +2,13 @@
 
 #include "shell/VciTransThread.h"
 
+#include "model/applet_name.h"
 #include "model/services/capplet.h"
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
 
 #include <QMutexLocker>
+#include <QPointer>
 
 namespace capplet = sdk_ui_interface::capplet;
 namespace processedit = sdk_ui_interface::processedit;
@@ -32,7 +34,7 @@ void LogicMaster::removeApplet(const QString& appName, bool force)
         return;
     }
     processedit::removeApp(appName);
-    process_edit::removeAllVarByAppName(appName.toLocal8Bit().toStdString());
+    process_edit::removeAllVarByAppName(appletNameBytes(appName));
     if (force) {
         capplet::stopRunnerFunction(appName);
         capplet::removeRunnerFunction(appName);
@@ -53,6 +55,9 @@ void LogicMaster::forgetApplet(const QString& appName)
 {
     capplet::destroyCApplet(appName);
     m_pendingRemoval.removeAll(appName);
+    // A compile that is still under way must not start a run in an applet made anew.
+    takePendingCompile(appName);
+    takePendingVciCompile(appName);
     m_appletPaths.remove(appName);
     m_settingPaths.remove(appName);
     if (VciTransThread* thread = m_vciThreads.take(appName))
@@ -157,7 +162,12 @@ VciTransThread* LogicMaster::addVciThread(const QString& appName)
     auto* thread = new VciTransThread(appName, this);
     m_vciThreads.insert(appName, thread);
     connect(
-        thread, &QThread::finished, this, [this, thread] { onVciThreadFinished(thread); },
+        thread, &QThread::finished, this,
+        [this, guarded = QPointer<VciTransThread>(thread)] {
+            // Deleted meanwhile: its applet is gone.
+            if (guarded)
+                onVciThreadFinished(guarded);
+        },
         Qt::QueuedConnection);
     return thread;
 }

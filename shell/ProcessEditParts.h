@@ -10,7 +10,9 @@
 #include <functional>
 #include <memory>
 
+class AppletLogFeed;
 class BuildController;
+class LatestProgress;
 class LoadingUI;
 class ProcessEditToolBar;
 class RunReportGate;
@@ -36,6 +38,8 @@ struct ProcessEditParts
     bool inRunTab = false;
 
     std::shared_ptr<RunReportGate> gate;
+    std::shared_ptr<AppletLogFeed> logFeed;
+    LatestProgress* progress = nullptr; ///< child of the widget
     std::unique_ptr<WidgetBuildView> buildView;
     BuildController* build = nullptr; ///< child of the widget
 

@@ -1,6 +1,8 @@
 #include "shell/ProcessEditWidget.h"
 
+#include "shell/AppletLogFeed.h"
 #include "shell/BuildController.h"
+#include "shell/LatestProgress.h"
 #include "shell/LogicMaster.h"
 #include "shell/ProcessEditNotifyTool.h"
 #include "shell/ProcessEditParts.h"
@@ -79,6 +81,9 @@ void ProcessEditWidget::initUI()
         m->ui.splitter->handle(handle)->installEventFilter(this);
 
     m->gate = std::make_shared<RunReportGate>(m->ui.center_wgt);
+    m->logFeed = std::make_shared<AppletLogFeed>(
+        this, [this](const QString& appName, const QString& text) { onAppletLog(appName, text); });
+    m->progress = new LatestProgress(this);
     m->buildView = std::make_unique<WidgetBuildView>(*m, this, [this] {
         save(QString());
         saveShared();
@@ -108,8 +113,10 @@ void ProcessEditWidget::connectPanels()
             &ProcessEditWidget::onLogicWidgetTabChanged);
     connect(logicView, &LogicView::sigUpdateProcessWidgetWidth, this,
             &ProcessEditWidget::onSaveProcessTreeWidthSlot);
-    connect(logicView, &LogicView::sigProcessPrograss, this,
-            &ProcessEditWidget::sigProcessPrograss);
+    // Emitted on the reporting thread, from behind the gate: this widget is there then.
+    connect(logicView, &LogicView::sigProcessPrograss, m->progress, &LatestProgress::put,
+            Qt::DirectConnection);
+    connect(m->progress, &LatestProgress::changed, this, &ProcessEditWidget::sigProcessPrograss);
     connect(logicView, &LogicView::sigModified, LogicMaster::instance(), &LogicMaster::sigModify);
     connect(logicView, &LogicView::sigUdsRuntimeStaleRequired, this, [this] {
         if (m->onRuntimeStale)
@@ -135,10 +142,8 @@ void ProcessEditWidget::connectLogicMaster()
     connect(master, &LogicMaster::sigModify, this, &ProcessEditWidget::sigAuthoringModified);
     connect(master, &LogicMaster::sigRename, this,
             [this](const QString& oldName, const QString& newName) {
-                if (m->appName != oldName)
-                    return;
-                m->appName = newName;
-                m->build->setAppName(newName);
+                if (m->appName == oldName)
+                    nameParts(newName);
             });
     connect(master, &LogicMaster::waitCAppletStop, this, [this](const QString& appName) {
         if (appName == m->appName)
@@ -149,7 +154,8 @@ void ProcessEditWidget::connectLogicMaster()
     connect(master, &LogicMaster::sigUpdateQuickStep, m->ui.treeWidget,
             &StepTree::onUpdateQuickStep, Qt::DirectConnection);
 
-    // These come on the runner's thread: only the gate, which outlives this widget, may be touched.
+    // These come on the runner's thread: only the gate and the log feed, which outlive this widget,
+    // may be touched.
     const auto gate = m->gate;
     connect(
         master, &LogicMaster::NotifyRunStateSig, this,
@@ -168,21 +174,22 @@ void ProcessEditWidget::connectLogicMaster()
         [gate](const QString& appName, const QString& templateId, const QString& sequenceId,
                bool isEnd) { gate->sequenceChange(appName, sequenceId, isEnd, templateId); },
         Qt::DirectConnection);
+    const auto logFeed = m->logFeed;
     connect(
         ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::cAppletLogSignal, this,
-        [this](const QString& appName, int, const QString& message) {
-            onAppletLog(appName, message);
+        [logFeed](const QString& appName, int, const QString& message) {
+            logFeed->put(appName, message);
         },
-        Qt::QueuedConnection);
+        Qt::DirectConnection);
 }
 
 void ProcessEditWidget::connectBuild()
 {
     const BuildController* build = m->build;
-    connect(LogicMaster::instance(), &LogicMaster::NotifyCompileResultSig, build,
-            &BuildController::onCompileResult, Qt::QueuedConnection);
-    connect(LogicMaster::instance(), &LogicMaster::NotifyRunResultSig, build,
-            &BuildController::onRunResult, Qt::QueuedConnection);
+    connect(LogicMaster::instance(), &LogicMaster::NotifyCompileResultSig, this,
+            &ProcessEditWidget::onNotifyCompileResult, Qt::QueuedConnection);
+    connect(LogicMaster::instance(), &LogicMaster::NotifyRunResultSig, this,
+            &ProcessEditWidget::onNotifyRunResult, Qt::QueuedConnection);
     connect(build, &BuildController::compileStarted, this, &ProcessEditWidget::sigCompileStart);
     connect(build, &BuildController::compileFinished, this, &ProcessEditWidget::sigCompileFinish);
     connect(build, &BuildController::runStarted, this, &ProcessEditWidget::sigRunStart);
@@ -244,6 +251,33 @@ void ProcessEditWidget::onToolWidgetButtonClickedSlot(int funcType)
     default:
         break;
     }
+}
+
+void ProcessEditWidget::onNotifyCompileResult(CAppCompileResult result, QString outputInfo)
+{
+    m->build->onCompileResult(result, outputInfo);
+}
+
+void ProcessEditWidget::onNotifyRunResult(QString appName, bool isSuccessed, QString outputInfo)
+{
+    m->build->onRunResult(appName, isSuccessed, outputInfo);
+}
+
+void ProcessEditWidget::onNotifyStateResult(QString cappname, QString seqUuid, QString blockuuid,
+                                            double iProgress, int result)
+{
+    m->gate->report(cappname, seqUuid, blockuuid, iProgress, result);
+}
+
+void ProcessEditWidget::onGotoSequence(QString cappname, QString gotoSeqUuid, bool isEnd)
+{
+    m->gate->sequenceChange(cappname, gotoSeqUuid, isEnd, QString());
+}
+
+void ProcessEditWidget::onGotoTemplateSequence(QString cappname, QString templateid,
+                                               QString gotoSeqUuid, bool isEnd)
+{
+    m->gate->sequenceChange(cappname, gotoSeqUuid, isEnd, templateid);
 }
 
 void ProcessEditWidget::onAppletLog(const QString& appName, const QString& message)
@@ -333,13 +367,18 @@ void ProcessEditWidget::loadSplitterSizes()
     }
     m->ui.widget_para->setColumnWidths(m->settings.variableWidths());
     m->ui.center_wgt->setEditColumnWidths(m->settings.editTreeWidths());
-    m->ui.center_wgt->setRunColumnWidths(m->settings.runTreeWidths());
+    updateProcessRunWidth();
 }
 
 void ProcessEditWidget::saveSplitterSizes()
 {
     m->splitterSizes = m->ui.splitter->sizes();
     m->settings.setSplitterSizes(m->splitterSizes);
+}
+
+void ProcessEditWidget::updateProcessRunWidth()
+{
+    m->ui.center_wgt->setRunColumnWidths(m->settings.runTreeWidths());
 }
 
 void ProcessEditWidget::onSaveVarTreeWidthSlot(QStringList widthList)

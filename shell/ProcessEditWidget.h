@@ -81,6 +81,8 @@ public:
     void resetCustomStepList();
     void loadSplitterSizes();
     void saveSplitterSizes();
+    /// Gives the run tree the stored widths of its columns.
+    void updateProcessRunWidth();
     /// The badge that says that the compiled code is out of date; the editor never clears it.
     void setRuntimeStaleHint(bool stale);
     void setRuntimeStaleBlockUuids(const QSet<QString>& blockUuids);
@@ -139,6 +141,14 @@ public:
 public slots:
     void processItemClickedSlot(int baseType, QString blockuuid);
     void currentSequenceChangedSlot(QString sequenceId);
+    void onNotifyCompileResult(CAppCompileResult result, QString outputInfo);
+    /// These three may be called on any thread.
+    void onNotifyStateResult(QString cappname, QString seqUuid, QString blockuuid, double iProgress,
+                             int result);
+    void onGotoSequence(QString cappname, QString gotoSeqUuid, bool isEnd);
+    void onGotoTemplateSequence(QString cappname, QString templateid, QString gotoSeqUuid,
+                                bool isEnd);
+    void onNotifyRunResult(QString appName, bool isSuccessed, QString outputInfo);
     void onToolWidgetButtonClickedSlot(int funcType);
     void onLogicWidgetTabChanged(int index);
     void onSaveVarTreeWidthSlot(QStringList widthList);
@@ -180,6 +190,8 @@ private:
     void connectPanels();
     void connectLogicMaster();
     void connectBuild();
+    /// Tells every part the applet that it works on.
+    void nameParts(const QString& appName);
     void saveFromButton();
     void saveShared();
     void openCodeFolder();

@@ -1,5 +1,6 @@
 // The applet in a ProcessEditWidget: binding, loading, saving, and what is shown of it.
 
+#include "shell/AppletLogFeed.h"
 #include "shell/BuildController.h"
 #include "shell/LogicMaster.h"
 #include "shell/ProcessEditParts.h"
@@ -11,6 +12,7 @@
 #include "shell/applet_folders.h"
 #include "shell/notify_callbacks.h"
 
+#include "model/applet_name.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/applet_runtime.h"
 #include "model/services/host.h"
@@ -28,21 +30,30 @@ namespace processedit = sdk_ui_interface::processedit;
 
 ProcessEditWidget::~ProcessEditWidget()
 {
-    // From here on no runner's thread reaches a widget.
+    // From here on no runner's thread reaches a widget. The run's progress is finished by the view
+    // that made it.
     m->gate->close();
+    m->logFeed->close();
     // Nor does a child that says something while it is being destroyed.
     for (QObject* child : findChildren<QObject*>())
         child->disconnect(this);
-    if (getProgressHandle() >= 0)
-        sdk_ui_interface::log::finish_progress(getProgressHandle());
     LogicMaster::instance()->unregisterVariablePanel(m->ui.widget_para);
     if (m->resetOnDestruction && !m->appName.isEmpty()) {
         LogicMaster::instance()->removeApplet(m->appName, true);
-        process_edit::removeAllVarByAppName(m->appName.toLocal8Bit().toStdString());
+        process_edit::removeAllVarByAppName(appletNameBytes(m->appName));
     }
 }
 
 void ProcessEditWidget::createCApplet(const QString& appName)
+{
+    nameParts(appName);
+    LogicMaster::instance()->registerVariablePanel(appName, m->ui.widget_para);
+    m->ui.center_wgt->showEditTab();
+    LogicMaster::instance()->createApplet(appName, QString());
+    capplet_sdk::registerLogCallBack(appName.toLocal8Bit().constData(), notify_callbacks::logText);
+}
+
+void ProcessEditWidget::nameParts(const QString& appName)
 {
     m->appName = appName;
     m->build->setAppName(appName);
@@ -52,10 +63,6 @@ void ProcessEditWidget::createCApplet(const QString& appName)
     m->ui.sequenceWidget->setCAppletName(appName);
     m->ui.template_treeView->setCAppletName(appName);
     m->ui.widget_para->setCAppletName(appName);
-    LogicMaster::instance()->registerVariablePanel(appName, m->ui.widget_para);
-    m->ui.center_wgt->showEditTab();
-    LogicMaster::instance()->createApplet(appName, QString());
-    capplet_sdk::registerLogCallBack(appName.toLocal8Bit().constData(), notify_callbacks::logText);
 }
 
 QString ProcessEditWidget::getCAppletName() const
@@ -168,6 +175,8 @@ void ProcessEditWidget::saveFromButton()
 void ProcessEditWidget::saveShared()
 {
     const QString project = getProjectManager()->projectPath();
+    if (project.isEmpty())
+        return;
     processedit::saveGlobalVarJsonStr(project, EveryBusiness);
     processedit::saveQuickStepJsonStr(project + QStringLiteral("/quickStep.json"), EveryBusiness);
 }
@@ -189,7 +198,7 @@ void ProcessEditWidget::resetCApplet()
 void ProcessEditWidget::clearCAppletData(bool removeModel, bool keepCustomSteps)
 {
     if (removeModel) {
-        process_edit::removeAllVarByAppName(m->appName.toLocal8Bit().toStdString());
+        process_edit::removeAllVarByAppName(appletNameBytes(m->appName));
         processedit::removeApp(m->appName);
     }
     if (!keepCustomSteps)

@@ -1,5 +1,8 @@
 #include "shell/applet_documents.h"
 
+#include "shell/damaged_files.h"
+
+#include "model/applet_name.h"
 #include "model/services/log.h"
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
@@ -37,11 +40,6 @@ private:
     bool m_quiet;
 };
 
-std::string local8Bit(const QString& text)
-{
-    return text.toLocal8Bit().toStdString();
-}
-
 QJsonObject parseOwn(const QByteArray& json, const QString& complaint)
 {
     QJsonParseError error;
@@ -71,16 +69,12 @@ bool hasAnyBlock(const QString& appName)
     return false;
 }
 
-// A copy of a document that can't be read, under the first free name.
+// The next save would replace the document.
 void keepDamaged(const QString& fileName, const Reporter& report)
 {
-    QString copy = fileName + QStringLiteral(".damaged");
-    for (int number = 2; QFile::exists(copy); ++number)
-        copy = QStringLiteral("%1.damaged%2").arg(fileName).arg(number);
-    if (QFile::copy(fileName, copy))
-        report(QStringLiteral("[流程编辑] 已保留损坏的流程文件: ") + copy);
-    else
-        report(QStringLiteral("[流程编辑] 无法保留损坏的流程文件: ") + fileName);
+    const QString copy = damaged_files::keepCopy(fileName);
+    report(copy.isEmpty() ? QStringLiteral("[流程编辑] 无法保留损坏的流程文件: ") + fileName
+                          : QStringLiteral("[流程编辑] 已保留损坏的流程文件: ") + copy);
 }
 
 QByteArray objectText(const QJsonValue& value)
@@ -94,6 +88,7 @@ void readDocument(const QString& appName, const QString& fileName, const Reporte
     if (!file.open(QIODevice::ReadOnly)) {
         report(QStringLiteral("[流程编辑] 无法读取流程文件: %1 (%2)")
                    .arg(fileName, file.errorString()));
+        keepDamaged(fileName, report);
         return;
     }
     QJsonParseError error;
@@ -108,7 +103,7 @@ void readDocument(const QString& appName, const QString& fileName, const Reporte
         processedit::loadProcessJson(appName,
                                      QString::fromUtf8(objectText(root.value(logicViewKey))));
     if (root.contains(variablesKey))
-        process_json_edit::loadAppVariableJson(local8Bit(appName),
+        process_json_edit::loadAppVariableJson(appletNameBytes(appName),
                                                objectText(root.value(variablesKey)).toStdString());
 }
 
@@ -135,7 +130,7 @@ void readOldDocument(const QString& appName, const QString& folder, const Report
     const QByteArray variables =
         readOldFile(folder + QStringLiteral("variable.json"),
                     QStringLiteral("[流程编辑] 旧工程读取变量json错误: "), report);
-    process_json_edit::loadAppVariableJson(local8Bit(appName), variables.toStdString());
+    process_json_edit::loadAppVariableJson(appletNameBytes(appName), variables.toStdString());
 }
 
 } // namespace
@@ -152,7 +147,7 @@ bool write(const QString& appName, const QString& fileName, const StripFunction&
     if (strip)
         strip(logicView);
     const std::string variables =
-        process_json_edit::generateAppAndSequenceVariableJson(local8Bit(appName));
+        process_json_edit::generateAppAndSequenceVariableJson(appletNameBytes(appName));
     const QJsonObject root{
         {logicViewKey, logicView},
         {variablesKey, parseOwn(QByteArray::fromStdString(variables),

@@ -1,6 +1,9 @@
 #include "shell/default_tables.h"
 
+#include "shell/damaged_files.h"
+
 #include "model/services/host.h"
+#include "model/services/log.h"
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
 
@@ -12,13 +15,30 @@ namespace default_tables {
 
 namespace {
 
-// Parsed and written back, so that the service gets clean JSON or nothing.
+// Parsed and written back, so that the service gets clean JSON or nothing. A missing file is an
+// empty table without a word; one that is there and can't be read is kept aside, because the next
+// save of the project's tables would replace it.
 QByteArray readTable(const QString& fileName)
 {
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.exists())
         return QByteArray();
-    return QJsonDocument::fromJson(file.readAll()).toJson();
+    QString complaint;
+    QJsonDocument document;
+    if (!file.open(QIODevice::ReadOnly)) {
+        complaint = file.errorString();
+    } else {
+        QJsonParseError error;
+        document = QJsonDocument::fromJson(file.readAll(), &error);
+        if (error.error != QJsonParseError::NoError)
+            complaint = error.errorString();
+    }
+    if (complaint.isEmpty())
+        return document.toJson();
+    const QString copy = damaged_files::keepCopy(fileName);
+    sdk_ui_interface::log::log_error(
+        QStringLiteral("[流程编辑] 无法读取 %1: %2; 已保留为 %3").arg(fileName, complaint, copy));
+    return QByteArray();
 }
 
 } // namespace

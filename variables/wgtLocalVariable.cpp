@@ -1,9 +1,11 @@
 #include "variables/wgtLocalVariable.h"
 
+#include "model/applet_name.h"
 #include "model/services/process_edit.h"
 #include "model/type_tables.h"
 
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QSignalBlocker>
 #include <QStandardItemModel>
 #include <QTreeView>
@@ -109,7 +111,7 @@ void wgtLocalVariable::removeAllModels()
 
 void wgtLocalVariable::fillModel(QStandardItemModel* model, const QString& sequenceId) const
 {
-    const std::string appName = m_appName.toLocal8Bit().toStdString();
+    const std::string appName = appletNameBytes(m_appName);
     model->setHorizontalHeaderLabels({tr("名称"), tr("值"), tr("类型"), tr("备注")});
     const auto appendGroup = [model](const QString& title, processVariableType scope,
                                      const std::vector<processVariable>& variables) {
@@ -126,7 +128,12 @@ void wgtLocalVariable::fillModel(QStandardItemModel* model, const QString& seque
 
 void wgtLocalVariable::showModel(QStandardItemModel* model)
 {
+    // The view makes a new selection model for each model and leaves the old one behind.
+    QItemSelectionModel* const earlier = m_treeView->selectionModel();
+    const bool changes = m_treeView->model() != model;
     m_treeView->setModel(model);
+    if (changes)
+        delete earlier;
     m_treeView->expandAll();
     setColumnWidths(m_columnWidths.isEmpty() ? defaultWidths : m_columnWidths);
 }

@@ -2,7 +2,10 @@
 
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/host.h"
+#include "model/services/processedit.h"
 #include "model/services/widget_bases.h"
+#include "shell/ProcessEditNotifyTool.h"
+#include "shell/ProcessEditToolBar.h"
 #include "shell/ProcessEditWidget.h"
 #include "standalone/host/Host.h"
 #include "standalone/model_service/project_tables.h"
@@ -15,9 +18,12 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QSettings>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <QStatusBar>
 #include <QToolBar>
+
+namespace processedit = sdk_ui_interface::processedit;
 
 namespace {
 
@@ -76,6 +82,16 @@ void MainWindow::buildActions()
         bar->addAction(icon("applet_remove"), tr("删除小程序"), this, &MainWindow::removeApplet);
     m_editorBar->setObjectName(QStringLiteral("editorBar"));
     addToolBar(m_editorBar);
+
+    const auto addShortcut = [this](const QKeySequence& keys, int function) {
+        connect(new QShortcut(keys, this), &QShortcut::activated, this,
+                [this, function] { pressFunction(function); });
+    };
+    addShortcut(QKeySequence::Save, ProcessEditToolBar::Save);
+    addShortcut(Qt::Key_F5, ProcessEditToolBar::RunMain);
+    addShortcut(Qt::CTRL + Qt::Key_F5, ProcessEditToolBar::RunCurrent);
+    addShortcut(Qt::SHIFT + Qt::Key_F5, ProcessEditToolBar::Stop);
+    addShortcut(Qt::Key_F7, ProcessEditToolBar::Compile);
 }
 
 void MainWindow::buildDocks()
@@ -109,6 +125,18 @@ void MainWindow::connectHost()
     connect(&host, &standalone::Host::errorLogged, this,
             [this](const QString& text) { m_log->append(text, true); });
     connect(&host, &standalone::Host::noticeShown, this, &MainWindow::showNotice);
+    // One progress is one run.
+    connect(&host, &standalone::Host::progressCreated, this,
+            [this] { m_progress->start(tr("正在运行")); });
+    connect(
+        ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::runFinishSignal, this,
+        [this](const QString& appName, const QString&, int event) {
+            if (appName == m_applet)
+                m_outcome = event == 1   ? tr("运行结束")
+                            : event == 2 ? tr("运行中止")
+                                         : tr("运行崩溃");
+        },
+        Qt::QueuedConnection);
 }
 
 void MainWindow::openProject(const ProjectFolder& project)
@@ -146,11 +174,9 @@ void MainWindow::openApplet(const QString& name)
         part->show();
 
     setWindowModified(false);
-    m_project.setLastApplet(name);
     refreshApplets();
     showTitle();
-    m_progress->finish(tr("就绪"));
-    emit appletOpened();
+    emit appletOpened(name);
 }
 
 void MainWindow::connectEditor()
@@ -167,23 +193,16 @@ void MainWindow::connectEditor()
     connect(m_editor, &ProcessEditWidget::sigProcessPrograss, m_progress,
             &ProgressDisplay::setProgress);
     connect(m_editor, &ProcessEditWidget::sigCompileStart, this, [this] {
-        m_compileFailed = false;
+        m_outcome = tr("编译完成");
         m_progress->start(tr("正在编译"));
     });
-    connect(m_editor, &ProcessEditWidget::sigCompileFinish, this, [this](bool success) {
-        m_compileFailed = !success;
-        m_progress->rename(success ? tr("编译完成") : tr("编译失败"));
+    // It also tells of compiles of other applets: only the one awaited counts.
+    m_editor->setOnCompileFinishedCallback([this](bool success) {
+        if (!success)
+            m_outcome = tr("编译失败");
     });
-    connect(
-        m_editor, &ProcessEditWidget::sigPrcoessMode, this,
-        [this](int mode) {
-            if (mode != 0 && m_editor && m_editor->getProgressHandle() >= 0)
-                m_progress->start(tr("正在运行"));
-        },
-        // The run's progress is there once the whole change of mode is done.
-        Qt::QueuedConnection);
     connect(m_editor, &ProcessEditWidget::sigRunFinish, this,
-            [this] { m_progress->finish(m_compileFailed ? tr("编译失败") : tr("已结束")); });
+            [this] { m_progress->finish(m_outcome); });
 }
 
 void MainWindow::closeEditor()
@@ -201,6 +220,7 @@ void MainWindow::closeEditor()
     m_editorBar->clear();
     setCentralWidget(m_noApplet);
     m_noApplet->show();
+    m_progress->reset();
     setWindowModified(false);
 }
 
@@ -208,6 +228,10 @@ bool MainWindow::mayLeaveApplet()
 {
     if (!m_editor)
         return true;
+    if (processedit::getCAppletRunState(m_applet).second == AppletRunning &&
+        !user_dialogs::question(this, tr("提示"),
+                                tr("小程序 %1 正在运行，离开将停止运行，是否继续？").arg(m_applet)))
+        return false;
     m_editor->syncAuthoringPanelsToSdk();
     if (!isWindowModified())
         return true;
@@ -216,6 +240,19 @@ bool MainWindow::mayLeaveApplet()
     if (choice == user_dialogs::Button::Save)
         return m_editor->saveApp(m_applet, true, QString());
     return choice == user_dialogs::Button::Discard;
+}
+
+void MainWindow::pressFunction(int function)
+{
+    // What the tool bar forbids at the moment the keys don't do either.
+    if (!m_editor)
+        return;
+    const bool isBusy = m_progress->isBusy();
+    const bool needsIdle = function == ProcessEditToolBar::RunMain ||
+                           function == ProcessEditToolBar::RunCurrent ||
+                           function == ProcessEditToolBar::Compile;
+    if (!(needsIdle && isBusy))
+        m_editor->onToolWidgetButtonClickedSlot(function);
 }
 
 void MainWindow::chooseProject()

@@ -26,6 +26,7 @@ public:
     void openProject(const ProjectFolder& project);
     /// Opens an applet of the project in a new editor; the one before is closed.
     void openApplet(const QString& name);
+    const ProjectFolder& project() const { return m_project; }
     /// The editor of the open applet; null without one.
     ProcessEditWidget* editor() const { return m_editor; }
     bool isDocumentModified() const { return isWindowModified(); }
@@ -35,7 +36,7 @@ public:
 
 signals:
     /// An editor was made and its applet loaded.
-    void appletOpened();
+    void appletOpened(const QString& name);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -48,6 +49,7 @@ private:
     void closeEditor();
     QDockWidget* addDock(const QString& name, const QString& title, Qt::DockWidgetArea area,
                          QWidget* content);
+    void pressFunction(int function);
     void chooseProject();
     void chooseApplet(const QString& name);
     void createApplet();
@@ -63,7 +65,7 @@ private:
     ProjectFolder m_project;
     QString m_applet;
     ProcessEditWidget* m_editor = nullptr;
-    bool m_compileFailed = false;
+    QString m_outcome; ///< of what was asked for last
 
     QToolBar* m_editorBar;
     QComboBox* m_appletBox;

@@ -24,7 +24,7 @@ ProgressDisplay::ProgressDisplay(QWidget* parent)
     m_bar->setRange(0, 100);
     m_bar->setFixedWidth(180);
     m_bar->setMaximumHeight(16);
-    m_bar->setValue(0);
+    m_bar->hide(); // until something is under way
     m_refresh.setInterval(RefreshMs);
     connect(&m_refresh, &QTimer::timeout, this, &ProgressDisplay::showElapsed);
 }
@@ -33,14 +33,10 @@ void ProgressDisplay::start(const QString& activity)
 {
     m_activity->setText(activity);
     m_bar->setValue(0);
+    m_bar->show();
     m_elapsed.start();
     m_refresh.start();
     showElapsed();
-}
-
-void ProgressDisplay::rename(const QString& activity)
-{
-    m_activity->setText(activity);
 }
 
 void ProgressDisplay::finish(const QString& outcome)
@@ -49,6 +45,14 @@ void ProgressDisplay::finish(const QString& outcome)
     if (m_elapsed.isValid())
         showElapsed();
     m_activity->setText(outcome);
+}
+
+void ProgressDisplay::reset()
+{
+    m_refresh.stop();
+    m_activity->setText(tr("就绪"));
+    m_elapsedLabel->clear();
+    m_bar->hide();
 }
 
 void ProgressDisplay::setProgress(double percent, int)

@@ -17,10 +17,11 @@ public:
 
     /// Something begins: its name, and time from zero.
     void start(const QString& activity);
-    /// It goes on under another name; the time runs on.
-    void rename(const QString& activity);
     /// It has ended; the time stands still.
     void finish(const QString& outcome);
+    /// Nothing was started yet.
+    void reset();
+    bool isBusy() const { return m_refresh.isActive(); }
 
     void setProgress(double percent, int state);
 

@@ -5,6 +5,7 @@
 #include "shell/ProcessEditNotifyTool.h"
 #include "shell/ProcessEditToolBar.h"
 #include "shell/ProcessEditWidget.h"
+#include "standalone/host/Host.h"
 #include "workbench/MainWindow.h"
 
 #include <QDir>
@@ -34,25 +35,26 @@ QString field(QString text)
 } // namespace
 
 ScriptedRun::ScriptedRun(const CommandLine& line, MainWindow& window)
-    : m_line(line), m_window(window)
+    : m_line(line), m_window(window), m_editor(window.editor())
 {
-    const ProcessEditWidget* editor = window.editor();
-    const ProcessEditNotifyTool* events = ProcessEditNotifyTool::instance();
-    connect(events, &ProcessEditNotifyTool::runStateSignal, this, &ScriptedRun::onState,
-            Qt::QueuedConnection);
+    connect(&standalone::Host::instance(), &standalone::Host::progressCreated, this,
+            &ScriptedRun::onRunStarted);
     connect(
-        events, &ProcessEditNotifyTool::runFinishSignal, this,
+        ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::runFinishSignal, this,
         [this](const QString&, const QString&, int event) { m_endEvent = event; },
         Qt::QueuedConnection);
-    connect(editor, &ProcessEditWidget::notifyRunResultSig, this,
+    connect(m_editor, &ProcessEditWidget::sigRunFinish, this, &ScriptedRun::onRunFinished);
+    if (line.headless)
+        listenForLines();
+}
+
+void ScriptedRun::listenForLines()
+{
+    connect(ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::runStateSignal, this,
+            &ScriptedRun::onState, Qt::QueuedConnection);
+    connect(m_editor, &ProcessEditWidget::notifyRunResultSig, this,
             [this](bool, const QString& text) { printOutput(text); });
-    connect(editor, &ProcessEditWidget::sigPrcoessMode, this, [this](int mode) {
-        if (mode != 0)
-            onRunStarted();
-    });
-    connect(editor, &ProcessEditWidget::sigRunFinish, this, &ScriptedRun::onRunFinished);
-    window.editor()->setOnCompileFinishedCallback(
-        [this](bool success) { onAttemptFinished(success); });
+    m_editor->setOnCompileFinishedCallback([this](bool success) { onAttemptFinished(success); });
 }
 
 void ScriptedRun::printLine(const QStringList& fields) const
@@ -90,16 +92,16 @@ void ScriptedRun::answerDialogs()
         if (message.kind == user_dialogs::Kind::Warning)
             QTextStream(stderr) << message.title << ": " << message.text << '\n';
         const bool yesNo = message.kind == user_dialogs::Kind::YesNo;
-        return user_dialogs::Answer{
-            yesNo ? user_dialogs::Button::Yes : user_dialogs::Button::Ok, QString()};
+        return user_dialogs::Answer{yesNo ? user_dialogs::Button::Yes : user_dialogs::Button::Ok,
+                                    QString()};
     });
 }
 
 void ScriptedRun::pressRun()
 {
     const bool main = m_line.run == CommandLine::Run::Main;
-    m_window.editor()->onToolWidgetButtonClickedSlot(main ? ProcessEditToolBar::RunMain
-                                                          : ProcessEditToolBar::RunCurrent);
+    m_editor->onToolWidgetButtonClickedSlot(main ? ProcessEditToolBar::RunMain
+                                                 : ProcessEditToolBar::RunCurrent);
 }
 
 void ScriptedRun::onRunStarted()
@@ -109,8 +111,8 @@ void ScriptedRun::onRunStarted()
     m_runSeen = true;
     if (m_line.stopAfter >= 0)
         QTimer::singleShot(m_line.stopAfter, this, [this] {
-            if (!m_ended)
-                m_window.editor()->onToolWidgetButtonClickedSlot(ProcessEditToolBar::Stop);
+            if (!m_ended && m_editor)
+                m_editor->onToolWidgetButtonClickedSlot(ProcessEditToolBar::Stop);
         });
     QTimer::singleShot(MidRunShotMs, this, [this] {
         if (!m_ended)
@@ -149,9 +151,24 @@ void ScriptedRun::printOutput(const QString& text)
 void ScriptedRun::onAttemptFinished(bool success)
 {
     // Queued: what the attempt has to say is said after this callback.
-    if (!success)
-        QMetaObject::invokeMethod(
-            this, [this] { end(exit_status::CompileFailed); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this,
+        [this, success] {
+            if (success)
+                endIfNothingRuns();
+            else
+                end(exit_status::CompileFailed);
+        },
+        Qt::QueuedConnection);
+}
+
+// A run that could not be started sends no event.
+void ScriptedRun::endIfNothingRuns()
+{
+    const bool hasRunner =
+        !processedit::getCAppletRunState(m_editor->getCAppletName()).first.empty();
+    if (!hasRunner && m_endEvent == 0)
+        end(exit_status::RunCrashed);
 }
 
 void ScriptedRun::onRunFinished()

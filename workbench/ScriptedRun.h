@@ -4,8 +4,10 @@
 
 #include <QHash>
 #include <QObject>
+#include <QPointer>
 
 class MainWindow;
+class ProcessEditWidget;
 
 /// What the command line asks for beyond opening a window: presses Run and Stop and takes the
 /// screenshots. Headless it also answers every dialog and prints each event as a line.
@@ -29,7 +31,9 @@ private:
     void onState(const QString& appName, const QString& sequenceId, const QString& blockUuid,
                  double progress, int result);
     void onRunStarted();
+    void listenForLines();
     void onRunFinished();
+    void endIfNothingRuns();
     void onAttemptFinished(bool success);
     void printOutput(const QString& text);
     void takeScreenshot(const QString& name);
@@ -39,6 +43,7 @@ private:
 
     CommandLine m_line;
     MainWindow& m_window;
+    QPointer<ProcessEditWidget> m_editor; ///< null once its applet was closed
     QHash<QString, QString> m_sequenceNames;
     bool m_runSeen = false;
     bool m_ended = false;

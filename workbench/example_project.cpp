@@ -91,8 +91,13 @@ QString openCopy(QString& complaint)
         return QString();
     }
     const QString stampFile = target + QLatin1Char('/') + stampName;
-    for (int number = 1; QFileInfo::exists(target) && readAll(stampFile) != stamp; ++number)
-        QDir().rename(target, QStringLiteral("%1_%2").arg(target).arg(number));
+    for (int number = 1; QFileInfo::exists(target) && readAll(stampFile) != stamp; ++number) {
+        const QString aside = QStringLiteral("%1_%2").arg(target).arg(number);
+        if (!QDir().rename(target, aside) && !QFileInfo::exists(aside)) {
+            complaint = QStringLiteral("无法移开示例工程的旧副本: ") + target;
+            return QString();
+        }
+    }
     // Another process may have made the copy meanwhile; its copy serves as well.
     if (QDir().rename(fresh.path(), target))
         fresh.setAutoRemove(false);

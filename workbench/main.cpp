@@ -3,15 +3,16 @@
 #include "standalone/host/Host.h"
 #include "standalone/runtime/runtime.h"
 #include "workbench/CommandLine.h"
-#include "workbench/ScriptedRun.h"
 #include "workbench/MainWindow.h"
 #include "workbench/ProjectFolder.h"
+#include "workbench/ScriptedRun.h"
 #include "workbench/example_project.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QIcon>
 #include <QJsonDocument>
+#include <QTextCodec>
 #include <QTextStream>
 #include <QTimer>
 
@@ -56,8 +57,8 @@ bool isDocumentReadable(const ProjectFolder& project, const QString& applet)
     QFile document(project.appletFolder(applet) + QStringLiteral("processInfo.pedt"));
     if (!document.exists())
         return true;
-    return document.open(QIODevice::ReadOnly)
-           && QJsonDocument::fromJson(document.readAll()).isObject();
+    return document.open(QIODevice::ReadOnly) &&
+           QJsonDocument::fromJson(document.readAll()).isObject();
 }
 
 int runApplication(const CommandLine& line)
@@ -84,10 +85,16 @@ int runApplication(const CommandLine& line)
                  QStringLiteral("processInfo.pedt"));
         return exit_status::NoSuchProject;
     }
+    // What a script opens is not what a person opened last.
+    if (!line.headless)
+        QObject::connect(&window, &MainWindow::appletOpened, &window,
+                         [&window](const QString& name) { window.project().setLastApplet(name); });
     if (!applet.isEmpty())
         window.openApplet(applet);
     window.show();
-    if (!window.editor())
+    const bool isScripted =
+        line.headless || line.run != CommandLine::Run::None || !line.screenshotFolder.isEmpty();
+    if (!window.editor() || !isScripted)
         return QApplication::exec();
     ScriptedRun script(line, window);
     if (line.headless)
@@ -97,10 +104,31 @@ int runApplication(const CommandLine& line)
     return QApplication::exec();
 }
 
+// Names of files and texts of terminals are UTF-8 here, also under a locale that doesn't say so, as
+// that of a service or of a fresh machine.
+void useUtf8()
+{
+#ifndef Q_OS_WIN
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+#endif
+}
+
+bool hasDisplay()
+{
+#ifdef Q_OS_LINUX
+    return !qEnvironmentVariableIsEmpty("DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+#else
+    return true;
+#endif
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
+    useUtf8();
     const CommandLine line = CommandLine::parse(argumentsOf(argc, argv));
     if (line.answer == CommandLine::Answer::PrintAndExit) {
         QTextStream(stdout) << line.text;
@@ -113,6 +141,10 @@ int main(int argc, char** argv)
     }
     if (line.headless && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!line.headless && !hasDisplay()) {
+        complain(QStringLiteral("没有可用的显示器，请加上 --headless"));
+        return exit_status::WrongUsage;
+    }
 
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("workbench"));
