@@ -17,6 +17,7 @@ private slots:
     void killedRunnerIsACrash();
     void killedWorkbenchLeavesNoChild();
     void compileError();
+    void runThatCannotStart();
     void badProjects_data();
     void badProjects();
     void wrongUsage();
@@ -167,6 +168,18 @@ void HeadlessTest::compileError()
              1);
     QVERIFY2(m_output.contains("error") && m_output.contains("第三步"), m_output);
     QVERIFY(lines("end").isEmpty());
+}
+
+void HeadlessTest::runThatCannotStart()
+{
+    // The module's place is taken by a folder: the compiler can't put it there, or it can't be
+    // loaded. Whichever it is, the program says so and ends.
+    QVERIFY(QDir().mkpath(project() + QStringLiteral("/CApplet/crash_mp/crash.mp/inside")));
+    const int status = run({QStringLiteral("--project"), project(), QStringLiteral("--applet"),
+                            QStringLiteral("crash"), QStringLiteral("--headless"),
+                            QStringLiteral("--run"), QStringLiteral("main")});
+    QVERIFY2(status == 1 || status == 3, qPrintable(QString::number(status)));
+    QVERIFY(m_output.size() + m_errors.size() > 0);
 }
 
 void HeadlessTest::badProjects_data()

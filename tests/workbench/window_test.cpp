@@ -8,6 +8,7 @@
 #include "workbench/MainWindow.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QMenu>
 #include <QToolButton>
 #include <QTreeView>
@@ -123,6 +124,13 @@ void WindowTest::runOfTheMainSequence()
     QVERIFY(!text.contains(QStringLiteral("执行失败")));
     QVERIFY(m_dialogs.isEmpty());
     QVERIFY(!m_window->isDocumentModified());
+    QCOMPARE(find<QLabel>("activity")->text(), QStringLiteral("运行结束"));
+
+    // Nothing changed: the second run starts without a compile, and the window tells of it too.
+    pressRunMain();
+    QCOMPARE(find<QLabel>("activity")->text(), QStringLiteral("正在运行"));
+    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
+    QCOMPARE(find<QLabel>("activity")->text(), QStringLiteral("运行结束"));
 }
 
 void WindowTest::stopEndsAnEndlessLoop()
