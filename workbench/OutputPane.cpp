@@ -18,13 +18,18 @@ OutputPane::OutputPane(const QString& placeholder, QWidget* parent) : QPlainText
 
 void OutputPane::append(const QString& text, bool isError)
 {
-    const QString line = QTime::currentTime().toString(QStringLiteral("HH:mm:ss  ")) +
-                         (text.endsWith(QLatin1Char('\n')) ? text.chopped(1) : text);
+    int begin = 0;
+    while (begin < text.size() && text.at(begin) == QLatin1Char('\n'))
+        ++begin;
+    QString line = QTime::currentTime().toString(QStringLiteral("HH:mm:ss  ")) + text.mid(begin);
+    if (line.endsWith(QLatin1Char('\n')))
+        line.chop(1);
+    if (!isError) {
+        appendPlainText(line);
+        return;
+    }
     const QString escaped = line.toHtmlEscaped()
                                 .replace(QLatin1Char('\n'), QLatin1String("<br/>"))
                                 .replace(QLatin1String("  "), QLatin1String("&nbsp;&nbsp;"));
-    if (isError)
-        appendHtml(QStringLiteral("<span style=\"color:#b3261e\">%1</span>").arg(escaped));
-    else
-        appendPlainText(line);
+    appendHtml(QStringLiteral("<span style=\"color:#b3261e\">%1</span>").arg(escaped));
 }
