@@ -1,15 +1,16 @@
 #include "logic/LogicView.h"
 
 #include "logic/BreakPointColumn.h"
+#include "logic/CheckStateEditor.h"
 #include "logic/CustonStandModel.h"
 #include "logic/RowHeightDelegate.h"
 #include "logic/RowIndex.h"
 #include "logic/RunView.h"
 #include "logic/flow_loader.h"
 #include "logic/logic_roles.h"
+#include "logic/row_texts.h"
 #include "logic/tree_look.h"
 #include "logic/view_models.h"
-#include "model/IProcessBlock.h"
 #include "model/SequenceInfo.h"
 #include "model/services/processedit.h"
 #include "ui_LogicView.h"
@@ -17,6 +18,7 @@
 #include <QEvent>
 #include <QHeaderView>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QSignalBlocker>
 
@@ -45,14 +47,11 @@ QStringList widthTexts(const QHeaderView* header)
     return texts;
 }
 
-bool isFlowUuid(const QString& uuid)
-{
-    return uuid.size() == 1; // "0", "1" and "2"; blocks bear longer ones
-}
-
 } // namespace
 
-LogicView::LogicView(QWidget* parent) : QWidget(parent), m_ui(std::make_unique<Ui::LogicView>())
+LogicView::LogicView(QWidget* parent)
+    : QWidget(parent), m_ui(std::make_unique<Ui::LogicView>()),
+      m_checkStates(std::make_unique<CheckStateEditor>())
 {
     m_ui->setupUi(this);
     setUpEditTab();
@@ -111,6 +110,7 @@ bool LogicView::eventFilter(QObject* watched, QEvent* event)
 void LogicView::setCAppletName(const QString& appName)
 {
     m_appName = appName;
+    m_checkStates->setAppName(appName);
 }
 
 void LogicView::showSequence(const QString& sequenceId)
@@ -144,6 +144,7 @@ void LogicView::clearCurrentSequenceRows()
     CustonStandModel* model = currentModel();
     if (!model)
         return;
+    const QScopedValueRollback<bool> loading(m_loadingSequence, true);
     for (int flow = InitialFlow; flow <= EndFlow; ++flow) {
         QStandardItem* item = model->rowOf(QString::number(flow));
         item->removeRows(0, item->rowCount());
@@ -196,6 +197,7 @@ void LogicView::addNewModelSlot(QString sequenceId)
     const SequenceInfo sequence = processedit::getSequence(m_appName, sequenceId);
     if (sequence.id.empty())
         return;
+    const QScopedValueRollback<bool> loading(m_loadingSequence, true);
     const bool shown = sequenceId == m_currentSequenceId;
     removeModel(sequenceId);
     auto* model = new CustonStandModel(sequenceId, this);
@@ -288,27 +290,15 @@ void LogicView::onCurrentTabChange(int index)
 void LogicView::onDataChanged(QModelIndex topLeft, QModelIndex bottomRight)
 {
     Q_UNUSED(bottomRight)
-    const auto* model = qobject_cast<const QStandardItemModel*>(topLeft.model());
+    const auto* model = qobject_cast<const CustonStandModel*>(topLeft.model());
     QStandardItem* item =
         model ? model->itemFromIndex(topLeft.siblingAtColumn(logic_columns::Name)) : nullptr;
-    if (!item || !item->isCheckable() || !takeCheckState(item))
+    // Rows that are being loaded bring their states with them.
+    if (!item || !item->isCheckable() || m_loadingSequence || !m_checkStates->takeBox(item))
         return;
+    row_texts::refreshJumps(*model, m_appName, m_staleUuids);
     m_ui->treeView->viewport()->update();
     emit sigModified();
-}
-
-bool LogicView::takeCheckState(QStandardItem* item)
-{
-    const QString uuid = item->data(logic_roles::BlockUuid).toString();
-    if (isFlowUuid(uuid))
-        return false;
-    const auto block = processedit::getProcess(m_appName, uuid);
-    if (!block || block->enableState == item->checkState())
-        return false;
-    block->enableState = item->checkState();
-    const auto* model = static_cast<const CustonStandModel*>(item->model());
-    processedit::updateProcess(m_appName, model->sequenceId(), block);
-    return true;
 }
 
 void LogicView::syncCheckStatesToSdk()
@@ -326,7 +316,7 @@ void LogicView::syncCheckStateItemRecursive(QStandardItem* item, bool& changed)
 {
     for (int row = 0; row < item->rowCount(); ++row) {
         QStandardItem* child = item->child(row);
-        if (child->isCheckable() && takeCheckState(child))
+        if (child->isCheckable() && m_checkStates->writeBlock(child))
             changed = true;
         syncCheckStateItemRecursive(child, changed);
     }
@@ -334,25 +324,14 @@ void LogicView::syncCheckStateItemRecursive(QStandardItem* item, bool& changed)
 
 void LogicView::refreshRow(const QString& blockUuid)
 {
-    const CustonStandModel* model = currentModel();
-    QStandardItem* row = model ? model->rowOf(blockUuid) : nullptr;
-    const auto block = row ? processedit::getProcess(m_appName, blockUuid) : nullptr;
-    if (block)
-        step_rows::refreshTexts(row, *block, m_staleUuids.contains(blockUuid));
+    if (const CustonStandModel* model = currentModel())
+        row_texts::refresh(*model, m_appName, blockUuid, m_staleUuids);
 }
 
 void LogicView::refreshSequenceNames()
 {
-    for (const CustonStandModel* model : qAsConst(m_editModels)) {
-        for (QStandardItem* row : model->rows().items()) {
-            if (row->data(logic_roles::StepType).toInt() != step_type::Sequence)
-                continue;
-            const QString uuid = row->data(logic_roles::BlockUuid).toString();
-            const auto block = processedit::getProcess(m_appName, uuid);
-            if (block && block->baseType() == BasicStep)
-                step_rows::refreshTexts(row, *block, m_staleUuids.contains(uuid));
-        }
-    }
+    for (const CustonStandModel* model : qAsConst(m_editModels))
+        row_texts::refreshCalls(*model, m_appName, m_staleUuids);
 }
 
 void LogicView::setRuntimeStaleBlockUuids(const QSet<QString>& blockUuids)

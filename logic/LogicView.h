@@ -12,6 +12,7 @@
 #include <memory>
 
 class BreakPointColumn;
+class CheckStateEditor;
 class CustonStandModel;
 class QStandardItem;
 class QStandardItemModel;
@@ -115,12 +116,12 @@ private:
     CustonStandModel* currentModel() const;
     bool removeModel(const QString& sequenceId);
     void rebuildTable();
-    bool takeCheckState(QStandardItem* item);
 
     std::unique_ptr<Ui::LogicView> m_ui;
     /// These two watch the views and go before them.
     std::unique_ptr<BreakPointColumn> m_breakPoints;
     std::unique_ptr<RunView> m_run;
+    std::unique_ptr<CheckStateEditor> m_checkStates;
     QString m_appName;
     QString m_currentSequenceId;
     int m_columnWidth0 = 0; ///< 0 until the user has set a width
@@ -130,4 +131,5 @@ private:
     QHash<QString, QStandardItemModel*> m_editTableModels;
     QSet<QString> m_staleUuids;
     bool m_isRunning = false;
+    bool m_loadingSequence = false; ///< rows come and go without the user: no box spreads
 };

@@ -38,6 +38,8 @@ private slots:
     void cellData();
     void flowBoxesFollowTheirSteps();
     void checkBoxReachesTheBlock();
+    void clickOnAnIf();
+    void flowBoxOfManyRows();
     void syncWritesWhatDiffers();
     void refreshKeepsTheStaleMark();
     void renamedSequencesShowInCalls();
@@ -163,6 +165,79 @@ void EditViewTest::checkBoxReachesTheBlock()
     QCOMPARE(modified.count(), 1);
 }
 
+void EditViewTest::clickOnAnIf()
+{
+    const QString branch = m_applet->add(m_sequence, m_applet->main, step_type::If, "if");
+    const QString inner = m_applet->add(m_sequence, branch, step_type::Delay, "delay");
+    const QString other = m_applet->add(m_sequence, m_applet->main, step_type::Else, "else");
+    const QString jump = m_applet->add(m_sequence, m_applet->main, step_type::Goto, "goto");
+    const QString close = m_applet->add(m_sequence, m_applet->main, step_type::EndIf, "endif");
+    m_view->resize(900, 400);
+    m_view->show();
+    show();
+    auto* tree = m_view->findChild<QTreeView*>(text("treeView"));
+    const auto clickBox = [&](const QString& uuid) {
+        const QRect rect = tree->visualRect(row(uuid)->index());
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          QPoint(rect.left() + 10, rect.center().y()));
+    };
+    QSignalSpy modified(m_view.get(), &LogicView::sigModified);
+    QSignalSpy rowChanges(m_view->editModel(m_sequence), &QAbstractItemModel::dataChanged);
+    cell(jump, 1)->setText(text("an earlier target"));
+    rowChanges.clear();
+
+    clickBox(branch);
+    QCOMPARE(printTree(*m_view->editModel(m_sequence)),
+             QStringList({text("[x] 初始流程"), text("[-] 主流程"), text("  [ ] if"),
+                          text("    [ ] delay"), text("  [x] else"), text("  [x] goto"),
+                          text("  [ ] endif"), text("[x] 结束流程")}));
+    const auto states = [&] {
+        QList<int> states;
+        for (const QString& uuid : {branch, inner, other, jump, close})
+            states.append(m_applet->get<IProcessBlock>(uuid)->enableState);
+        return states;
+    };
+    QCOMPARE(states(), QList<int>({0, 0, 2, 2, 0}));
+    QCOMPARE(modified.count(), 1);
+    // The boxes that followed are not announced: each would pass for a click.
+    for (const QList<QVariant>& change : qAsConst(rowChanges)) {
+        if (change.at(2).value<QVector<int>>().contains(Qt::CheckStateRole))
+            QCOMPARE(change.at(0).toModelIndex(), row(branch)->index());
+    }
+    QVERIFY(cell(jump, 1)->text() != text("an earlier target"));
+
+    clickBox(m_applet->main);
+    QCOMPARE(states(), QList<int>({2, 2, 2, 2, 2}));
+    QCOMPARE(row(inner)->checkState(), Qt::Checked);
+    clickBox(m_applet->main);
+    QCOMPARE(states(), QList<int>({0, 0, 0, 0, 0}));
+    QCOMPARE(modified.count(), 3);
+}
+
+void EditViewTest::flowBoxOfManyRows()
+{
+    constexpr int Loops = 2500;
+    for (int i = 0; i < Loops; ++i) {
+        const QString loop = m_applet->add(m_sequence, m_applet->main, step_type::For, "for");
+        m_applet->add(m_sequence, loop, step_type::Delay, "delay");
+        m_applet->add(m_sequence, loop, step_type::Break, "break");
+        m_applet->add(m_sequence, m_applet->main, step_type::EndFor, "endfor");
+    }
+    show();
+    QSignalSpy modified(m_view.get(), &LogicView::sigModified);
+    for (const Qt::CheckState state : {Qt::Unchecked, Qt::Checked}) {
+        row(m_applet->main)->setCheckState(state);
+        const auto blocks = sdk_ui_interface::processedit::getAllProcessBySequenceID(
+            m_applet->appName, m_sequence, IProcessBlock::MainFlowBlocks);
+        QCOMPARE(int(blocks.size()), 4 * Loops);
+        for (const auto& block : blocks) {
+            QCOMPARE(block->enableState, int(state));
+            QCOMPARE(row(QString::fromStdString(block->uuid))->checkState(), state);
+        }
+    }
+    QCOMPARE(modified.count(), 2);
+}
+
 void EditViewTest::syncWritesWhatDiffers()
 {
     const QString branch = m_applet->add(m_sequence, m_applet->main, step_type::If, "a");
@@ -252,7 +327,10 @@ void EditViewTest::clearedFlows()
     const QString uuid = m_applet->add(m_sequence, m_applet->main, step_type::Delay, "a");
     m_applet->setEnabled(uuid, 0);
     show();
+    QSignalSpy modified(m_view.get(), &LogicView::sigModified);
     m_view->clearCurrentSequenceRows();
+    QCOMPARE(m_applet->get<IProcessBlock>(uuid)->enableState, 0); // the box was not clicked
+    QCOMPARE(modified.count(), 0);
     QCOMPARE(printTree(*m_view->editModel(m_sequence)),
              QStringList({text("[x] 初始流程"), text("[x] 主流程"), text("[x] 结束流程")}));
     QVERIFY(!row(uuid));

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "logic/CheckTree.h"
+
+#include <QString>
+
+#include <memory>
+
+class IProcessBlock;
+
+/// The check boxes of the edit trees and the enabled states of the blocks, kept alike: the model
+/// service gets a state first, then the row. All rows are items of column 0 of a CustonStandModel.
+/// GUI thread only.
+class CheckStateEditor : private CheckTree
+{
+public:
+    /// The applet that the rows' blocks belong to.
+    void setAppName(const QString& appName) { m_appName = appName; }
+
+    /// Takes over what the user has made of the box of @p row, a step's or a flow's, and lets it
+    /// spread; the model sends no signals for the boxes that follow. False if the block was in that
+    /// state already, and for a flow's box that is partly checked: nothing has changed then.
+    bool takeBox(QStandardItem* row);
+
+    /// Brings the block of @p row alone to the state of its box. False if nothing has changed, as
+    /// with a flow's row.
+    bool writeBlock(const QStandardItem* row);
+
+private:
+    Qt::CheckState state(const QStandardItem* row) const override;
+    void setState(QStandardItem* row, Qt::CheckState state) override;
+
+    std::shared_ptr<IProcessBlock> blockOf(const QStandardItem* row) const;
+    bool write(const QStandardItem* row, const std::shared_ptr<IProcessBlock>& block,
+               Qt::CheckState state);
+    bool takeFlowBox(QStandardItem* flowRow);
+
+    QString m_appName;
+};
