@@ -3,6 +3,7 @@
 #include "logic/logic_roles.h"
 #include "logic/step_rows.h"
 #include "model/IProcessBlock.h"
+#include "model/applet_name.h"
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
 
@@ -14,11 +15,6 @@ bool isQuickStepFolder(const QTreeWidgetItem* item)
 {
     return item && item->data(0, logic_roles::BaseType).toInt() == BasicStep &&
            item->data(0, logic_roles::StepType).toInt() == step_type::QuickStepFolder;
-}
-
-std::string local8Bit(const QString& text)
-{
-    return text.toLocal8Bit().toStdString();
 }
 
 } // namespace
@@ -80,13 +76,13 @@ void StepTree::addCustomStepList(const QString& owner, const QVector<BaseStepPro
 {
     for (const BaseStepProperty& kind : list)
         createStepItem(kind, nullptr, true);
-    process_edit::addCustomStepProperty(local8Bit(owner), {list.begin(), list.end()});
+    process_edit::addCustomStepProperty(appletNameBytes(owner), {list.begin(), list.end()});
 }
 
 void StepTree::resetCustomStepList(const QString& owner)
 {
     clear();
-    process_edit::removeAllCustomStepProperty(local8Bit(owner));
+    process_edit::removeAllCustomStepProperty(appletNameBytes(owner));
     initStepList();
 }
 

@@ -1,6 +1,7 @@
 #include "logic/flow_loader.h"
 
 #include "model/SequenceInfo.h"
+#include "model/applet_name.h"
 #include "model/blocks/UdsProcessBlock.h"
 #include "model/process_records.h"
 #include "model/services/process_edit.h"
@@ -18,7 +19,7 @@ void completeProperty(const QString& appName, const QString& sequenceId,
 {
     if (block->baseType() != DiagnosticStep || !block->property.name.empty())
         return;
-    const std::string owner = appName.toLocal8Bit().toStdString();
+    const std::string owner = appletNameBytes(appName);
     block->property =
         block->stepType() == 1
             ? process_edit::getCustomBaseStepProperty(owner, DiagnosticStep, block->name)

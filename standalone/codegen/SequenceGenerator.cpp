@@ -61,10 +61,11 @@ void SequenceGenerator::generateVariables()
 
 void SequenceGenerator::generateSiblings(const Blocks& blocks, bool inLoop)
 {
+    const std::vector<bool> out = leftOut(blocks);
     for (std::size_t i = 0; i < blocks.size();) {
         const IProcessBlock& block = *blocks[i];
         const int type = block.baseType() == BasicStep ? block.stepType() : step_type::None;
-        if (isDisabled(block)) {
+        if (out[i]) {
             generateDisabled(block);
         } else if (type == step_type::If) {
             i = generateIf(blocks, i, inLoop);
@@ -111,7 +112,7 @@ std::size_t SequenceGenerator::generateIf(const Blocks& blocks, std::size_t at, 
     std::size_t i = at + 1;
     for (; i < blocks.size(); ++i) {
         const IProcessBlock& branch = *blocks[i];
-        if (branch.baseType() != BasicStep || !step_kinds::isBranch(branch.stepType()))
+        if (!isBranch(branch))
             break;
         if (isDisabled(branch)) {
             generateDisabled(branch);

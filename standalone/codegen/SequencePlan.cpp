@@ -20,6 +20,25 @@ bool isDisabled(const IProcessBlock& block)
     return block.enableState == 0;
 }
 
+bool isBranch(const IProcessBlock& block)
+{
+    return block.baseType() == BasicStep && step_kinds::isBranch(block.stepType());
+}
+
+std::vector<bool> leftOut(const std::vector<std::shared_ptr<IProcessBlock>>& siblings)
+{
+    std::vector<bool> out(siblings.size());
+    bool ifIsOut = false;
+    for (std::size_t i = 0; i < siblings.size(); ++i) {
+        const IProcessBlock& block = *siblings[i];
+        ifIsOut = isBranch(block) ? ifIsOut
+                                  : block.baseType() == BasicStep &&
+                                        block.stepType() == step_type::If && isDisabled(block);
+        out[i] = ifIsOut || isDisabled(block);
+    }
+    return out;
+}
+
 SequencePlan::SequencePlan(const AppletSource& source) : m_source(source)
 {
     add(&source.applet, source.targetSequenceId);
@@ -60,8 +79,10 @@ void SequencePlan::add(const SequenceGroup* group, const std::string& sequenceId
 
 void SequencePlan::scan(std::size_t sequence, const Blocks& blocks)
 {
-    for (const auto& block : blocks) {
-        if (isDisabled(*block))
+    const std::vector<bool> out = leftOut(blocks);
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        const auto& block = blocks[i];
+        if (out[i])
             continue;
         const auto index = static_cast<std::uint32_t>(m_steps.size());
         m_steps.push_back({static_cast<std::uint32_t>(sequence), block->uuid});
@@ -87,8 +108,10 @@ void SequencePlan::scanCalls(const SequenceGroup* group, const IProcessBlock& bl
 
 void SequencePlan::resolveJumps(PlannedSequence& sequence, const Blocks& blocks)
 {
-    for (const auto& block : blocks) {
-        if (isDisabled(*block))
+    const std::vector<bool> out = leftOut(blocks);
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        const auto& block = blocks[i];
+        if (out[i])
             continue;
         if (const auto* jump = dynamic_cast<const GotoProcessBlock*>(block.get())) {
             const std::string target = jumpTarget(sequence, *jump);

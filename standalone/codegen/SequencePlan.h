@@ -77,7 +77,14 @@ private:
 /// The comment above the steps of a flow.
 std::string flowTitle(std::size_t flow);
 
-/// Whether a step is left out with all that it holds.
+/// Whether a step's own box is off.
 bool isDisabled(const IProcessBlock& block);
+
+/// Whether a step is a branch of the if before it.
+bool isBranch(const IProcessBlock& block);
+
+/// Which of these siblings are left out with all that they hold: the disabled ones, and every
+/// branch of a disabled if, since without its if a branch has no meaning.
+std::vector<bool> leftOut(const std::vector<std::shared_ptr<IProcessBlock>>& siblings);
 
 } // namespace codegen

@@ -160,6 +160,13 @@ void CodegenRunTest::controlFlow_data()
                    [](IProcessBlock& block) { block.enableState = 0; }),
               with(statement("partly", ""), [](IProcessBlock& block) { block.enableState = 1; })}),
         "partly:0 partly:100", "");
+    const auto off = [](IProcessBlock& block) { block.enableState = 0; };
+    row("a disabled if takes its branches with it",
+        main({with(condition<IfProcessBlock>("if", "1", "==", "1", {}), off),
+              condition<ElseIfProcessBlock>("elif", "1", "==", "1", {statement("a", "")}),
+              plain(step_type::Else, "else", {statement("b", "")}), plain(step_type::EndIf, "end"),
+              statement("s", "")}),
+        "end:0 end:100 s:0 s:100", "");
     row("failure", main({statement("bad", "step_fail(7);"), statement("good", "")}),
         "bad:0 bad:100!-7 good:0 good:100", "");
     row("statements around and a step's own loop",

@@ -30,6 +30,7 @@ private slots:
     void killedRunnerLeavesAUsableEditor();
     void unsavedChangesAreAskedFor();
     void appletsAreChosenCreatedRenamedRemoved();
+    void anotherProjectHasItsOwnVariables();
 
 private:
     template <class Widget> Widget* find(const char* name) const
@@ -39,6 +40,8 @@ private:
     /// A tree of the logic view; other panels have trees of the same names.
     QTreeView* logicTree(const char* name) const;
     QStringList editRows(const QList<int>& columns = {0}) const;
+    /// An action of the window's own tool bar.
+    void press(const char* text) const;
     void pressRunMain() const;
     bool isIdle() const { return find<QToolButton>("runBtn")->isEnabled(); }
     QStringList runRows() const;
@@ -92,6 +95,15 @@ QTreeView* WindowTest::logicTree(const char* name) const
 QStringList WindowTest::editRows(const QList<int>& columns) const
 {
     return test_support::printTree(*logicTree("treeView")->model(), columns);
+}
+
+void WindowTest::press(const char* text) const
+{
+    for (QAction* action : m_window->findChildren<QAction*>()) {
+        if (action->text() == QString::fromUtf8(text))
+            return action->trigger();
+    }
+    QFAIL(text);
 }
 
 QStringList WindowTest::runRows() const
@@ -187,13 +199,6 @@ void WindowTest::unsavedChangesAreAskedFor()
 void WindowTest::appletsAreChosenCreatedRenamedRemoved()
 {
     m_window->openApplet(QStringLiteral("crash"));
-    const auto press = [this](const char* text) {
-        for (QAction* action : m_window->findChildren<QAction*>()) {
-            if (action->text() == QString::fromUtf8(text))
-                return action->trigger();
-        }
-        QFAIL(text);
-    };
     const auto applets = [this] {
         QStringList names;
         const auto* box = find<QComboBox>("appletBox");
@@ -213,6 +218,33 @@ void WindowTest::appletsAreChosenCreatedRenamedRemoved()
     press("删除小程序");
     QCOMPARE(applets(), QStringLiteral("*crash ecu_check endless_loop"));
     QVERIFY(m_window->windowTitle().startsWith(QStringLiteral("crash")));
+}
+
+void WindowTest::anotherProjectHasItsOwnVariables()
+{
+    const auto globals = [this] {
+        const auto* tree = find<QWidget>("widget_para")->findChild<QTreeView*>();
+        return test_support::printTree(*tree->model()).join(QLatin1Char(' '));
+    };
+    m_window->openApplet(QStringLiteral("crash"));
+    QVERIFY2(globals().contains(QStringLiteral("line_name")), qPrintable(globals()));
+
+    QTemporaryDir other;
+    QVERIFY(test_support::copyFolder(QStringLiteral(PE_EXAMPLE), other.path()));
+    QVERIFY(test_support::putFile(
+        other.filePath(QStringLiteral("globalVariable.json")),
+        R"({"variables": [{"name": "only_here", "type": "s32", "uuid": "u1", "value": "1"}]})"));
+    m_answer = {user_dialogs::Button::Ok, other.path()};
+    press("打开工程");
+    QVERIFY2(globals().contains(QStringLiteral("only_here")), qPrintable(globals()));
+    QVERIFY2(!globals().contains(QStringLiteral("line_name")), qPrintable(globals()));
+
+    // Saving here leaves the first project's file as it was.
+    find<QToolButton>("saveBtn")->click();
+    QFile first(m_folder->filePath(QStringLiteral("globalVariable.json")));
+    QVERIFY(first.open(QIODevice::ReadOnly));
+    QVERIFY(first.readAll().contains("line_name"));
+    m_window->openProject(ProjectFolder(m_folder->path()));
 }
 
 QTEST_MAIN(WindowTest)
