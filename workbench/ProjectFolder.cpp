@@ -2,18 +2,33 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegularExpression>
+#include <QSaveFile>
 #include <QSettings>
 
 namespace {
 
 const QString documentName = QStringLiteral("processInfo.pedt");
+const QString orderFileName = QStringLiteral("/project.json");
+const QString orderKey = QStringLiteral("applets");
 const QString lastAppletGroup = QStringLiteral("lastApplet/");
 
 QString settingsKey(const QString& projectPath)
 {
     return lastAppletGroup +
            QString::fromLatin1(projectPath.toUtf8().toBase64(QByteArray::Base64UrlEncoding));
+}
+
+// Empty if there is none or it can't be read: the order is a convenience.
+QJsonObject readOrderFile(const QString& projectPath)
+{
+    QFile file(projectPath + orderFileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return QJsonObject();
+    return QJsonDocument::fromJson(file.readAll()).object();
 }
 
 } // namespace
@@ -48,7 +63,35 @@ QStringList ProjectFolder::applets() const
             QFile::exists(applet + QStringLiteral("logicview.json")))
             names.append(name);
     }
-    return names;
+    QStringList ordered;
+    for (const QJsonValue& value : readOrderFile(m_path).value(orderKey).toArray()) {
+        if (names.removeOne(value.toString()))
+            ordered.append(value.toString());
+    }
+    return ordered + names;
+}
+
+void ProjectFolder::keepOrder(const QString& oldName, const QString& newName) const
+{
+    QJsonArray order;
+    bool isPlaced = newName.isEmpty();
+    for (const QString& name : applets()) {
+        if (name != oldName && name != newName) {
+            order.append(name);
+        } else if (name == oldName && !isPlaced) {
+            order.append(newName);
+            isPlaced = true;
+        }
+    }
+    if (!isPlaced)
+        order.append(newName);
+    QJsonObject root = readOrderFile(m_path);
+    root.insert(orderKey, order);
+    QSaveFile file(m_path + orderFileName);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(QJsonDocument(root).toJson());
+        file.commit();
+    }
 }
 
 QString ProjectFolder::appletFolder(const QString& name) const
@@ -86,6 +129,7 @@ QString ProjectFolder::createApplet(const QString& name) const
     QFile document(appletFolder(name) + documentName);
     if (!document.open(QIODevice::WriteOnly) || document.write("{\n}\n") < 0)
         return QStringLiteral("无法写入: ") + document.fileName();
+    keepOrder(QString(), name);
     return QString();
 }
 
@@ -94,8 +138,14 @@ QString ProjectFolder::renameApplet(const QString& oldName, const QString& newNa
     const QString complaint = complaintAboutName(newName);
     if (!complaint.isEmpty())
         return complaint;
-    if (!QDir().rename(appletFolder(oldName), appletFolder(newName)))
+    if (!hasApplet(oldName))
+        return QStringLiteral("工程中没有此小程序: ") + oldName;
+    // Before the folder: afterwards the old name's place would be unknown.
+    keepOrder(oldName, newName);
+    if (!QDir().rename(appletFolder(oldName), appletFolder(newName))) {
+        keepOrder(newName, oldName);
         return QStringLiteral("无法重命名文件夹: ") + appletFolder(oldName);
+    }
     // Generated code and module bear the old name inside; the next compile makes new ones.
     for (const char* suffix : {"_code", "_mp"})
         QDir(outputFolder(oldName, suffix)).removeRecursively();
@@ -107,6 +157,7 @@ QString ProjectFolder::removeApplet(const QString& name) const
     const QString folder = appletFolder(name);
     if (!QFile::moveToTrash(folder) && !QDir(folder).removeRecursively())
         return QStringLiteral("无法删除文件夹: ") + folder;
+    keepOrder(name, QString());
     for (const char* suffix : {"_code", "_mp"})
         QDir(outputFolder(name, suffix)).removeRecursively();
     return QString();

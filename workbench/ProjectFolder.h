@@ -5,6 +5,9 @@
 
 /// A project on disk: a folder whose applets are the folders "CApplet/<name>" with a document in
 /// each. Names are C identifiers of at most 64 characters, since folders and code bear them.
+///
+/// "project.json" tells the order of the applets. It may be missing, and an applet that it doesn't
+/// name stands behind the others, in alphabetical order.
 class ProjectFolder
 {
 public:
@@ -17,7 +20,7 @@ public:
     /// Empty if the folder is a readable project; else what is wrong with it.
     QString complaint() const;
 
-    /// In alphabetical order.
+    /// In the project's order.
     QStringList applets() const;
     bool hasApplet(const QString& name) const { return applets().contains(name); }
     /// The folder of an applet's document, with a trailing slash.
@@ -36,6 +39,10 @@ public:
 private:
     QString complaintAboutName(const QString& name) const;
     QString outputFolder(const QString& name, const char* suffix) const;
+
+    /// Writes the order anew, with @p newName in the place of @p oldName; an empty old name appends,
+    /// an empty new one leaves out. A project that can't be written keeps the order it has.
+    void keepOrder(const QString& oldName, const QString& newName) const;
 
     QString m_path;
 };

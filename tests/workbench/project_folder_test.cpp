@@ -11,6 +11,7 @@ private slots:
     void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
     void complaints();
     void createRenameRemove();
+    void orderIsTheProjects();
     void refusedNames_data();
     void refusedNames();
     void onlyFoldersWithADocumentAreApplets();
@@ -44,6 +45,32 @@ void ProjectFolderTest::createRenameRemove()
     QVERIFY(project.applets().isEmpty());
 }
 
+void ProjectFolderTest::orderIsTheProjects()
+{
+    QTemporaryDir folder;
+    const ProjectFolder project(folder.path());
+    const QString orderFile = folder.filePath(QStringLiteral("project.json"));
+    const auto order = [&project] { return project.applets().join(QLatin1Char(' ')); };
+    for (const char* name : {"c", "a", "b"})
+        QCOMPARE(project.createApplet(QString::fromLatin1(name)), QString());
+    QCOMPARE(order(), QStringLiteral("c a b"));
+    QCOMPARE(project.renameApplet(QStringLiteral("a"), QStringLiteral("z")), QString());
+    QCOMPARE(order(), QStringLiteral("c z b"));
+    QCOMPARE(project.removeApplet(QStringLiteral("c")), QString());
+    QCOMPARE(order(), QStringLiteral("z b"));
+
+    // What else the file holds stays; a damaged file costs the order and nothing else.
+    QVERIFY(test_support::putFile(orderFile, R"({"applets": ["b", "gone"], "title": "x"})"));
+    QCOMPARE(order(), QStringLiteral("b z"));
+    QCOMPARE(project.createApplet(QStringLiteral("a")), QString());
+    QCOMPARE(order(), QStringLiteral("b z a"));
+    QFile file(orderFile);
+    QVERIFY(file.open(QIODevice::ReadOnly) && file.readAll().contains("title"));
+    file.close();
+    QVERIFY(test_support::putFile(orderFile, "{"));
+    QCOMPARE(order(), QStringLiteral("a b z"));
+}
+
 void ProjectFolderTest::refusedNames_data()
 {
     QTest::addColumn<QString>("name");
@@ -60,7 +87,7 @@ void ProjectFolderTest::refusedNames()
     QCOMPARE(project.createApplet(QStringLiteral("other")), QString());
     QVERIFY(!project.createApplet(name).isEmpty());
     QVERIFY(!project.renameApplet(QStringLiteral("other"), name).isEmpty());
-    QCOMPARE(project.applets(), QStringList({QStringLiteral("other"), QStringLiteral("taken")}));
+    QCOMPARE(project.applets(), QStringList({QStringLiteral("taken"), QStringLiteral("other")}));
 }
 
 void ProjectFolderTest::onlyFoldersWithADocumentAreApplets()

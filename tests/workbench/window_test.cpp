@@ -209,15 +209,15 @@ void WindowTest::appletsAreChosenCreatedRenamedRemoved()
     };
     m_answer = {user_dialogs::Button::Ok, QStringLiteral("fresh")};
     press("新建小程序");
-    QCOMPARE(applets(), QStringLiteral("crash ecu_check endless_loop *fresh"));
+    QCOMPARE(applets(), QStringLiteral("ecu_check crash endless_loop *fresh"));
     QCOMPARE(editRows().size(), 3);
     m_answer.value = QStringLiteral("renamed");
     press("重命名小程序");
-    QCOMPARE(applets(), QStringLiteral("crash ecu_check endless_loop *renamed"));
+    QCOMPARE(applets(), QStringLiteral("ecu_check crash endless_loop *renamed"));
     m_answer = {user_dialogs::Button::Yes, QString()};
     press("删除小程序");
-    QCOMPARE(applets(), QStringLiteral("*crash ecu_check endless_loop"));
-    QVERIFY(m_window->windowTitle().startsWith(QStringLiteral("crash")));
+    QCOMPARE(applets(), QStringLiteral("*ecu_check crash endless_loop"));
+    QVERIFY(m_window->windowTitle().startsWith(QStringLiteral("ecu_check")));
 }
 
 void WindowTest::anotherProjectHasItsOwnVariables()
