@@ -10,7 +10,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QRunnable>
 
 #include <algorithm>
 #include <filesystem>
@@ -25,15 +24,7 @@ QString text(const char* source)
     return QCoreApplication::translate("standalone::CompileService", source);
 }
 
-class Task : public QRunnable
-{
-public:
-    explicit Task(std::function<void()> function) : m_function(std::move(function)) {}
-    void run() override { m_function(); }
-
-private:
-    std::function<void()> m_function;
-};
+constexpr unsigned FewestThreads = 2;
 
 } // namespace
 
@@ -44,9 +35,8 @@ CompileService& CompileService::instance()
 }
 
 CompileService::CompileService()
+    : m_pool(std::max(FewestThreads, std::thread::hardware_concurrency()))
 {
-    constexpr int FewestThreads = 2;
-    m_pool.setMaxThreadCount(std::max(FewestThreads, QThread::idealThreadCount()));
 }
 
 CompileService::~CompileService()
@@ -101,7 +91,7 @@ CompileService::StartResult CompileService::start(Request request)
         m_compiling.insert(request.appName);
     }
     const auto shared = std::make_shared<const Request>(std::move(request));
-    m_pool.start(new Task([this, shared, fingerprint] { work(*shared, fingerprint); }));
+    m_pool.start([this, shared, fingerprint] { work(*shared, fingerprint); });
     return Started;
 }
 

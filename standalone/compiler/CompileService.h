@@ -2,12 +2,12 @@
 
 #include "model/services/processedit.h"
 #include "standalone/codegen/applet_source.h"
+#include "standalone/threads/WorkerPool.h"
 
 #include <QByteArray>
 #include <QMap>
 #include <QSet>
 #include <QString>
-#include <QThreadPool>
 
 #include <atomic>
 #include <mutex>
@@ -59,12 +59,12 @@ private:
     Outcome runCompilerFor(const Request& request) const;
     QByteArray fingerprintOf(const Request& request) const;
 
-    QThreadPool m_pool;
     std::atomic<bool> m_cancelled{false};
     std::atomic<int> m_timeout{120000};
     mutable std::mutex m_mutex; ///< guards the two below
     QSet<QString> m_compiling;
     QMap<QString, QByteArray> m_lastSuccess; ///< by applet
+    WorkerPool m_pool;                       ///< last: its threads use all of the above
 };
 
 } // namespace standalone

@@ -1,7 +1,6 @@
 #include "standalone/variables/SystemVariables.h"
 
 #include <QMutexLocker>
-#include <QRunnable>
 
 #include <algorithm>
 
@@ -11,11 +10,6 @@ SystemVariables& SystemVariables::instance()
 {
     static SystemVariables variables;
     return variables;
-}
-
-SystemVariables::SystemVariables()
-{
-    m_thread.setMaxThreadCount(1);
 }
 
 void SystemVariables::define(const system_variate::SystemVarInfo& variable)
@@ -96,11 +90,11 @@ void SystemVariables::tell(Operation operation, const system_variate::SystemVarI
     definition.name = variable.name;
     definition.kind = variable.kind;
     definition.category = variable.category;
-    m_thread.start(QRunnable::create([this, operation, definition] {
+    m_thread.start([this, operation, definition] {
         QMutexLocker lock(&m_listenerMutex);
         for (IVariateListener* listener : qAsConst(m_listeners))
             listener->notify(operation, definition);
-    }));
+    });
 }
 
 } // namespace standalone

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "model/services/system_variate.h"
+#include "standalone/threads/WorkerPool.h"
 
 #include <QHash>
 #include <QMutex>
-#include <QThreadPool>
 #include <QVector>
 
 namespace standalone {
@@ -32,14 +32,14 @@ public:
     void waitForListeners();
 
 private:
-    SystemVariables();
+    SystemVariables() = default;
     void tell(Operation operation, const system_variate::SystemVarInfo& variable);
 
     mutable QMutex m_mutex; ///< guards the variables
     QHash<QString, system_variate::SystemVarInfo> m_variables;
     QMutex m_listenerMutex; ///< held while a listener is called
     QVector<IVariateListener*> m_listeners;
-    QThreadPool m_thread;
+    WorkerPool m_thread{1}; ///< last: its thread uses all of the above
 };
 
 } // namespace standalone

@@ -7,6 +7,8 @@
 
 #include <QtTest>
 
+#include <thread>
+
 class NotifyCallbacksTest : public QObject
 {
     Q_OBJECT
@@ -89,12 +91,11 @@ void NotifyCallbacksTest::stateIsDirect()
         LogicMaster::instance(), &LogicMaster::NotifyRunStateSig, &context,
         [&seenThread] { seenThread = QThread::currentThreadId(); }, Qt::DirectConnection);
     Qt::HANDLE reporterThread = nullptr;
-    std::unique_ptr<QThread> reporter(QThread::create([&reporterThread] {
+    std::thread reporter([&reporterThread] {
         reporterThread = QThread::currentThreadId();
         notify_callbacks::blockState("a", "s", "b", 50.0, 0);
-    }));
-    reporter->start();
-    QVERIFY(reporter->wait());
+    });
+    reporter.join();
     QVERIFY(seenThread && seenThread == reporterThread);
 }
 

@@ -187,9 +187,13 @@ void ProcessEditWidgetTest::refusedSaveIsASignal()
 void ProcessEditWidgetTest::destroyedInTheMiddleOfARun()
 {
     addDelay(60000);
-    QSignalSpy states(ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::runStateSignal);
+    // Told on the runner's thread: only a queued receiver may count.
+    int states = 0;
+    connect(
+        ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::runStateSignal, m_editor.get(),
+        [&states] { ++states; }, Qt::QueuedConnection);
     m_editor->onToolWidgetButtonClickedSlot(ProcessEditToolBar::RunMain);
-    QTRY_VERIFY_WITH_TIMEOUT(!states.isEmpty(), Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(states > 0, Patience);
     m_editor.reset();
     QTRY_VERIFY_WITH_TIMEOUT(
         test_support::childProcesses(QCoreApplication::applicationPid(), "applet_runner").isEmpty(),
