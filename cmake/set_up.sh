@@ -34,10 +34,13 @@ install_packages() {
 # build PRESET: configures and builds everything.
 build() {
   local preset=$1
-  local log
+  local log options=()
   log=$(mktemp)
-  if ! cmake --preset "$preset" -DPROCESS_EDIT_WERROR="${PROCESS_EDIT_WERROR:-OFF}" >"$log" 2>&1
-  then
+  # Said only where it is asked for: another value would build everything anew.
+  if [ -n "${PROCESS_EDIT_WERROR:-}" ]; then
+    options=(-DPROCESS_EDIT_WERROR="$PROCESS_EDIT_WERROR")
+  fi
+  if ! cmake --preset "$preset" "${options[@]}" >"$log" 2>&1; then
     cat "$log" >&2
     rm -f "$log"
     exit 1
