@@ -164,9 +164,16 @@ void AppletDocumentsTest::damagedDocumentIsKept()
     QVERIFY(!processedit::getCAppletDataIsExist(m_name));
     QVERIFY(errors.at(0).at(0).toString().startsWith(
         QStringLiteral("[流程编辑] 流程json文件解析失败: ")));
+    // Another look at it makes no second copy; another damage does.
+    applet_documents::read(m_name, folder(), true);
+    put(applet_documents::documentName, "{ other");
+    applet_documents::read(m_name, folder(), true);
     makeApplet(true);
     QVERIFY(applet_documents::write(m_name, document(), {}));
     QCOMPARE(content(applet_documents::documentName + QStringLiteral(".damaged")), text);
+    QCOMPARE(content(applet_documents::documentName + QStringLiteral(".damaged2")),
+             QByteArray("{ other"));
+    QVERIFY(!QFile::exists(document() + QStringLiteral(".damaged3")));
 }
 
 void AppletDocumentsTest::readsOldVersions()
