@@ -8,8 +8,10 @@
 #include "workbench/MainWindow.h"
 
 #include <QComboBox>
+#include <QDockWidget>
 #include <QLabel>
 #include <QMenu>
+#include <QSettings>
 #include <QToolButton>
 #include <QTreeView>
 #include <QtTest>
@@ -31,6 +33,7 @@ private slots:
     void unsavedChangesAreAskedFor();
     void appletsAreChosenCreatedRenamedRemoved();
     void anotherProjectHasItsOwnVariables();
+    void windowStateIsRemembered();
 
 private:
     template <class Widget> Widget* find(const char* name) const
@@ -56,6 +59,9 @@ private:
 void WindowTest::initTestCase()
 {
     QStandardPaths::setTestModeEnabled(true);
+    QCoreApplication::setOrganizationName(QStringLiteral("process-edit-test"));
+    QCoreApplication::setApplicationName(QStringLiteral("window_test"));
+    QSettings().clear();
 }
 
 void WindowTest::init()
@@ -245,6 +251,21 @@ void WindowTest::anotherProjectHasItsOwnVariables()
     QVERIFY(first.open(QIODevice::ReadOnly));
     QVERIFY(first.readAll().contains("line_name"));
     m_window->openProject(ProjectFolder(m_folder->path()));
+}
+
+void WindowTest::windowStateIsRemembered()
+{
+    m_window->resize(900, 640);
+    m_window->addDockWidget(Qt::RightDockWidgetArea, find<QDockWidget>("logDock"));
+    const QSize size = m_window->size();
+    QVERIFY(m_window->close());
+
+    m_window = std::make_unique<MainWindow>();
+    m_window->show();
+    QCOMPARE(m_window->size(), size);
+    QCOMPARE(m_window->dockWidgetArea(find<QDockWidget>("logDock")), Qt::RightDockWidgetArea);
+    QCOMPARE(m_window->dockWidgetArea(find<QDockWidget>("outputDock")), Qt::BottomDockWidgetArea);
+    QSettings().clear();
 }
 
 QTEST_MAIN(WindowTest)
