@@ -345,7 +345,6 @@ void LogicView::setRuntimeStaleBlockUuids(const QSet<QString>& blockUuids)
 void LogicView::setRunMode(bool start, const QString& appName, const QString& sequenceId,
                            const QString& progressText)
 {
-    m_isRunning = start;
     if (!start) {
         m_run->stop();
         return;

@@ -58,7 +58,6 @@ public:
     /// it. @p progressText stands in the host's progress display.
     void setRunMode(bool start, const QString& appName, const QString& sequenceId,
                     const QString& progressText);
-    bool isRunning() const { return m_isRunning; }
     /// A step's report: @p iProgress from 0 to 100, a negative @p result is a failure. Any thread.
     void notifyRunState(const QString& seqUuid, const QString& blockuuid, int result,
                         double iProgress);
@@ -130,6 +129,5 @@ private:
     QHash<QString, CustonStandModel*> m_editModels; ///< by sequence, children of this
     QHash<QString, QStandardItemModel*> m_editTableModels;
     QSet<QString> m_staleUuids;
-    bool m_isRunning = false;
     bool m_loadingSequence = false; ///< rows come and go without the user: no box spreads
 };

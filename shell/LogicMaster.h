@@ -43,7 +43,6 @@ public:
     void removeApplet(const QString& appName, bool force);
     void finishPendingRemoval(const QString& appName);
     void renameApplet(const QString& oldName, const QString& newName);
-    bool isAppletKnown(const QString& appName) const;
 
     /// The folders of the applet's document and VCI code, with a trailing separator; empty for an
     /// applet without them.

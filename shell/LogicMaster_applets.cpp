@@ -88,11 +88,6 @@ void LogicMaster::renameApplet(const QString& oldName, const QString& newName)
     emit sigRename(oldName, newName);
 }
 
-bool LogicMaster::isAppletKnown(const QString& appName) const
-{
-    return m_panelBind.contains(appName);
-}
-
 QString LogicMaster::jsonPath(const QString& appName) const
 {
     return m_appletPaths.value(appName).first;

@@ -200,6 +200,15 @@ void MainWindow::connectEditor()
     m_editor->setOnCompileFinishedCallback([this](bool success) {
         if (!success)
             m_outcome = tr("编译失败");
+        // Queued: a run begins after this, and one that can't begin sends no end.
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                const bool hasRunner = !processedit::getCAppletRunState(m_applet).first.empty();
+                if (m_progress->isBusy() && m_editor && !hasRunner)
+                    m_progress->finish(tr("运行未能开始"));
+            },
+            Qt::QueuedConnection);
     });
     connect(m_editor, &ProcessEditWidget::sigRunFinish, this,
             [this] { m_progress->finish(m_outcome); });

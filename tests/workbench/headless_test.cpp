@@ -17,7 +17,8 @@ private slots:
     void killedRunnerIsACrash();
     void killedWorkbenchLeavesNoChild();
     void compileError();
-    void runThatCannotStart();
+    void moduleThatCannotBeReplaced();
+    void runnerThatIsMissing();
     void badProjects_data();
     void badProjects();
     void wrongUsage();
@@ -38,12 +39,14 @@ private:
 
     static constexpr int Patience = 120000;
     std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_program;
     QByteArray m_output;
     QByteArray m_errors;
 };
 
 void HeadlessTest::init()
 {
+    m_program = QCoreApplication::applicationDirPath() + QStringLiteral("/workbench");
     m_folder = std::make_unique<QTemporaryDir>();
     QVERIFY(test_support::copyFolder(QStringLiteral(PE_EXAMPLE), project()));
 }
@@ -54,7 +57,7 @@ void HeadlessTest::start(QProcess& program, const QStringList& arguments) const
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_folder->path());
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     program.setProcessEnvironment(environment);
-    program.start(QCoreApplication::applicationDirPath() + QStringLiteral("/workbench"), arguments);
+    program.start(m_program, arguments);
     QVERIFY(program.waitForStarted());
 }
 
@@ -174,16 +177,28 @@ void HeadlessTest::compileError()
     QVERIFY(lines("end").isEmpty());
 }
 
-void HeadlessTest::runThatCannotStart()
+void HeadlessTest::moduleThatCannotBeReplaced()
 {
-    // The module's place is taken by a folder: the compiler can't put it there, or it can't be
-    // loaded. Whichever it is, the program says so and ends.
+    // No file can take the place of a folder that holds something.
     QVERIFY(QDir().mkpath(project() + QStringLiteral("/CApplet/crash_mp/crash.mp/inside")));
-    const int status = run({QStringLiteral("--project"), project(), QStringLiteral("--applet"),
-                            QStringLiteral("crash"), QStringLiteral("--headless"),
-                            QStringLiteral("--run"), QStringLiteral("main")});
-    QVERIFY2(status == 1 || status == 3, qPrintable(QString::number(status)));
-    QVERIFY(m_output.size() + m_errors.size() > 0);
+    QCOMPARE(run({QStringLiteral("--project"), project(), QStringLiteral("--applet"),
+                  QStringLiteral("crash"), QStringLiteral("--headless"), QStringLiteral("--run"),
+                  QStringLiteral("main")}),
+             1);
+    QVERIFY2(m_output.contains("模块文件无法替换"), m_output);
+}
+
+void HeadlessTest::runnerThatIsMissing()
+{
+    // The program alone, away from applet_runner.
+    m_program = m_folder->filePath(QStringLiteral("workbench"));
+    QVERIFY(QFile::copy(QCoreApplication::applicationDirPath() + QStringLiteral("/workbench"),
+                        m_program));
+    QCOMPARE(run({QStringLiteral("--project"), project(), QStringLiteral("--applet"),
+                  QStringLiteral("crash"), QStringLiteral("--headless"), QStringLiteral("--run"),
+                  QStringLiteral("main")}),
+             3);
+    QVERIFY(lines("state").isEmpty());
 }
 
 void HeadlessTest::badProjects_data()
