@@ -1,5 +1,7 @@
 #include "sequences/TemplateTreeView.h"
 
+#include "sequences/template_file.h"
+
 #include "model/services/processedit.h"
 #include "model/services/widget_bases.h"
 
@@ -13,6 +15,7 @@ TemplateTreeView::TemplateTreeView(QWidget* parent)
     setHeaderHidden(true);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setAcceptDrops(true);
+    template_file::loadOnce();
     reload();
 }
 

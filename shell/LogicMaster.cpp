@@ -51,14 +51,8 @@ LogicMaster::LogicMaster()
             Qt::DirectConnection);
     connect(tool, &ProcessEditNotifyTool::gotoTemplateSequenceSignal, this,
             &LogicMaster::onGotoTemplateSequence, Qt::DirectConnection);
-    connect(
-        tool, &ProcessEditNotifyTool::systemVarChange, this,
-        [](const QVector<QPair<QString, QString>>& users) {
-            for (const auto& user : users)
-                process_edit::updateProcessSysVar(appletNameBytes(user.first),
-                                                  user.second.toStdString());
-        },
-        Qt::QueuedConnection);
+    connect(tool, &ProcessEditNotifyTool::systemVarChange, this, &LogicMaster::refreshUsers,
+            Qt::QueuedConnection);
 
     CallbackFuncsImp::m_cb = notify_callbacks::blockState;
     CallbackFuncsImp::m_seqCb = notify_callbacks::sequenceEntry;

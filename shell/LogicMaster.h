@@ -57,6 +57,7 @@ public:
     void registerVariablePanel(const QString& appName, QWidget* panel);
     void unregisterVariablePanel(QWidget* panel);
     QWidget* variablePanel(const QString& appName) const;
+    QMap<QString, QWidget*> variablePanels() const { return m_variablePanels; }
     void clearVariablePanels();
 
     /// Whether the applet is bound to a panel that is in run mode.
@@ -81,6 +82,17 @@ public:
     QStringList retypeUdsVariable(const SystemVarDef& variable);
     /// Applet and sequence of every use of a system variable. Any thread, under m_udsMutex.
     QVector<QPair<QString, QString>> usersOfSystemVariable(const QString& name) const;
+    /// What follows is under m_udsMutex too. The names that an applet's steps use, by sequence.
+    void setVariableUse(const QString& appName, const QMap<QString, QSet<QString>>& uses);
+    /// Adds to what a diagnostic step uses, or forgets all of it.
+    void addUdsVariables(const QString& appName, const QString& blockUuid,
+                         const std::vector<UdsVarStruct>& variables);
+    void removeUdsVariables(const QString& appName, const QString& blockUuid);
+    /// The diagnostic steps of an applet that use variables.
+    QStringList udsBlocks(const QString& appName) const;
+    /// No change of a variable reaches these applets any more.
+    void forgetVariableUse(const QStringList& appNames);
+    /// Of all applets.
     void clearUdsVariables();
 
 signals:
@@ -119,6 +131,7 @@ private:
     VciTransThread* addVciThread(const QString& appName);
     void onVciThreadFinished(VciTransThread* thread);
     void finishRun(const QString& appName, int event);
+    void refreshUsers(const QVector<QPair<QString, QString>>& users) const;
     void forgetApplet(const QString& appName);
 
     QMap<QString, QPair<QString, QString>> m_appletPaths; ///< document folder, VCI code folder
@@ -132,7 +145,7 @@ private:
     QMap<QString, VciTransThread*> m_vciThreads;
     /// Applet, block, the variables that a diagnostic step uses.
     QMap<QString, QMap<QString, std::vector<UdsVarStruct>>> m_udsVarInfo;
-    /// Applet, sequence, the system variables that it uses.
+    /// Applet, sequence, the names that its steps use.
     QMap<QString, QMap<QString, QSet<QString>>> m_udsVarUse;
     QMap<QString, bool> m_panelBind;
 };

@@ -63,11 +63,7 @@ void LogicMaster::forgetApplet(const QString& appName)
     if (VciTransThread* thread = m_vciThreads.take(appName))
         thread->deleteLater();
     m_panelBind.remove(appName);
-    {
-        QMutexLocker lock(&m_udsMutex);
-        m_udsVarInfo.remove(appName);
-        m_udsVarUse.remove(appName);
-    }
+    forgetVariableUse({appName});
     m_variablePanels.remove(appName);
 }
 
@@ -83,6 +79,12 @@ void LogicMaster::renameApplet(const QString& oldName, const QString& newName)
     moveEntry(m_settingPaths);
     moveEntry(m_variablePanels);
     moveEntry(m_vciThreads);
+    moveEntry(m_panelBind);
+    {
+        QMutexLocker lock(&m_udsMutex);
+        moveEntry(m_udsVarInfo);
+        moveEntry(m_udsVarUse);
+    }
     if (VciTransThread* thread = m_vciThreads.value(newName))
         thread->setAppName(newName);
     emit sigRename(oldName, newName);
@@ -155,6 +157,9 @@ void LogicMaster::clearPanelBindings()
 VciTransThread* LogicMaster::addVciThread(const QString& appName)
 {
     auto* thread = new VciTransThread(appName, this);
+    VciTransThread* const earlier = m_vciThreads.value(appName);
+    if (earlier && !earlier->isRunning())
+        earlier->deleteLater();
     m_vciThreads.insert(appName, thread);
     connect(
         thread, &QThread::finished, this,
@@ -182,45 +187,4 @@ void LogicMaster::cancelAllConversions()
         if (thread->isRunning())
             thread->cancel();
     }
-}
-
-QStringList LogicMaster::retypeUdsVariable(const SystemVarDef& variable)
-{
-    const DrelVarType type = varTypeFromDataCategory(variable.category);
-    if (type == DrelNoType)
-        return {};
-    const QString keyword = QString::fromStdString(varTypeKeyword(type));
-    QStringList changed;
-    QMutexLocker lock(&m_udsMutex);
-    for (auto applet = m_udsVarInfo.begin(); applet != m_udsVarInfo.end(); ++applet) {
-        for (auto& block : *applet) {
-            for (UdsVarStruct& use : block) {
-                if (use.name != variable.name || use.kind != 1)
-                    continue;
-                use.type = keyword;
-                if (!changed.contains(applet.key()))
-                    changed.append(applet.key());
-            }
-        }
-    }
-    return changed;
-}
-
-QVector<QPair<QString, QString>> LogicMaster::usersOfSystemVariable(const QString& name) const
-{
-    QVector<QPair<QString, QString>> users;
-    QMutexLocker lock(&m_udsMutex);
-    for (auto applet = m_udsVarUse.cbegin(); applet != m_udsVarUse.cend(); ++applet) {
-        for (auto sequence = applet->cbegin(); sequence != applet->cend(); ++sequence) {
-            if (sequence->contains(name))
-                users.append({applet.key(), sequence.key()});
-        }
-    }
-    return users;
-}
-
-void LogicMaster::clearUdsVariables()
-{
-    QMutexLocker lock(&m_udsMutex);
-    m_udsVarInfo.clear();
 }

@@ -1,21 +1,20 @@
 #pragma once
 
 #include "shell/PanelSettings.h"
+#include "shell/ProcessEditWidget.h"
 #include "ui_ProcessEditWidget.h"
 
-#include <QJsonObject>
 #include <QList>
 #include <QString>
 
 #include <functional>
 #include <memory>
 
-class AppletLogFeed;
+class AppletStorage;
 class BuildController;
-class LatestProgress;
 class LoadingUI;
 class ProcessEditToolBar;
-class RunReportGate;
+class RunFeeds;
 class WidgetBuildView;
 class wgtCommonControl;
 class wgtGeneralSetting;
@@ -37,15 +36,16 @@ struct ProcessEditParts
     QList<int> splitterSizes; ///< to come back to from the run tab
     bool inRunTab = false;
 
-    std::shared_ptr<RunReportGate> gate;
-    std::shared_ptr<AppletLogFeed> logFeed;
-    LatestProgress* progress = nullptr; ///< child of the widget
+    RunFeeds* feeds = nullptr; ///< children of the widget, as the two below
+    AppletStorage* storage = nullptr;
     std::unique_ptr<WidgetBuildView> buildView;
-    BuildController* build = nullptr; ///< child of the widget
+    BuildController* build = nullptr;
 
-    std::function<void(QJsonObject&)> stripSaveFields;
     std::function<bool()> shouldDeferCodeGen;
-    std::function<void(const QString&)> onAuthoringSaved;
     std::function<void(const QString&, bool)> onCAppletLoaded;
     std::function<void(const QString&)> onRuntimeStale;
+    ProcessEditWidget::UdsUpdateFunction udsUpdate = nullptr;
+    std::function<void(const QString&, const QStringList&, ProcessEditWidget::UdsUpdateFunction,
+                       QSet<QString>&)>
+        refreshUdsBlocks;
 };

@@ -1,32 +1,37 @@
 #include "shell/ProcessEditWidget.h"
 
-#include "shell/AppletLogFeed.h"
+#include "shell/AppletStorage.h"
 #include "shell/BuildController.h"
-#include "shell/LatestProgress.h"
 #include "shell/LogicMaster.h"
 #include "shell/ProcessEditNotifyTool.h"
 #include "shell/ProcessEditParts.h"
 #include "shell/ProcessEditToolBar.h"
-#include "shell/RunReportGate.h"
+#include "shell/RunFeeds.h"
 #include "shell/WidgetBuildView.h"
 #include "shell/default_tables.h"
+#include "shell/exchange_drops.h"
+#include "shell/notify_callbacks.h"
 
 #include "model/dialogs/user_dialogs.h"
+#include "model/services/applet_runtime.h"
 #include "model/services/host.h"
 #include "model/services/processedit.h"
 #include "model/services/widget_bases.h"
 #include "panels/wgtCommonControl.h"
 #include "panels/wgtGeneralSetting.h"
 
-#include <QEvent>
+#include <QDragEnterEvent>
 #include <QHeaderView>
-#include <QUrl>
+#include <QMimeData>
+#include <QTabBar>
 
 namespace processedit = sdk_ui_interface::processedit;
 
 namespace {
 
 constexpr int IconSize = 26;
+constexpr int PaletteTab = 0;
+constexpr int TemplateTab = 1;
 constexpr int StretchFactors[] = {2, 5, 4};
 const QList<int> runTabSizes{0, 700, 300};
 
@@ -80,20 +85,21 @@ void ProcessEditWidget::initUI()
     for (int handle : {1, 2})
         m->ui.splitter->handle(handle)->installEventFilter(this);
 
-    m->gate = std::make_shared<RunReportGate>(m->ui.center_wgt);
-    m->logFeed = std::make_shared<AppletLogFeed>(
-        this, [this](const QString& appName, const QString& text) { onAppletLog(appName, text); });
-    m->progress = new LatestProgress(this);
-    m->buildView = std::make_unique<WidgetBuildView>(*m, this, [this] {
-        save(QString());
-        saveShared();
-    });
+    m->ui.tabWidget->tabBar()->setAcceptDrops(true);
+    m->ui.tabWidget->tabBar()->installEventFilter(this);
+    setAcceptDrops(true);
+    installEventFilter(this);
+
+    m->feeds = new RunFeeds(m->ui.center_wgt, this);
+    m->storage = new AppletStorage([this] { m->buildView->flushPanels(); }, this);
+    m->buildView = std::make_unique<WidgetBuildView>(*m, this);
     m->build = new BuildController(m->businessName, *m->buildView, this);
 }
 
 void ProcessEditWidget::connectSignals()
 {
     connectPanels();
+    connectSequences();
     connectLogicMaster();
     connectBuild();
 }
@@ -101,10 +107,6 @@ void ProcessEditWidget::connectSignals()
 void ProcessEditWidget::connectPanels()
 {
     const LogicView* logicView = m->ui.center_wgt;
-    connect(m->ui.sequenceWidget, &wgtSequenceTable::currentSequenceChanged, this,
-            &ProcessEditWidget::currentSequenceChangedSlot);
-    connect(m->ui.sequenceWidget, &wgtSequenceTable::sigModified, LogicMaster::instance(),
-            &LogicMaster::sigModify);
     connect(logicView, &LogicView::processItemClicked, this,
             &ProcessEditWidget::processItemClickedSlot, Qt::QueuedConnection);
     connect(logicView, &LogicView::sigItemDbClick, this,
@@ -113,10 +115,8 @@ void ProcessEditWidget::connectPanels()
             &ProcessEditWidget::onLogicWidgetTabChanged);
     connect(logicView, &LogicView::sigUpdateProcessWidgetWidth, this,
             &ProcessEditWidget::onSaveProcessTreeWidthSlot);
-    // Emitted on the reporting thread, from behind the gate: this widget is there then.
-    connect(logicView, &LogicView::sigProcessPrograss, m->progress, &LatestProgress::put,
-            Qt::DirectConnection);
-    connect(m->progress, &LatestProgress::changed, this, &ProcessEditWidget::sigProcessPrograss);
+    connect(m->feeds, &RunFeeds::progressChanged, this, &ProcessEditWidget::sigProcessPrograss);
+    connect(m->feeds, &RunFeeds::logLine, this, &ProcessEditWidget::onAppletLog);
     connect(logicView, &LogicView::sigModified, LogicMaster::instance(), &LogicMaster::sigModify);
     connect(logicView, &LogicView::sigUdsRuntimeStaleRequired, this, [this] {
         if (m->onRuntimeStale)
@@ -142,8 +142,11 @@ void ProcessEditWidget::connectLogicMaster()
     connect(master, &LogicMaster::sigModify, this, &ProcessEditWidget::sigAuthoringModified);
     connect(master, &LogicMaster::sigRename, this,
             [this](const QString& oldName, const QString& newName) {
-                if (m->appName == oldName)
-                    nameParts(newName);
+                if (m->appName != oldName)
+                    return;
+                nameParts(newName);
+                capplet_sdk::registerLogCallBack(newName.toLocal8Bit().constData(),
+                                                 notify_callbacks::logText);
             });
     connect(master, &LogicMaster::waitCAppletStop, this, [this](const QString& appName) {
         if (appName == m->appName)
@@ -151,36 +154,17 @@ void ProcessEditWidget::connectLogicMaster()
     });
     connect(master, &LogicMaster::sigUpdateTemplateWidget, this,
             [this] { m->ui.template_treeView->reload(); });
-    connect(master, &LogicMaster::sigUpdateQuickStep, m->ui.treeWidget,
-            &StepTree::onUpdateQuickStep, Qt::DirectConnection);
-
-    // These come on the runner's thread: only the gate and the log feed, which outlive this widget,
-    // may be touched.
-    const auto gate = m->gate;
+    connect(master, &LogicMaster::sigUpdateQuickStep, this, &ProcessEditWidget::onUpdateQuickStep,
+            Qt::DirectConnection);
     connect(
-        master, &LogicMaster::NotifyRunStateSig, this,
-        [gate](const QString& appName, const QString& sequenceId, const QString& blockUuid,
-               double progress,
-               int result) { gate->report(appName, sequenceId, blockUuid, progress, result); },
-        Qt::DirectConnection);
-    connect(
-        master, &LogicMaster::NotifyGotoSequenceSig, this,
-        [gate](const QString& appName, const QString& sequenceId, bool isEnd) {
-            gate->sequenceChange(appName, sequenceId, isEnd, QString());
+        ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::systemUdsVarChange, this,
+        [this](const QStringList& appNames) {
+            if (!appNames.contains(m->appName))
+                return;
+            for (const QString& uuid : LogicMaster::instance()->udsBlocks(m->appName))
+                m->ui.center_wgt->refreshRow(uuid);
         },
-        Qt::DirectConnection);
-    connect(
-        master, &LogicMaster::NotifyGotoTemplateSequenceSig, this,
-        [gate](const QString& appName, const QString& templateId, const QString& sequenceId,
-               bool isEnd) { gate->sequenceChange(appName, sequenceId, isEnd, templateId); },
-        Qt::DirectConnection);
-    const auto logFeed = m->logFeed;
-    connect(
-        ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::cAppletLogSignal, this,
-        [logFeed](const QString& appName, int, const QString& message) {
-            logFeed->put(appName, message);
-        },
-        Qt::DirectConnection);
+        Qt::QueuedConnection);
 }
 
 void ProcessEditWidget::connectBuild()
@@ -195,6 +179,7 @@ void ProcessEditWidget::connectBuild()
     connect(build, &BuildController::runStarted, this, &ProcessEditWidget::sigRunStart);
     connect(build, &BuildController::runFinished, this, &ProcessEditWidget::sigRunFinish);
     connect(build, &BuildController::output, this, &ProcessEditWidget::notifyRunResultSig);
+    connect(m->storage, &AppletStorage::refused, this, &ProcessEditWidget::sigSave);
 }
 
 QWidget* ProcessEditWidget::getToolMenuBar()
@@ -246,7 +231,7 @@ void ProcessEditWidget::onToolWidgetButtonClickedSlot(int funcType)
     case ProcessEditToolBar::ToVci:
     case ProcessEditToolBar::Import:
     case ProcessEditToolBar::Export:
-        getWindowManager()->showNotice(IWindowManager::NoticeWarning, tr("该功能暂未开放"));
+        showUnavailable();
         break;
     default:
         break;
@@ -266,18 +251,18 @@ void ProcessEditWidget::onNotifyRunResult(QString appName, bool isSuccessed, QSt
 void ProcessEditWidget::onNotifyStateResult(QString cappname, QString seqUuid, QString blockuuid,
                                             double iProgress, int result)
 {
-    m->gate->report(cappname, seqUuid, blockuuid, iProgress, result);
+    m->feeds->report(cappname, seqUuid, blockuuid, iProgress, result);
 }
 
 void ProcessEditWidget::onGotoSequence(QString cappname, QString gotoSeqUuid, bool isEnd)
 {
-    m->gate->sequenceChange(cappname, gotoSeqUuid, isEnd, QString());
+    m->feeds->sequenceChange(cappname, gotoSeqUuid, isEnd, QString());
 }
 
 void ProcessEditWidget::onGotoTemplateSequence(QString cappname, QString templateid,
                                                QString gotoSeqUuid, bool isEnd)
 {
-    m->gate->sequenceChange(cappname, gotoSeqUuid, isEnd, templateid);
+    m->feeds->sequenceChange(cappname, gotoSeqUuid, isEnd, templateid);
 }
 
 void ProcessEditWidget::onAppletLog(const QString& appName, const QString& message)
@@ -341,14 +326,61 @@ void ProcessEditWidget::tellBlockChanged(const QString& blockUuid)
     emit LogicMaster::instance()->sigModify();
 }
 
+void ProcessEditWidget::showUnavailable()
+{
+    getWindowManager()->showNotice(IWindowManager::NoticeWarning, tr("该功能暂未开放"));
+}
+
 bool ProcessEditWidget::eventFilter(QObject* watched, QEvent* event)
 {
-    // A handle that was let go after a move.
-    if (event->type() == QEvent::MouseButtonRelease && !m->inRunTab &&
-        qobject_cast<QSplitterHandle*>(watched) &&
-        m->ui.splitter->sizes() != m->settings.splitterSizes())
-        saveSplitterSizes();
+    switch (event->type()) {
+    case QEvent::MouseButtonRelease:
+        // A handle that was let go after a move.
+        if (!m->inRunTab && qobject_cast<QSplitterHandle*>(watched) &&
+            m->ui.splitter->sizes() != m->settings.splitterSizes())
+            saveSplitterSizes();
+        break;
+    case QEvent::DragEnter: {
+        auto* drag = static_cast<QDragEnterEvent*>(event);
+        if (watched == this && drag->mimeData()->hasUrls()) {
+            drag->acceptProposedAction();
+            return true;
+        }
+        // A sequence on its way to the templates.
+        if (watched == m->ui.tabWidget->tabBar() && m->ui.tabWidget->currentIndex() == PaletteTab &&
+            drag->mimeData()->hasFormat(QStringLiteral("application/sequence_drag")))
+            m->ui.tabWidget->setCurrentIndex(TemplateTab);
+        break;
+    }
+    case QEvent::Drop: {
+        auto* drop = static_cast<QDropEvent*>(event);
+        if (watched == this && drop->mimeData()->hasUrls()) {
+            drop->acceptProposedAction();
+            takeDrop(*drop->mimeData());
+            return true;
+        }
+        break;
+    }
+    default:
+        break;
+    }
     return QWidget::eventFilter(watched, event);
+}
+
+void ProcessEditWidget::takeDrop(const QMimeData& data)
+{
+    if (processedit::getCAppletRunState(m->appName).second != AppletStopped)
+        return;
+    const QStringList files = exchange_drops::files(data);
+    if (files.size() > 1)
+        user_dialogs::information(this, tr("导入"), tr("存在多个文件, 即将默认导入第一个文件"));
+    if (!files.isEmpty())
+        importFile(files.first());
+}
+
+void ProcessEditWidget::importFile(const QString&)
+{
+    showUnavailable();
 }
 
 void ProcessEditWidget::onSplitterMoved(int, int)
@@ -359,6 +391,8 @@ void ProcessEditWidget::onSplitterMoved(int, int)
 
 void ProcessEditWidget::loadSplitterSizes()
 {
+    if (m->settings.isOpen())
+        return;
     m->settings.open(LogicMaster::instance()->settingPath(m->appName));
     const QList<int> sizes = m->settings.splitterSizes();
     if (sizes.size() >= m->ui.splitter->count()) {
@@ -372,7 +406,9 @@ void ProcessEditWidget::loadSplitterSizes()
 
 void ProcessEditWidget::saveSplitterSizes()
 {
-    m->splitterSizes = m->ui.splitter->sizes();
+    // The run tab's own sizes are nobody's wish.
+    if (!m->inRunTab)
+        m->splitterSizes = m->ui.splitter->sizes();
     m->settings.setSplitterSizes(m->splitterSizes);
 }
 

@@ -4,6 +4,7 @@
 #include "model/compile_records.h"
 #include "model/type_tables.h"
 
+#include <QMap>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -13,7 +14,11 @@
 #include <functional>
 #include <memory>
 
+class IProcessBlock;
 class QJsonObject;
+class QMimeData;
+class QTreeWidgetItem;
+class UdsProcessBlock;
 struct ProcessEditParts;
 
 /// The process editor: the one widget that a host embeds.
@@ -77,6 +82,14 @@ public:
     /// Every edit that waits in a panel reaches the model.
     void syncAuthoringPanelsToSdk();
     void reloadVariablePanel();
+    /// Appends a statement step for each text to the main flow of the shown sequence, till one
+    /// can't be made. Those whose index stands in @p splitIndexes get a source file of their own.
+    void addStatementStepToCurerentView(QStringList statements,
+                                        const std::vector<int>& splitIndexes);
+    /// Gives a variable in sight of the shown sequence a type and a value, or makes one in @p scope
+    /// (a processVariableType); @p forceNew makes one in any case.
+    void addVarToCurrentView(const QString& name, const QString& value, DrelVarType type, int scope,
+                             bool forceNew);
     void addCustomStepList(QVector<BaseStepProperty> list);
     void resetCustomStepList();
     void loadSplitterSizes();
@@ -114,12 +127,36 @@ public:
     /// Told the applet when what is compiled no longer fits its diagnostic steps.
     void setOnRuntimeStaleCallback(std::function<void(const QString&)> callback);
 
+    /// Rebuilds the code of a diagnostic step from its stored text.
+    using UdsUpdateFunction = QString (*)(QString blockJson, QString appName, int index,
+                                          QString& varInfo, QString& codeInfo);
+    void setUdsUpdateCallback(UdsUpdateFunction callback);
+    /// Takes over the rebuilding of many; tells the steps that changed.
+    void setRefreshUdsBlocksCallback(
+        std::function<void(const QString& appName, const QStringList& blockUuids,
+                           UdsUpdateFunction update, QSet<QString>& changed)>
+            callback);
+    /// Tells which variables a diagnostic step uses, by name; for all widgets of the process.
+    static void setGetUDSProcessBlockUseVarsCallback(
+        std::function<bool(std::shared_ptr<UdsProcessBlock>, QMap<QString, DataCategoryType>&,
+                           QMap<QString, DrelVarType>&)>
+            callback);
+
+    // Variables of steps -------------------------------------------------------------------------
+    /// Records which variables the applet's steps use, so that a change of one reaches them.
+    void updateUseSystemVarItemInfo(const QString& appName, bool dataOnly);
+    /// No change of a variable reaches these applets any more.
+    static void uninstallVarNofity(QStringList appNames);
+    static void addUdsVar(std::shared_ptr<UdsProcessBlock> block, const QString& appName);
+    static void updateUdsVarInfo(const QString& appName, std::shared_ptr<IProcessBlock> block);
+
     // Without a widget
     // --------------------------------------------------------------------------------
     static bool createAppletShell(const QString& appName);
     /// Loads the document into the model if it isn't there; whether it is there afterwards.
     static bool ensureAppPedtLoaded(const QString& appName);
     static void deleteCApplet(const QString& appName, bool force);
+    /// Nothing but a line in the log for a new name that is empty or taken.
     static void renameCApplet(const QString& oldName, const QString& newName);
     /// Sets the document's folder and keeps the VCI path; false if a text is empty.
     static bool bindAppletScriptPath(const QString& appName, const QString& jsonPath);
@@ -150,7 +187,17 @@ public slots:
                                 bool isEnd);
     void onNotifyRunResult(QString appName, bool isSuccessed, QString outputInfo);
     void onToolWidgetButtonClickedSlot(int funcType);
+    /// A double click in the palette adds its step.
+    void onItemDoubleClickedSlot(QTreeWidgetItem* item, int column);
+    /// The menu of the palette, at a point of its viewport.
+    void contextMenuEvent(QPoint pos);
     void onLogicWidgetTabChanged(int index);
+    void onRemoveSelectSequence(QStringList sequenceIdList);
+    void onRemoveAllSequence();
+    void onAddTemplateSequence(QStringList sequenceIdList);
+    void onImportTemplateButtonClicked();
+    void onExportTemplateButtonClicked();
+    void onUpdateQuickStep(QStringList quickStepIdList, bool isRemove);
     void onSaveVarTreeWidthSlot(QStringList widthList);
     void onSaveProcessTreeWidthSlot(QStringList widthList, bool isRun);
     void onSplitterMoved(int pos, int index);
@@ -182,6 +229,7 @@ signals:
     void sigProcessPrograss(double progress, int state);
 
 protected:
+    using QWidget::contextMenuEvent;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -192,8 +240,13 @@ private:
     void connectBuild();
     /// Tells every part the applet that it works on.
     void nameParts(const QString& appName);
+    void connectSequences();
+    static void updateUseSystemVarItemInfoImpl(const QString& appName, bool dataOnly, bool defer);
     void saveFromButton();
-    void saveShared();
+    void onVariablesUpdated(bool isHaveGlobalVar, const QStringList& names);
+    void importFile(const QString& path);
+    void takeDrop(const QMimeData& data);
+    void showUnavailable();
     void openCodeFolder();
     void tellBlockChanged(const QString& blockUuid);
     void onAppletLog(const QString& appName, const QString& message);

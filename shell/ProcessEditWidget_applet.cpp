@@ -1,22 +1,22 @@
 // The applet in a ProcessEditWidget: binding, loading, saving, and what is shown of it.
 
-#include "shell/AppletLogFeed.h"
+#include "shell/AppletStorage.h"
 #include "shell/BuildController.h"
 #include "shell/LogicMaster.h"
 #include "shell/ProcessEditParts.h"
 #include "shell/ProcessEditToolBar.h"
 #include "shell/ProcessEditWidget.h"
-#include "shell/RunReportGate.h"
+#include "shell/RunFeeds.h"
 #include "shell/WidgetBuildView.h"
 #include "shell/applet_documents.h"
 #include "shell/applet_folders.h"
 #include "shell/notify_callbacks.h"
+#include "shell/variable_use.h"
 
 #include "model/applet_name.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/applet_runtime.h"
 #include "model/services/host.h"
-#include "model/services/log.h"
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
 #include "panels/wgtCommonControl.h"
@@ -32,8 +32,7 @@ ProcessEditWidget::~ProcessEditWidget()
 {
     // From here on no runner's thread reaches a widget. The run's progress is finished by the view
     // that made it.
-    m->gate->close();
-    m->logFeed->close();
+    m->feeds->close();
     // Nor does a child that says something while it is being destroyed.
     for (QObject* child : findChildren<QObject*>())
         child->disconnect(this);
@@ -56,6 +55,7 @@ void ProcessEditWidget::createCApplet(const QString& appName)
 void ProcessEditWidget::nameParts(const QString& appName)
 {
     m->appName = appName;
+    m->storage->setAppName(appName);
     m->build->setAppName(appName);
     m->commonControl->setCAppletName(appName);
     m->generalSetting->setCAppletName(appName);
@@ -87,6 +87,7 @@ void ProcessEditWidget::load(bool dataOnly)
     applet_documents::read(m->appName, LogicMaster::instance()->jsonPath(m->appName), false);
     if (!dataOnly)
         loadDataToUI(m->appName, false);
+    updateUseSystemVarItemInfo(m->appName, dataOnly);
     loadSplitterSizes();
     if (m->onCAppletLoaded)
         m->onCAppletLoaded(m->appName, dataOnly);
@@ -115,43 +116,12 @@ void ProcessEditWidget::loadDataToUI(const QString& appName, bool)
 
 void ProcessEditWidget::save(const QString& targetPath)
 {
-    if (m->appName.isEmpty())
-        return;
-    m->buildView->flushPanels();
-    const QString fileName =
-        targetPath.isEmpty()
-            ? applet_documents::documentPath(LogicMaster::instance()->jsonPath(m->appName))
-            : targetPath;
-    if (!applet_documents::write(m->appName, fileName, m->stripSaveFields)) {
-        emit sigSave();
-        return;
-    }
-    applet_documents::keepBackup(m->appName, fileName, applet_documents::Backup::Replace);
-    if (m->onAuthoringSaved)
-        m->onAuthoringSaved(m->appName);
+    m->storage->save(targetPath);
 }
 
 bool ProcessEditWidget::saveApp(const QString& appName, bool strip, const QString& targetPath)
 {
-    if (appName.isEmpty())
-        return false;
-    if (appName == m->appName)
-        m->buildView->flushPanels();
-    const QString own = applet_documents::documentPath(LogicMaster::instance()->jsonPath(appName));
-    const QString fileName = targetPath.isEmpty() ? own : targetPath;
-    if (!applet_documents::write(appName, fileName,
-                                 strip ? m->stripSaveFields : applet_documents::StripFunction())) {
-        if (appName == m->appName)
-            emit sigSave();
-        sdk_ui_interface::log::log_error(
-            QStringLiteral("[流程编辑] 无法写入 processInfo.pedt: %1").arg(fileName));
-        return false;
-    }
-    if (targetPath.isEmpty())
-        applet_documents::keepBackup(appName, fileName, applet_documents::Backup::KeepFirst);
-    if (m->onAuthoringSaved)
-        m->onAuthoringSaved(appName);
-    return true;
+    return m->storage->saveApp(appName, strip, targetPath);
 }
 
 void ProcessEditWidget::saveFromButton()
@@ -169,16 +139,7 @@ void ProcessEditWidget::saveFromButton()
     }
     m->buildView->flushPanels();
     save(QString());
-    saveShared();
-}
-
-void ProcessEditWidget::saveShared()
-{
-    const QString project = getProjectManager()->projectPath();
-    if (project.isEmpty())
-        return;
-    processedit::saveGlobalVarJsonStr(project, EveryBusiness);
-    processedit::saveQuickStepJsonStr(project + QStringLiteral("/quickStep.json"), EveryBusiness);
+    AppletStorage::saveShared();
 }
 
 void ProcessEditWidget::openCodeFolder()
@@ -243,6 +204,7 @@ void ProcessEditWidget::clearCurrentShowSequenceData()
 {
     processedit::removeAllProcessBySequenceID(m->appName, getCurrentShowSequenceId(), NoBlock);
     m->ui.center_wgt->clearCurrentSequenceRows();
+    emit LogicMaster::instance()->sigModify();
 }
 
 void ProcessEditWidget::syncAuthoringPanelsToSdk()
@@ -260,6 +222,18 @@ void ProcessEditWidget::reloadVariablePanel()
     for (const SequenceInfo& info : processedit::getAllSequenceByAppName(m->appName))
         m->ui.widget_para->reloadSequenceVariables(QString::fromStdString(info.id));
     m->ui.widget_para->showSequence(shown);
+}
+
+void ProcessEditWidget::addVarToCurrentView(const QString& name, const QString& value,
+                                            DrelVarType type, int scope, bool forceNew)
+{
+    m->ui.widget_para->addVarToCurrentView(name, value, type, scope, forceNew);
+}
+
+void ProcessEditWidget::updateUseSystemVarItemInfo(const QString& appName, bool dataOnly)
+{
+    const bool defer = m->shouldDeferCodeGen && m->shouldDeferCodeGen();
+    updateUseSystemVarItemInfoImpl(appName, dataOnly, defer);
 }
 
 void ProcessEditWidget::addCustomStepList(QVector<BaseStepProperty> list)
@@ -299,7 +273,7 @@ void ProcessEditWidget::setCompileCheckCallback(
 
 void ProcessEditWidget::setStripSaveFieldsCallback(std::function<void(QJsonObject&)> callback)
 {
-    m->stripSaveFields = std::move(callback);
+    m->storage->setStripCallback(std::move(callback));
 }
 
 void ProcessEditWidget::setShouldDeferCodeGenCallback(std::function<bool()> callback)
@@ -309,7 +283,7 @@ void ProcessEditWidget::setShouldDeferCodeGenCallback(std::function<bool()> call
 
 void ProcessEditWidget::setOnAuthoringSavedCallback(std::function<void(const QString&)> callback)
 {
-    m->onAuthoringSaved = std::move(callback);
+    m->storage->setSavedCallback(std::move(callback));
 }
 
 void ProcessEditWidget::setOnCAppletLoadedCallback(
@@ -326,6 +300,18 @@ void ProcessEditWidget::setOnCompilePrepareCallback(std::function<void()> callba
 void ProcessEditWidget::setOnCompileFinishedCallback(std::function<void(bool)> callback)
 {
     m->build->setFinishedCallback(std::move(callback));
+}
+
+void ProcessEditWidget::setUdsUpdateCallback(UdsUpdateFunction callback)
+{
+    m->udsUpdate = callback;
+}
+
+void ProcessEditWidget::setRefreshUdsBlocksCallback(
+    std::function<void(const QString&, const QStringList&, UdsUpdateFunction, QSet<QString>&)>
+        callback)
+{
+    m->refreshUdsBlocks = std::move(callback);
 }
 
 void ProcessEditWidget::setOnRuntimeStaleCallback(std::function<void(const QString&)> callback)

@@ -3,7 +3,9 @@
 #include "shell/LogicMaster.h"
 #include "shell/ProcessEditWidget.h"
 #include "shell/applet_documents.h"
+#include "shell/variable_use.h"
 
+#include "model/services/log.h"
 #include "model/services/processedit.h"
 #include "model/step_icons.h"
 
@@ -30,6 +32,14 @@ void ProcessEditWidget::deleteCApplet(const QString& appName, bool force)
 
 void ProcessEditWidget::renameCApplet(const QString& oldName, const QString& newName)
 {
+    // Two applets under one name would save into each other's documents.
+    if (newName.isEmpty() || processedit::getCAppletDataIsExist(newName) ||
+        !appletJsonPath(newName).isEmpty()) {
+        sdk_ui_interface::log::log_error(
+            QStringLiteral("[流程编辑] 无法将小程序 %1 重命名为 %2: 名称为空或已存在")
+                .arg(oldName, newName));
+        return;
+    }
     processedit::renameProcessCAppletName(oldName, newName);
     LogicMaster::instance()->renameApplet(oldName, newName);
 }
@@ -89,6 +99,35 @@ QString ProcessEditWidget::getUDSStepIconName(int stepType)
 DrelVarType ProcessEditWidget::getDrelVarTypeByDataCategory(DataCategoryType category)
 {
     return varTypeFromDataCategory(category);
+}
+
+void ProcessEditWidget::updateUseSystemVarItemInfoImpl(const QString& appName, bool, bool defer)
+{
+    variable_use::recordApplet(appName, defer);
+}
+
+void ProcessEditWidget::uninstallVarNofity(QStringList appNames)
+{
+    LogicMaster::instance()->forgetVariableUse(appNames);
+}
+
+void ProcessEditWidget::addUdsVar(std::shared_ptr<UdsProcessBlock> block, const QString& appName)
+{
+    variable_use::addUdsVar(block, appName);
+}
+
+void ProcessEditWidget::updateUdsVarInfo(const QString& appName,
+                                         std::shared_ptr<IProcessBlock> block)
+{
+    variable_use::updateUdsVarInfo(appName, block);
+}
+
+void ProcessEditWidget::setGetUDSProcessBlockUseVarsCallback(
+    std::function<bool(std::shared_ptr<UdsProcessBlock>, QMap<QString, DataCategoryType>&,
+                       QMap<QString, DrelVarType>&)>
+        callback)
+{
+    variable_use::setUdsVariablesCallback(std::move(callback));
 }
 
 void ProcessEditWidget::clearVarWidget()

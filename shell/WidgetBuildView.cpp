@@ -4,14 +4,14 @@
 #include "model/services/widget_bases.h"
 #include "panels/wgtCommonControl.h"
 #include "panels/wgtGeneralSetting.h"
+#include "shell/AppletStorage.h"
 #include "shell/ProcessEditParts.h"
-#include "shell/RunReportGate.h"
+#include "shell/RunFeeds.h"
 
 #include <QCoreApplication>
 
-WidgetBuildView::WidgetBuildView(ProcessEditParts& parts, QWidget* window,
-                                 std::function<void()> saveAll)
-    : m_parts(parts), m_window(window), m_saveAll(std::move(saveAll))
+WidgetBuildView::WidgetBuildView(ProcessEditParts& parts, QWidget* window)
+    : m_parts(parts), m_window(window)
 {
 }
 
@@ -69,7 +69,7 @@ void WidgetBuildView::finishRunRow(bool success)
 
 void WidgetBuildView::setReportingApp(const QString& appName)
 {
-    m_parts.gate->setRunningApp(appName);
+    m_parts.feeds->setRunningApp(appName);
 }
 
 void WidgetBuildView::hideWaiting()
@@ -79,7 +79,8 @@ void WidgetBuildView::hideWaiting()
 
 void WidgetBuildView::saveAll()
 {
-    m_saveAll();
+    m_parts.storage->save(QString());
+    AppletStorage::saveShared();
 }
 
 void WidgetBuildView::warn(const QString& title, const QString& text)

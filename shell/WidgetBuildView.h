@@ -2,8 +2,6 @@
 
 #include "shell/BuildController.h"
 
-#include <functional>
-
 class QWidget;
 struct ProcessEditParts;
 
@@ -11,8 +9,8 @@ struct ProcessEditParts;
 class WidgetBuildView : public BuildView
 {
 public:
-    /// All outlive this object. @p saveAll saves as the save button does, without its questions.
-    WidgetBuildView(ProcessEditParts& parts, QWidget* window, std::function<void()> saveAll);
+    /// Both outlive this object.
+    WidgetBuildView(ProcessEditParts& parts, QWidget* window);
 
     QString shownSequence() const override;
     void showSequence(const QString& sequenceId) override;
@@ -32,5 +30,4 @@ public:
 private:
     ProcessEditParts& m_parts;
     QWidget* m_window;
-    std::function<void()> m_saveAll;
 };

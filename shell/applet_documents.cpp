@@ -1,15 +1,16 @@
 #include "shell/applet_documents.h"
 
-#include "shell/damaged_files.h"
+#include "shell/kept_copies.h"
 
 #include "model/applet_name.h"
 #include "model/services/log.h"
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
 
-#include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
@@ -69,10 +70,35 @@ bool hasAnyBlock(const QString& appName)
     return false;
 }
 
+// What each document held when it was last read or written here, by absolute path.
+QHash<QString, QByteArray>& knownContents()
+{
+    static QHash<QString, QByteArray> fingerprints;
+    return fingerprints;
+}
+
+void remember(const QString& fileName, const QByteArray& content)
+{
+    knownContents().insert(QFileInfo(fileName).absoluteFilePath(),
+                           QCryptographicHash::hash(content, QCryptographicHash::Sha1));
+}
+
+void keepIfReplaced(const QString& fileName)
+{
+    const auto known = knownContents().constFind(QFileInfo(fileName).absoluteFilePath());
+    QFile file(fileName);
+    if (known == knownContents().constEnd() || !file.open(QIODevice::ReadOnly) ||
+        QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha1) == *known)
+        return;
+    const QString copy = kept_copies::keep(fileName, kept_copies::replaced);
+    sdk_ui_interface::log::log_error(
+        QStringLiteral("[流程编辑] 流程文件已被其他程序修改, 其内容保留为: ") + copy);
+}
+
 // The next save would replace the document.
 void keepDamaged(const QString& fileName, const Reporter& report)
 {
-    const QString copy = damaged_files::keepCopy(fileName);
+    const QString copy = kept_copies::keep(fileName, kept_copies::damaged);
     report(copy.isEmpty() ? QStringLiteral("[流程编辑] 无法保留损坏的流程文件: ") + fileName
                           : QStringLiteral("[流程编辑] 已保留损坏的流程文件: ") + copy);
 }
@@ -91,8 +117,10 @@ void readDocument(const QString& appName, const QString& fileName, const Reporte
         keepDamaged(fileName, report);
         return;
     }
+    const QByteArray text = file.readAll();
+    remember(fileName, text);
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (error.error != QJsonParseError::NoError || !document.isObject()) {
         report(QStringLiteral("[流程编辑] 流程json文件解析失败: ") + error.errorString());
         keepDamaged(fileName, report);
@@ -137,11 +165,19 @@ void readOldDocument(const QString& appName, const QString& folder, const Report
 
 QString documentPath(const QString& jsonFolder)
 {
-    return jsonFolder + documentName;
+    return jsonFolder.isEmpty() ? QString() : jsonFolder + documentName;
 }
 
 bool write(const QString& appName, const QString& fileName, const StripFunction& strip)
 {
+    if (fileName.isEmpty())
+        return false;
+    if (!processedit::getCAppletDataIsExist(appName) && QFile::exists(fileName)) {
+        sdk_ui_interface::log::log_error(
+            QStringLiteral("[流程编辑] 小程序 %1 没有数据, 不覆盖已有文件: %2")
+                .arg(appName, fileName));
+        return false;
+    }
     QJsonObject logicView = parseOwn(processedit::generateProcessJson(appName).toUtf8(),
                                      QStringLiteral("[流程编辑]: 步骤json解析错误: "));
     if (strip)
@@ -152,7 +188,12 @@ bool write(const QString& appName, const QString& fileName, const StripFunction&
         {logicViewKey, logicView},
         {variablesKey, parseOwn(QByteArray::fromStdString(variables),
                                 QStringLiteral("[流程编辑]: 变量json解析错误: "))}};
-    return writeFile(fileName, QJsonDocument(root).toJson());
+    const QByteArray text = QJsonDocument(root).toJson();
+    keepIfReplaced(fileName);
+    if (!writeFile(fileName, text))
+        return false;
+    remember(fileName, text);
+    return true;
 }
 
 void keepBackup(const QString& appName, const QString& fileName, Backup rule)
@@ -168,6 +209,8 @@ void keepBackup(const QString& appName, const QString& fileName, Backup rule)
 
 void read(const QString& appName, const QString& jsonFolder, bool quiet)
 {
+    if (jsonFolder.isEmpty())
+        return;
     const Reporter report(quiet);
     const QString document = documentPath(jsonFolder);
     if (QFile::exists(document))

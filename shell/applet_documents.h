@@ -21,12 +21,17 @@ enum class Backup {
 
 extern const QString documentName;
 
-/// The applet's own document; @p jsonFolder ends with a separator.
+/// The applet's own document; @p jsonFolder ends with a separator. Empty for an empty folder: an
+/// applet without paths has no document.
 QString documentPath(const QString& jsonFolder);
 
 /// Writes the applet's sequences, blocks and variables to @p fileName: the file is either the old
 /// one or the new one at any moment. An empty @p strip writes all. False, with the file as it was,
-/// if it can't be written.
+/// if it can't be written, if @p fileName is empty, and if the model holds nothing of the applet
+/// while there is a file that would be emptied.
+///
+/// A document that another program has changed since it was read or written here is kept aside
+/// first (".replaced").
 bool write(const QString& appName, const QString& fileName, const StripFunction& strip);
 
 /// Keeps the backup beside @p fileName. An applet without any block never touches it, so that an

@@ -1,6 +1,6 @@
 #include "shell/default_tables.h"
 
-#include "shell/damaged_files.h"
+#include "shell/kept_copies.h"
 
 #include "model/services/host.h"
 #include "model/services/log.h"
@@ -35,7 +35,7 @@ QByteArray readTable(const QString& fileName)
     }
     if (complaint.isEmpty())
         return document.toJson();
-    const QString copy = damaged_files::keepCopy(fileName);
+    const QString copy = kept_copies::keep(fileName, kept_copies::damaged);
     sdk_ui_interface::log::log_error(
         QStringLiteral("[流程编辑] 无法读取 %1: %2; 已保留为 %3").arg(fileName, complaint, copy));
     return QByteArray();

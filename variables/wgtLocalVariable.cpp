@@ -1,11 +1,14 @@
 #include "variables/wgtLocalVariable.h"
 
+#include "variables/variable_values.h"
+
 #include "model/applet_name.h"
+#include "model/services/log.h"
 #include "model/services/process_edit.h"
-#include "model/type_tables.h"
 
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QRegularExpression>
 #include <QSignalBlocker>
 #include <QStandardItemModel>
 #include <QTreeView>
@@ -77,10 +80,26 @@ void wgtLocalVariable::reloadSequenceVariables(const QString& sequenceId)
     QStandardItemModel*& model = m_models[sequenceId];
     if (!model)
         model = new QStandardItemModel(this);
-    model->clear();
-    fillModel(model, sequenceId);
+    rebuild(model, sequenceId);
     m_sequenceId = sequenceId;
     showModel(model);
+}
+
+void wgtLocalVariable::rebuild(QStandardItemModel* model, const QString& sequenceId) const
+{
+    model->clear();
+    fillModel(model, sequenceId);
+}
+
+void wgtLocalVariable::refreshSequences(const QStringList& sequenceIds)
+{
+    for (auto it = m_models.cbegin(); it != m_models.cend(); ++it) {
+        if (!sequenceIds.isEmpty() && !sequenceIds.contains(it.key()))
+            continue;
+        rebuild(it.value(), it.key());
+        if (it.key() == m_sequenceId)
+            showModel(it.value());
+    }
 }
 
 void wgtLocalVariable::showSequence(const QString& sequenceId)
@@ -107,6 +126,53 @@ void wgtLocalVariable::removeSequenceModels(const QStringList& sequenceIds)
 void wgtLocalVariable::removeAllModels()
 {
     removeSequenceModels(m_models.keys());
+}
+
+QString wgtLocalVariable::variableInSight(const QString& name) const
+{
+    const std::string appName = appletNameBytes(m_appName);
+    const std::string wanted = name.toStdString();
+    for (const auto& variables :
+         {process_edit::getAllGlobalVariable(), process_edit::getAllCAppletVariable(appName),
+          process_edit::getAllSequenceVariable(appName, m_sequenceId.toStdString())}) {
+        for (const processVariable& variable : variables) {
+            if (variable.name == wanted)
+                return QString::fromStdString(variable.uuid);
+        }
+    }
+    return QString();
+}
+
+void wgtLocalVariable::addVarToCurrentView(const QString& name, const QString& value,
+                                           DrelVarType type, int scope, bool forceNew)
+{
+    static const QRegularExpression nameRule(QStringLiteral("^[a-zA-Z_][a-zA-Z0-9_]{0,19}$"));
+    if (!nameRule.match(name).hasMatch()) {
+        sdk_ui_interface::log::log_error(QStringLiteral("[流程编辑] 变量名称不符合规则: ") + name);
+        return;
+    }
+    const std::string appName = appletNameBytes(m_appName);
+    std::string uuid = forceNew ? std::string() : variableInSight(name).toStdString();
+    if (uuid.empty()) {
+        const std::string owner = scope == SequenceVariable  ? m_sequenceId.toStdString()
+                                  : scope == ProcessVariable ? appName
+                                                             : std::string();
+        uuid = process_edit::addVariable(appName, processVariableType(scope), owner);
+    }
+    processVariable variable = process_edit::getVariable(uuid);
+    if (variable.uuid.empty())
+        return;
+    variable.name = name.toStdString();
+    variable.type = varTypeKeyword(type);
+    variable.value = variable_values::normalized(value, type).toStdString();
+    process_edit::updateVariable(appName, variable, variable.scope);
+    if (variable.scope == SequenceVariable) {
+        refreshSequences({m_sequenceId});
+    } else {
+        refreshSequences({});
+        emit sigUpdateVariable(variable.scope == GlobalVariable, {name});
+    }
+    emit sigModified();
 }
 
 void wgtLocalVariable::fillModel(QStandardItemModel* model, const QString& sequenceId) const

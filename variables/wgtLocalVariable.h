@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/type_tables.h"
+
 #include <QHash>
 #include <QStringList>
 #include <QWidget>
@@ -25,8 +27,17 @@ public:
     void reloadSequenceVariables(const QString& sequenceId);
     /// Shows the model of a sequence; one without a model is built.
     void showSequence(const QString& sequenceId);
+    /// Builds the models of loaded sequences anew, without showing another one. An empty list means
+    /// all of them.
+    void refreshSequences(const QStringList& sequenceIds);
     void removeSequenceModels(const QStringList& sequenceIds);
     void removeAllModels();
+
+    /// Gives the variable of that name in sight of the shown sequence a type and a value, or makes
+    /// one in @p scope (a processVariableType); @p forceNew makes one in any case. A name that is
+    /// no identifier of at most 20 characters changes nothing and is reported to the log.
+    void addVarToCurrentView(const QString& name, const QString& value, DrelVarType type, int scope,
+                             bool forceNew);
 
     /// Widths of the four columns; fewer values change nothing.
     void setColumnWidths(const QList<int>& widths);
@@ -34,11 +45,18 @@ public:
 signals:
     /// The user changed a column's width; all four.
     void sigUpdateVarTreeWidth(QStringList list);
+    /// Variables that other sequences can see were added, changed or removed: whether a global one
+    /// is among them, and their names.
+    void sigUpdateVariable(bool isHaveGlobalVar, QStringList updateVarNameList);
+    /// The document changed.
+    void sigModified();
 
 private slots:
     void onSectionResized(int logicalIndex, int oldSize, int newSize);
 
 private:
+    QString variableInSight(const QString& name) const;
+    void rebuild(QStandardItemModel* model, const QString& sequenceId) const;
     void fillModel(QStandardItemModel* model, const QString& sequenceId) const;
     void showModel(QStandardItemModel* model);
 

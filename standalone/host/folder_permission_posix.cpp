@@ -3,12 +3,15 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 bool GetDirHaveWritePermission(const QString& path)
 {
-    return QFileInfo(path).isDir() && access(QFile::encodeName(path).constData(), W_OK) == 0;
+    // Asked for the user whose rights files are written with.
+    return QFileInfo(path).isDir() &&
+           faccessat(AT_FDCWD, QFile::encodeName(path).constData(), W_OK, AT_EACCESS) == 0;
 }
 
 bool SetDirWritePermission(const QString& path)

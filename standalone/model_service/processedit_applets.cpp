@@ -6,6 +6,8 @@
 #include "standalone/model_service/compile_marks.h"
 #include "standalone/model_service/identifiers.h"
 #include "standalone/model_service/json_text.h"
+#include "standalone/runtime/RunnerRegistry.h"
+#include "standalone/runtime/applet_paths.h"
 
 using namespace standalone;
 
@@ -46,6 +48,8 @@ void renameProcessCAppletName(const QString& oldName, const QString& newName)
     if (!appletStore().rename(oldName, newName))
         return;
     variableStore().renameApplet(toLocalName(oldName), toLocalName(newName));
+    RunnerRegistry::instance().rename(toLocalName(oldName), toLocalName(newName),
+                                      toLocalName(appletModulePath(newName)));
     markCompiled(toLocalName(oldName));
     markChanged(toLocalName(newName));
 }

@@ -46,6 +46,19 @@ bool RunnerRegistry::destroy(const std::string& appName)
     return true;
 }
 
+void RunnerRegistry::rename(const std::string& oldName, const std::string& newName,
+                            const std::string& newModulePath)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const Applet* applet = find(oldName);
+    if (!applet || (applet->run && applet->run->isRunning()) || m_applets.count(newName) > 0)
+        return;
+    auto node = m_applets.extract(oldName);
+    node.key() = newName;
+    node.mapped().record = {newName, newModulePath};
+    m_applets.insert(std::move(node));
+}
+
 bool RunnerRegistry::exists(const std::string& appName) const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);

@@ -24,6 +24,10 @@ public:
     /// Stops its run; false for an unknown applet.
     bool destroy(const std::string& appName);
     bool exists(const std::string& appName) const;
+    /// Under its new name from now on; an applet that runs keeps the old one, and one that nobody
+    /// knows changes nothing.
+    void rename(const std::string& oldName, const std::string& newName,
+                const std::string& newModulePath);
 
     /// The applet while its module is in use: from a run to its unloading. Stays valid until the
     /// applet is destroyed.

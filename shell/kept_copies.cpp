@@ -1,8 +1,8 @@
-#include "shell/damaged_files.h"
+#include "shell/kept_copies.h"
 
 #include <QFile>
 
-namespace damaged_files {
+namespace kept_copies {
 
 namespace {
 
@@ -16,17 +16,20 @@ bool haveSameContent(const QString& fileName, const QString& otherName)
 
 } // namespace
 
-QString keepCopy(const QString& fileName)
+const QString damaged = QStringLiteral(".damaged");
+const QString replaced = QStringLiteral(".replaced");
+
+QString keep(const QString& fileName, const QString& suffix)
 {
-    QString copy = fileName + QStringLiteral(".damaged");
+    QString copy = fileName + suffix;
     for (int number = 2; QFile::exists(copy); ++number) {
         // Opened again before anything was saved: it is kept already.
         if (haveSameContent(fileName, copy))
             return copy;
-        copy = QStringLiteral("%1.damaged%2").arg(fileName).arg(number);
+        copy = fileName + suffix + QString::number(number);
     }
     // One that can't even be opened can still be moved.
     return QFile::copy(fileName, copy) || QFile::rename(fileName, copy) ? copy : QString();
 }
 
-} // namespace damaged_files
+} // namespace kept_copies

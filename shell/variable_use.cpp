@@ -1,0 +1,173 @@
+#include "shell/variable_use.h"
+
+#include "shell/LogicMaster.h"
+
+#include "model/process_blocks.h"
+#include "model/services/processedit.h"
+
+namespace processedit = sdk_ui_interface::processedit;
+
+namespace variable_use {
+
+namespace {
+
+UdsVariables& udsVariables()
+{
+    static UdsVariables callback;
+    return callback;
+}
+
+bool isWordPart(QChar character)
+{
+    return character.isLetterOrNumber() || character == QLatin1Char('_');
+}
+
+// Collects the words of texts.
+class Words
+{
+public:
+    void add(const std::string& text)
+    {
+        if (text.empty())
+            return;
+        const QString characters = QString::fromStdString(text);
+        int begin = 0;
+        for (int end = 0; end <= characters.size(); ++end) {
+            if (end < characters.size() && isWordPart(characters.at(end)))
+                continue;
+            if (end > begin && !characters.at(begin).isDigit())
+                m_words.insert(characters.mid(begin, end - begin));
+            begin = end + 1;
+        }
+    }
+    template <class... Texts> void addAll(const Texts&... texts) { (add(texts), ...); }
+
+    QSet<QString> m_words;
+};
+
+void addGeneral(Words& words, const IProcessBlock& block)
+{
+    words.addAll(block.preCondition, block.loopInit, block.loopCondition, block.loopStep,
+                 block.postConditionCode, block.preStatements, block.postStatements);
+}
+
+template <class Block, class Add> bool addIf(const IProcessBlock& block, Add add)
+{
+    const auto* typed = dynamic_cast<const Block*>(&block);
+    if (typed)
+        add(*typed);
+    return typed != nullptr;
+}
+
+void addCode(Words& words, const IProcessBlock& block)
+{
+    addIf<ConditionProcessBlock>(
+        block, [&](const auto& step) { words.addAll(step.getFun1(), step.getFun2()); }) ||
+        addIf<ForProcessBlock>(block,
+                               [&](const auto& step) {
+                                   words.addAll(step.getFun1(), step.getFun2(), step.getFun3());
+                               }) ||
+        addIf<ExpressionProcessBlock>(
+            block, [&](const auto& step) { words.addAll(step.leftValue, step.rightExpression); }) ||
+        addIf<StatementProcessBlock>(block,
+                                     [&](const auto& step) { words.add(step.customCode()); }) ||
+        addIf<ApiProcessBlock>(block, [&](const auto& step) {
+            words.add(step.returnVariable);
+            for (const auto& parameter : step.parameters())
+                words.add(parameter.value);
+        });
+}
+
+void addTargets(Words& words, const IProcessBlock& block)
+{
+    addIf<PopupWindowProcessBlock>(block,
+                                   [&](const auto& step) {
+                                       words.addAll(step.variableName, step.value);
+                                       for (const auto& button : step.buttons())
+                                           words.add(button.code);
+                                   }) ||
+        addIf<RecvMessageProcessBlock>(
+            block,
+            [&](const auto& step) {
+                words.addAll(step.id.variable, step.dataSize.variable, step.channel.variable,
+                             step.data.variable, step.messageVariable, step.successStatement);
+            }) ||
+        addIf<SendMessageProcessBlock>(block,
+                                       [&](const auto& step) { words.add(step.messageVariable); });
+}
+
+// A diagnostic step of a document that was written elsewhere: its generated code is not trusted.
+void dropGeneratedCode(const QString& appName, const QString& sequenceId,
+                       const std::shared_ptr<UdsProcessBlock>& block)
+{
+    block->callCode.clear();
+    block->taskCode.clear();
+    block->declareCode.clear();
+    processedit::updateProcess(appName, sequenceId, block);
+}
+
+} // namespace
+
+void setUdsVariablesCallback(UdsVariables callback)
+{
+    udsVariables() = std::move(callback);
+}
+
+QSet<QString> namesIn(const IProcessBlock& block)
+{
+    Words words;
+    addGeneral(words, block);
+    addCode(words, block);
+    addTargets(words, block);
+    return words.m_words;
+}
+
+void recordApplet(const QString& appName, bool defer)
+{
+    QMap<QString, QSet<QString>> uses;
+    for (const SequenceInfo& sequence : processedit::getAllSequenceByAppName(appName)) {
+        const QString sequenceId = QString::fromStdString(sequence.id);
+        QSet<QString>& names = uses[sequenceId];
+        for (const auto& block : processedit::getAllProcessBySequenceID(
+                 appName, sequenceId, IProcessBlock::ProcessBlockBelong(0))) {
+            const auto uds = std::dynamic_pointer_cast<UdsProcessBlock>(block);
+            if (!uds) {
+                names.unite(namesIn(*block));
+                continue;
+            }
+            if (defer)
+                dropGeneratedCode(appName, sequenceId, uds);
+            updateUdsVarInfo(appName, uds);
+        }
+    }
+    LogicMaster::instance()->setVariableUse(appName, uses);
+}
+
+void addUdsVar(const std::shared_ptr<UdsProcessBlock>& block, const QString& appName)
+{
+    QMap<QString, DataCategoryType> systemVariables;
+    QMap<QString, DrelVarType> appletVariables;
+    if (!block || !udsVariables() || !udsVariables()(block, systemVariables, appletVariables))
+        return;
+    std::vector<UdsVarStruct> variables;
+    const auto add = [&variables](const QString& name, DrelVarType type, int kind) {
+        variables.push_back({name, QString::fromStdString(varTypeKeyword(type)), kind});
+    };
+    for (auto it = systemVariables.cbegin(); it != systemVariables.cend(); ++it)
+        add(it.key(), varTypeFromDataCategory(it.value()), 1);
+    for (auto it = appletVariables.cbegin(); it != appletVariables.cend(); ++it)
+        add(it.key(), it.value(), 0);
+    LogicMaster::instance()->addUdsVariables(appName, QString::fromStdString(block->uuid),
+                                             variables);
+}
+
+void updateUdsVarInfo(const QString& appName, const std::shared_ptr<IProcessBlock>& block)
+{
+    if (!block)
+        return;
+    LogicMaster::instance()->removeUdsVariables(appName, QString::fromStdString(block->uuid));
+    if (const auto uds = std::dynamic_pointer_cast<UdsProcessBlock>(block))
+        addUdsVar(uds, appName);
+}
+
+} // namespace variable_use

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "model/type_tables.h"
+#include "model/uds_records.h"
+
+#include <QMap>
+#include <QSet>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+class IProcessBlock;
+class UdsProcessBlock;
+
+/// Which variables the steps of an applet use, told to LogicMaster so that a change of a system
+/// variable reaches them. Needs no widget. GUI thread only.
+namespace variable_use {
+
+/// Tells the variables of a diagnostic step, by name: those of the system with their category, and
+/// those of the applet with their type. False if it can't.
+using UdsVariables = std::function<bool(std::shared_ptr<UdsProcessBlock> block,
+                                        QMap<QString, DataCategoryType>& systemVariables,
+                                        QMap<QString, DrelVarType>& appletVariables)>;
+
+/// The host's answer for diagnostic steps; empty: none of them is known to use any.
+void setUdsVariablesCallback(UdsVariables callback);
+
+/// The names that a basic step's code, expressions and targets use, of whatever scope: any of them
+/// may be a system variable's, also of one that is made later.
+QSet<QString> namesIn(const IProcessBlock& block);
+
+/// Records the use of an applet's steps anew, and prepares its diagnostic steps: with @p defer
+/// their generated code is dropped till the next compile.
+void recordApplet(const QString& appName, bool defer);
+
+/// Appends the variables of one diagnostic step to what is recorded for it.
+void addUdsVar(const std::shared_ptr<UdsProcessBlock>& block, const QString& appName);
+
+/// Forgets what is recorded for a step, and records it anew if it is a diagnostic one.
+void updateUdsVarInfo(const QString& appName, const std::shared_ptr<IProcessBlock>& block);
+
+} // namespace variable_use

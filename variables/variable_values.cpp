@@ -1,0 +1,33 @@
+#include "variables/variable_values.h"
+
+namespace variable_values {
+
+QString normalized(const QString& text, DrelVarType type)
+{
+    const QString value = text.trimmed();
+    switch (type) {
+    case DrelChar:
+    case DrelS8:
+    case DrelS16:
+    case DrelS32:
+    case DrelS64:
+        return QString::number(value.toLongLong());
+    case DrelU8:
+    case DrelU16:
+    case DrelU32:
+    case DrelU64:
+        return QString::number(value.toULongLong());
+    case DrelFloat:
+    case DrelDouble:
+        return QString::number(value.toDouble(), 'g', 15);
+    case DrelBool:
+        return value == QLatin1String("true") ? value : QStringLiteral("false");
+    case DrelString:
+    case DrelCharPtr:
+        return text.isEmpty() ? QStringLiteral("NULL") : text;
+    default:
+        return text;
+    }
+}
+
+} // namespace variable_values
