@@ -50,6 +50,7 @@ ProcessEditToolBar::ProcessEditToolBar(QWidget* parent)
     m_compileBtn = addButton(QStringLiteral("compileBtn"), tr("编译"),
                              QStringLiteral(":/icon/功能/compile.png"));
 
+    m_staleBadge->setObjectName(QStringLiteral("staleBadge"));
     m_staleBadge->setText(tr("运行层已过期，请重新编译"));
     m_staleBadge->setStyleSheet(QStringLiteral("color: #c67600; font-weight: bold;"));
     m_staleBadge->hide();

@@ -74,12 +74,12 @@ void MainWindow::buildActions()
     m_appletBox->setToolTip(tr("小程序"));
     bar->addWidget(m_appletBox);
     connect(m_appletBox, &QComboBox::textActivated, this, &MainWindow::chooseApplet);
-    m_createAction =
-        bar->addAction(icon("applet_new"), tr("新建小程序"), this, &MainWindow::createApplet);
-    m_renameAction =
-        bar->addAction(icon("applet_rename"), tr("重命名小程序"), this, &MainWindow::renameApplet);
-    m_removeAction =
-        bar->addAction(icon("applet_remove"), tr("删除小程序"), this, &MainWindow::removeApplet);
+    bar->addAction(icon("applet_new"), tr("新建小程序"), this, &MainWindow::createApplet);
+    m_appletActions = {
+        bar->addAction(icon("applet_rename"), tr("重命名小程序"), this, &MainWindow::renameApplet),
+        bar->addAction(icon("applet_remove"), tr("删除小程序"), this, &MainWindow::removeApplet),
+        bar->addAction(icon("applet_reload"), tr("重新加载"), this, &MainWindow::reloadApplet),
+        bar->addAction(icon("applet_save_copy"), tr("另存副本"), this, &MainWindow::saveCopy)};
     m_editorBar->setObjectName(QStringLiteral("editorBar"));
     addToolBar(m_editorBar);
 
@@ -181,25 +181,39 @@ void MainWindow::openApplet(const QString& name)
 
 void MainWindow::connectEditor()
 {
-    connect(m_editor, &ProcessEditWidget::sigAuthoringModified, this,
-            [this] { setWindowModified(true); });
-    m_editor->setOnAuthoringSavedCallback([this](const QString&) { setWindowModified(false); });
-    connect(m_editor, &ProcessEditWidget::sigSave, this, [this] {
-        showNotice(IWindowManager::NoticeWarning,
-                   tr("无法保存 %1，请检查磁盘空间和文件夹权限").arg(m_applet));
+    connect(m_editor, &ProcessEditWidget::sigAuthoringModified, this, [this] {
+        setWindowModified(true);
+        if (m_isBuilt)
+            m_editor->setRuntimeStaleHint(true);
     });
+    m_editor->setOnAuthoringSavedCallback([this](const QString&) { setWindowModified(false); });
+    m_editor->setOnRuntimeStaleCallback(
+        [this](const QString&) { m_editor->setRuntimeStaleHint(true); });
+    // Queued: it may come in the middle of what a compile has started.
+    connect(m_editor, &ProcessEditWidget::sigSave, this, &MainWindow::offerAnotherPlace,
+            Qt::QueuedConnection);
     connect(m_editor, &ProcessEditWidget::notifyRunResultSig, this,
             [this](bool success, const QString& text) { m_output->append(text, !success); });
     connect(m_editor, &ProcessEditWidget::sigProcessPrograss, m_progress,
             &ProgressDisplay::setProgress);
+    connectBuild();
+}
+
+void MainWindow::connectBuild()
+{
     connect(m_editor, &ProcessEditWidget::sigCompileStart, this, [this] {
         m_outcome = tr("编译完成");
         m_progress->start(tr("正在编译"));
     });
-    // It also tells of compiles of other applets: only the one awaited counts.
+    // sigCompileFinish also tells of compiles of other applets: only the one awaited counts.
     m_editor->setOnCompileFinishedCallback([this](bool success) {
-        if (!success)
+        if (success) {
+            m_isBuilt = true;
+            m_editor->setRuntimeStaleHint(false);
+        } else {
             m_outcome = tr("编译失败");
+        }
+        emit attemptFinished(success);
         // Queued: a run begins after this, and one that can't begin sends no end.
         QMetaObject::invokeMethod(
             this,
@@ -230,6 +244,7 @@ void MainWindow::closeEditor()
     setCentralWidget(m_noApplet);
     m_noApplet->show();
     m_progress->reset();
+    m_isBuilt = false;
     setWindowModified(false);
 }
 
@@ -264,88 +279,14 @@ void MainWindow::pressFunction(int function)
         m_editor->onToolWidgetButtonClickedSlot(function);
 }
 
-void MainWindow::chooseProject()
-{
-    if (!mayLeaveApplet())
-        return;
-    const QString folder = user_dialogs::askFolder(this, tr("打开工程"), m_project.path());
-    if (folder.isEmpty())
-        return;
-    const ProjectFolder project(folder);
-    if (!project.complaint().isEmpty()) {
-        complain(project.complaint());
-        return;
-    }
-    openProject(project);
-    const QStringList applets = project.applets();
-    const QString last = project.lastApplet();
-    if (!applets.isEmpty())
-        openApplet(applets.contains(last) ? last : applets.first());
-}
-
-void MainWindow::chooseApplet(const QString& name)
-{
-    if (name == m_applet)
-        return;
-    if (mayLeaveApplet())
-        openApplet(name);
-    refreshApplets();
-}
-
-void MainWindow::createApplet()
-{
-    if (!mayLeaveApplet())
-        return;
-    const QString name = user_dialogs::askText(this, tr("新建小程序"), tr("名称："), QString());
-    if (name.isEmpty())
-        return;
-    const QString complaint = m_project.createApplet(name);
-    if (complaint.isEmpty())
-        openApplet(name);
-    else
-        complain(complaint);
-}
-
-void MainWindow::renameApplet()
-{
-    if (!mayLeaveApplet())
-        return;
-    const QString old = m_applet;
-    const QString name = user_dialogs::askText(this, tr("重命名小程序"), tr("新名称："), old);
-    if (name.isEmpty() || name == old)
-        return;
-    // Closed meanwhile: the document, its settings and a run must not be in use while they move.
-    closeEditor();
-    const QString complaint = m_project.renameApplet(old, name);
-    openApplet(complaint.isEmpty() ? name : old);
-    if (!complaint.isEmpty())
-        complain(complaint);
-}
-
-void MainWindow::removeApplet()
-{
-    if (!user_dialogs::question(this, tr("警告"),
-                                tr("确定删除小程序 %1 及其全部文件吗？").arg(m_applet)))
-        return;
-    const QString name = m_applet;
-    closeEditor();
-    const QString complaint = m_project.removeApplet(name);
-    if (!complaint.isEmpty())
-        complain(complaint);
-    openProject(m_project);
-    const QStringList applets = m_project.applets();
-    if (!applets.isEmpty())
-        openApplet(applets.first());
-}
-
 void MainWindow::refreshApplets()
 {
     const QSignalBlocker blocker(m_appletBox);
     m_appletBox->clear();
     m_appletBox->addItems(m_project.applets());
     m_appletBox->setCurrentIndex(m_appletBox->findText(m_applet));
-    m_renameAction->setEnabled(m_editor);
-    m_removeAction->setEnabled(m_editor);
+    for (QAction* action : qAsConst(m_appletActions))
+        action->setEnabled(m_editor);
 }
 
 void MainWindow::complain(const QString& complaint)

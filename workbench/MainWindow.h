@@ -37,6 +37,8 @@ public:
 signals:
     /// An editor was made and its applet loaded.
     void appletOpened(const QString& name);
+    /// What a press of Run or Compile began has come to its end, or to the start of a run.
+    void attemptFinished(bool success);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -46,6 +48,7 @@ private:
     void buildDocks();
     void connectHost();
     void connectEditor();
+    void connectBuild();
     void closeEditor();
     QDockWidget* addDock(const QString& name, const QString& title, Qt::DockWidgetArea area,
                          QWidget* content);
@@ -55,6 +58,9 @@ private:
     void createApplet();
     void renameApplet();
     void removeApplet();
+    void reloadApplet();
+    void saveCopy();
+    void offerAnotherPlace();
     void refreshApplets();
     void complain(const QString& complaint);
     void showTitle();
@@ -65,13 +71,12 @@ private:
     ProjectFolder m_project;
     QString m_applet;
     ProcessEditWidget* m_editor = nullptr;
-    QString m_outcome; ///< of what was asked for last
+    QString m_outcome;      ///< of what was asked for last
+    bool m_isBuilt = false; ///< something compiled that a change of the document makes stale
 
     QToolBar* m_editorBar;
     QComboBox* m_appletBox;
-    QAction* m_createAction;
-    QAction* m_renameAction;
-    QAction* m_removeAction;
+    QList<QAction*> m_appletActions; ///< of the open applet
     QDockWidget* m_controlDock;
     QDockWidget* m_settingDock;
     OutputPane* m_output;

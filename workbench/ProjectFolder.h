@@ -40,8 +40,9 @@ private:
     QString complaintAboutName(const QString& name) const;
     QString outputFolder(const QString& name, const char* suffix) const;
 
-    /// Writes the order anew, with @p newName in the place of @p oldName; an empty old name appends,
-    /// an empty new one leaves out. A project that can't be written keeps the order it has.
+    /// Writes the order anew, with @p newName in the place of @p oldName; an empty old name
+    /// appends, an empty new one leaves out. A project that can't be written keeps the order it
+    /// has.
     void keepOrder(const QString& oldName, const QString& newName) const;
 
     QString m_path;

@@ -54,7 +54,7 @@ void ScriptedRun::listenForLines()
             &ScriptedRun::onState, Qt::QueuedConnection);
     connect(m_editor, &ProcessEditWidget::notifyRunResultSig, this,
             [this](bool, const QString& text) { printOutput(text); });
-    m_editor->setOnCompileFinishedCallback([this](bool success) { onAttemptFinished(success); });
+    connect(&m_window, &MainWindow::attemptFinished, this, &ScriptedRun::onAttemptFinished);
 }
 
 void ScriptedRun::printLine(const QStringList& fields) const

@@ -65,8 +65,15 @@ Answer showDialog(QWidget* parent, const Message& message)
         return input(QInputDialog::getText(parent, title, text, QLineEdit::Normal, message.value));
     case Kind::Folder:
         return input(QFileDialog::getExistingDirectory(parent, title, message.value));
+    case Kind::SaveFile:
+        return input(QFileDialog::getSaveFileName(parent, title, message.value, message.filter));
     }
     return {};
+}
+
+QString valueOf(const Answer& answer)
+{
+    return answer.button == Button::Ok ? answer.value : QString();
 }
 
 Answer show(QWidget* parent, const Message& message)
@@ -83,39 +90,43 @@ Handler setHandler(Handler handler)
 
 void information(QWidget* parent, const QString& title, const QString& text)
 {
-    show(parent, {Kind::Information, title, text, QString()});
+    show(parent, {Kind::Information, title, text, QString(), QString()});
 }
 
 void warning(QWidget* parent, const QString& title, const QString& text)
 {
-    show(parent, {Kind::Warning, title, text, QString()});
+    show(parent, {Kind::Warning, title, text, QString(), QString()});
 }
 
 bool confirm(QWidget* parent, const QString& title, const QString& text)
 {
-    return show(parent, {Kind::OkCancel, title, text, QString()}).button == Button::Ok;
+    return show(parent, {Kind::OkCancel, title, text, QString(), QString()}).button == Button::Ok;
 }
 
 bool question(QWidget* parent, const QString& title, const QString& text)
 {
-    return show(parent, {Kind::YesNo, title, text, QString()}).button == Button::Yes;
+    return show(parent, {Kind::YesNo, title, text, QString(), QString()}).button == Button::Yes;
 }
 
 Button saveOrDiscard(QWidget* parent, const QString& title, const QString& text)
 {
-    return show(parent, {Kind::SaveDiscardCancel, title, text, QString()}).button;
+    return show(parent, {Kind::SaveDiscardCancel, title, text, QString(), QString()}).button;
 }
 
 QString askText(QWidget* parent, const QString& title, const QString& label, const QString& value)
 {
-    const Answer answer = show(parent, {Kind::Text, title, label, value});
-    return answer.button == Button::Ok ? answer.value : QString();
+    return valueOf(show(parent, {Kind::Text, title, label, value, QString()}));
 }
 
 QString askFolder(QWidget* parent, const QString& title, const QString& startFolder)
 {
-    const Answer answer = show(parent, {Kind::Folder, title, QString(), startFolder});
-    return answer.button == Button::Ok ? answer.value : QString();
+    return valueOf(show(parent, {Kind::Folder, title, QString(), startFolder, QString()}));
+}
+
+QString askSaveFile(QWidget* parent, const QString& title, const QString& startFile,
+                    const QString& filter)
+{
+    return valueOf(show(parent, {Kind::SaveFile, title, QString(), startFile, filter}));
 }
 
 } // namespace user_dialogs

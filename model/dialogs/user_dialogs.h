@@ -11,7 +11,16 @@ class QWidget;
 namespace user_dialogs {
 
 enum class Button { Ok, Cancel, Yes, No, Save, Discard };
-enum class Kind { Information, Warning, OkCancel, YesNo, SaveDiscardCancel, Text, Folder };
+enum class Kind {
+    Information,
+    Warning,
+    OkCancel,
+    YesNo,
+    SaveDiscardCancel,
+    Text,
+    Folder,
+    SaveFile
+};
 
 /// One dialog, as a person would see it.
 struct Message
@@ -19,7 +28,8 @@ struct Message
     Kind kind = Kind::Information;
     QString title;
     QString text;
-    QString value; ///< what an input starts with
+    QString value;  ///< what an input starts with
+    QString filter; ///< of a file dialog, as QFileDialog takes it
 };
 
 /// What the person did; @c value counts for the inputs, with Button::Ok.
@@ -52,5 +62,9 @@ Button saveOrDiscard(QWidget* parent, const QString& title, const QString& text)
 /// A line of text, or a folder that exists; empty if the person cancelled.
 QString askText(QWidget* parent, const QString& title, const QString& label, const QString& value);
 QString askFolder(QWidget* parent, const QString& title, const QString& startFolder);
+
+/// A file to write, which may exist: the person has been asked then. Empty if cancelled.
+QString askSaveFile(QWidget* parent, const QString& title, const QString& startFile,
+                    const QString& filter);
 
 } // namespace user_dialogs

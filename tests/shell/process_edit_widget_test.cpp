@@ -1,21 +1,29 @@
 #include "shell/ProcessEditWidget.h"
 
 #include "logic/LogicView.h"
+#include "model/dialogs/user_dialogs.h"
 #include "model/process_blocks.h"
 #include "shell/LogicMaster.h"
 #include "shell/ProcessEditNotifyTool.h"
 #include "shell/ProcessEditToolBar.h"
 #include "standalone/host/Host.h"
 #include "standalone/runtime/runtime.h"
+#include "standalone/variables/SystemVariables.h"
 #include "tests/support/applet_fixture.h"
 #include "tests/support/child_processes.h"
+#include "tests/support/folders.h"
+#include "tests/support/print_tree.h"
 
+#include <QDragEnterEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QSettings>
 #include <QSplitter>
 #include <QStackedWidget>
+#include <QTabBar>
 #include <QTabWidget>
+#include <QTreeView>
 #include <QtTest>
 
 namespace processedit = sdk_ui_interface::processedit;
@@ -33,7 +41,17 @@ private slots:
     void panelsSayWhyTheyAreEmpty();
     void runTabKeepsTheUsersSizes();
     void widthsGoToTheSettings();
+    void settingsAreReadOnce();
     void refusedSaveIsASignal();
+    void tablesAreReadOnce();
+    void droppedFiles_data();
+    void droppedFiles();
+    void draggedSequenceShowsTheTemplates();
+    void sequencesBecomeTemplates();
+    void removedSequencesLeaveThePanels();
+    void hostAddsVariables();
+    void changedSystemVariableReloadsThePanel();
+    void loadTellsTheHost();
     void destroyedInTheMiddleOfARun();
     void outlivesItsWidgetOnRequest();
 
@@ -171,6 +189,213 @@ void ProcessEditWidgetTest::widthsGoToTheSettings()
     QCOMPARE(settings.value(QStringLiteral("Widget/ProcessRunWidgetWidth")).toString(),
              QStringLiteral("11,12"));
     QVERIFY(!settings.contains(QStringLiteral("Widget/VarWidgetWidth")));
+}
+
+void ProcessEditWidgetTest::settingsAreReadOnce()
+{
+    auto* splitter = find<QSplitter>(m_editor.get(), "splitter");
+    const auto reopen = [this](const char* widths) {
+        m_editor.reset();
+        QSettings settings(folder() + QStringLiteral("settings.ini"), QSettings::IniFormat);
+        settings.setValue(QStringLiteral("Widget/WidgetWidth"), QString::fromLatin1(widths));
+        settings.sync();
+        m_editor = std::make_unique<ProcessEditWidget>(QStringLiteral("Test"));
+        m_editor->resize(1200, 700);
+        m_editor->createCApplet(m_name);
+        m_editor->setProcessJsonAndVciPath(folder(), folder());
+        m_editor->setSettingPath(folder());
+        m_editor->show();
+        const QList<int> sizes = find<QSplitter>(m_editor.get(), "splitter")->sizes();
+        m_editor->load(false);
+        return sizes;
+    };
+    // Two values are no sizes.
+    const QList<int> own = reopen("250,600");
+    splitter = find<QSplitter>(m_editor.get(), "splitter");
+    QCOMPARE(splitter->sizes(), own);
+    reopen("260,610,310");
+    splitter = find<QSplitter>(m_editor.get(), "splitter");
+    QVERIFY(splitter->sizes() != own);
+    // What the user has dragged since stays when the document is loaded again.
+    splitter->setSizes({300, 500, 380});
+    const QList<int> dragged = splitter->sizes();
+    m_editor->load(false);
+    QCOMPARE(splitter->sizes(), dragged);
+    // On the run tab the sizes to come back to are kept, not the run tab's own.
+    m_editor->saveSplitterSizes();
+    m_editor->onLogicWidgetTabChanged(1);
+    m_editor->saveSplitterSizes();
+    const QSettings settings(folder() + QStringLiteral("settings.ini"), QSettings::IniFormat);
+    QStringList texts;
+    for (int size : dragged)
+        texts << QString::number(size);
+    QCOMPARE(settings.value(QStringLiteral("Widget/WidgetWidth")).toString(),
+             texts.join(QLatin1Char(',')));
+}
+
+void ProcessEditWidgetTest::tablesAreReadOnce()
+{
+    const QString file = folder() + QStringLiteral("globalVariable.json");
+    QVERIFY(test_support::putFile(
+        file, R"({"variables": [{"name": "late", "type": "s32", "uuid": "g1", "value": "1"}]})"));
+    const ProcessEditWidget second(QStringLiteral("Test"));
+    for (const processVariable& variable : process_edit::getAllGlobalVariable())
+        QVERIFY(variable.name != "late");
+}
+
+void ProcessEditWidgetTest::droppedFiles_data()
+{
+    QTest::addColumn<QStringList>("files");
+    QTest::addColumn<QStringList>("dialogs");
+    QTest::addColumn<int>("imports");
+    const QStringList first{QStringLiteral("导入:存在多个文件, 即将默认导入第一个文件")};
+    QTest::newRow("one") << QStringList{QStringLiteral("/x/a.dpe")} << QStringList() << 1;
+    QTest::newRow("encrypted, in capitals")
+        << QStringList{QStringLiteral("/x/a.DPEENC")} << QStringList() << 1;
+    QTest::newRow("several") << QStringList{QStringLiteral("/x/a.dpe"), QStringLiteral("/x/b.dpe")}
+                             << first << 1;
+    QTest::newRow("another among them")
+        << QStringList{QStringLiteral("/x/a.txt"), QStringLiteral("/x/b.dpe")} << QStringList()
+        << 1;
+    QTest::newRow("none of them") << QStringList{QStringLiteral("/x/a.txt")} << QStringList() << 0;
+}
+
+void ProcessEditWidgetTest::droppedFiles()
+{
+    QFETCH(QStringList, files);
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString& file : files)
+        urls << QUrl::fromLocalFile(file);
+    data.setUrls(urls);
+    QStringList dialogs;
+    user_dialogs::setHandler([&dialogs](const user_dialogs::Message& message) {
+        dialogs << message.title + QLatin1Char(':') + message.text;
+        return user_dialogs::Answer();
+    });
+    QSignalSpy notices(&standalone::Host::instance(), &standalone::Host::noticeShown);
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_editor.get(), &enter);
+    QVERIFY(enter.isAccepted());
+    QDropEvent drop(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(m_editor.get(), &drop);
+    user_dialogs::setHandler({});
+    QTEST(dialogs, "dialogs");
+    QTEST(int(notices.count()), "imports");
+}
+
+void ProcessEditWidgetTest::draggedSequenceShowsTheTemplates()
+{
+    auto* tabs = find<QTabWidget>(m_editor.get(), "tabWidget");
+    QMimeData other;
+    other.setText(QStringLiteral("x"));
+    QMimeData sequence;
+    sequence.setData(QStringLiteral("application/sequence_drag"), QByteArray());
+    for (const QMimeData* data : {&other, &sequence}) {
+        QCOMPARE(tabs->currentIndex(), 0);
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(tabs->tabBar(), &enter);
+    }
+    QCOMPARE(tabs->currentIndex(), 1);
+}
+
+void ProcessEditWidgetTest::sequencesBecomeTemplates()
+{
+    addDelay(10);
+    QSignalSpy told(LogicMaster::instance(), &LogicMaster::sigUpdateTemplateWidget);
+    m_editor->onAddTemplateSequence({QStringLiteral("no such sequence")});
+    QCOMPARE(told.count(), 0);
+    m_editor->onAddTemplateSequence({sequence()});
+    QCOMPARE(told.count(), 1);
+    QCOMPARE(find<QTabWidget>(m_editor.get(), "tabWidget")->currentIndex(), 1);
+    QCOMPARE(find<QTreeView>(m_editor.get(), "template_treeView")->model()->rowCount(), 1);
+    QFile file(folder() + QStringLiteral("processtemplate.peTemp"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll().contains("等待"));
+    processedit::removeAllProcessTemplate(false);
+}
+
+void ProcessEditWidgetTest::removedSequencesLeaveThePanels()
+{
+    addDelay(10);
+    const QString second = processedit::createSeuqence(m_name, QStringLiteral("second"));
+    m_editor->loadDataToUI(m_name, false);
+    const QString first = sequence();
+    const auto* variables = find<QWidget>(m_editor.get(), "widget_para")->findChild<QTreeView*>();
+    const auto* view = m_editor->findChild<LogicView*>();
+    QVERIFY(variables->model() && view->editModel(second));
+    m_editor->onRemoveSelectSequence({first});
+    QVERIFY(!view->editModel(first) && view->editModel(second));
+    QVERIFY(!variables->model());
+    QCOMPARE(sequence(), QString());
+    m_editor->setCurrentShowSequence(second);
+    QVERIFY(variables->model());
+    m_editor->onRemoveAllSequence();
+    QVERIFY(!view->editModel(second) && !variables->model());
+}
+
+void ProcessEditWidgetTest::hostAddsVariables()
+{
+    QSignalSpy modified(m_editor.get(), &ProcessEditWidget::sigAuthoringModified);
+    const auto rows = [this] {
+        const auto* tree = find<QWidget>(m_editor.get(), "widget_para")->findChild<QTreeView*>();
+        const QStringList lines = test_support::printTree(*tree->model(), {0, 1, 2});
+        return QString(lines.join(QLatin1Char('\n')));
+    };
+    m_editor->addVarToCurrentView(QStringLiteral("speed"), QStringLiteral(" 12 "), DrelU16,
+                                  SequenceVariable, false);
+    m_editor->addVarToCurrentView(QStringLiteral("title"), QString(), DrelString, ProcessVariable,
+                                  false);
+    QVERIFY2(rows().contains(QStringLiteral("speed | 12 | u16")), qPrintable(rows()));
+    QVERIFY2(rows().contains(QStringLiteral("title | NULL | string")), qPrintable(rows()));
+    // The one that is there takes the new value, wherever it stands.
+    m_editor->addVarToCurrentView(QStringLiteral("title"), QStringLiteral("x"), DrelCharPtr,
+                                  SequenceVariable, false);
+    QVERIFY2(rows().contains(QStringLiteral("title | x | char*")), qPrintable(rows()));
+    QCOMPARE(rows().count(QStringLiteral("title")), 1);
+    QCOMPARE(modified.count(), 3);
+    // A name that no variable may have.
+    m_editor->addVarToCurrentView(QStringLiteral("1a"), QString(), DrelU8, SequenceVariable, true);
+    QCOMPARE(modified.count(), 3);
+}
+
+void ProcessEditWidgetTest::changedSystemVariableReloadsThePanel()
+{
+    auto step = applet_fixture::addStep<StatementProcessBlock>(
+        m_name, sequence(), QStringLiteral("1"), step_type::Statement, "语句");
+    step->setCustomCode("speed = 1;");
+    m_editor->updateUseSystemVarItemInfo(m_name, false);
+    process_edit::addVariable(m_name.toStdString(), SequenceVariable, sequence().toStdString());
+    const auto* tree = find<QWidget>(m_editor.get(), "widget_para")->findChild<QTreeView*>();
+    const auto ownRows = [tree] { return tree->model()->rowCount(tree->model()->index(0, 0)); };
+    QCOMPARE(ownRows(), 0);
+    auto& variables = standalone::SystemVariables::instance();
+    variables.define({QStringLiteral("speed"), QString(), 1, DoubleCategory, QString(), 2});
+    variables.setValue(QStringLiteral("speed"), QStringLiteral("3"));
+    variables.waitForListeners();
+    QTRY_COMPARE(ownRows(), 1);
+}
+
+void ProcessEditWidgetTest::loadTellsTheHost()
+{
+    QStringList told;
+    m_editor->setShouldDeferCodeGenCallback([&told] {
+        told << QStringLiteral("defer?");
+        return false;
+    });
+    m_editor->setOnCAppletLoadedCallback(
+        [&told](const QString& name, bool dataOnly) { told << name + QString::number(dataOnly); });
+    m_editor->load(true);
+    QCOMPARE(told, QStringList({QStringLiteral("defer?"), m_name + QStringLiteral("1")}));
+    // Before it has an applet there is nothing to load or save.
+    ProcessEditWidget fresh(QStringLiteral("Test"));
+    fresh.setOnCAppletLoadedCallback(
+        [&told](const QString&, bool) { told << QStringLiteral("?"); });
+    QSignalSpy refused(&fresh, &ProcessEditWidget::sigSave);
+    fresh.load(false);
+    fresh.save(QString());
+    QCOMPARE(told.size(), 2);
+    QCOMPARE(refused.count(), 0);
 }
 
 void ProcessEditWidgetTest::refusedSaveIsASignal()

@@ -33,6 +33,9 @@ private slots:
     void unsavedChangesAreAskedFor();
     void appletsAreChosenCreatedRenamedRemoved();
     void anotherProjectHasItsOwnVariables();
+    void changeAfterABuildShowsTheBadge();
+    void runThatCannotBeginIsTold();
+    void documentIsReloadedCopiedAndSavedElsewhere();
     void windowStateIsRemembered();
 
 private:
@@ -251,6 +254,79 @@ void WindowTest::anotherProjectHasItsOwnVariables()
     QVERIFY(first.open(QIODevice::ReadOnly));
     QVERIFY(first.readAll().contains("line_name"));
     m_window->openProject(ProjectFolder(m_folder->path()));
+}
+
+void WindowTest::changeAfterABuildShowsTheBadge()
+{
+    m_window->openApplet(QStringLiteral("crash"));
+    const auto toggle = [this] {
+        QAbstractItemModel* rows = logicTree("treeView")->model();
+        const QModelIndex step = rows->index(0, 0, rows->index(1, 0));
+        const bool isOn = step.data(Qt::CheckStateRole) == Qt::Checked;
+        QVERIFY(rows->setData(step, isOn ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole));
+    };
+    const auto isStale = [this] { return !find<QLabel>("staleBadge")->isHidden(); };
+    toggle();
+    QVERIFY(!isStale()); // nothing is compiled yet
+    for (int round = 0; round < 2; ++round) {
+        find<QToolButton>("compileBtn")->click();
+        QTRY_COMPARE_WITH_TIMEOUT(find<QLabel>("activity")->text(), QStringLiteral("编译完成"),
+                                  Patience);
+        QVERIFY(!isStale());
+        toggle();
+        QVERIFY(isStale());
+    }
+}
+
+void WindowTest::runThatCannotBeginIsTold()
+{
+    m_window->openApplet(QStringLiteral("crash"));
+    standalone::setRunnerPath(m_folder->filePath(QStringLiteral("no_runner")));
+    pressRunMain();
+    QTRY_COMPARE_WITH_TIMEOUT(find<QLabel>("activity")->text(), QStringLiteral("运行未能开始"),
+                              Patience);
+    standalone::setRunnerPath(QString());
+    QVERIFY(isIdle());
+}
+
+void WindowTest::documentIsReloadedCopiedAndSavedElsewhere()
+{
+    m_window->openApplet(QStringLiteral("crash"));
+    const QStringList asRead = editRows();
+    const QString document = m_window->project().appletFolder(QStringLiteral("crash")) +
+                             QStringLiteral("processInfo.pedt");
+    QAbstractItemModel* rows = logicTree("treeView")->model();
+    QVERIFY(rows->setData(rows->index(1, 0), Qt::Unchecked, Qt::CheckStateRole));
+    QVERIFY(editRows() != asRead);
+
+    const QString copy = m_folder->filePath(QStringLiteral("copy.pedt"));
+    m_answer = {user_dialogs::Button::Ok, copy};
+    press("另存副本");
+    QVERIFY(QFile::exists(copy));
+    QVERIFY(m_window->isDocumentModified());
+
+    m_answer.button = user_dialogs::Button::No;
+    press("重新加载");
+    QVERIFY(editRows() != asRead);
+    m_answer.button = user_dialogs::Button::Yes;
+    press("重新加载");
+    QCOMPARE(editRows(), asRead);
+    QVERIFY(!m_window->isDocumentModified());
+
+    // A document that can't be replaced: the window offers another place.
+    QVERIFY(QFile::remove(document));
+    QVERIFY(QDir().mkpath(document + QStringLiteral("/in_the_way")));
+    QVERIFY(QFile::remove(copy));
+    m_dialogs.clear();
+    user_dialogs::setHandler([this, copy](const user_dialogs::Message& message) {
+        m_dialogs << message.title;
+        const bool isFile = message.kind == user_dialogs::Kind::SaveFile;
+        return user_dialogs::Answer{isFile ? user_dialogs::Button::Ok : user_dialogs::Button::Yes,
+                                    copy};
+    });
+    m_window->editor()->save(QString());
+    QTRY_COMPARE(m_dialogs, QStringList({QStringLiteral("警告"), QStringLiteral("另存副本")}));
+    QVERIFY(QFile::exists(copy));
 }
 
 void WindowTest::windowStateIsRemembered()
