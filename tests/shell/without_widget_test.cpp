@@ -14,6 +14,8 @@
 
 #include <QtTest>
 
+#include <future>
+
 namespace processedit = sdk_ui_interface::processedit;
 using Editor = ProcessEditWidget;
 
@@ -151,18 +153,17 @@ void WithoutWidgetTest::compiles()
     QString sequence;
     QVERIFY(!Editor::compileProcessEdit(m_name, {}, sequence));
     const QString id = makeSequence();
-    QSemaphore finished;
-    compileResult result = CompileFailed;
+    std::promise<compileResult> finished;
     QVERIFY(Editor::compileProcessEdit(
         m_name,
-        [&](compileResult outcome, quint64, const char*, const char*) {
-            result = outcome;
-            finished.release();
+        [&](compileResult result, quint64, const char*, const char*) {
+            finished.set_value(result);
         },
         sequence));
     QCOMPARE(sequence, id);
-    QVERIFY(finished.tryAcquire(1, 60000));
-    QCOMPARE(result, CompileSucceeded);
+    auto outcome = finished.get_future();
+    QVERIFY(outcome.wait_for(std::chrono::minutes(1)) == std::future_status::ready);
+    QCOMPARE(outcome.get(), CompileSucceeded);
     // The host's own end is the only one: nothing is pending, nobody else is told.
     QVERIFY(LogicMaster::instance()->takePendingCompile(m_name).sequenceId.isEmpty());
     standalone::shutdownCompiler();
