@@ -1,111 +1,162 @@
 #include "sequences/wgtSequenceTable.h"
 
+#include "model/applet_name.h"
+#include "model/services/process_edit.h"
 #include "model/services/processedit.h"
+#include "sequences/SequenceTable.h"
+#include "sequences/sequence_rules.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
-#include <QHeaderView>
+#include <QMenu>
 #include <QSignalBlocker>
-#include <QTableWidget>
+
+#include <algorithm>
 
 namespace processedit = sdk_ui_interface::processedit;
 
 namespace {
 
-enum Column { NameColumn, MainColumn, CommentColumn, ColumnCount };
-constexpr int MainColumnWidth = 60;
-
-QTableWidgetItem* makeItem(const std::string& text)
-{
-    auto* item = new QTableWidgetItem(QString::fromStdString(text));
-    item->setToolTip(item->text());
-    return item;
-}
-
-QWidget* makeCentred(QWidget* child)
-{
-    auto* cell = new QWidget;
-    auto* layout = new QHBoxLayout(cell);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(child, 0, Qt::AlignCenter);
-    return cell;
-}
+const char* const MenuTitle = QT_TRANSLATE_NOOP("wgtSequenceTable", "Context Menu");
+const char* const AddText = QT_TRANSLATE_NOOP("wgtSequenceTable", "添加序列");
+const char* const AddTemplateText = QT_TRANSLATE_NOOP("wgtSequenceTable", "添加选中序列至模板");
+const char* const RemoveSelectedText = QT_TRANSLATE_NOOP("wgtSequenceTable", "删除所选序列");
+const char* const RemoveAllText = QT_TRANSLATE_NOOP("wgtSequenceTable", "删除所有序列");
 
 } // namespace
 
 wgtSequenceTable::wgtSequenceTable(QWidget* parent)
-    : QWidget(parent), m_table(new QTableWidget(0, ColumnCount))
+    : QWidget(parent), m_table(new SequenceTable(this))
 {
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_table);
     m_table->setObjectName(QStringLiteral("tableWidget"));
-    m_table->setHorizontalHeaderLabels({tr("序列名称(英文/数字)"), tr("主序列"), tr("注释")});
-    m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    m_table->horizontalHeader()->setSectionResizeMode(MainColumn, QHeaderView::Fixed);
-    m_table->setColumnWidth(MainColumn, MainColumnWidth);
-    m_table->verticalHeader()->hide();
-    m_table->verticalHeader()->setDefaultSectionSize(qMax(30, 2 * fontMetrics().height()));
-    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_table->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(m_table, &QTableWidget::currentItemChanged, this,
             &wgtSequenceTable::onCurrentItemChangedSlot);
+    connect(m_table, &QTableWidget::itemChanged, this, &wgtSequenceTable::onItemChangedSlot);
+    connect(m_table, &QWidget::customContextMenuRequested, this,
+            &wgtSequenceTable::showContextMenu);
 }
 
 void wgtSequenceTable::setCAppletName(const QString& appName)
 {
     m_appName = appName;
+    m_table->setCAppletName(appName);
+}
+
+void wgtSequenceTable::setContextMenuDisabled(bool disabled)
+{
+    m_contextMenuDisabled = disabled;
 }
 
 void wgtSequenceTable::clearRows()
 {
-    const QSignalBlocker blocker(m_table);
-    m_table->setRowCount(0);
+    m_table->removeAllRows();
 }
 
 void wgtSequenceTable::addSequenceRow(const SequenceInfo& info, bool select)
 {
-    const QSignalBlocker blocker(m_table);
-    const int row = m_table->rowCount();
-    m_table->insertRow(row);
-    QTableWidgetItem* name = makeItem(info.name);
-    name->setData(Qt::UserRole, QString::fromStdString(info.id));
-    m_table->setItem(row, NameColumn, name);
-    m_table->setItem(row, CommentColumn, makeItem(info.comment));
-    auto* mainBox = new QCheckBox;
-    mainBox->setChecked(info.isMain);
-    connect(mainBox, &QCheckBox::stateChanged, this,
+    const int row = m_table->appendSequence(info);
+    connect(m_table->mainBoxAt(row), &QCheckBox::stateChanged, this,
             &wgtSequenceTable::onMainSequenceCheckBoxChangedSlot);
-    m_table->setCellWidget(row, MainColumn, makeCentred(mainBox));
-    if (select)
-        m_table->setCurrentCell(row, NameColumn);
+    if (!select)
+        return;
+    const QSignalBlocker blocker(m_table);
+    m_table->makeCurrent(row);
 }
 
 void wgtSequenceTable::selectSequence(const QString& sequenceId)
 {
+    if (sequenceId == currentSequenceId())
+        return;
     for (int row = 0; row < m_table->rowCount(); ++row) {
-        if (sequenceIdAt(row) != sequenceId)
+        if (m_table->sequenceIdAt(row) != sequenceId)
             continue;
-        if (row != m_table->currentRow())
-            m_table->setCurrentCell(row, NameColumn);
+        m_table->makeCurrent(row);
         return;
     }
 }
 
 QString wgtSequenceTable::currentSequenceId() const
 {
-    return sequenceIdAt(m_table->currentRow());
+    return m_table->sequenceIdAt(m_table->currentRow());
 }
 
-QString wgtSequenceTable::sequenceIdAt(int row) const
+QMenu* wgtSequenceTable::makeContextMenu()
 {
-    const QTableWidgetItem* item = m_table->item(row, NameColumn);
-    return item ? item->data(Qt::UserRole).toString() : QString();
+    auto* menu = new QMenu(tr(MenuTitle), this);
+    menu->addAction(tr(AddText), this, &wgtSequenceTable::addSequenceSlot);
+    QAction* addTemplate =
+        menu->addAction(tr(AddTemplateText), this, &wgtSequenceTable::addSequenceToTemplate);
+    QAction* removeSelected =
+        menu->addAction(tr(RemoveSelectedText), this, &wgtSequenceTable::removeSelectedSequence);
+    menu->addAction(tr(RemoveAllText), this, &wgtSequenceTable::removeAllSequence);
+    const bool isAnySelected = m_table->selectionModel()->hasSelection();
+    addTemplate->setEnabled(isAnySelected);
+    removeSelected->setEnabled(isAnySelected);
+    menu->setDisabled(m_contextMenuDisabled);
+    return menu;
 }
 
-QCheckBox* wgtSequenceTable::mainBoxAt(int row) const
+void wgtSequenceTable::showContextMenu(const QPoint& position)
 {
-    return m_table->cellWidget(row, MainColumn)->findChild<QCheckBox*>();
+    if (m_contextMenuDisabled)
+        return;
+    QMenu* menu = makeContextMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(m_table->viewport()->mapToGlobal(position));
+}
+
+void wgtSequenceTable::addSequenceSlot()
+{
+    const QString name = sequence_rules::freeName(m_table->names());
+    const QString id = processedit::createSeuqence(m_appName, name);
+    if (id.isEmpty())
+        return;
+    addSequenceRow(processedit::getSequence(m_appName, id), true);
+    emit signalAddSquence(id);
+    emit currentSequenceChanged(id);
+    m_table->resizeRowsToContents();
+    emit sigModified();
+}
+
+void wgtSequenceTable::removeSelectedSequence()
+{
+    const QVector<int> rows = m_table->selectedRows();
+    if (rows.isEmpty())
+        return;
+    QStringList ids = m_table->sequenceIdsAt(rows);
+    std::reverse(ids.begin(), ids.end()); // the last one goes first, as in the table
+    for (const QString& id : qAsConst(ids)) {
+        process_edit::removeAllVarBySequenceId(appletNameBytes(m_appName), id.toStdString());
+        processedit::removeSequence(m_appName, id);
+    }
+    m_table->removeRowsAt(rows);
+    emit signalRemoveSequence(ids);
+    emit currentSequenceChanged(currentSequenceId());
+    m_table->selectRow(m_table->currentRow());
+    emit sigModified();
+}
+
+void wgtSequenceTable::removeAllSequence()
+{
+    processedit::removeAllSequenceByAppName(m_appName);
+    for (int row = 0; row < m_table->rowCount(); ++row)
+        process_edit::removeAllVarBySequenceId(appletNameBytes(m_appName),
+                                               m_table->sequenceIdAt(row).toStdString());
+    m_table->removeAllRows();
+    emit signalRemoveAllSequence();
+    emit currentSequenceChanged(QString());
+    emit sigModified();
+}
+
+void wgtSequenceTable::addSequenceToTemplate()
+{
+    const QStringList ids = m_table->sequenceIdsAt(m_table->selectedRows());
+    if (!ids.isEmpty())
+        emit signalAddTemplate(ids);
 }
 
 void wgtSequenceTable::onCurrentItemChangedSlot(QTableWidgetItem* current,
@@ -114,24 +165,59 @@ void wgtSequenceTable::onCurrentItemChangedSlot(QTableWidgetItem* current,
     // A walk along the cells of one row changes nothing.
     if (!current || (previous && previous->row() == current->row()))
         return;
-    emit currentSequenceChanged(sequenceIdAt(current->row()));
+    emit currentSequenceChanged(m_table->sequenceIdAt(current->row()));
+}
+
+void wgtSequenceTable::onItemChangedSlot(QTableWidgetItem* item)
+{
+    const int column = item->column();
+    if (column != SequenceTable::NameColumn && column != SequenceTable::CommentColumn)
+        return;
+    {
+        const QSignalBlocker blocker(m_table);
+        item->setToolTip(item->text());
+    }
+    // Not of the current row alone: the arrow keys leave an editor by changing the row first.
+    SequenceInfo info = processedit::getSequence(m_appName, m_table->sequenceIdAt(item->row()));
+    const bool isName = column == SequenceTable::NameColumn;
+    (isName ? info.name : info.comment) = item->text().toStdString();
+    processedit::updateSequence(m_appName, info);
+    if (isName)
+        emit signalRenameSequence();
+    emit sigModified();
 }
 
 void wgtSequenceTable::onMainSequenceCheckBoxChangedSlot(int state)
 {
-    for (int row = 0; row < m_table->rowCount(); ++row) {
-        QCheckBox* box = mainBoxAt(row);
-        const bool isSender = box == sender();
-        if (!isSender && state != Qt::Checked)
-            continue;
-        const bool isMain = isSender && state == Qt::Checked;
-        const QSignalBlocker blocker(box);
-        box->setChecked(isMain);
-        SequenceInfo info = processedit::getSequence(m_appName, sequenceIdAt(row));
-        if (info.isMain == isMain)
-            continue;
-        info.isMain = isMain;
-        processedit::updateSequence(m_appName, info);
+    auto* pressed = qobject_cast<QCheckBox*>(sender());
+    if (!pressed)
+        return;
+    if (state != Qt::Checked) {
+        const QSignalBlocker blocker(pressed);
+        // In the middle of a press setChecked would change what is shown, but not what the next
+        // press is compared with.
+        pressed->setCheckState(Qt::Checked);
+        return;
     }
+    int pressedRow = -1;
+    QVector<bool> boxes;
+    for (int row = 0; row < m_table->rowCount(); ++row) {
+        const QCheckBox* box = m_table->mainBoxAt(row);
+        boxes.append(box->isChecked());
+        if (box == pressed)
+            pressedRow = row;
+    }
+    for (const auto& flag : sequence_rules::mainFlagsToStore(boxes, pressedRow))
+        setMain(flag.row, flag.isMain);
+}
+
+void wgtSequenceTable::setMain(int row, bool isMain)
+{
+    QCheckBox* box = m_table->mainBoxAt(row);
+    const QSignalBlocker blocker(box);
+    box->setChecked(isMain);
+    SequenceInfo info = processedit::getSequence(m_appName, m_table->sequenceIdAt(row));
+    info.isMain = isMain;
+    processedit::updateSequence(m_appName, info);
     emit sigModified();
 }

@@ -3,12 +3,13 @@
 #include <QWidget>
 
 struct SequenceInfo;
-class QCheckBox;
-class QTableWidget;
+class QMenu;
 class QTableWidgetItem;
+class SequenceTable;
 
 /// The list of an applet's sequences: name, main flag and comment, a row each, in order of
-/// creation. A change goes to the model service at once. GUI thread only.
+/// creation. A change goes to the model service at once. Sequences are told by their uuids in all
+/// signals, also where a parameter is called a name. GUI thread only.
 class wgtSequenceTable : public QWidget
 {
     Q_OBJECT
@@ -16,29 +17,55 @@ public:
     explicit wgtSequenceTable(QWidget* parent = nullptr);
 
     void setCAppletName(const QString& appName);
+    /// With @p disabled the table has no context menu.
+    void setContextMenuDisabled(bool disabled);
 
     /// Empties the table without a signal.
     void clearRows();
-    /// Appends the row of a sequence; with @p select it becomes the current one, without a signal.
+    /// Appends the row of a sequence that the model holds; with @p select it becomes the current
+    /// one. No signal: this is how a document is loaded.
     void addSequenceRow(const SequenceInfo& info, bool select);
     /// Makes the row of a sequence current; an id without a row changes nothing.
     void selectSequence(const QString& sequenceId);
     /// Empty without a current row.
     QString currentSequenceId() const;
 
+    /// A new context menu, with its entries enabled as they are now. A child of this widget that
+    /// the caller deletes.
+    QMenu* makeContextMenu();
+
+public slots:
+    /// Adds a sequence under a free name to the applet; its row becomes the current one.
+    void addSequenceSlot();
+    /// Removes the sequences of the selected rows with their variables; nothing is asked.
+    void removeSelectedSequence();
+    void removeAllSequence();
+    /// Offers the sequences of the selected rows as templates.
+    void addSequenceToTemplate();
+
 signals:
-    void currentSequenceChanged(QString sequenceId);
+    void signalAddSquence(QString name);
+    /// Once for all sequences that were removed together; they are gone from the model.
+    void signalRemoveSequence(QStringList nameList);
+    void signalRemoveAllSequence();
+    /// Empty when the last sequence is gone.
+    void currentSequenceChanged(QString name);
+    /// In table order.
+    void signalAddTemplate(QStringList idList);
+    void signalRenameSequence();
     /// The table changed the document.
     void sigModified();
 
 private slots:
     void onCurrentItemChangedSlot(QTableWidgetItem* current, QTableWidgetItem* previous);
+    void onItemChangedSlot(QTableWidgetItem* item);
     void onMainSequenceCheckBoxChangedSlot(int state);
+    void showContextMenu(const QPoint& position);
 
 private:
-    QString sequenceIdAt(int row) const;
-    QCheckBox* mainBoxAt(int row) const;
+    void setMain(int row, bool isMain);
 
-    QTableWidget* m_table;
+    SequenceTable* m_table;
     QString m_appName;
+    bool m_contextMenuDisabled = false;
 };

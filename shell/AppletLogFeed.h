@@ -13,7 +13,7 @@ class QObject;
 /// in one event, in their order, and an applet that writes faster than a person's pane can take
 /// loses lines and not the editor. How many were lost is said in their place.
 ///
-/// Any thread, under its own mutex; shared by its receiver and by the connections of the threads.
+/// Any thread, under its own mutex; shared by its receiver and by what the threads call.
 class AppletLogFeed : public std::enable_shared_from_this<AppletLogFeed>
 {
 public:

@@ -20,6 +20,18 @@ void ProcessEditWidget::connectSequences()
     const wgtSequenceTable* table = m->ui.sequenceWidget;
     connect(table, &wgtSequenceTable::currentSequenceChanged, this,
             &ProcessEditWidget::currentSequenceChangedSlot);
+    connect(table, &wgtSequenceTable::signalAddSquence, this, [this](const QString& sequenceId) {
+        m->ui.center_wgt->addNewModelSlot(sequenceId);
+        m->ui.widget_para->reloadSequenceVariables(sequenceId);
+    });
+    connect(table, &wgtSequenceTable::signalRemoveSequence, this,
+            &ProcessEditWidget::onRemoveSelectSequence);
+    connect(table, &wgtSequenceTable::signalRemoveAllSequence, this,
+            &ProcessEditWidget::onRemoveAllSequence);
+    connect(table, &wgtSequenceTable::signalRenameSequence, m->ui.center_wgt,
+            &LogicView::refreshSequenceNames);
+    connect(table, &wgtSequenceTable::signalAddTemplate, this,
+            &ProcessEditWidget::onAddTemplateSequence);
     connect(table, &wgtSequenceTable::sigModified, LogicMaster::instance(),
             &LogicMaster::sigModify);
     const wgtLocalVariable* variables = m->ui.widget_para;

@@ -2,8 +2,7 @@
 
 #include "shell/AppletLogFeed.h"
 #include "shell/LatestProgress.h"
-#include "shell/LogicMaster.h"
-#include "shell/ProcessEditNotifyTool.h"
+#include "shell/RunFeedHub.h"
 #include "shell/RunReportGate.h"
 
 #include "logic/LogicView.h"
@@ -15,7 +14,7 @@ RunFeeds::RunFeeds(LogicView* view, QObject* parent)
           [this](const QString& appName, const QString& text) { emit logLine(appName, text); })),
       m_progress(new LatestProgress(this))
 {
-    connectReports();
+    RunFeedHub::instance()->add({m_gate, m_logFeed});
     // Emitted on the reporting thread, from behind the gate: this object is there then.
     connect(view, &LogicView::sigProcessPrograss, m_progress, &LatestProgress::put,
             Qt::DirectConnection);
@@ -27,38 +26,6 @@ RunFeeds::~RunFeeds()
     close();
 }
 
-// These come on the runtime's threads: only the gate and the log feed, which outlive this object,
-// may be touched.
-void RunFeeds::connectReports()
-{
-    const LogicMaster* master = LogicMaster::instance();
-    const auto gate = m_gate;
-    connect(
-        master, &LogicMaster::NotifyRunStateSig, this,
-        [gate](const QString& appName, const QString& sequenceId, const QString& blockUuid,
-               double progress,
-               int result) { gate->report(appName, sequenceId, blockUuid, progress, result); },
-        Qt::DirectConnection);
-    connect(
-        master, &LogicMaster::NotifyGotoSequenceSig, this,
-        [gate](const QString& appName, const QString& sequenceId, bool isEnd) {
-            gate->sequenceChange(appName, sequenceId, isEnd, QString());
-        },
-        Qt::DirectConnection);
-    connect(
-        master, &LogicMaster::NotifyGotoTemplateSequenceSig, this,
-        [gate](const QString& appName, const QString& templateId, const QString& sequenceId,
-               bool isEnd) { gate->sequenceChange(appName, sequenceId, isEnd, templateId); },
-        Qt::DirectConnection);
-    const auto logFeed = m_logFeed;
-    connect(
-        ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::cAppletLogSignal, this,
-        [logFeed](const QString& appName, int, const QString& message) {
-            logFeed->put(appName, message);
-        },
-        Qt::DirectConnection);
-}
-
 void RunFeeds::setRunningApp(const QString& appName)
 {
     m_gate->setRunningApp(appName);
@@ -66,6 +33,7 @@ void RunFeeds::setRunningApp(const QString& appName)
 
 void RunFeeds::close()
 {
+    RunFeedHub::instance()->remove(m_gate);
     m_gate->close();
     m_logFeed->close();
 }

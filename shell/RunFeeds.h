@@ -11,8 +11,8 @@ class LogicView;
 class RunReportGate;
 
 /// What the runtime's threads have to tell one window, brought in: run reports into its LogicView,
-/// log lines and progress as signals on the GUI thread. Connected to LogicMaster and the notify
-/// tool from its construction on; once closed, nothing of those threads comes near the window.
+/// log lines and progress as signals on the GUI thread. Reached from its construction on; once
+/// closed, nothing of those threads comes near the window.
 ///
 /// GUI thread only, but for report and sequenceChange.
 class RunFeeds : public QObject
@@ -29,7 +29,7 @@ public:
     /// Returns when nobody is inside.
     void close();
 
-    /// As the connections do. Any thread.
+    /// As the hub does. Any thread.
     void report(const QString& appName, const QString& sequenceId, const QString& blockUuid,
                 double progress, int result);
     void sequenceChange(const QString& appName, const QString& sequenceId, bool isEnd,
@@ -42,9 +42,7 @@ signals:
     void progressChanged(double progress, int state);
 
 private:
-    void connectReports();
-
-    // Shared with the lambdas that the runtime's threads call.
+    // Shared with the hub, which the runtime's threads call.
     std::shared_ptr<RunReportGate> m_gate;
     std::shared_ptr<AppletLogFeed> m_logFeed;
     LatestProgress* m_progress;

@@ -3,6 +3,7 @@
 #include "logic/LogicView.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/process_blocks.h"
+#include "sequences/wgtSequenceTable.h"
 #include "shell/LogicMaster.h"
 #include "shell/ProcessEditNotifyTool.h"
 #include "shell/ProcessEditToolBar.h"
@@ -23,6 +24,7 @@
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QTreeView>
 #include <QtTest>
 
@@ -48,6 +50,7 @@ private slots:
     void droppedFiles();
     void draggedSequenceShowsTheTemplates();
     void sequencesBecomeTemplates();
+    void sequenceTableDrivesThePanels();
     void removedSequencesLeaveThePanels();
     void hostAddsVariables();
     void changedSystemVariableReloadsThePanel();
@@ -313,6 +316,32 @@ void ProcessEditWidgetTest::sequencesBecomeTemplates()
     QVERIFY(file.open(QIODevice::ReadOnly));
     QVERIFY(file.readAll().contains("等待"));
     processedit::removeAllProcessTemplate(false);
+}
+
+void ProcessEditWidgetTest::sequenceTableDrivesThePanels()
+{
+    auto* table = m_editor->findChild<wgtSequenceTable*>();
+    const auto* view = m_editor->findChild<LogicView*>();
+    const QString first = sequence();
+    auto call = applet_fixture::addStep<SequenceProcessBlock>(m_name, first, QStringLiteral("1"),
+                                                              step_type::Sequence, "调用");
+    QSignalSpy modified(m_editor.get(), &ProcessEditWidget::sigAuthoringModified);
+    table->addSequenceSlot();
+    const QString added = sequence();
+    QVERIFY(added != first && view->editModel(added));
+    QCOMPARE(modified.count(), 1);
+    call->sourceKind = SequenceProcessBlock::AppletSequence;
+    call->sequenceId = added.toStdString();
+    call->sequenceName = "Sequence_1";
+    processedit::updateProcess(m_name, first, call);
+    m_editor->loadDataToUI(m_name, false);
+    QCOMPARE(sequence(), first);
+    // A new name reaches the row that calls the sequence.
+    auto* rows = table->findChild<QTableWidget*>();
+    rows->item(1, 0)->setText(QStringLiteral("renamed"));
+    const QString text =
+        test_support::printTree(*view->editModel(first), {0, 1}).join(QLatin1Char('\n'));
+    QVERIFY2(text.contains(QStringLiteral("renamed")), qPrintable(text));
 }
 
 void ProcessEditWidgetTest::removedSequencesLeaveThePanels()

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QMutex>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+class AppletLogFeed;
+class RunReportGate;
+
+/// Hands what the runtime's threads report to every window's gate and log feed. The signals that
+/// carry reports are emitted on foreign threads, and Qt lets no receiver of a direct connection go
+/// while its sender is at work; so this one object is connected to them, once for the process, and
+/// windows come and go behind its own mutex.
+///
+/// add and remove on the GUI thread; the rest is called on the runtime's threads.
+class RunFeedHub : public QObject
+{
+    Q_OBJECT
+public:
+    struct Window
+    {
+        std::shared_ptr<RunReportGate> gate;
+        std::shared_ptr<AppletLogFeed> log;
+    };
+
+    /// The first call comes on the GUI thread.
+    static RunFeedHub* instance();
+
+    void add(Window window);
+    /// A report that is under way may still reach the gate, which must be closed too.
+    void remove(const std::shared_ptr<RunReportGate>& gate);
+
+private:
+    using Windows = std::vector<Window>;
+
+    RunFeedHub();
+    std::shared_ptr<const Windows> windows() const;
+    void setWindows(Windows windows);
+
+    void onRunState(const QString& appName, const QString& sequenceId, const QString& blockUuid,
+                    double progress, int result) const;
+    void onSequence(const QString& appName, const QString& sequenceId, bool isEnd) const;
+    void onTemplateSequence(const QString& appName, const QString& templateId,
+                            const QString& sequenceId, bool isEnd) const;
+    void onLog(const QString& appName, int level, const QString& message) const;
+
+    mutable QMutex m_mutex; ///< guards the pointer; what it points to never changes
+    std::shared_ptr<const Windows> m_windows = std::make_shared<const Windows>();
+};
