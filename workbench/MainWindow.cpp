@@ -127,7 +127,7 @@ void MainWindow::connectHost()
     connect(&host, &standalone::Host::noticeShown, this, &MainWindow::showNotice);
     // One progress is one run.
     connect(&host, &standalone::Host::progressCreated, this,
-            [this] { m_progress->start(tr("正在运行")); });
+            [this] { m_progress->start(tr("正在运行"), true); });
     connect(
         ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::runFinishSignal, this,
         [this](const QString& appName, const QString&, int event) {
@@ -203,7 +203,7 @@ void MainWindow::connectBuild()
 {
     connect(m_editor, &ProcessEditWidget::sigCompileStart, this, [this] {
         m_outcome = tr("编译完成");
-        m_progress->start(tr("正在编译"));
+        m_progress->start(tr("正在编译"), false);
     });
     // sigCompileFinish also tells of compiles of other applets: only the one awaited counts.
     m_editor->setOnCompileFinishedCallback([this](bool success) {

@@ -29,11 +29,11 @@ ProgressDisplay::ProgressDisplay(QWidget* parent)
     connect(&m_refresh, &QTimer::timeout, this, &ProgressDisplay::showElapsed);
 }
 
-void ProgressDisplay::start(const QString& activity)
+void ProgressDisplay::start(const QString& activity, bool hasProgress)
 {
     m_activity->setText(activity);
     m_bar->setValue(0);
-    m_bar->show();
+    m_bar->setVisible(hasProgress);
     m_elapsed.start();
     m_refresh.start();
     showElapsed();

@@ -15,8 +15,8 @@ class ProgressDisplay : public QWidget
 public:
     explicit ProgressDisplay(QWidget* parent = nullptr);
 
-    /// Something begins: its name, and time from zero.
-    void start(const QString& activity);
+    /// Something begins: its name, and time from zero. @p hasProgress shows the bar for it.
+    void start(const QString& activity, bool hasProgress);
     /// It has ended; the time stands still.
     void finish(const QString& outcome);
     /// Nothing was started yet.
