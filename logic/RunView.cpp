@@ -12,6 +12,9 @@
 #include <QTimer>
 #include <QTreeView>
 
+#include <algorithm>
+#include <iterator>
+
 using run_states::Outcome;
 
 namespace {
@@ -51,12 +54,13 @@ void RunView::start(const QString& appName, const QString& sequenceId, const QSt
     Sheets earlier;
     earlier.swap(m_runSheets);
     m_sheetByIds.clear();
-    const RunPlan plan = run_plan::planRun(appName, sequenceId);
-    for (const RunTarget& target : plan.targets)
-        addSheet(target);
+    RunPlan plan = run_plan::planRun(appName, sequenceId);
     m_queue.setBlocks(plan.blockUuids);
+    m_current = addSheet(plan.targets.front());
+    // The others get their rows when the run comes to them, as they are now.
+    m_unreached.assign(std::make_move_iterator(plan.targets.begin() + 1),
+                       std::make_move_iterator(plan.targets.end()));
 
-    m_current = m_runSheets.front().get();
     putOnScreen(m_current);
     setColumnWidths({ColumnWidth, ColumnWidth, ColumnWidth, ColumnWidth});
     fitFirstColumn();
@@ -82,6 +86,7 @@ void RunView::stop()
             kept.push_back(std::move(sheet));
     }
     m_runSheets = std::move(kept);
+    m_unreached.clear();
     m_sheetByIds.clear();
     m_queue.clear();
     finishLogProgress();
@@ -164,6 +169,8 @@ RunSheet* RunView::sheetOf(const QString& templateId, const QString& sequenceId)
         return m_lastLanded;
     if (RunSheet* sheet = m_sheetByIds.value({templateId, sequenceId}))
         return sheet;
+    if (RunSheet* sheet = reach(templateId, sequenceId))
+        return sheet;
     // A sequence of the applet that is called while a template is in force, or the other way round.
     for (const auto& sheet : m_runSheets) {
         if (sheet->sequenceId() == sequenceId) {
@@ -171,11 +178,32 @@ RunSheet* RunView::sheetOf(const QString& templateId, const QString& sequenceId)
             return sheet.get();
         }
     }
+    const auto other = std::find_if(
+        m_unreached.begin(), m_unreached.end(),
+        [&sequenceId](const RunTarget& target) { return target.sequenceId == sequenceId; });
+    if (other != m_unreached.end()) {
+        RunSheet* sheet = reach(other->templateId, sequenceId);
+        m_sheetByIds.insert({templateId, sequenceId}, sheet);
+        return sheet;
+    }
     // Reached without a call, by the jump behind a step.
     RunTarget target;
     if (!run_plan::findTarget(m_runAppName, templateId, sequenceId, target))
         return nullptr;
     return addSheet(target);
+}
+
+RunSheet* RunView::reach(const QString& templateId, const QString& sequenceId)
+{
+    const auto found =
+        std::find_if(m_unreached.begin(), m_unreached.end(), [&](const RunTarget& target) {
+            return target.sequenceId == sequenceId && target.templateId == templateId;
+        });
+    if (found == m_unreached.end())
+        return nullptr;
+    RunSheet* sheet = addSheet(*found);
+    m_unreached.erase(found);
+    return sheet;
 }
 
 RunSheet* RunView::addSheet(const RunTarget& target)

@@ -66,6 +66,7 @@ private:
 
     RunSheet* sheetOf(const QString& templateId, const QString& sequenceId);
     RunSheet* addSheet(const RunTarget& target);
+    RunSheet* reach(const QString& templateId, const QString& sequenceId);
     void followGoto(const runProcessState& report);
     void flush();
     void putOnScreen(RunSheet* sheet);
@@ -82,6 +83,7 @@ private:
     bool m_isRunning = false;
     int m_progressHandle = -1;
 
+    std::vector<RunTarget> m_unreached;                     ///< planned, without rows yet
     Sheets m_runSheets;                                     ///< the start sequence first
     QHash<QPair<QString, QString>, RunSheet*> m_sheetByIds; ///< template and sequence
     RunSheet* m_current = nullptr;                          ///< where the run is
