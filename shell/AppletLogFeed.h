@@ -5,40 +5,34 @@
 #include <QVector>
 
 #include <functional>
-#include <memory>
 
-class QObject;
-
-/// Brings log lines of applets from the runtime's threads to the GUI thread: all that wait go over
-/// in one event, in their order, and an applet that writes faster than a person's pane can take
-/// loses lines and not the editor. How many were lost is said in their place.
+/// Brings log lines of applets from the runtime's threads to the GUI thread: all that wait are taken
+/// at once, in their order, and an applet that writes faster than a person's pane can take loses
+/// lines and not the editor. How many were lost is said in their place.
 ///
-/// Any thread, under its own mutex; shared by its receiver and by what the threads call.
-class AppletLogFeed : public std::enable_shared_from_this<AppletLogFeed>
+/// Any thread, under its own mutex; shared by its taker and by what the threads call.
+class AppletLogFeed
 {
 public:
-    using Sink = std::function<void(const QString& appName, const QString& text)>;
-    static constexpr int MostWaiting = 5000;
-
-    /// @p sink is called on the thread of @p receiver.
-    AppletLogFeed(QObject* receiver, Sink sink);
-
-    void put(const QString& appName, const QString& text);
-    /// Nothing is told afterwards. On the receiver's thread, before it goes.
-    void close();
-
-private:
     struct Line
     {
         QString appName;
         QString text;
     };
+    static constexpr int MostWaiting = 5000;
 
-    void flush();
+    /// @p wake is called on the thread of the first line that waits, with the feed locked: it must
+    /// be quick, must not call the feed, and sees to it that take() is called soon.
+    explicit AppletLogFeed(std::function<void()> wake);
 
+    void put(const QString& appName, const QString& text);
+    QVector<Line> take();
+    /// Nothing wakes and nothing waits afterwards.
+    void close();
+
+private:
     QMutex m_mutex;
-    QObject* m_receiver;
-    Sink m_sink;
+    std::function<void()> m_wake; ///< empty once closed
     QVector<Line> m_waiting;
     int m_lost = 0;
 };

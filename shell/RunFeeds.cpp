@@ -10,8 +10,7 @@
 RunFeeds::RunFeeds(LogicView* view, QObject* parent)
     : QObject(parent), m_gate(std::make_shared<RunReportGate>(view)),
       m_logFeed(std::make_shared<AppletLogFeed>(
-          this,
-          [this](const QString& appName, const QString& text) { emit logLine(appName, text); })),
+          [this] { QMetaObject::invokeMethod(this, &RunFeeds::takeLog, Qt::QueuedConnection); })),
       m_progress(new LatestProgress(this))
 {
     RunFeedHub::instance()->add({m_gate, m_logFeed});
@@ -29,6 +28,13 @@ RunFeeds::~RunFeeds()
 void RunFeeds::setRunningApp(const QString& appName)
 {
     m_gate->setRunningApp(appName);
+}
+
+void RunFeeds::takeLog()
+{
+    const auto lines = m_logFeed->take();
+    for (const AppletLogFeed::Line& line : lines)
+        emit logLine(line.appName, line.text);
 }
 
 void RunFeeds::close()

@@ -42,6 +42,8 @@ signals:
     void progressChanged(double progress, int state);
 
 private:
+    void takeLog();
+
     // Shared with the hub, which the runtime's threads call.
     std::shared_ptr<RunReportGate> m_gate;
     std::shared_ptr<AppletLogFeed> m_logFeed;
