@@ -16,7 +16,10 @@ std::string awaitStart(int commandPipe);
 /// Starts the thread. Both live to the end of the process.
 void start(int commandPipe, ReportBuffer& reports);
 
-/// Not 0 after a stop command; for the applet to look at between its steps.
+/// Whether a stop command has come. Any thread.
+bool isStopAsked();
+
+/// The same as a number that is not 0, for the applet to look at between its steps.
 const volatile int* stopFlag();
 
 /// Tells the thread that reports wait. Any thread, cheap.

@@ -29,9 +29,9 @@ public:
     void onStart(const std::string& id) override { sequenceId = id; }
     void onStop() override
     {
-        if (stopAsked)
+        if (isStopAsked())
             return;
-        stopAsked = 1;
+        __atomic_store_n(&stopAsked, 1, __ATOMIC_RELAXED);
         close(stopPipe[1]);
     }
     std::string sequenceId;
@@ -101,6 +101,11 @@ void start(int commandPipe, ReportBuffer& reports)
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
+bool isStopAsked()
+{
+    return __atomic_load_n(&stopAsked, __ATOMIC_RELAXED) != 0;
+}
+
 const volatile int* stopFlag()
 {
     return &stopAsked;
@@ -118,9 +123,9 @@ bool wait(std::int64_t milliseconds)
     constexpr std::int64_t LongestPoll = 60 * 60 * 1000;
     const std::int64_t end = now() + milliseconds;
     pollfd stopped = {stopPipe[0], POLLIN, 0};
-    for (std::int64_t left = milliseconds; left > 0 && !stopAsked; left = end - now())
+    for (std::int64_t left = milliseconds; left > 0 && !isStopAsked(); left = end - now())
         poll(&stopped, 1, static_cast<int>(std::min(left, LongestPoll)));
-    return !stopAsked;
+    return !isStopAsked();
 }
 
 std::int64_t now()

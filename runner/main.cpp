@@ -36,7 +36,7 @@ void sendEnd()
 {
     {
         ReportBuffer::Appending records(reports);
-        const auto reason = *control::stopFlag() ? protocol::Stopped : protocol::Finished;
+        const auto reason = control::isStopAsked() ? protocol::Stopped : protocol::Finished;
         records.add(protocol::putEnd(records.room(), reason));
     }
     reports.flush();

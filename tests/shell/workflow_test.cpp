@@ -368,8 +368,10 @@ void WorkflowTest::stopAsksFirst()
     QCOMPARE(message, QStringLiteral("流程正在运行中, 请等待流程结束后再次运行。"));
     m_answer = user_dialogs::Button::Yes;
     press(ProcessEditToolBar::Stop);
-    QCOMPARE(untilFinished(), lines("output 1 flow 运行中止|<rule> [idle]\n"
-                                    "runFinish [idle]\n"));
+    const Lines heard = untilFinished();
+    QVERIFY2(heard == lines("output 1 flow 运行中止|<rule> [idle]\n"
+                            "runFinish [idle]\n"),
+             qPrintable(heard.join(QLatin1Char('\n'))));
 }
 
 void WorkflowTest::crashEndsTheRun()
