@@ -49,12 +49,23 @@ void BreakPointColumn::show(QStandardItemModel* model, int rowCount)
 {
     model->setColumnCount(1);
     model->setHorizontalHeaderLabels({QString()});
-    model->setRowCount(rowCount);
     if (m_table->model() != model) {
         m_buttons.clear();
         view_models::setModel(m_table, model);
     }
+    setRowCount(rowCount);
     m_table->verticalScrollBar()->setValue(m_tree->verticalScrollBar()->value());
+}
+
+void BreakPointColumn::setRowCount(int rowCount)
+{
+    auto* model = qobject_cast<QStandardItemModel*>(m_table->model());
+    if (!model)
+        return;
+    // All rows are alike: rows in the midst of the tree come and go at the table's end.
+    model->setRowCount(rowCount);
+    // The bar's range, too, must follow at once: the tree may be about to scroll to a new row.
+    m_table->doItemsLayout();
     m_placing->start();
 }
 

@@ -20,6 +20,9 @@ public:
     /// Shows @p model, which gets one row for each of @p rowCount rows of the tree.
     void show(QStandardItemModel* model, int rowCount);
 
+    /// Follows rows of the tree that came or went; nothing happens while no model is shown.
+    void setRowCount(int rowCount);
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -50,6 +50,29 @@ bool CheckStateEditor::writeBlock(const QStandardItem* row)
     return block && write(row, block, row->checkState());
 }
 
+void CheckStateEditor::spread(QStandardItem* row)
+{
+    const QSignalBlocker blocker(row->model());
+    check_states::propagate(*this, row);
+}
+
+void CheckStateEditor::updateUpward(const QStandardItem* row)
+{
+    const QSignalBlocker blocker(row->model());
+    check_states::updateUpward(*this, row);
+}
+
+void CheckStateEditor::switchOff(const QVector<QStandardItem*>& rows)
+{
+    // All at first: a row that is still on would bring its new parent back.
+    for (QStandardItem* row : rows) {
+        const QSignalBlocker blocker(row->model());
+        setState(row, Qt::Unchecked);
+    }
+    for (QStandardItem* row : rows)
+        spread(row);
+}
+
 bool CheckStateEditor::write(const QStandardItem* row, const std::shared_ptr<IProcessBlock>& block,
                              Qt::CheckState state)
 {

@@ -3,6 +3,7 @@
 #include "logic/CheckTree.h"
 
 #include <QString>
+#include <QVector>
 
 #include <memory>
 
@@ -25,6 +26,16 @@ public:
     /// Brings the block of @p row alone to the state of its box. False if nothing has changed, as
     /// with a flow's row.
     bool writeBlock(const QStandardItem* row);
+
+    /// Lets the state of a step's block spread as if its box had just been set: for a new row.
+    void spread(QStandardItem* row);
+
+    /// Brings the rows above @p row to what their children say: for a row that is left beside one
+    /// that has gone.
+    void updateUpward(const QStandardItem* row);
+
+    /// Switches steps off that have come under a disabled parent, with what goes with them.
+    void switchOff(const QVector<QStandardItem*>& rows);
 
 private:
     Qt::CheckState state(const QStandardItem* row) const override;

@@ -1,30 +1,20 @@
 #include "logic/LogicView.h"
 
-#include "logic/BreakPointColumn.h"
-#include "logic/CheckStateEditor.h"
 #include "logic/CustonStandModel.h"
+#include "logic/LogicViewParts.h"
 #include "logic/RowHeightDelegate.h"
 #include "logic/RowIndex.h"
-#include "logic/RunView.h"
-#include "logic/flow_loader.h"
 #include "logic/logic_roles.h"
-#include "logic/row_texts.h"
 #include "logic/tree_look.h"
 #include "logic/view_models.h"
-#include "model/SequenceInfo.h"
-#include "model/services/processedit.h"
-#include "ui_LogicView.h"
 
 #include <QEvent>
 #include <QHeaderView>
 #include <QPainter>
-#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QSignalBlocker>
 
 #include <algorithm>
-
-using namespace sdk_ui_interface;
 
 namespace {
 
@@ -49,28 +39,28 @@ QStringList widthTexts(const QHeaderView* header)
 
 } // namespace
 
-LogicView::LogicView(QWidget* parent)
-    : QWidget(parent), m_ui(std::make_unique<Ui::LogicView>()),
-      m_checkStates(std::make_unique<CheckStateEditor>())
+LogicView::LogicView(QWidget* parent) : QWidget(parent), m(std::make_unique<LogicViewParts>())
 {
-    m_ui->setupUi(this);
+    m->ui.setupUi(this);
+    m->sheets = new EditSheets(this);
     setUpEditTab();
+    setUpSteps();
     setUpRunTab();
-    m_ui->tabWidget->setTabEnabled(RunTab, false);
-    m_ui->tabWidget->setCurrentIndex(EditTab);
-    connect(m_ui->tabWidget, &QTabWidget::currentChanged, this, &LogicView::onCurrentTabChange);
+    m->ui.tabWidget->setTabEnabled(RunTab, false);
+    m->ui.tabWidget->setCurrentIndex(EditTab);
+    connect(m->ui.tabWidget, &QTabWidget::currentChanged, this, &LogicView::onCurrentTabChange);
 }
 
 LogicView::~LogicView() = default;
 
 void LogicView::setUpEditTab()
 {
-    tree_look::apply(m_ui->treeView);
-    m_breakPoints = std::make_unique<BreakPointColumn>(m_ui->tableView, m_ui->treeView);
-    connect(m_ui->treeView, &QTreeView::clicked, this, &LogicView::onItemClicked);
-    connect(m_ui->treeView, &QTreeView::doubleClicked, this, &LogicView::onItemDoubleClicked);
-    m_ui->treeView->horizontalScrollBar()->installEventFilter(this);
-    QHeaderView* header = m_ui->treeView->header();
+    tree_look::apply(m->ui.treeView);
+    m->breakPoints = std::make_unique<BreakPointColumn>(m->ui.tableView, m->ui.treeView);
+    connect(m->ui.treeView, &QTreeView::clicked, this, &LogicView::onItemClicked);
+    connect(m->ui.treeView, &QTreeView::doubleClicked, this, &LogicView::onItemDoubleClicked);
+    m->ui.treeView->horizontalScrollBar()->installEventFilter(this);
+    QHeaderView* header = m->ui.treeView->header();
     connect(header, &QHeaderView::sectionResized, this, [this, header](int column, int, int size) {
         // The stretched last column follows the window, not the user.
         if (column == logic_columns::Setting)
@@ -81,15 +71,37 @@ void LogicView::setUpEditTab()
     });
 }
 
+void LogicView::setUpSteps()
+{
+    m->steps = std::make_unique<StepEditor>(*m->ui.treeView, m->checkStates);
+    const StepEditor* steps = m->steps.get();
+    connect(m->ui.treeView, &MyCustomTreeView::sigRemoveItem, this, &LogicView::removeRowSlot);
+    connect(steps, &StepEditor::edited, this, &LogicView::sigModified);
+    connect(steps, &StepEditor::rowCountChanged, m->breakPoints.get(),
+            &BreakPointColumn::setRowCount);
+    connect(steps, &StepEditor::rowsRemoved, this,
+            [this] { m->sheets->refreshJumps(m_currentSequenceId); });
+    connect(steps, &StepEditor::blockChanged, this, &LogicView::refreshRow);
+    connect(steps, &StepEditor::rowChosen, this, &LogicView::onItemClicked);
+    connect(steps, &StepEditor::refused, this, &LogicView::sigRefused);
+    // The model that is told of the move would not outlive a new load.
+    connect(steps, &StepEditor::moveRefused, this, &LogicView::addNewModelSlot,
+            Qt::QueuedConnection);
+    connect(steps, &StepEditor::udsBlockAdded, this, &LogicView::sigUdsBlockAdded);
+    connect(steps, &StepEditor::udsBlockRemoved, this, &LogicView::sigUdsBlockRemoved);
+    connect(steps, &StepEditor::udsRuntimeStale, this, &LogicView::sigUdsRuntimeStaleRequired);
+    connect(steps, &StepEditor::quickStepsAdded, this, &LogicView::sigQuickStepsAdded);
+}
+
 void LogicView::setUpRunTab()
 {
-    tree_look::apply(m_ui->runTreeView);
-    m_ui->runTreeView->setItemDelegate(new RowHeightDelegate(m_ui->runTreeView));
-    m_run = std::make_unique<RunView>(m_ui->runTreeView, m_ui->runTableView);
-    connect(m_run.get(), &RunView::sigProcessPrograss, this, &LogicView::sigProcessPrograss,
+    tree_look::apply(m->ui.runTreeView);
+    m->ui.runTreeView->setItemDelegate(new RowHeightDelegate(m->ui.runTreeView));
+    m->run = std::make_unique<RunView>(m->ui.runTreeView, m->ui.runTableView);
+    connect(m->run.get(), &RunView::sigProcessPrograss, this, &LogicView::sigProcessPrograss,
             Qt::DirectConnection);
-    connect(m_ui->runTreeView, &QTreeView::doubleClicked, this, &LogicView::onRunDoubleItemClicked);
-    QHeaderView* header = m_ui->runTreeView->header();
+    connect(m->ui.runTreeView, &QTreeView::doubleClicked, this, &LogicView::onRunDoubleItemClicked);
+    QHeaderView* header = m->ui.runTreeView->header();
     connect(header, &QHeaderView::sectionResized, this, [this, header](int column) {
         if (column != logic_columns::State)
             emit sigUpdateProcessWidgetWidth(widthTexts(header), true);
@@ -99,7 +111,7 @@ void LogicView::setUpRunTab()
 bool LogicView::eventFilter(QObject* watched, QEvent* event)
 {
     // The edit tree ends in plain white; its horizontal bar still takes the wheel and the mouse.
-    QScrollBar* bar = m_ui->treeView->horizontalScrollBar();
+    QScrollBar* bar = m->ui.treeView->horizontalScrollBar();
     if (watched == bar && event->type() == QEvent::Paint) {
         QPainter(bar).fillRect(bar->rect(), Qt::white);
         return true;
@@ -110,68 +122,53 @@ bool LogicView::eventFilter(QObject* watched, QEvent* event)
 void LogicView::setCAppletName(const QString& appName)
 {
     m_appName = appName;
-    m_checkStates->setAppName(appName);
+    m->checkStates.setAppName(appName);
+    m->sheets->setAppName(appName);
+    m->steps->setAppName(appName);
 }
 
 void LogicView::showSequence(const QString& sequenceId)
 {
-    CustonStandModel* model = m_editModels.value(sequenceId);
+    CustonStandModel* model = m->sheets->model(sequenceId);
     if (!model)
         return;
     m_currentSequenceId = sequenceId;
     {
-        const QSignalBlocker blocker(m_ui->treeView->header());
-        if (m_ui->treeView->model() != model)
-            view_models::setModel(m_ui->treeView, model);
+        const QSignalBlocker blocker(m->ui.treeView->header());
+        if (m->ui.treeView->model() != model)
+            view_models::setModel(m->ui.treeView, model);
         const int widths[] = {m_columnWidth0, m_columnWidth1, m_columnWidth2};
         for (int column = 0; column < logic_columns::EditCount; ++column)
-            m_ui->treeView->setColumnWidth(column, widths[column] > 0 ? widths[column]
+            m->ui.treeView->setColumnWidth(column, widths[column] > 0 ? widths[column]
                                                                       : DefaultColumnWidth);
     }
-    m_ui->treeView->expandAll();
-    rebuildTable();
-}
-
-void LogicView::rebuildTable()
-{
-    if (CustonStandModel* model = currentModel())
-        m_breakPoints->show(m_editTableModels.value(m_currentSequenceId),
-                            model->rows().items().size());
+    m->ui.treeView->expandAll();
+    m->breakPoints->show(m->sheets->table(sequenceId), model->rows().items().size());
 }
 
 void LogicView::clearCurrentSequenceRows()
 {
-    CustonStandModel* model = currentModel();
-    if (!model)
-        return;
-    const QScopedValueRollback<bool> loading(m_loadingSequence, true);
-    for (int flow = InitialFlow; flow <= EndFlow; ++flow) {
-        QStandardItem* item = model->rowOf(QString::number(flow));
-        item->removeRows(0, item->rowCount());
-        item->setCheckState(Qt::Checked);
-    }
-    rebuildTable();
-    onItemClicked(QModelIndex());
+    m->steps->clearRows();
 }
 
 void LogicView::showEditTab()
 {
-    m_ui->tabWidget->setCurrentIndex(EditTab);
+    m->ui.tabWidget->setCurrentIndex(EditTab);
 }
 
 bool LogicView::isRunTabShown() const
 {
-    return m_ui->tabWidget->currentIndex() == RunTab;
+    return m->ui.tabWidget->currentIndex() == RunTab;
 }
 
 QStandardItemModel* LogicView::editModel(const QString& sequenceId) const
 {
-    return m_editModels.value(sequenceId);
+    return m->sheets->model(sequenceId);
 }
 
 CustonStandModel* LogicView::currentModel() const
 {
-    return m_editModels.value(m_currentSequenceId);
+    return m->sheets->model(m_currentSequenceId);
 }
 
 void LogicView::setEditColumnWidths(const QList<int>& widths)
@@ -181,55 +178,38 @@ void LogicView::setEditColumnWidths(const QList<int>& widths)
     m_columnWidth0 = widths[0];
     m_columnWidth1 = widths[1];
     m_columnWidth2 = widths[2];
-    const QSignalBlocker blocker(m_ui->treeView->header());
+    const QSignalBlocker blocker(m->ui.treeView->header());
     for (int column = 0; column < logic_columns::EditCount; ++column)
-        m_ui->treeView->setColumnWidth(column, widths[column]);
+        m->ui.treeView->setColumnWidth(column, widths[column]);
 }
 
 void LogicView::setRunColumnWidths(const QList<int>& widths)
 {
     if (areWidths(widths, logic_columns::RunCount))
-        m_run->setColumnWidths(widths.mid(0, logic_columns::RunCount));
+        m->run->setColumnWidths(widths.mid(0, logic_columns::RunCount));
 }
 
 void LogicView::addNewModelSlot(QString sequenceId)
 {
-    const SequenceInfo sequence = processedit::getSequence(m_appName, sequenceId);
-    if (sequence.id.empty())
+    CustonStandModel* model = m->sheets->load(sequenceId);
+    if (!model)
         return;
-    const QScopedValueRollback<bool> loading(m_loadingSequence, true);
-    const bool shown = sequenceId == m_currentSequenceId;
-    removeModel(sequenceId);
-    auto* model = new CustonStandModel(sequenceId, this);
-    flow_loader::fill(model, flow_loader::sequenceFlows(m_appName, sequence),
-                      step_rows::Purpose::Edit);
-    m_editModels.insert(sequenceId, model);
-    m_editTableModels.insert(sequenceId, new QStandardItemModel(this));
-    if (!m_staleUuids.isEmpty())
-        tree_look::markStaleRows(*model, m_staleUuids);
     connect(model, &QAbstractItemModel::dataChanged, this,
             [this](const QModelIndex& topLeft, const QModelIndex& bottomRight,
                    const QVector<int>& roles) {
                 if (roles.isEmpty() || roles.contains(Qt::CheckStateRole))
                     onDataChanged(topLeft, bottomRight);
             });
-    if (shown)
+    m->steps->follow(model);
+    if (sequenceId == m_currentSequenceId)
         showSequence(sequenceId);
-}
-
-bool LogicView::removeModel(const QString& sequenceId)
-{
-    CustonStandModel* model = m_editModels.take(sequenceId);
-    delete model;
-    delete m_editTableModels.take(sequenceId);
-    return model != nullptr;
 }
 
 void LogicView::removeModelSlot(QStringList sequenceIdList)
 {
     bool currentRemoved = false;
     for (const QString& sequenceId : qAsConst(sequenceIdList)) {
-        if (removeModel(sequenceId) && sequenceId == m_currentSequenceId)
+        if (m->sheets->remove(sequenceId) && sequenceId == m_currentSequenceId)
             currentRemoved = true;
     }
     if (!currentRemoved)
@@ -240,9 +220,9 @@ void LogicView::removeModelSlot(QStringList sequenceIdList)
 
 void LogicView::removeAllModelSlot()
 {
-    const QStringList sequenceIds = m_editModels.keys();
+    const QStringList sequenceIds = m->sheets->sequenceIds();
     for (const QString& sequenceId : sequenceIds)
-        removeModel(sequenceId);
+        m->sheets->remove(sequenceId);
     m_currentSequenceId.clear();
     onItemClicked(QModelIndex());
 }
@@ -253,9 +233,9 @@ void LogicView::onItemClicked(QModelIndex index)
         emit processItemClicked(NoBlock, QString());
         return;
     }
-    if (tree_look::mixesFlowsAndSteps(m_ui->treeView->selectionModel())) {
-        m_ui->treeView->clearSelection();
-        m_ui->treeView->setCurrentIndex(index);
+    if (tree_look::mixesFlowsAndSteps(m->ui.treeView->selectionModel())) {
+        m->ui.treeView->clearSelection();
+        m->ui.treeView->setCurrentIndex(index);
     }
     const QModelIndex name = index.siblingAtColumn(logic_columns::Name);
     emit processItemClicked(name.data(logic_roles::BaseType).toInt(),
@@ -264,7 +244,7 @@ void LogicView::onItemClicked(QModelIndex index)
 
 void LogicView::onItemDoubleClicked(QModelIndex index)
 {
-    if (index.isValid())
+    if (index.isValid() && !m->steps->editUdsStep(index))
         emit sigItemDbClick();
 }
 
@@ -273,12 +253,12 @@ void LogicView::onRunDoubleItemClicked(QModelIndex index)
     const QString uuid =
         index.siblingAtColumn(logic_columns::Name).data(logic_roles::BlockUuid).toString();
     showEditTab();
-    m_ui->treeView->clearSelection();
+    m->ui.treeView->clearSelection();
     const CustonStandModel* model = currentModel();
     const QStandardItem* row = model ? model->rowOf(uuid) : nullptr;
     if (!row)
         return;
-    m_ui->treeView->setCurrentIndex(row->index());
+    m->ui.treeView->setCurrentIndex(row->index());
     onItemClicked(row->index());
 }
 
@@ -293,12 +273,46 @@ void LogicView::onDataChanged(QModelIndex topLeft, QModelIndex bottomRight)
     const auto* model = qobject_cast<const CustonStandModel*>(topLeft.model());
     QStandardItem* item =
         model ? model->itemFromIndex(topLeft.siblingAtColumn(logic_columns::Name)) : nullptr;
-    // Rows that are being loaded bring their states with them.
-    if (!item || !item->isCheckable() || m_loadingSequence || !m_checkStates->takeBox(item))
+    if (!item || !item->isCheckable() || !m->checkStates.takeBox(item))
         return;
-    row_texts::refreshJumps(*model, m_appName, m_staleUuids);
-    m_ui->treeView->viewport()->update();
+    m->sheets->refreshJumps(model->sequenceId());
+    m->ui.treeView->viewport()->update();
     emit sigModified();
+}
+
+void LogicView::addStep(logicBlockType baseType, int stepType, const QString& stepName,
+                        bool fromDrop, bool isInsert, const QString& quickStepId)
+{
+    StepEditor::Way way = StepEditor::Way::Chosen;
+    if (fromDrop)
+        way = isInsert ? StepEditor::Way::DroppedAbove : StepEditor::Way::DroppedOn;
+    m->steps->addStep({baseType, stepType, stepName, quickStepId, way});
+}
+
+void LogicView::appendStatements(const QStringList& statements,
+                                 const std::vector<int>& splitIndexes)
+{
+    m->steps->appendStatements(statements, splitIndexes);
+}
+
+void LogicView::setUdsEditor(UdsEditor editor)
+{
+    m->steps->setUdsEditor(std::move(editor));
+}
+
+void LogicView::removeRowSlot()
+{
+    m->steps->removeStep();
+}
+
+void LogicView::removeAllRows()
+{
+    m->steps->removeAllSteps();
+}
+
+void LogicView::onQucikAddSlot()
+{
+    m->steps->addQuickSteps();
 }
 
 void LogicView::syncCheckStatesToSdk()
@@ -316,7 +330,7 @@ void LogicView::syncCheckStateItemRecursive(QStandardItem* item, bool& changed)
 {
     for (int row = 0; row < item->rowCount(); ++row) {
         QStandardItem* child = item->child(row);
-        if (child->isCheckable() && m_checkStates->writeBlock(child))
+        if (child->isCheckable() && m->checkStates.writeBlock(child))
             changed = true;
         syncCheckStateItemRecursive(child, changed);
     }
@@ -324,58 +338,54 @@ void LogicView::syncCheckStateItemRecursive(QStandardItem* item, bool& changed)
 
 void LogicView::refreshRow(const QString& blockUuid)
 {
-    if (const CustonStandModel* model = currentModel())
-        row_texts::refresh(*model, m_appName, blockUuid, m_staleUuids);
+    m->sheets->refreshRow(m_currentSequenceId, blockUuid);
 }
 
 void LogicView::refreshSequenceNames()
 {
-    for (const CustonStandModel* model : qAsConst(m_editModels))
-        row_texts::refreshCalls(*model, m_appName, m_staleUuids);
+    m->sheets->refreshCalls();
 }
 
 void LogicView::setRuntimeStaleBlockUuids(const QSet<QString>& blockUuids)
 {
-    m_staleUuids = blockUuids;
-    for (CustonStandModel* model : qAsConst(m_editModels))
-        tree_look::markStaleRows(*model, m_staleUuids);
-    m_ui->treeView->viewport()->update();
+    m->sheets->setStale(blockUuids);
+    m->ui.treeView->viewport()->update();
 }
 
 void LogicView::setRunMode(bool start, const QString& appName, const QString& sequenceId,
                            const QString& progressText)
 {
     if (!start) {
-        m_run->stop();
+        m->run->stop();
         return;
     }
-    m_ui->tabWidget->setTabEnabled(RunTab, true);
-    m_ui->tabWidget->setCurrentIndex(RunTab);
-    m_run->start(appName, sequenceId, progressText);
+    m->ui.tabWidget->setTabEnabled(RunTab, true);
+    m->ui.tabWidget->setCurrentIndex(RunTab);
+    m->run->start(appName, sequenceId, progressText);
 }
 
 void LogicView::notifyRunState(const QString& seqUuid, const QString& blockuuid, int result,
                                double iProgress)
 {
-    m_run->notifyRunState(seqUuid, blockuuid, result, iProgress);
+    m->run->notifyRunState(seqUuid, blockuuid, result, iProgress);
 }
 
 void LogicView::notifyGoto(const QString& gotoSeqUuid, bool isEnd, const QString& templateId)
 {
-    m_run->notifyGoto(gotoSeqUuid, isEnd, templateId);
+    m->run->notifyGoto(gotoSeqUuid, isEnd, templateId);
 }
 
 void LogicView::finishRow(bool success)
 {
-    m_run->finishRow(success);
+    m->run->finishRow(success);
 }
 
 int LogicView::progressHandle() const
 {
-    return m_run->progressHandle();
+    return m->run->progressHandle();
 }
 
 void LogicView::onRunTimerTimeout()
 {
-    m_run->landReports();
+    m->run->landReports();
 }

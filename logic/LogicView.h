@@ -1,8 +1,8 @@
 #pragma once
 
+#include "logic/UdsEditor.h"
 #include "model/step_kinds.h"
 
-#include <QHash>
 #include <QList>
 #include <QModelIndex>
 #include <QSet>
@@ -10,16 +10,12 @@
 #include <QWidget>
 
 #include <memory>
+#include <vector>
 
-class BreakPointColumn;
-class CheckStateEditor;
 class CustonStandModel;
 class QStandardItem;
 class QStandardItemModel;
-class RunView;
-namespace Ui {
-class LogicView;
-}
+struct LogicViewParts;
 
 /// The middle of the editor: a sequence as a tree of steps on the edit tab, and its run on the run
 /// tab. The model service holds the truth; rows are looked up by the uuids of their blocks.
@@ -39,8 +35,7 @@ public:
     QString currentSequenceId() const { return m_currentSequenceId; }
     /// Puts a sequence on the edit tab; nothing happens unless addNewModelSlot has loaded it.
     void showSequence(const QString& sequenceId);
-    /// Takes the rows of the three flows of the current sequence off the screen. The blocks are the
-    /// caller's matter.
+    /// Empties the three flows on the screen; the blocks are the caller's matter.
     void clearCurrentSequenceRows();
     void showEditTab();
     bool isRunTabShown() const;
@@ -53,16 +48,26 @@ public:
     void setEditColumnWidths(const QList<int>& widths);
     void setRunColumnWidths(const QList<int>& widths);
 
+    // Steps --------------------------------------------------------------------------------------
+    /// Adds a step at the current row, or else to the main flow. It was dropped there with
+    /// @p fromDrop, with @p isInsert above the row; it is a quick step with a @p quickStepId.
+    void addStep(logicBlockType baseType, int stepType, const QString& stepName, bool fromDrop,
+                 bool isInsert, const QString& quickStepId = QString());
+    /// Appends a statement step for each text to the main flow; those at @p splitIndexes go to
+    /// source files of their own.
+    void appendStatements(const QStringList& statements, const std::vector<int>& splitIndexes);
+    /// The dialog for diagnostic steps; without one they can't be added.
+    void setUdsEditor(UdsEditor editor);
+
     // Run ----------------------------------------------------------------------------------------
-    /// Starts to follow a run of @p sequenceId on the run tab, in place of an earlier one, or ends
-    /// it. @p progressText stands in the host's progress display.
+    /// Follows a run on the run tab from its start to its end, one run at a time. @p progressText
+    /// stands in the host's progress display.
     void setRunMode(bool start, const QString& appName, const QString& sequenceId,
                     const QString& progressText);
     /// A step's report: @p iProgress from 0 to 100, a negative @p result is a failure. Any thread.
     void notifyRunState(const QString& seqUuid, const QString& blockuuid, int result,
                         double iProgress);
-    /// A called sequence was entered or left; @p templateId is empty for one of the applet. Any
-    /// thread.
+    /// A called sequence was entered or left, with @p templateId one of a template. Any thread.
     void notifyGoto(const QString& gotoSeqUuid, bool isEnd, const QString& templateId);
     /// Gives the row reported last the outcome of the run.
     void finishRow(bool success);
@@ -84,12 +89,18 @@ signals:
     void sigCurrentTabChanged(int index);
     /// The user moved a column's edge: all widths.
     void sigUpdateProcessWidgetWidth(QStringList list, bool isRunWidget = false);
-    /// Progress of the run, 0 to 100. Emitted on the reporting thread, which holds the reports'
-    /// lock: a direct receiver must be quick and must not report.
+    /// Progress of the run, 0 to 100, on the reporting thread, which holds the reports' lock: a
+    /// direct receiver must be quick and must not report.
     void sigProcessPrograss(double progress, int state);
     void sigUdsRuntimeStaleRequired();
     /// The user changed the document through this view.
     void sigModified();
+    /// A step can't be added or moved as the user wants it; no box says so.
+    void sigRefused(QString reason);
+    /// Diagnostic steps came and went; one that was edited goes and comes.
+    void sigUdsBlockAdded(QString blockUuid);
+    void sigUdsBlockRemoved(QString blockUuid);
+    void sigQuickStepsAdded(QStringList ids);
 
 public slots:
     /// Loads a sequence from the model service, or loads it again.
@@ -100,6 +111,10 @@ public slots:
     void onItemDoubleClicked(QModelIndex index);
     void onRunDoubleItemClicked(QModelIndex index);
     void onCurrentTabChange(int index);
+    void removeRowSlot();
+    void removeAllRows();
+    /// Keeps the selected steps as quick steps.
+    void onQucikAddSlot();
     void onDataChanged(QModelIndex topLeft, QModelIndex bottomRight);
     /// Brings every block to the state of its check box.
     void syncCheckStatesToSdk();
@@ -111,23 +126,13 @@ protected:
 
 private:
     void setUpEditTab();
+    void setUpSteps();
     void setUpRunTab();
     CustonStandModel* currentModel() const;
-    bool removeModel(const QString& sequenceId);
-    void rebuildTable();
 
-    std::unique_ptr<Ui::LogicView> m_ui;
-    /// These two watch the views and go before them.
-    std::unique_ptr<BreakPointColumn> m_breakPoints;
-    std::unique_ptr<RunView> m_run;
-    std::unique_ptr<CheckStateEditor> m_checkStates;
+    std::unique_ptr<LogicViewParts> m;
     QString m_appName;
     QString m_currentSequenceId;
-    int m_columnWidth0 = 0; ///< 0 until the user has set a width
-    int m_columnWidth1 = 0;
-    int m_columnWidth2 = 0;
-    QHash<QString, CustonStandModel*> m_editModels; ///< by sequence, children of this
-    QHash<QString, QStandardItemModel*> m_editTableModels;
-    QSet<QString> m_staleUuids;
-    bool m_loadingSequence = false; ///< rows come and go without the user: no box spreads
+    /// 0 until the user has set a width.
+    int m_columnWidth0 = 0, m_columnWidth1 = 0, m_columnWidth2 = 0;
 };

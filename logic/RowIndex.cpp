@@ -1,6 +1,7 @@
 #include "logic/RowIndex.h"
 
 #include "logic/logic_roles.h"
+#include "model/step_kinds.h"
 
 #include <QStandardItemModel>
 #include <QVector>
@@ -37,9 +38,23 @@ RowIndex::RowIndex(QStandardItemModel* model) : QObject(model), m_model(model)
 {
     connect(model, &QAbstractItemModel::rowsInserted, this, &RowIndex::addRows);
     connect(model, &QAbstractItemModel::rowsAboutToBeRemoved, this, &RowIndex::removeRows);
-    connect(model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_items.clear(); });
+    connect(model, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
+        m_items.clear();
+        m_jumps.clear();
+        m_calls.clear();
+    });
     connect(model, &QAbstractItemModel::modelReset, this,
             [this] { addRows(QModelIndex(), 0, m_model->rowCount() - 1); });
+}
+
+QSet<QStandardItem*>* RowIndex::setFor(const QStandardItem* item)
+{
+    const int stepType = item->data(logic_roles::StepType).toInt();
+    if (stepType != step_type::Goto && stepType != step_type::Sequence)
+        return nullptr;
+    if (item->data(logic_roles::BaseType).toInt() != BasicStep)
+        return nullptr;
+    return stepType == step_type::Goto ? &m_jumps : &m_calls;
 }
 
 void RowIndex::addRows(const QModelIndex& parent, int first, int last)
@@ -48,6 +63,8 @@ void RowIndex::addRows(const QModelIndex& parent, int first, int last)
         const QString uuid = item->data(logic_roles::BlockUuid).toString();
         if (!uuid.isEmpty())
             m_items.insert(uuid, item);
+        if (QSet<QStandardItem*>* set = setFor(item))
+            set->insert(item);
     });
 }
 
@@ -58,5 +75,7 @@ void RowIndex::removeRows(const QModelIndex& parent, int first, int last)
         // A moved row may have been inserted anew before its old place is removed.
         if (found != m_items.end() && *found == item)
             m_items.erase(found);
+        if (QSet<QStandardItem*>* set = setFor(item))
+            set->remove(item);
     });
 }

@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <QSet>
 
 class QModelIndex;
 class QStandardItem;
@@ -22,10 +23,18 @@ public:
     /// All rows, flow rows included, in no order.
     const QHash<QString, QStandardItem*>& items() const { return m_items; }
 
+    /// The rows whose texts name something else of the document, in no order: jumps name a step,
+    /// calls a sequence.
+    const QSet<QStandardItem*>& jumps() const { return m_jumps; }
+    const QSet<QStandardItem*>& calls() const { return m_calls; }
+
 private:
+    QSet<QStandardItem*>* setFor(const QStandardItem* item);
     void addRows(const QModelIndex& parent, int first, int last);
     void removeRows(const QModelIndex& parent, int first, int last);
 
     QStandardItemModel* m_model;
     QHash<QString, QStandardItem*> m_items;
+    QSet<QStandardItem*> m_jumps;
+    QSet<QStandardItem*> m_calls;
 };

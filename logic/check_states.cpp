@@ -78,12 +78,14 @@ void syncPair(CheckTree& tree, const QStandardItem& row)
     }
 }
 
-Qt::CheckState stateOfChildren(const CheckTree& tree, const QStandardItem& parent)
+/// By the boxes, which show what the blocks are: to ask for the blocks of all siblings would cost
+/// many times more than anything else here.
+Qt::CheckState stateOfChildren(const QStandardItem& parent)
 {
     bool on = false;
     bool off = false;
     for (int i = 0; i < parent.rowCount() && !(on && off); ++i)
-        (tree.state(parent.child(i)) == Qt::Unchecked ? off : on) = true;
+        (parent.child(i)->checkState() == Qt::Unchecked ? off : on) = true;
     if (!off)
         return Qt::Checked;
     return on ? Qt::PartiallyChecked : Qt::Unchecked;
@@ -111,7 +113,7 @@ void propagateFlow(CheckTree& tree, QStandardItem* flowRow)
 void updateUpward(CheckTree& tree, const QStandardItem* row)
 {
     for (QStandardItem* parent = row->parent(); parent; parent = parent->parent()) {
-        tree.setState(parent, stateOfChildren(tree, *parent));
+        tree.setState(parent, stateOfChildren(*parent));
         syncPair(tree, *parent);
     }
 }

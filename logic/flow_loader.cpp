@@ -1,10 +1,9 @@
 #include "logic/flow_loader.h"
 
+#include "logic/uds_steps.h"
 #include "model/SequenceInfo.h"
-#include "model/applet_name.h"
 #include "model/blocks/UdsProcessBlock.h"
 #include "model/process_records.h"
-#include "model/services/process_edit.h"
 #include "model/services/processedit.h"
 
 #include <QStandardItemModel>
@@ -19,11 +18,7 @@ void completeProperty(const QString& appName, const QString& sequenceId,
 {
     if (block->baseType() != DiagnosticStep || !block->property.name.empty())
         return;
-    const std::string owner = appletNameBytes(appName);
-    block->property =
-        block->stepType() == 1
-            ? process_edit::getCustomBaseStepProperty(owner, DiagnosticStep, block->name)
-            : process_edit::getCustomBaseStepProperty(owner, DiagnosticStep, block->stepType());
+    block->property = uds_steps::kindOf(appName, block->stepType(), block->name);
     sdk_ui_interface::processedit::updateProcess(appName, sequenceId, block);
 }
 
@@ -46,30 +41,6 @@ Blocks blocksOf(const QString& appName, const QString& sequenceId,
         pending.insert(pending.end(), block->children.begin(), block->children.end());
     }
     return blocks;
-}
-
-/// Trees may be deep, so the walk keeps its own stack. The items stand in no model yet: nobody
-/// hears of a single row, and the whole flow is announced at once.
-void appendRows(QStandardItem* flowItem, const Blocks& blocks, step_rows::Purpose purpose)
-{
-    struct Level
-    {
-        QStandardItem* parent;
-        const Blocks* blocks;
-    };
-    std::vector<Level> pending{{flowItem, &blocks}};
-    while (!pending.empty()) {
-        const Level level = pending.back();
-        pending.pop_back();
-        for (const std::shared_ptr<IProcessBlock>& block : *level.blocks) {
-            if (purpose == step_rows::Purpose::Run && block->enableState == 0)
-                continue;
-            const QList<QStandardItem*> row = step_rows::stepRow(*block, purpose);
-            level.parent->appendRow(row);
-            if (!block->children.empty())
-                pending.push_back({row.first(), &block->children});
-        }
-    }
 }
 
 } // namespace
@@ -101,6 +72,29 @@ SequenceFlows templateFlows(const processTemplateInfo& info, const SequenceInfo&
     return flows;
 }
 
+void appendRows(QStandardItem* parent, const Blocks& blocks, step_rows::Purpose purpose)
+{
+    // Trees may be deep, so the walk keeps its own stack.
+    struct Level
+    {
+        QStandardItem* parent;
+        const Blocks* blocks;
+    };
+    std::vector<Level> pending{{parent, &blocks}};
+    while (!pending.empty()) {
+        const Level level = pending.back();
+        pending.pop_back();
+        for (const std::shared_ptr<IProcessBlock>& block : *level.blocks) {
+            if (purpose == step_rows::Purpose::Run && block->enableState == 0)
+                continue;
+            const QList<QStandardItem*> row = step_rows::stepRow(*block, purpose);
+            level.parent->appendRow(row);
+            if (!block->children.empty())
+                pending.push_back({row.first(), &block->children});
+        }
+    }
+}
+
 Qt::CheckState flowCheckState(const Blocks& blocks)
 {
     std::size_t enabled = 0;
@@ -115,6 +109,7 @@ void fill(QStandardItemModel* model, const SequenceFlows& flows, step_rows::Purp
 {
     model->setHorizontalHeaderLabels(step_rows::headers(purpose));
     for (std::size_t flow = 0; flow < flows.size(); ++flow) {
+        // The flow's row joins the model last: nobody hears of a single row under it.
         const QList<QStandardItem*> row = step_rows::flowRow(logicBlockType(flow), purpose);
         appendRows(row.first(), flows[flow], purpose);
         if (purpose == step_rows::Purpose::Edit)

@@ -7,6 +7,7 @@
 #include <vector>
 
 class IProcessBlock;
+class QStandardItem;
 class QStandardItemModel;
 struct SequenceInfo;
 struct processTemplateInfo;
@@ -29,6 +30,9 @@ SequenceFlows templateFlows(const processTemplateInfo& info, const SequenceInfo&
 /// Gives an empty model its headers, the three flow rows and all rows under them. Run rows leave
 /// out disabled blocks with all that they hold; on edit rows the box of a flow follows its steps.
 void fill(QStandardItemModel* model, const SequenceFlows& flows, step_rows::Purpose purpose);
+
+/// Appends the rows of blocks, and of all that is under them, to a row.
+void appendRows(QStandardItem* parent, const Blocks& blocks, step_rows::Purpose purpose);
 
 /// The state of a flow's box: checked for a flow without rows.
 Qt::CheckState flowCheckState(const Blocks& blocks);

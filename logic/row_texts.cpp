@@ -2,7 +2,6 @@
 
 #include "logic/CustonStandModel.h"
 #include "logic/RowIndex.h"
-#include "logic/logic_roles.h"
 #include "logic/step_rows.h"
 #include "model/IProcessBlock.h"
 #include "model/services/processedit.h"
@@ -12,10 +11,11 @@ using namespace sdk_ui_interface;
 namespace row_texts {
 namespace {
 
-bool isBasicStep(const QStandardItem& row, int stepType)
+void refreshRow(QStandardItem* row, const QString& appName, const QSet<QString>& staleUuids)
 {
-    return row.data(logic_roles::StepType).toInt() == stepType &&
-           row.data(logic_roles::BaseType).toInt() == BasicStep;
+    const QString uuid = step_rows::uuidOf(row);
+    if (const auto block = processedit::getProcess(appName, uuid))
+        step_rows::refreshTexts(row, *block, staleUuids.contains(uuid));
 }
 
 } // namespace
@@ -23,33 +23,22 @@ bool isBasicStep(const QStandardItem& row, int stepType)
 void refresh(const CustonStandModel& model, const QString& appName, const QString& blockUuid,
              const QSet<QString>& staleUuids)
 {
-    QStandardItem* row = model.rowOf(blockUuid);
-    const auto block = row ? processedit::getProcess(appName, blockUuid) : nullptr;
-    if (block)
-        step_rows::refreshTexts(row, *block, staleUuids.contains(blockUuid));
+    if (QStandardItem* row = model.rowOf(blockUuid))
+        refreshRow(row, appName, staleUuids);
 }
 
 void refreshCalls(const CustonStandModel& model, const QString& appName,
                   const QSet<QString>& staleUuids)
 {
-    const auto& items = model.rows().items();
-    for (auto row = items.begin(); row != items.end(); ++row) {
-        if (isBasicStep(*row.value(), step_type::Sequence))
-            refresh(model, appName, row.key(), staleUuids);
-    }
+    for (QStandardItem* row : model.rows().calls())
+        refreshRow(row, appName, staleUuids);
 }
 
 void refreshJumps(const CustonStandModel& model, const QString& appName,
                   const QSet<QString>& staleUuids)
 {
-    for (int i = InitialFlow; i <= EndFlow; ++i) {
-        const QStandardItem* flow = model.rowOf(QString::number(i));
-        for (int row = 0; flow && row < flow->rowCount(); ++row) {
-            const QStandardItem& step = *flow->child(row);
-            if (isBasicStep(step, step_type::Goto))
-                refresh(model, appName, step.data(logic_roles::BlockUuid).toString(), staleUuids);
-        }
-    }
+    for (QStandardItem* row : model.rows().jumps())
+        refreshRow(row, appName, staleUuids);
 }
 
 } // namespace row_texts

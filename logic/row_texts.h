@@ -17,7 +17,7 @@ void refresh(const CustonStandModel& model, const QString& appName, const QStrin
 void refreshCalls(const CustonStandModel& model, const QString& appName,
                   const QSet<QString>& staleUuids);
 
-/// The jumps that stand directly in the three flows.
+/// All jumps.
 void refreshJumps(const CustonStandModel& model, const QString& appName,
                   const QSet<QString>& staleUuids);
 

@@ -167,6 +167,16 @@ void setStaleMark(QStandardItem* descriptionItem, bool stale)
     descriptionItem->setText(stale ? text + suffix : text.left(text.size() - suffix.size()));
 }
 
+QString uuidOf(const QStandardItem* nameItem)
+{
+    return nameItem->data(logic_roles::BlockUuid).toString();
+}
+
+bool isFlow(const QStandardItem* nameItem)
+{
+    return nameItem->data(logic_roles::BaseType).toInt() <= EndFlow;
+}
+
 QStandardItem* cell(const QStandardItem* nameItem, int column)
 {
     if (const QStandardItem* parent = nameItem->parent())

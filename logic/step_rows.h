@@ -34,6 +34,11 @@ void refreshTexts(QStandardItem* nameItem, const IProcessBlock& block, bool stal
 /// Does nothing where it stands as wanted.
 void setStaleMark(QStandardItem* descriptionItem, bool stale);
 
+/// The uuid of the block that a row shows; "0", "1" or "2" for a flow's.
+QString uuidOf(const QStandardItem* nameItem);
+
+bool isFlow(const QStandardItem* nameItem);
+
 /// The cell of @p column in the row of @p nameItem, which stands in a tree; null if there is none.
 QStandardItem* cell(const QStandardItem* nameItem, int column);
 

@@ -6,9 +6,9 @@
 
 #include <functional>
 
-/// Brings log lines of applets from the runtime's threads to the GUI thread: all that wait are taken
-/// at once, in their order, and an applet that writes faster than a person's pane can take loses
-/// lines and not the editor. How many were lost is said in their place.
+/// Brings log lines of applets from the runtime's threads to the GUI thread: all that wait are
+/// taken at once, in their order, and an applet that writes faster than a person's pane can take
+/// loses lines and not the editor. How many were lost is said in their place.
 ///
 /// Any thread, under its own mutex; shared by its taker and by what the threads call.
 class AppletLogFeed

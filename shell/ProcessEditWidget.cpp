@@ -100,6 +100,7 @@ void ProcessEditWidget::connectSignals()
 {
     connectPanels();
     connectSequences();
+    connectPalette();
     connectLogicMaster();
     connectBuild();
 }

@@ -241,6 +241,8 @@ private:
     /// Tells every part the applet that it works on.
     void nameParts(const QString& appName);
     void connectSequences();
+    void connectPalette();
+    static void removeQuickStep(const QString& id);
     static void updateUseSystemVarItemInfoImpl(const QString& appName, bool dataOnly, bool defer);
     void saveFromButton();
     void onVariablesUpdated(bool isHaveGlobalVar, const QStringList& names);

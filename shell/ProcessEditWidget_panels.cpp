@@ -6,8 +6,14 @@
 #include "shell/ProcessEditWidget.h"
 #include "shell/variable_use.h"
 
+#include "logic/palette_choice.h"
+#include "model/blocks/UdsProcessBlock.h"
+#include "model/services/log.h"
 #include "model/services/processedit.h"
 #include "sequences/template_file.h"
+
+#include <QMenu>
+#include <QTreeWidgetItemIterator>
 
 namespace processedit = sdk_ui_interface::processedit;
 
@@ -104,6 +110,72 @@ void ProcessEditWidget::onVariablesUpdated(bool isHaveGlobalVar, const QStringLi
     }
 }
 
-void ProcessEditWidget::onItemDoubleClickedSlot(QTreeWidgetItem*, int) {}
+void ProcessEditWidget::connectPalette()
+{
+    StepTree* palette = m->ui.treeWidget;
+    palette->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(palette, &QTreeWidget::itemDoubleClicked, this,
+            &ProcessEditWidget::onItemDoubleClickedSlot, Qt::QueuedConnection);
+    connect(palette, &QWidget::customContextMenuRequested, this,
+            [this](const QPoint& pos) { contextMenuEvent(pos); });
+    const LogicView* view = m->ui.center_wgt;
+    connect(view, &LogicView::sigQuickStepsAdded, LogicMaster::instance(),
+            [](const QStringList& ids) {
+                emit LogicMaster::instance()->sigUpdateQuickStep(ids, false);
+            });
+    connect(view, &LogicView::sigUdsBlockAdded, this, [this](const QString& uuid) {
+        const auto block = processedit::getProcess(m->appName, uuid);
+        addUdsVar(std::dynamic_pointer_cast<UdsProcessBlock>(block), m->appName);
+    });
+    connect(view, &LogicView::sigUdsBlockRemoved, this, [this](const QString& uuid) {
+        LogicMaster::instance()->removeUdsVariables(m->appName, uuid);
+    });
+    // Silent on the screen, as a rule of the tree; who wonders finds the reason in the log.
+    connect(view, &LogicView::sigRefused, this, [](const QString& reason) {
+        sdk_ui_interface::log::log_error(QStringLiteral("[流程编辑] ") + reason);
+    });
+}
 
-void ProcessEditWidget::contextMenuEvent(QPoint) {}
+void ProcessEditWidget::onItemDoubleClickedSlot(QTreeWidgetItem* item, int)
+{
+    // The click was queued: meanwhile the palette may have been filled anew.
+    QTreeWidgetItemIterator known(m->ui.treeWidget);
+    while (*known && *known != item)
+        ++known;
+    if (const auto step = palette_choice::stepOf(*known, m->appName))
+        m->ui.center_wgt->addStep(step->baseType, step->stepType, step->text, false, false,
+                                  step->quickStepId);
+}
+
+void ProcessEditWidget::contextMenuEvent(QPoint pos)
+{
+    QTreeWidgetItem* item = m->ui.treeWidget->itemAt(pos);
+    const auto entries = palette_choice::menuOf(item);
+    if (entries.isEmpty())
+        return;
+    auto* menu = new QMenu(m->ui.treeWidget);
+    menu->setObjectName(QStringLiteral("paletteMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const palette_choice::MenuEntry& entry : entries) {
+        QAction* action = menu->addAction(entry.text);
+        if (entry.action == palette_choice::Action::AddStep)
+            connect(action, &QAction::triggered, this,
+                    [this, item] { onItemDoubleClickedSlot(item, 0); });
+        else
+            connect(action, &QAction::triggered, this,
+                    [id = palette_choice::quickStepId(item)] { removeQuickStep(id); });
+    }
+    menu->popup(m->ui.treeWidget->viewport()->mapToGlobal(pos));
+}
+
+void ProcessEditWidget::removeQuickStep(const QString& id)
+{
+    processedit::removeQuickStepInfo(id);
+    emit LogicMaster::instance()->sigUpdateQuickStep({id}, true);
+}
+
+void ProcessEditWidget::addStatementStepToCurerentView(QStringList statements,
+                                                       const std::vector<int>& splitIndexes)
+{
+    m->ui.center_wgt->appendStatements(statements, splitIndexes);
+}

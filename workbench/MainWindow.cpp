@@ -123,7 +123,7 @@ void MainWindow::connectHost()
 {
     const standalone::Host& host = standalone::Host::instance();
     connect(&host, &standalone::Host::errorLogged, this,
-            [this](const QString& text) { m_log->append(text, true); });
+            [this](const QString& text) { showNotice(IWindowManager::NoticeWarning, text); });
     connect(&host, &standalone::Host::noticeShown, this, &MainWindow::showNotice);
     // One progress is one run.
     connect(&host, &standalone::Host::progressCreated, this,

@@ -1,7 +1,9 @@
-// The palette: what it makes of the tables, and how the folder of the quick steps follows.
+// The palette: what it makes of the tables, how the folder of the quick steps follows, and what its
+// items stand for.
 
 #include "logic/StepTree.h"
 #include "logic/logic_roles.h"
+#include "logic/palette_choice.h"
 #include "model/services/process_edit.h"
 #include "model/services/process_json_edit.h"
 #include "tests/logic/LogicFixture.h"
@@ -41,6 +43,8 @@ private slots:
     void itemsOfKinds();
     void customKindsStandBeforeTheQuickSteps();
     void quickSteps();
+    void choices();
+    void choicesOfQuickSteps();
 };
 
 void StepTreeTest::itemsOfKinds()
@@ -102,6 +106,68 @@ void StepTreeTest::quickSteps()
     QCOMPARE(printTree(*palette.model()), QStringList({text("quick"), text("  c")}));
     for (const QString& id : qAsConst(ids))
         facade::removeQuickStepInfo(id);
+}
+
+void StepTreeTest::choices()
+{
+    const QString owner = text("palette_owner");
+    const std::string key = owner.toLocal8Bit().toStdString();
+    StepTree palette;
+    BaseStepProperty named = kind("session", 1);
+    named.baseType = DiagnosticStep;
+    BaseStepProperty hidden = kind("hidden", 1);
+    hidden.baseType = DiagnosticStep;
+    // The kind of the table counts, not what the item was made from.
+    QTreeWidgetItem* hiddenItem = palette.createStepItem(hidden, nullptr, false);
+    hidden.showInPalette = false;
+    QTreeWidgetItem* item = palette.createStepItem(named, nullptr, false);
+    process_edit::addCustomStepProperty(key, {hidden, named});
+    const auto choice = palette_choice::stepOf(item, owner);
+    QVERIFY(choice);
+    QCOMPARE(choice->baseType, DiagnosticStep);
+    QCOMPARE(choice->stepType, 1);
+    QCOMPARE(choice->text, text("session"));
+    QVERIFY(choice->quickStepId.isEmpty());
+    QVERIFY(!palette_choice::stepOf(hiddenItem, owner));
+    QVERIFY(palette_choice::stepOf(hiddenItem, text("another owner")));
+    process_edit::removeAllCustomStepProperty(key);
+
+    QTreeWidgetItem* folder = palette.createStepItem(kind("folder", 0, false), nullptr, false);
+    QVERIFY(palette_choice::stepOf(folder, owner));
+    QVERIFY(palette_choice::menuOf(folder).isEmpty());
+    QVERIFY(!palette_choice::stepOf(nullptr, owner));
+    QVERIFY(palette_choice::menuOf(nullptr).isEmpty());
+    const auto menu = palette_choice::menuOf(item);
+    QCOMPARE(menu.size(), 1);
+    QCOMPARE(menu.first().action, palette_choice::Action::AddStep);
+    QCOMPARE(menu.first().text, text("添加流程"));
+}
+
+void StepTreeTest::choicesOfQuickSteps()
+{
+    namespace facade = sdk_ui_interface::processedit;
+    LogicFixture applet;
+    const QString uuid = applet.add(applet.addSequence("Main"), applet.main, step_type::Delay, "a");
+    applet.get<IProcessBlock>(uuid)->property.draggable = true;
+    const QString id = facade::addQuickStepInfo(applet.appName, uuid);
+    StepTree palette;
+    QTreeWidgetItem* folder = palette.createStepItem(quickStepFolder(), nullptr, false);
+    palette.onUpdateQuickStep({id}, false);
+    const QTreeWidgetItem* item = folder->child(0);
+    const auto choice = palette_choice::stepOf(item, applet.appName);
+    QVERIFY(choice);
+    QCOMPARE(choice->stepType, step_type::Delay);
+    QCOMPARE(choice->quickStepId, id);
+    const auto menu = palette_choice::menuOf(item);
+    QCOMPARE(menu.size(), 2);
+    QCOMPARE(menu.last().action, palette_choice::Action::RemoveQuickStep);
+    QCOMPARE(menu.last().text, text("从快捷添加中移除"));
+    QCOMPARE(palette_choice::quickStepId(item), id);
+
+    facade::getQuickStepInfo(id)->property.showInPalette = false;
+    QVERIFY(!palette_choice::stepOf(item, applet.appName));
+    facade::removeQuickStepInfo(id);
+    QVERIFY(!palette_choice::stepOf(item, applet.appName));
 }
 
 QTEST_MAIN(StepTreeTest)

@@ -1,0 +1,231 @@
+#include "logic/StepEditor.h"
+
+#include "logic/CheckStateEditor.h"
+#include "logic/CustonStandModel.h"
+#include "logic/RowIndex.h"
+#include "logic/RowOutline.h"
+#include "logic/logic_roles.h"
+#include "logic/step_creation.h"
+#include "logic/step_rows.h"
+#include "model/blocks/StatementProcessBlock.h"
+#include "model/dialogs/user_dialogs.h"
+#include "model/services/processedit.h"
+
+#include <QSignalBlocker>
+#include <QTreeView>
+
+#include <algorithm>
+
+using namespace sdk_ui_interface;
+using step_rows::uuidOf;
+using structure_rules::Place;
+using structure_rules::Refusal;
+
+namespace {
+
+QString reasonOf(Refusal refusal)
+{
+    switch (refusal) {
+    case Refusal::BranchWithoutIf:
+        return StepEditor::tr("else和else if只能接在if或else if之后");
+    case Refusal::BranchOutOfOrder:
+        return StepEditor::tr("else只能放在endif之前");
+    case Refusal::LoopExitOutside:
+        return StepEditor::tr("break和continue只能放在循环内");
+    case Refusal::LoopExitAtEdge:
+        return StepEditor::tr("break和continue只能放在两个基本步骤之间");
+    case Refusal::None:
+        break;
+    }
+    return QString();
+}
+
+} // namespace
+
+StepEditor::StepEditor(QTreeView& tree, CheckStateEditor& checkStates)
+    : m_tree(tree), m_checkStates(checkStates)
+{
+}
+
+void StepEditor::follow(CustonStandModel* model)
+{
+    const auto add = [this](const QModelIndex& anchor, const NewStep& step) {
+        {
+            const QSignalBlocker blocker(&m_tree);
+            m_tree.setCurrentIndex(anchor);
+        }
+        addStep(step);
+    };
+    const auto way = [](bool isInsert) { return isInsert ? Way::DroppedAbove : Way::DroppedOn; };
+    connect(model, &CustonStandModel::sigAppendItemNew, this,
+            [add, way](const QModelIndex& anchor, logicBlockType baseType, int stepType,
+                       const QString& stepName, bool isInsert) {
+                add(anchor, {baseType, stepType, stepName, QString(), way(isInsert)});
+            });
+    connect(model, &CustonStandModel::sigAppendQuickStepItemNew, this,
+            [add, way](const QModelIndex& anchor, logicBlockType baseType, int stepType,
+                       const QString& quickStepId, bool isInsert) {
+                add(anchor, {baseType, stepType, QString(), quickStepId, way(isInsert)});
+            });
+    connect(model, &CustonStandModel::dropEnd, this, &StepEditor::writeMovedRows);
+}
+
+CustonStandModel* StepEditor::currentModel() const
+{
+    return qobject_cast<CustonStandModel*>(m_tree.model());
+}
+
+QStandardItem* StepEditor::anchor()
+{
+    const CustonStandModel* model = currentModel();
+    if (!model)
+        return nullptr;
+    if (!m_tree.currentIndex().isValid())
+        m_tree.setCurrentIndex(model->index(MainFlow, logic_columns::Name));
+    return model->itemFromIndex(m_tree.currentIndex().siblingAtColumn(logic_columns::Name));
+}
+
+void StepEditor::addStep(const NewStep& step)
+{
+    if (!mayAdd(step))
+        return;
+    if (step.baseType == DiagnosticStep && step.quickStepId.isEmpty()) {
+        addUdsStep(step);
+        return;
+    }
+    if (QStandardItem* row = create(step))
+        show(row);
+    else if (step.baseType == BasicStep)
+        warn(tr("添加步骤失败"));
+}
+
+bool StepEditor::mayAdd(const NewStep& step)
+{
+    // The palette's folders are no steps.
+    if (step.baseType != BasicStep && step.baseType != DiagnosticStep)
+        return false;
+    const QStandardItem* target = anchor();
+    if (!target)
+        return false;
+    if (step.way == Way::Chosen) {
+        const Refusal refusal =
+            structure_rules::check(RowOutline(m_appName), target, {step.baseType, step.stepType});
+        if (refusal != Refusal::None) {
+            emit refused(reasonOf(refusal));
+            return false;
+        }
+    }
+    if (!step_rows::isFlow(target) && !processedit::getProcess(m_appName, uuidOf(target)))
+        return false;
+    if (placeOf(step, target))
+        return true;
+    warn(tr("添加失败"));
+    return false;
+}
+
+std::optional<Place> StepEditor::placeOf(const NewStep& step, const QStandardItem* anchor) const
+{
+    const RowOutline outline(m_appName);
+    const StepOutline::Kind kind{step.baseType, step.stepType};
+    return step.way == Way::DroppedAbove ? structure_rules::placeBefore(outline, anchor, kind)
+                                         : structure_rules::placeAt(outline, anchor, kind);
+}
+
+QStandardItem* StepEditor::create(const NewStep& step)
+{
+    const QStandardItem* target = anchor();
+    const auto place = target ? placeOf(step, target) : std::nullopt;
+    if (!place)
+        return nullptr;
+    QStandardItem* parent = RowOutline::item(place->parent);
+    const auto rows =
+        step_creation::buildRows({m_appName, currentModel()->sequenceId(), uuidOf(parent),
+                                  place->row, step.baseType, step.stepType, step.quickStepId});
+    if (rows.isEmpty())
+        return nullptr;
+    int at = place->row;
+    for (const step_creation::Row& cells : rows)
+        parent->insertRow(at++, cells);
+    tellRowCount();
+    return rows.first().first();
+}
+
+void StepEditor::show(QStandardItem* row)
+{
+    tellOfUdsBlocks(row, &StepEditor::udsBlockAdded);
+    const QModelIndex index = row->index();
+    m_tree.expand(index);
+    makeCurrent(index);
+    m_tree.scrollTo(index);
+    emit rowChosen(index);
+    m_checkStates.spread(row);
+    m_tree.viewport()->update();
+    emit edited();
+}
+
+void StepEditor::makeCurrent(const QModelIndex& index)
+{
+    // The view's own way would extend the selection while a modifier key is held.
+    QItemSelectionModel* selection = m_tree.selectionModel();
+    selection->select(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    selection->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+}
+
+void StepEditor::appendStatements(const QStringList& statements,
+                                  const std::vector<int>& splitIndexes)
+{
+    const CustonStandModel* model = currentModel();
+    QStandardItem* flow = model ? model->rowOf(QString::number(MainFlow)) : nullptr;
+    if (!flow)
+        return;
+    const int before = flow->rowCount();
+    for (int i = 0; i < statements.size(); ++i) {
+        const QString uuid =
+            processedit::createProcess(m_appName, model->sequenceId(), uuidOf(flow), BasicStep,
+                                       step_type::Statement, flow->rowCount());
+        const auto block = std::dynamic_pointer_cast<StatementProcessBlock>(
+            processedit::getProcess(m_appName, uuid));
+        if (!block)
+            break;
+        const auto& split = splitIndexes;
+        block->setCustomCode(statements[i].toStdString());
+        block->setSplitFile(std::find(split.begin(), split.end(), i) != split.end());
+        if (flow->checkState() == Qt::Unchecked)
+            block->enableState = Qt::Unchecked;
+        processedit::updateProcess(m_appName, model->sequenceId(), block);
+        flow->appendRow(step_rows::stepRow(*block, step_rows::Purpose::Edit));
+    }
+    if (flow->rowCount() == before)
+        return;
+    tellRowCount();
+    emit edited();
+}
+
+void StepEditor::addQuickSteps()
+{
+    QStringList ids;
+    const QModelIndexList rows = m_tree.selectionModel()
+                                     ? m_tree.selectionModel()->selectedRows(logic_columns::Name)
+                                     : QModelIndexList();
+    for (const QModelIndex& row : rows) {
+        const QString uuid = row.data(logic_roles::BlockUuid).toString();
+        const auto block = processedit::getProcess(m_appName, uuid);
+        if (!block || block->property.name.empty() || !block->property.showInPalette)
+            continue;
+        const QString id = processedit::addQuickStepInfo(m_appName, uuid);
+        if (!id.isEmpty())
+            ids.append(id);
+    }
+    if (!ids.isEmpty())
+        emit quickStepsAdded(ids);
+}
+
+void StepEditor::tellRowCount()
+{
+    emit rowCountChanged(currentModel()->rows().items().size());
+}
+
+void StepEditor::warn(const QString& text)
+{
+    user_dialogs::warning(&m_tree, tr("警告"), text);
+}

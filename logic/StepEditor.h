@@ -1,0 +1,113 @@
+#pragma once
+
+#include "logic/UdsEditor.h"
+#include "logic/structure_rules.h"
+#include "model/step_kinds.h"
+
+#include <QModelIndexList>
+#include <QObject>
+#include <QStringList>
+
+#include <limits>
+#include <optional>
+#include <vector>
+
+class CheckStateEditor;
+class CustonStandModel;
+class QStandardItem;
+class QTreeView;
+struct BaseStepProperty;
+
+/// Adds, moves and removes steps of the sequence that the edit tree shows. The model service is
+/// changed first, then the rows; a step that the service doesn't make leaves the tree as it was.
+/// Without a sequence in the tree every operation does nothing. GUI thread only.
+class StepEditor : public QObject
+{
+    Q_OBJECT
+public:
+    /// How a step gets to its place. Anchor is the tree's current row, or else the main flow.
+    enum class Way {
+        Chosen,      ///< from a palette or a menu; the structure rules may refuse it
+        DroppedOn,   ///< dropped on the anchor: the tree has allowed it
+        DroppedAbove ///< dropped between the anchor and the row above it
+    };
+
+    struct NewStep
+    {
+        logicBlockType baseType = BasicStep;
+        int stepType = step_type::None;
+        QString name;        ///< tells diagnostic kinds of one step type apart
+        QString quickStepId; ///< empty: a new step of that kind
+        Way way = Way::Chosen;
+    };
+
+    /// Both must outlive the editor.
+    StepEditor(QTreeView& tree, CheckStateEditor& checkStates);
+
+    void setAppName(const QString& appName) { m_appName = appName; }
+    void setUdsEditor(UdsEditor editor) { m_udsEditor = std::move(editor); }
+
+    /// Takes in what is dropped on the tree while it shows @p model.
+    void follow(CustonStandModel* model);
+
+    /// The new step becomes current, and is expanded and in sight.
+    void addStep(const NewStep& step);
+    /// Appends one statement step a text to the main flow, disabled if the flow is; those of
+    /// @p splitIndexes go to source files of their own. Ends at the first that can't be made.
+    void appendStatements(const QStringList& statements, const std::vector<int>& splitIndexes);
+    /// Removes the current step with the rows that belong to it.
+    void removeStep();
+    /// Empties the current flow; without a current row all three.
+    void removeAllSteps();
+    /// Takes the rows of all flows off the tree; the blocks are the caller's matter.
+    void clearRows();
+    /// Tells the model service the places of rows that have been moved in the tree, in order. A
+    /// step that has come under a disabled one is disabled.
+    void writeMovedRows(const QModelIndexList& rows);
+    /// Keeps the selected steps as quick steps, but for kinds that the palette hides.
+    void addQuickSteps();
+    /// Opens the dialog of a diagnostic step; false if @p row is none or the dialog lacks its kind.
+    bool editUdsStep(const QModelIndex& row);
+
+signals:
+    void edited();
+    void rowCountChanged(int rowCount); ///< flows' rows included
+    void rowsRemoved();
+    /// A row is current now for which the panels are to be shown; invalid for none.
+    void rowChosen(QModelIndex row);
+    /// A step can't be added here, for a reason that no box tells.
+    void refused(QString reason);
+    /// The service has kept a moved step where it was: the tree must be loaded again.
+    void moveRefused(QString sequenceId);
+    /// The block of a row has other texts than the row.
+    void blockChanged(QString blockUuid);
+    void udsBlockAdded(QString blockUuid);
+    void udsBlockRemoved(QString blockUuid);
+    void udsRuntimeStale();
+    void quickStepsAdded(QStringList quickStepIds);
+
+private:
+    static constexpr int AllLevels = std::numeric_limits<int>::max();
+
+    CustonStandModel* currentModel() const;
+    QStandardItem* anchor();
+    bool mayAdd(const NewStep& step);
+    std::optional<structure_rules::Place> placeOf(const NewStep& step,
+                                                  const QStandardItem* anchor) const;
+    /// Block and rows of a step; null if there is no place or no block.
+    QStandardItem* create(const NewStep& step);
+    void show(QStandardItem* row);
+    void makeCurrent(const QModelIndex& index);
+    void addUdsStep(const NewStep& step);
+    bool openUdsEditor(const QString& id, int stepType, UDSProcessInfo& info);
+    void takeOver(QStandardItem* row, const BaseStepProperty& kind, const UDSProcessInfo& info);
+    void tellOfUdsBlocks(const QStandardItem* row, void (StepEditor::*tell)(QString),
+                         int levels = AllLevels);
+    void tellRowCount();
+    void warn(const QString& text);
+
+    QTreeView& m_tree;
+    CheckStateEditor& m_checkStates;
+    UdsEditor m_udsEditor;
+    QString m_appName;
+};

@@ -1,0 +1,437 @@
+// Where steps may be added, where they go, and what goes with a step that is removed. Each case is
+// a tree with one act on the row marked "<-": lines with "+" come by it, lines with "-" go. A case
+// without either names the refusal.
+
+#include "logic/structure_rules.h"
+
+#include "logic/StepOutline.h"
+#include "tests/logic/step_names.h"
+
+#include <QStringList>
+#include <QTest>
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+using structure_rules::Refusal;
+
+namespace {
+
+struct Row
+{
+    QString name;
+    Row* parent = nullptr;
+    std::vector<std::unique_ptr<Row>> children;
+};
+
+/// A tree made from the lines of text that are not marked with @p without.
+class TextOutline : public StepOutline
+{
+public:
+    TextOutline(const QString& text, QChar without)
+    {
+        std::vector<Row*> path{&root};
+        for (QString line : text.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+            if (line.at(0) == without)
+                continue;
+            const bool isAnchor = line.endsWith(QLatin1String("<-"));
+            line = line.mid(2).remove(QStringLiteral("<-"));
+            const QString name = line.trimmed();
+            path.resize(std::size_t(line.indexOf(name) / 2 + 1));
+            path.push_back(add(*path.back(), int(path.back()->children.size()), name));
+            if (isAnchor)
+                anchor = path.back();
+        }
+    }
+
+    static Row* add(Row& parent, int at, const QString& name)
+    {
+        auto row = std::make_unique<Row>();
+        row->name = name;
+        row->parent = &parent;
+        step_names::kindOf(name);
+        return parent.children.insert(parent.children.begin() + at, std::move(row))->get();
+    }
+
+    static Row* rowOf(Node node) { return static_cast<Row*>(const_cast<void*>(node)); }
+
+    Kind kind(Node node) const override
+    {
+        const step_names::Kind kind = step_names::kindOf(rowOf(node)->name);
+        return {kind.baseType, kind.stepType};
+    }
+    bool takesChildren(Node node) const override
+    {
+        return step_names::kindOf(rowOf(node)->name).takesChildren;
+    }
+    Node parent(Node node) const override
+    {
+        const Row* parent = rowOf(node)->parent;
+        return parent == &root ? nullptr : parent;
+    }
+    int row(Node node) const override
+    {
+        const auto& siblings = rowOf(node)->parent->children;
+        const auto found = std::find_if(siblings.begin(), siblings.end(),
+                                        [node](const auto& row) { return row.get() == node; });
+        return int(found - siblings.begin());
+    }
+    int childCount(Node node) const override { return int(rowOf(node)->children.size()); }
+    Node child(Node node, int row) const override
+    {
+        const auto& children = rowOf(node)->children;
+        return row < 0 || row >= int(children.size()) ? nullptr : children[std::size_t(row)].get();
+    }
+
+    QString print() const { return print(root, 0).join(QLatin1Char('\n')); }
+
+    Row root;
+    Row* anchor = nullptr;
+
+private:
+    static QStringList print(const Row& parent, int depth)
+    {
+        QStringList lines;
+        for (const auto& row : parent.children) {
+            lines += QString(2 * depth, QLatin1Char(' ')) + row->name;
+            lines += print(*row, depth + 1);
+        }
+        return lines;
+    }
+};
+
+void add(const structure_rules::Place& place, const QString& name)
+{
+    Row& parent = *TextOutline::rowOf(place.parent);
+    TextOutline::add(parent, place.row, name);
+    const QString closer = step_names::closerOf(name);
+    if (!closer.isEmpty())
+        TextOutline::add(parent, place.row + 1, closer);
+}
+
+QString refusalName(Refusal refusal)
+{
+    static const QHash<int, QString> names{
+        {int(Refusal::BranchWithoutIf), QStringLiteral("branch without if")},
+        {int(Refusal::BranchOutOfOrder), QStringLiteral("branch out of order")},
+        {int(Refusal::LoopExitOutside), QStringLiteral("outside of loops")},
+        {int(Refusal::LoopExitAtEdge), QStringLiteral("at an edge")}};
+    return names.value(int(refusal));
+}
+
+/// Does the act on the anchor of the tree; gives the refusal, or nothing.
+QString perform(TextOutline& tree, QString act)
+{
+    if (act == QLatin1String("remove")) {
+        auto& siblings = tree.anchor->parent->children;
+        const auto rows = structure_rules::rowsOfStep(tree, tree.anchor);
+        siblings.erase(siblings.begin() + rows.first, siblings.begin() + rows.last + 1);
+        return QString();
+    }
+    const bool isDrop = act.startsWith(QLatin1String("drop "));
+    const bool isAbove = act.endsWith(QLatin1String(" above"));
+    const QString name = act.remove(QStringLiteral("drop ")).remove(QStringLiteral(" above"));
+    const step_names::Kind step = step_names::kindOf(name);
+    const StepOutline::Kind kind{step.baseType, step.stepType};
+    const Refusal refusal =
+        isDrop ? Refusal::None : structure_rules::check(tree, tree.anchor, kind);
+    if (refusal != Refusal::None)
+        return refusalName(refusal);
+    const auto place = isAbove ? structure_rules::placeBefore(tree, tree.anchor, kind)
+                               : structure_rules::placeAt(tree, tree.anchor, kind);
+    if (!place)
+        return QStringLiteral("no place");
+    if (place->isLast && place->row != tree.childCount(place->parent))
+        return QStringLiteral("the last place is not behind the last row");
+    add(*place, name);
+    return QString();
+}
+
+void row(const char* name, const char* act, const char* tree, const char* refusal = "")
+{
+    QTest::newRow(name) << QString::fromUtf8(act) << QString::fromUtf8(tree)
+                        << QString::fromUtf8(refusal);
+}
+
+} // namespace
+
+class StructureRulesTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void act_data();
+    void act();
+
+private:
+    void plainSteps();
+    void branches();
+    void loopExits();
+    void drops();
+    void removals();
+};
+
+void StructureRulesTest::act_data()
+{
+    QTest::addColumn<QString>("act");
+    QTest::addColumn<QString>("tree");
+    QTest::addColumn<QString>("refusal");
+    plainSteps();
+    branches();
+    loopExits();
+    drops();
+    removals();
+}
+
+void StructureRulesTest::plainSteps()
+{
+    row("on a flow: its last step", "延时", R"(
+  初始流程
+    语句
+  主流程 <-
+    语句
++   延时)");
+    row("on a step: behind it", "延时", R"(
+  主流程
+    语句 <-
++   延时
+    语句)");
+    row("on an opener: the last of its body", "延时", R"(
+  主流程
+    for <-
+      语句
++     延时
+    endfor)");
+    row("an opener brings its closer", "do while", R"(
+  主流程
+    语句 <-
++   do while
++   end dowhile
+    语句)");
+    row("an opener at the end of a body", "if", R"(
+  主流程
+    while <-
+      语句
++     if
++     endif
+    endwhile)");
+    row("on a diagnostic step: behind or into it", "诊断 1", R"(
+  主流程
+    诊断 5 <-
+      语句
++     诊断 1
+    语句)");
+    row("a diagnostic step with the number of else if is no branch", "诊断 3", R"(
+  主流程
+    if <-
+      语句
++     诊断 3
+    endif)");
+}
+
+void StructureRulesTest::branches()
+{
+    row("else behind if", "else", R"(
+  主流程
+    if <-
+      语句
++   else
+    endif)");
+    row("else behind else if", "else", R"(
+  主流程
+    if
+    else if <-
++   else
+    endif)");
+    row("else if before else", "else if", R"(
+  主流程
+    if <-
++   else if
+    else
+    endif)");
+    row("else if before else if", "else if", R"(
+  主流程
+    if <-
++   else if
+    else if
+    endif)");
+    row("a second else", "else", "  主流程\n    if <-\n    else\n    endif", "branch out of order");
+    row("else before else if", "else", "  主流程\n    if <-\n    else if\n    endif",
+        "branch out of order");
+    row("else behind else", "else", "  主流程\n    if\n    else <-\n    endif",
+        "branch without if");
+    row("else on a loop", "else", "  主流程\n    for <-\n    endfor", "branch without if");
+    row("else on a flow", "else", "  主流程 <-\n    if\n    endif", "branch without if");
+    row("else on a diagnostic step", "else", "  主流程\n    诊断 1 <-\n    endif",
+        "branch without if");
+    row("else before a diagnostic step", "else", "  主流程\n    if <-\n    诊断 4\n    endif",
+        "branch out of order");
+    row("else behind an if at the end", "else", "  主流程\n    if <-", "branch out of order");
+}
+
+void StructureRulesTest::loopExits()
+{
+    row("break on an empty loop: into it", "break", R"(
+  主流程
+    for <-
++     break
+    endfor)");
+    row("continue behind a step of a loop", "continue", R"(
+  主流程
+    while
+      语句 <-
++     continue
+      语句
+    endwhile)");
+    row("break on an if in a loop: into the if", "break", R"(
+  主流程
+    do while
+      if <-
++       break
+      endif
+    end dowhile)");
+    row("break outside of loops", "break", "  主流程\n    语句 <-\n    语句", "outside of loops");
+    row("break on a flow", "break", "  主流程 <-\n    for\n    endfor", "outside of loops");
+    row("break behind a loop's closer", "break", "  主流程\n    for\n    endfor <-\n    语句",
+        "outside of loops");
+    row("a diagnostic step is no loop", "break", "  主流程\n    诊断 5\n      语句 <-\n      语句",
+        "outside of loops");
+    row("continue behind the last step of a body", "continue",
+        "  主流程\n    for\n      语句 <-\n    endfor", "at an edge");
+    row("break before a diagnostic step", "break",
+        "  主流程\n    for\n      语句 <-\n      诊断 1\n    endfor", "at an edge");
+    row("break on a diagnostic step", "break",
+        "  主流程\n    for\n      诊断 1 <-\n      语句\n    endfor", "at an edge");
+}
+
+void StructureRulesTest::drops()
+{
+    row("between two steps", "drop 延时 above", R"(
+  主流程
+    语句
++   延时
+    语句 <-)");
+    row("above the first row", "drop if above", R"(
+  主流程
++   if
++   endif
+    语句 <-)");
+    row("above endif: into what stands there", "drop 延时 above", R"(
+  主流程
+    if
+    else
+      语句
++     延时
+    endif <-)");
+    row("behind a closer", "drop while above", R"(
+  主流程
+    if
+    endif
++   while
++   endwhile
+    语句 <-)");
+    row("into any row that takes steps", "drop 诊断 1 above", R"(
+  主流程
+    分组
++     诊断 1
+    语句 <-)");
+    row("a branch stays on its level", "drop else above", R"(
+  主流程
+    if
+      语句
++   else
+    endif <-)");
+    row("a branch on a row that takes steps goes behind it", "drop else", R"(
+  主流程
+    if <-
+      语句
++   else
+    endif)");
+    row("no rule is asked", "drop break", R"(
+  主流程 <-
++   break)");
+    row("a branch on a flow", "drop else", "  主流程 <-\n    语句", "no place");
+    row("above a flow", "drop 延时 above", "  初始流程\n  主流程 <-", "no place");
+}
+
+void StructureRulesTest::removals()
+{
+    row("an if with all its branches", "remove", R"(
+  主流程
+    语句
+-   if <-
+-     if
+-     endif
+-   else if
+-   else
+-     语句
+-   endif
+    if
+    endif)");
+    row("endif takes the nearest if along", "remove", R"(
+  主流程
+    if
+    endif
+-   if
+-     语句
+-   else
+-   endif <-)");
+    row("else alone", "remove", R"(
+  主流程
+    if
+      语句
+-   else <-
+-     语句
+    endif)");
+    row("a loop", "remove", R"(
+  主流程
+-   for <-
+-     break
+-   endfor
+    for
+    endfor)");
+    row("a loop's closer", "remove", R"(
+  主流程
+-   while
+-     while
+-     endwhile
+-   endwhile <-)");
+    row("do while within another structure", "remove", R"(
+  主流程
+    if
+-     do while
+-     end dowhile <-
+      语句
+    endif)");
+    row("a diagnostic step has no partner and is none", "remove", R"(
+  主流程
+-   诊断 1 <-
+    诊断 4
+    endif)");
+    row("an if passes a diagnostic step", "remove", R"(
+  主流程
+-   if <-
+-   诊断 4
+-   endif
+    语句)");
+    row("an opener without a closer", "remove", R"(
+  主流程
+-   for <-
+    endwhile)");
+}
+
+void StructureRulesTest::act()
+{
+    QFETCH(QString, act);
+    QFETCH(QString, tree);
+    QFETCH(QString, refusal);
+    TextOutline outline(tree, QLatin1Char('+'));
+    QVERIFY(outline.anchor);
+    QCOMPARE(perform(outline, act), refusal);
+    QCOMPARE(outline.print(), TextOutline(tree, QLatin1Char('-')).print());
+    QCOMPARE(refusal.isEmpty(),
+             tree.contains(QLatin1Char('+')) || tree.contains(QLatin1String("\n-")));
+}
+
+QTEST_GUILESS_MAIN(StructureRulesTest)
+#include "structure_rules_test.moc"
