@@ -1,19 +1,14 @@
-#include "shell/ProcessEditWidget.h"
+#include "tests/shell/EditorFixture.h"
 
-#include "logic/LogicView.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/process_blocks.h"
-#include "sequences/wgtSequenceTable.h"
-#include "shell/LogicMaster.h"
 #include "shell/ProcessEditNotifyTool.h"
 #include "shell/ProcessEditToolBar.h"
 #include "standalone/host/Host.h"
 #include "standalone/runtime/runtime.h"
-#include "standalone/variables/SystemVariables.h"
 #include "tests/support/applet_fixture.h"
 #include "tests/support/child_processes.h"
 #include "tests/support/folders.h"
-#include "tests/support/print_tree.h"
 
 #include <QDragEnterEvent>
 #include <QLabel>
@@ -21,21 +16,17 @@
 #include <QMimeData>
 #include <QSettings>
 #include <QSplitter>
-#include <QStackedWidget>
-#include <QTabBar>
 #include <QTabWidget>
-#include <QTableWidget>
-#include <QTreeView>
 #include <QtTest>
 
 namespace processedit = sdk_ui_interface::processedit;
 
-class ProcessEditWidgetTest : public QObject
+class ProcessEditWidgetTest : public EditorFixture
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
+    void init() { openEditor(); }
+    void cleanup() { closeEditor(); }
     void cleanupTestCase() { standalone::shutdownRuntime(); }
     void emptyAppletGetsASequence();
     void savingWritesWhatWaitsInAPanel();
@@ -49,64 +40,13 @@ private slots:
     void droppedFiles_data();
     void droppedFiles();
     void draggedSequenceShowsTheTemplates();
-    void sequencesBecomeTemplates();
-    void sequenceTableDrivesThePanels();
-    void removedSequencesLeaveThePanels();
-    void hostAddsVariables();
-    void changedSystemVariableReloadsThePanel();
     void loadTellsTheHost();
     void destroyedInTheMiddleOfARun();
     void outlivesItsWidgetOnRequest();
 
 private:
-    template <class Widget> Widget* find(const QWidget* parent, const char* name) const
-    {
-        return parent->findChild<Widget*>(QString::fromLatin1(name));
-    }
-    QString folder() const { return m_folder->path() + QLatin1Char('/'); }
-    QString sequence() const { return m_editor->getCurrentShowSequenceId(); }
-    std::shared_ptr<IProcessBlock> addDelay(int milliseconds);
-    void click(const std::shared_ptr<IProcessBlock>& block);
-
     static constexpr int Patience = 60000;
-    const QString m_name = QStringLiteral("widget_test");
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<ProcessEditWidget> m_editor;
 };
-
-void ProcessEditWidgetTest::init()
-{
-    m_folder = std::make_unique<QTemporaryDir>();
-    standalone::Host::instance().setProjectPath(m_folder->path());
-    m_editor = std::make_unique<ProcessEditWidget>(QStringLiteral("Test"));
-    m_editor->createCApplet(m_name);
-    m_editor->setProcessJsonAndVciPath(folder(), folder());
-    m_editor->setSettingPath(folder());
-    m_editor->load(false);
-    m_editor->resize(1200, 700);
-    m_editor->show();
-}
-
-void ProcessEditWidgetTest::cleanup()
-{
-    m_editor.reset();
-    LogicMaster::instance()->removeApplet(m_name, true);
-}
-
-std::shared_ptr<IProcessBlock> ProcessEditWidgetTest::addDelay(int milliseconds)
-{
-    auto step = applet_fixture::addStep<DelayProcessBlock>(m_name, sequence(), QStringLiteral("1"),
-                                                           step_type::Delay, "等待");
-    step->delay = milliseconds;
-    processedit::updateProcess(m_name, sequence(), step);
-    m_editor->loadDataToUI(m_name, false);
-    return step;
-}
-
-void ProcessEditWidgetTest::click(const std::shared_ptr<IProcessBlock>& block)
-{
-    m_editor->processItemClickedSlot(block->baseType(), QString::fromStdString(block->uuid));
-}
 
 void ProcessEditWidgetTest::emptyAppletGetsASequence()
 {
@@ -300,109 +240,6 @@ void ProcessEditWidgetTest::draggedSequenceShowsTheTemplates()
         QCoreApplication::sendEvent(tabs->tabBar(), &enter);
     }
     QCOMPARE(tabs->currentIndex(), 1);
-}
-
-void ProcessEditWidgetTest::sequencesBecomeTemplates()
-{
-    addDelay(10);
-    QSignalSpy told(LogicMaster::instance(), &LogicMaster::sigUpdateTemplateWidget);
-    m_editor->onAddTemplateSequence({QStringLiteral("no such sequence")});
-    QCOMPARE(told.count(), 0);
-    m_editor->onAddTemplateSequence({sequence()});
-    QCOMPARE(told.count(), 1);
-    QCOMPARE(find<QTabWidget>(m_editor.get(), "tabWidget")->currentIndex(), 1);
-    QCOMPARE(find<QTreeView>(m_editor.get(), "template_treeView")->model()->rowCount(), 1);
-    QFile file(folder() + QStringLiteral("processtemplate.peTemp"));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QVERIFY(file.readAll().contains("等待"));
-    processedit::removeAllProcessTemplate(false);
-}
-
-void ProcessEditWidgetTest::sequenceTableDrivesThePanels()
-{
-    auto* table = m_editor->findChild<wgtSequenceTable*>();
-    const auto* view = m_editor->findChild<LogicView*>();
-    const QString first = sequence();
-    auto call = applet_fixture::addStep<SequenceProcessBlock>(m_name, first, QStringLiteral("1"),
-                                                              step_type::Sequence, "调用");
-    QSignalSpy modified(m_editor.get(), &ProcessEditWidget::sigAuthoringModified);
-    table->addSequenceSlot();
-    const QString added = sequence();
-    QVERIFY(added != first && view->editModel(added));
-    QCOMPARE(modified.count(), 1);
-    call->sourceKind = SequenceProcessBlock::AppletSequence;
-    call->sequenceId = added.toStdString();
-    call->sequenceName = "Sequence_1";
-    processedit::updateProcess(m_name, first, call);
-    m_editor->loadDataToUI(m_name, false);
-    QCOMPARE(sequence(), first);
-    // A new name reaches the row that calls the sequence.
-    auto* rows = table->findChild<QTableWidget*>();
-    rows->item(1, 0)->setText(QStringLiteral("renamed"));
-    const QString text =
-        test_support::printTree(*view->editModel(first), {0, 1}).join(QLatin1Char('\n'));
-    QVERIFY2(text.contains(QStringLiteral("renamed")), qPrintable(text));
-}
-
-void ProcessEditWidgetTest::removedSequencesLeaveThePanels()
-{
-    addDelay(10);
-    const QString second = processedit::createSeuqence(m_name, QStringLiteral("second"));
-    m_editor->loadDataToUI(m_name, false);
-    const QString first = sequence();
-    const auto* variables = find<QWidget>(m_editor.get(), "widget_para")->findChild<QTreeView*>();
-    const auto* view = m_editor->findChild<LogicView*>();
-    QVERIFY(variables->model() && view->editModel(second));
-    m_editor->onRemoveSelectSequence({first});
-    QVERIFY(!view->editModel(first) && view->editModel(second));
-    QVERIFY(!variables->model());
-    QCOMPARE(sequence(), QString());
-    m_editor->setCurrentShowSequence(second);
-    QVERIFY(variables->model());
-    m_editor->onRemoveAllSequence();
-    QVERIFY(!view->editModel(second) && !variables->model());
-}
-
-void ProcessEditWidgetTest::hostAddsVariables()
-{
-    QSignalSpy modified(m_editor.get(), &ProcessEditWidget::sigAuthoringModified);
-    const auto rows = [this] {
-        const auto* tree = find<QWidget>(m_editor.get(), "widget_para")->findChild<QTreeView*>();
-        const QStringList lines = test_support::printTree(*tree->model(), {0, 1, 2});
-        return QString(lines.join(QLatin1Char('\n')));
-    };
-    m_editor->addVarToCurrentView(QStringLiteral("speed"), QStringLiteral(" 12 "), DrelU16,
-                                  SequenceVariable, false);
-    m_editor->addVarToCurrentView(QStringLiteral("title"), QString(), DrelString, ProcessVariable,
-                                  false);
-    QVERIFY2(rows().contains(QStringLiteral("speed | 12 | u16")), qPrintable(rows()));
-    QVERIFY2(rows().contains(QStringLiteral("title | NULL | string")), qPrintable(rows()));
-    // The one that is there takes the new value, wherever it stands.
-    m_editor->addVarToCurrentView(QStringLiteral("title"), QStringLiteral("x"), DrelCharPtr,
-                                  SequenceVariable, false);
-    QVERIFY2(rows().contains(QStringLiteral("title | x | char*")), qPrintable(rows()));
-    QCOMPARE(rows().count(QStringLiteral("title")), 1);
-    QCOMPARE(modified.count(), 3);
-    // A name that no variable may have.
-    m_editor->addVarToCurrentView(QStringLiteral("1a"), QString(), DrelU8, SequenceVariable, true);
-    QCOMPARE(modified.count(), 3);
-}
-
-void ProcessEditWidgetTest::changedSystemVariableReloadsThePanel()
-{
-    auto step = applet_fixture::addStep<StatementProcessBlock>(
-        m_name, sequence(), QStringLiteral("1"), step_type::Statement, "语句");
-    step->setCustomCode("speed = 1;");
-    m_editor->updateUseSystemVarItemInfo(m_name, false);
-    process_edit::addVariable(m_name.toStdString(), SequenceVariable, sequence().toStdString());
-    const auto* tree = find<QWidget>(m_editor.get(), "widget_para")->findChild<QTreeView*>();
-    const auto ownRows = [tree] { return tree->model()->rowCount(tree->model()->index(0, 0)); };
-    QCOMPARE(ownRows(), 0);
-    auto& variables = standalone::SystemVariables::instance();
-    variables.define({QStringLiteral("speed"), QString(), 1, DoubleCategory, QString(), 2});
-    variables.setValue(QStringLiteral("speed"), QStringLiteral("3"));
-    variables.waitForListeners();
-    QTRY_COMPARE(ownRows(), 1);
 }
 
 void ProcessEditWidgetTest::loadTellsTheHost()
