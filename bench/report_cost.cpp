@@ -9,9 +9,13 @@
 #include "shell/notify_callbacks.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
+#include <QTimer>
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <atomic>
 #include <mutex>
 #include <thread>
 
@@ -85,7 +89,67 @@ void report_cost_yardstick(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+/// The longest of the run tab's ticks, of 30 ms each, while a thread reports as fast as it can.
+double longestTick(bool isFlooded)
+{
+    constexpr int Ticks = 40;
+    const logic_samples::Builder builder(Steps);
+    const logic_samples::Sample& sample = builder.sample();
+    LogicView view;
+    view.resize(900, 700);
+    view.setCAppletName(sample.appName);
+    view.show();
+    view.setRunMode(true, sample.appName, sample.sequenceId, QString());
+    QApplication::processEvents();
+    std::atomic<bool> isOver{false};
+    std::thread runner([&] {
+        for (int report = 0; isFlooded && !isOver; ++report)
+            view.notifyRunState(sample.sequenceId, sample.blockUuids[report % Steps], 0,
+                                report / Steps % 101);
+    });
+    double longest = 0.0;
+    int ticks = 0;
+    QElapsedTimer sinceTick;
+    QTimer timer;
+    timer.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        longest = std::max(longest, sinceTick.nsecsElapsed() / 1e9);
+        sinceTick.start();
+        ++ticks;
+    });
+    sinceTick.start();
+    timer.start(30);
+    while (ticks < Ticks)
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    isOver = true;
+    runner.join();
+    view.setRunMode(false, QString(), QString(), QString());
+    return longest;
+}
+
+void tick_under_flood(benchmark::State& state)
+{
+    for (auto _ : state)
+        state.SetIterationTime(longestTick(true));
+}
+
+void tick_under_flood_yardstick(benchmark::State& state)
+{
+    for (auto _ : state)
+        state.SetIterationTime(longestTick(false));
+}
+
 } // namespace
 
 BENCHMARK(report_cost)->Arg(1000000)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(report_cost_yardstick)->Arg(1000000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(tick_under_flood)
+    ->Arg(Steps)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime()
+    ->Iterations(1);
+BENCHMARK(tick_under_flood_yardstick)
+    ->Arg(Steps)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime()
+    ->Iterations(1);

@@ -1,6 +1,7 @@
 #include "logic/CheckStateEditor.h"
 
 #include "logic/CustonStandModel.h"
+#include "logic/RowItem.h"
 #include "logic/check_states.h"
 #include "logic/logic_roles.h"
 #include "model/IProcessBlock.h"
@@ -21,6 +22,7 @@ QString sequenceOf(const QStandardItem* row)
 
 bool CheckStateEditor::takeBox(QStandardItem* row)
 {
+    m_followers.clear();
     const QSignalBlocker blocker(row->model());
     if (row->data(logic_roles::BaseType).toInt() <= EndFlow)
         return takeFlowBox(row);
@@ -52,12 +54,14 @@ bool CheckStateEditor::writeBlock(const QStandardItem* row)
 
 void CheckStateEditor::spread(QStandardItem* row)
 {
+    m_followers.clear();
     const QSignalBlocker blocker(row->model());
     check_states::propagate(*this, row);
 }
 
 void CheckStateEditor::updateUpward(const QStandardItem* row)
 {
+    m_followers.clear();
     const QSignalBlocker blocker(row->model());
     check_states::updateUpward(*this, row);
 }
@@ -94,9 +98,17 @@ Qt::CheckState CheckStateEditor::state(const QStandardItem* row) const
     return block ? Qt::CheckState(block->enableState) : row->checkState();
 }
 
+int CheckStateEditor::disabledChildren(const QStandardItem* row) const
+{
+    return RowItem::from(row)->uncheckedChildren();
+}
+
 void CheckStateEditor::setState(QStandardItem* row, Qt::CheckState state)
 {
     if (const auto block = blockOf(row))
         write(row, block, state);
+    if (row->checkState() == state)
+        return;
     row->setCheckState(state);
+    m_followers.append(row);
 }

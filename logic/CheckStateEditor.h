@@ -23,6 +23,10 @@ public:
     /// state already, and for a flow's box that is partly checked: nothing has changed then.
     bool takeBox(QStandardItem* row);
 
+    /// The rows whose boxes have followed in the last operation, in no order. The model has not
+    /// told the views of them.
+    const QVector<QStandardItem*>& followers() const { return m_followers; }
+
     /// Brings the block of @p row alone to the state of its box. False if nothing has changed, as
     /// with a flow's row.
     bool writeBlock(const QStandardItem* row);
@@ -40,6 +44,7 @@ public:
 private:
     Qt::CheckState state(const QStandardItem* row) const override;
     void setState(QStandardItem* row, Qt::CheckState state) override;
+    int disabledChildren(const QStandardItem* row) const override;
 
     std::shared_ptr<IProcessBlock> blockOf(const QStandardItem* row) const;
     bool write(const QStandardItem* row, const std::shared_ptr<IProcessBlock>& block,
@@ -47,4 +52,5 @@ private:
     bool takeFlowBox(QStandardItem* flowRow);
 
     QString m_appName;
+    QVector<QStandardItem*> m_followers;
 };

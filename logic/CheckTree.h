@@ -16,4 +16,7 @@ public:
 
     /// Gives the block that state, then the box; only the box where there is no block.
     virtual void setState(QStandardItem* row, Qt::CheckState state) = 0;
+
+    /// How many of the rows directly below @p row are disabled, by their boxes.
+    virtual int disabledChildren(const QStandardItem* row) const = 0;
 };

@@ -3,6 +3,7 @@
 #include "model/step_kinds.h"
 
 #include <QModelIndex>
+#include <QSet>
 #include <QStandardItemModel>
 
 class RowIndex;
@@ -13,9 +14,19 @@ class CustonStandModel : public QStandardItemModel
 {
     Q_OBJECT
 public:
-    explicit CustonStandModel(const QString& sequenceId, QObject* parent = nullptr);
+    CustonStandModel(const QString& appName, const QString& sequenceId, QObject* parent = nullptr);
 
     QString sequenceId() const { return m_sequenceId; }
+    /// The applet whose blocks the rows show.
+    void setAppName(const QString& appName) { m_appName = appName; }
+    /// The blocks whose descriptions bear the mark to be compiled again.
+    void setStaleBlocks(const QSet<QString>& blockUuids) { m_staleBlocks = blockUuids; }
+
+    /// Description and settings of a step are those of its block at the moment.
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    /// To be called when a block has other texts than before; @p row is its cell of column 0.
+    void tellTextsChanged(const QStandardItem* row);
 
     /// The item of column 0 of the block's row, or null; the flow rows are "0", "1" and "2".
     QStandardItem* rowOf(const QString& blockUuid) const;
@@ -33,6 +44,10 @@ signals:
                                    QString quickStepId, bool isInsert = false);
 
 private:
+    const QStandardItem* nameItem(const QModelIndex& index) const;
+
+    QString m_appName;
     QString m_sequenceId;
+    QSet<QString> m_staleBlocks;
     RowIndex* m_rows;
 };

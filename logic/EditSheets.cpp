@@ -3,9 +3,15 @@
 #include "logic/CustonStandModel.h"
 #include "logic/flow_loader.h"
 #include "logic/row_texts.h"
-#include "logic/tree_look.h"
 #include "model/SequenceInfo.h"
 #include "model/services/processedit.h"
+
+void EditSheets::setAppName(const QString& appName)
+{
+    m_appName = appName;
+    for (CustonStandModel* model : qAsConst(m_editModels))
+        model->setAppName(appName);
+}
 
 CustonStandModel* EditSheets::load(const QString& sequenceId)
 {
@@ -13,11 +19,10 @@ CustonStandModel* EditSheets::load(const QString& sequenceId)
     if (sequence.id.empty())
         return nullptr;
     remove(sequenceId);
-    auto* model = new CustonStandModel(sequenceId, this);
+    auto* model = new CustonStandModel(m_appName, sequenceId, this);
     flow_loader::fill(model, flow_loader::sequenceFlows(m_appName, sequence),
                       step_rows::Purpose::Edit);
-    if (!m_staleUuids.isEmpty())
-        tree_look::markStaleRows(*model, m_staleUuids);
+    model->setStaleBlocks(m_staleUuids);
     m_editModels.insert(sequenceId, model);
     m_editTableModels.insert(sequenceId, new QStandardItemModel(this));
     return model;
@@ -45,23 +50,23 @@ void EditSheets::setStale(const QSet<QString>& blockUuids)
 {
     m_staleUuids = blockUuids;
     for (CustonStandModel* model : qAsConst(m_editModels))
-        tree_look::markStaleRows(*model, m_staleUuids);
+        model->setStaleBlocks(m_staleUuids);
 }
 
 void EditSheets::refreshRow(const QString& sequenceId, const QString& blockUuid) const
 {
-    if (const CustonStandModel* model = this->model(sequenceId))
-        row_texts::refresh(*model, m_appName, blockUuid, m_staleUuids);
+    if (CustonStandModel* model = this->model(sequenceId))
+        row_texts::refresh(*model, m_appName, blockUuid);
 }
 
 void EditSheets::refreshJumps(const QString& sequenceId) const
 {
-    if (const CustonStandModel* model = this->model(sequenceId))
-        row_texts::refreshJumps(*model, m_appName, m_staleUuids);
+    if (CustonStandModel* model = this->model(sequenceId))
+        row_texts::refreshJumps(*model, m_appName);
 }
 
 void EditSheets::refreshCalls() const
 {
-    for (const CustonStandModel* model : m_editModels)
-        row_texts::refreshCalls(*model, m_appName, m_staleUuids);
+    for (CustonStandModel* model : m_editModels)
+        row_texts::refreshCalls(*model, m_appName);
 }

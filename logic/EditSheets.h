@@ -17,8 +17,8 @@ class EditSheets : public QObject
 public:
     explicit EditSheets(QObject* parent) : QObject(parent) {}
 
-    /// The applet that is loaded from; what is there already stays.
-    void setAppName(const QString& appName) { m_appName = appName; }
+    /// The applet that is loaded from, or the new name of the one that is loaded.
+    void setAppName(const QString& appName);
 
     /// Loads a sequence in place of what there was of it. Null if the applet has none of that id.
     CustonStandModel* load(const QString& sequenceId);

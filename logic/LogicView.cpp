@@ -276,7 +276,7 @@ void LogicView::onDataChanged(QModelIndex topLeft, QModelIndex bottomRight)
     if (!item || !item->isCheckable() || !m->checkStates.takeBox(item))
         return;
     m->sheets->refreshJumps(model->sequenceId());
-    m->ui.treeView->viewport()->update();
+    tree_look::redraw(m->ui.treeView, m->checkStates.followers());
     emit sigModified();
 }
 

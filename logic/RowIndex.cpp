@@ -1,5 +1,6 @@
 #include "logic/RowIndex.h"
 
+#include "logic/RowItem.h"
 #include "logic/logic_roles.h"
 #include "model/step_kinds.h"
 
@@ -30,6 +31,15 @@ template <typename Visit> void visitRows(QStandardItem* parent, int first, int l
 QStandardItem* parentItem(QStandardItemModel* model, const QModelIndex& parent)
 {
     return parent.isValid() ? model->itemFromIndex(parent) : model->invisibleRootItem();
+}
+
+// Taken out rows forget what they counted below them: they are counted anew when they come back.
+void countInParent(QStandardItem* item, int change)
+{
+    const RowItem* row = RowItem::from(item);
+    RowItem* parent = RowItem::from(item->parent());
+    if (row && parent && row->isUnchecked())
+        parent->countUnchecked(change);
 }
 
 } // namespace
@@ -63,6 +73,7 @@ void RowIndex::addRows(const QModelIndex& parent, int first, int last)
         const QString uuid = item->data(logic_roles::BlockUuid).toString();
         if (!uuid.isEmpty())
             m_items.insert(uuid, item);
+        countInParent(item, 1);
         if (QSet<QStandardItem*>* set = setFor(item))
             set->insert(item);
     });
@@ -75,6 +86,7 @@ void RowIndex::removeRows(const QModelIndex& parent, int first, int last)
         // A moved row may have been inserted anew before its old place is removed.
         if (found != m_items.end() && *found == item)
             m_items.erase(found);
+        countInParent(item, -1);
         if (QSet<QStandardItem*>* set = setFor(item))
             set->remove(item);
     });

@@ -9,7 +9,8 @@ class QStandardItem;
 class QStandardItemModel;
 
 /// Finds the row of a block by its uuid in constant time. Follows the model's insertions, removals
-/// and resets; the flow rows are found by "0", "1" and "2". Belongs to the model. GUI thread only.
+/// and resets; the flow rows are found by "0", "1" and "2". Counts the unchecked rows below each
+/// RowItem on the way. Belongs to the model. GUI thread only.
 class RowIndex : public QObject
 {
     Q_OBJECT

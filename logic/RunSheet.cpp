@@ -11,10 +11,13 @@ namespace {
 
 void write(QStandardItem* row, Outcome outcome)
 {
-    if (QStandardItem* state = step_rows::cell(row, logic_columns::State)) {
-        state->setText(run_states::text(outcome));
-        state->setBackground(run_states::background(outcome));
+    QStandardItem* state = step_rows::cell(row, logic_columns::State);
+    if (!state) {
+        state = new QStandardItem;
+        row->parent()->setChild(row->row(), logic_columns::State, state);
     }
+    state->setText(run_states::text(outcome));
+    state->setBackground(run_states::background(outcome));
 }
 
 } // namespace

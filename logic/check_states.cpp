@@ -78,17 +78,12 @@ void syncPair(CheckTree& tree, const QStandardItem& row)
     }
 }
 
-/// By the boxes, which show what the blocks are: to ask for the blocks of all siblings would cost
-/// many times more than anything else here.
-Qt::CheckState stateOfChildren(const QStandardItem& parent)
+Qt::CheckState stateOfChildren(const CheckTree& tree, const QStandardItem& parent)
 {
-    bool on = false;
-    bool off = false;
-    for (int i = 0; i < parent.rowCount() && !(on && off); ++i)
-        (parent.child(i)->checkState() == Qt::Unchecked ? off : on) = true;
-    if (!off)
+    const int disabled = tree.disabledChildren(&parent);
+    if (disabled == 0)
         return Qt::Checked;
-    return on ? Qt::PartiallyChecked : Qt::Unchecked;
+    return disabled == parent.rowCount() ? Qt::Unchecked : Qt::PartiallyChecked;
 }
 
 } // namespace
@@ -113,7 +108,7 @@ void propagateFlow(CheckTree& tree, QStandardItem* flowRow)
 void updateUpward(CheckTree& tree, const QStandardItem* row)
 {
     for (QStandardItem* parent = row->parent(); parent; parent = parent->parent()) {
-        tree.setState(parent, stateOfChildren(*parent));
+        tree.setState(parent, stateOfChildren(tree, *parent));
         syncPair(tree, *parent);
     }
 }

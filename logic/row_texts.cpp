@@ -6,39 +6,36 @@
 #include "model/IProcessBlock.h"
 #include "model/services/processedit.h"
 
-using namespace sdk_ui_interface;
-
 namespace row_texts {
 namespace {
 
-void refreshRow(QStandardItem* row, const QString& appName, const QSet<QString>& staleUuids)
+void refreshRow(CustonStandModel& model, QStandardItem* row, const QString& appName)
 {
-    const QString uuid = step_rows::uuidOf(row);
-    if (const auto block = processedit::getProcess(appName, uuid))
-        step_rows::refreshTexts(row, *block, staleUuids.contains(uuid));
+    const auto block = sdk_ui_interface::processedit::getProcess(appName, step_rows::uuidOf(row));
+    if (!block)
+        return;
+    row->setText(step_rows::translatedName(block->name));
+    model.tellTextsChanged(row);
 }
 
 } // namespace
 
-void refresh(const CustonStandModel& model, const QString& appName, const QString& blockUuid,
-             const QSet<QString>& staleUuids)
+void refresh(CustonStandModel& model, const QString& appName, const QString& blockUuid)
 {
     if (QStandardItem* row = model.rowOf(blockUuid))
-        refreshRow(row, appName, staleUuids);
+        refreshRow(model, row, appName);
 }
 
-void refreshCalls(const CustonStandModel& model, const QString& appName,
-                  const QSet<QString>& staleUuids)
+void refreshCalls(CustonStandModel& model, const QString& appName)
 {
     for (QStandardItem* row : model.rows().calls())
-        refreshRow(row, appName, staleUuids);
+        refreshRow(model, row, appName);
 }
 
-void refreshJumps(const CustonStandModel& model, const QString& appName,
-                  const QSet<QString>& staleUuids)
+void refreshJumps(CustonStandModel& model, const QString& appName)
 {
     for (QStandardItem* row : model.rows().jumps())
-        refreshRow(row, appName, staleUuids);
+        refreshRow(model, row, appName);
 }
 
 } // namespace row_texts

@@ -1,5 +1,6 @@
 #include "logic/step_rows.h"
 
+#include "logic/RowItem.h"
 #include "logic/logic_roles.h"
 #include "model/IProcessBlock.h"
 #include "model/services/widget_bases.h"
@@ -22,11 +23,6 @@ constexpr Qt::ItemFlags CommonFlags =
 QString translated(const char* text)
 {
     return QCoreApplication::translate("LogicView", text);
-}
-
-QString staleSuffix()
-{
-    return translated(" [需重新编译]");
 }
 
 int columnCount(Purpose purpose)
@@ -97,79 +93,53 @@ QList<QStandardItem*> flowRow(logicBlockType flow, Purpose purpose)
 {
     QFont bold;
     bold.setBold(true);
-    QList<QStandardItem*> row;
-    for (int column = 0; column < columnCount(purpose); ++column) {
-        auto* item = new QStandardItem;
-        item->setFlags(CommonFlags & ~Qt::ItemIsDragEnabled);
-        row.append(item);
+    const Qt::ItemFlags flags = CommonFlags & ~Qt::ItemIsDragEnabled;
+    QList<QStandardItem*> row{
+        new RowItem(flow, translated(flowName(flow)), flags, purpose == Purpose::Edit)};
+    row.first()->setFont(bold);
+    while (row.size() < columnCount(purpose)) {
+        row.append(new QStandardItem);
+        row.last()->setFlags(flags);
     }
-    QStandardItem* name = row.first();
-    name->setText(translated(flowName(flow)));
-    name->setFont(bold);
-    name->setData(int(flow), logic_roles::BaseType);
-    name->setData(QString::number(flow), logic_roles::BlockUuid);
-    if (purpose == Purpose::Edit)
-        name->setCheckState(Qt::Checked);
     return row;
 }
 
 QList<QStandardItem*> stepRow(const IProcessBlock& block, Purpose purpose)
 {
-    // All cells hold these; clones share the memory until a cell gets a value of its own.
-    QStandardItem common;
-    common.setFlags(stepFlags(block));
-    common.setData(int(block.baseType()), logic_roles::BaseType);
-    common.setData(block.stepType(), logic_roles::StepType);
-    common.setData(QString::fromStdString(block.uuid), logic_roles::BlockUuid);
-
+    const Qt::ItemFlags flags = stepFlags(block);
     QList<QStandardItem*> row;
     row.reserve(columnCount(purpose));
-    for (int column = 0; column < columnCount(purpose); ++column)
-        row.append(common.clone());
-
-    QStandardItem* name = row[logic_columns::Name];
-    name->setData(translatedName(block.name), Qt::DisplayRole);
-    const QIcon stepIcon = icon(block.baseType(), block.stepType());
-    if (!stepIcon.isNull())
-        name->setData(stepIcon, Qt::DecorationRole);
+    row.append(new RowItem(block, flags, purpose == Purpose::Edit));
+    while (row.size() < columnCount(purpose))
+        row.append(nullptr);
     if (purpose == Purpose::Edit)
-        name->setData(block.enableState, Qt::CheckStateRole);
-
+        return row; // the model tells what the other cells show
+    const auto put = [&](int column, const QString& text, const QString& tip) {
+        if (text.isEmpty())
+            return;
+        row[column] = new QStandardItem(text);
+        row[column]->setFlags(flags);
+        if (!tip.isEmpty())
+            row[column]->setData(tip, Qt::ToolTipRole);
+    };
     const QString description = QString::fromStdString(block.description());
-    if (!description.isEmpty()) {
-        row[logic_columns::Description]->setData(firstLine(description), Qt::DisplayRole);
-        row[logic_columns::Description]->setData(description, Qt::ToolTipRole);
-    }
-    const QString setting = QString::fromStdString(block.settingText());
-    if (!setting.isEmpty())
-        row[logic_columns::Setting]->setData(setting, Qt::DisplayRole);
+    put(logic_columns::Description, firstLine(description), description);
+    put(logic_columns::Setting, QString::fromStdString(block.settingText()), QString());
     return row;
 }
 
-void refreshTexts(QStandardItem* nameItem, const IProcessBlock& block, bool stale)
+QString cellText(const IProcessBlock& block, int column, bool stale)
 {
-    nameItem->setText(translatedName(block.name));
-    if (QStandardItem* item = cell(nameItem, logic_columns::Description)) {
-        const QString description = QString::fromStdString(block.description());
-        item->setText(firstLine(description) + (stale ? staleSuffix() : QString()));
-        item->setToolTip(description);
-    }
-    if (QStandardItem* item = cell(nameItem, logic_columns::Setting))
-        item->setText(QString::fromStdString(block.settingText()));
-}
-
-void setStaleMark(QStandardItem* descriptionItem, bool stale)
-{
-    const QString suffix = staleSuffix();
-    const QString text = descriptionItem->text();
-    if (text.endsWith(suffix) == stale)
-        return;
-    descriptionItem->setText(stale ? text + suffix : text.left(text.size() - suffix.size()));
+    if (column == logic_columns::Setting)
+        return QString::fromStdString(block.settingText());
+    const QString text = firstLine(QString::fromStdString(block.description()));
+    return stale ? text + translated(" [需重新编译]") : text;
 }
 
 QString uuidOf(const QStandardItem* nameItem)
 {
-    return nameItem->data(logic_roles::BlockUuid).toString();
+    const RowItem* row = RowItem::from(nameItem);
+    return row ? row->uuid() : nameItem->data(logic_roles::BlockUuid).toString();
 }
 
 bool isFlow(const QStandardItem* nameItem)

@@ -23,16 +23,14 @@ QStringList headers(Purpose purpose);
 /// The top row of a flow: InitialFlow, MainFlow or EndFlow. Checked on the edit tree.
 QList<QStandardItem*> flowRow(logicBlockType flow, Purpose purpose);
 
-/// The row of a block alone, without the rows of its children.
+/// The row of a block alone, without the rows of its children. On the edit tree only the first cell
+/// is an item: CustonStandModel shows the texts of the others as the block has them. Cells without
+/// a text are null on the run tree.
 QList<QStandardItem*> stepRow(const IProcessBlock& block, Purpose purpose);
 
-/// Writes name, description and settings of @p block into an existing row; @p stale marks the
-/// description of a block that must be compiled again.
-void refreshTexts(QStandardItem* nameItem, const IProcessBlock& block, bool stale);
-
-/// Puts the mark of a block that must be compiled again behind the description, or takes it off.
-/// Does nothing where it stands as wanted.
-void setStaleMark(QStandardItem* descriptionItem, bool stale);
+/// What the description or the settings column shows of a block; @p stale marks the description of
+/// one that must be compiled again.
+QString cellText(const IProcessBlock& block, int column, bool stale);
 
 /// The uuid of the block that a row shows; "0", "1" or "2" for a flow's.
 QString uuidOf(const QStandardItem* nameItem);

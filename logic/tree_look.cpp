@@ -1,15 +1,13 @@
 #include "logic/tree_look.h"
 
-#include "logic/CustonStandModel.h"
-#include "logic/RowIndex.h"
 #include "logic/logic_roles.h"
-#include "logic/step_rows.h"
 #include "model/services/widget_bases.h"
 #include "model/step_kinds.h"
 
 #include <QHeaderView>
 #include <QItemSelectionModel>
-#include <QSignalBlocker>
+#include <QSet>
+#include <QStandardItem>
 #include <QTreeView>
 
 namespace {
@@ -34,13 +32,21 @@ void tree_look::apply(QTreeView* tree)
     tree->setPalette(palette);
 }
 
-void tree_look::markStaleRows(CustonStandModel& model, const QSet<QString>& blockUuids)
+void tree_look::redraw(QTreeView* tree, const QVector<QStandardItem*>& rows)
 {
-    const QSignalBlocker blocker(&model);
-    const auto& items = model.rows().items();
-    for (auto row = items.begin(); row != items.end(); ++row) {
-        if (QStandardItem* item = step_rows::cell(row.value(), logic_columns::Description))
-            step_rows::setStaleMark(item, blockUuids.contains(row.key()));
+    // The view looks for a row by walking along its rows.
+    constexpr int FewRows = 20;
+    if (rows.size() > FewRows) {
+        tree->viewport()->update();
+        return;
+    }
+    QSet<QModelIndex> above;
+    for (QModelIndex index = tree->indexAt(QPoint(0, 0)).parent(); index.isValid();
+         index = index.parent())
+        above.insert(index);
+    for (const QStandardItem* row : rows) {
+        if (!above.contains(row->index()))
+            tree->update(row->index());
     }
 }
 

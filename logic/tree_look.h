@@ -1,21 +1,20 @@
 #pragma once
 
-#include <QSet>
-#include <QString>
+#include <QVector>
 
-class CustonStandModel;
 class QItemSelectionModel;
+class QStandardItem;
 class QTreeView;
 
-/// What the edit and the run tree have in common, and marks that cover a whole tree.
+/// What the edit and the run tree have in common.
 namespace tree_look {
 
 /// Header, icon size and colours of a logic tree.
 void apply(QTreeView* tree);
 
-/// Marks the rows of @p blockUuids as to be compiled again, and unmarks all others. The model sends
-/// no signals for it: the caller has the view drawn again.
-void markStaleRows(CustonStandModel& model, const QSet<QString>& blockUuids);
+/// Draws rows anew that have changed without a signal of the model; in constant time for rows that
+/// are above the ones in sight.
+void redraw(QTreeView* tree, const QVector<QStandardItem*>& rows);
 
 /// Whether a selection holds a flow row and a step row.
 bool mixesFlowsAndSteps(const QItemSelectionModel* selection);

@@ -75,6 +75,14 @@ public:
         ++writes;
     }
 
+    int disabledChildren(const QStandardItem* row) const override
+    {
+        int disabled = 0;
+        for (int child = 0; child < row->rowCount(); ++child)
+            disabled += row->child(child)->checkState() == Qt::Unchecked;
+        return disabled;
+    }
+
     QString print() const { return test_support::printTree(model).join(QLatin1Char('\n')); }
     bool boxesShowTheBlocks() const
     {

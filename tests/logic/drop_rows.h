@@ -13,8 +13,10 @@ namespace drop_rows {
 inline QList<QStandardItem*> copyOf(const QStandardItem* parent, int row)
 {
     QList<QStandardItem*> cells;
-    for (int column = 0; column < logic_columns::EditCount; ++column)
-        cells.append(parent->child(row, column)->clone());
+    for (int column = 0; column < logic_columns::EditCount; ++column) {
+        const QStandardItem* cell = parent->child(row, column);
+        cells.append(cell ? cell->clone() : nullptr);
+    }
     for (int i = 0; i < parent->child(row)->rowCount(); ++i)
         cells.first()->appendRow(copyOf(parent->child(row), i));
     return cells;

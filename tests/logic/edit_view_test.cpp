@@ -57,9 +57,9 @@ private:
         auto* model = qobject_cast<CustonStandModel*>(m_view->editModel(m_sequence));
         return model ? model->rowOf(uuid) : nullptr;
     }
-    QStandardItem* cell(const QString& uuid, int column) const
+    QModelIndex cell(const QString& uuid, int column) const
     {
-        return row(uuid)->parent()->child(row(uuid)->row(), column);
+        return row(uuid)->index().siblingAtColumn(column);
     }
     void show()
     {
@@ -115,24 +115,25 @@ void EditViewTest::cellData()
     const QString close = m_applet->add(m_sequence, m_applet->main, step_type::EndFor, "close");
     show();
 
-    QCOMPARE(cell(code, 1)->text(), text("a = 1;..."));
-    QCOMPARE(cell(code, 1)->toolTip(), text("a = 1;\nb = 2;"));
-    QCOMPARE(cell(line, 1)->text(), text("a = 1;"));
-    QCOMPARE(cell(line, 1)->toolTip(), cell(line, 1)->text());
+    QCOMPARE(cell(code, 1).data().toString(), text("a = 1;..."));
+    QCOMPARE(cell(code, 1).data(Qt::ToolTipRole).toString(), text("a = 1;\nb = 2;"));
+    QCOMPARE(cell(line, 1).data().toString(), text("a = 1;"));
+    QCOMPARE(cell(line, 1).data(Qt::ToolTipRole).toString(), cell(line, 1).data().toString());
     for (int column : AllColumns) {
-        const QStandardItem* item = cell(code, column);
-        QCOMPARE(item->data(logic_roles::BaseType).toInt(), int(BasicStep));
-        QCOMPARE(item->data(logic_roles::StepType).toInt(), step_type::Statement);
-        QCOMPARE(item->data(logic_roles::BlockUuid).toString(), code);
-        QVERIFY(item->flags().testFlag(Qt::ItemIsAutoTristate));
-        QVERIFY(item->isCheckable());
-        QVERIFY(item->isDragEnabled() && !item->isDropEnabled());
-        QVERIFY(cell(loop, column)->isDragEnabled() && cell(loop, column)->isDropEnabled());
-        QVERIFY(!cell(close, column)->isDragEnabled() && !cell(close, column)->isDropEnabled());
+        const QModelIndex index = cell(code, column);
+        QCOMPARE(index.data(logic_roles::BaseType).toInt(), int(BasicStep));
+        QCOMPARE(index.data(logic_roles::StepType).toInt(), step_type::Statement);
+        QCOMPARE(index.data(logic_roles::BlockUuid).toString(), code);
+        QVERIFY(index.flags().testFlag(Qt::ItemIsAutoTristate));
+        QVERIFY(index.flags().testFlag(Qt::ItemIsUserCheckable));
+        const Qt::ItemFlags both = Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled;
+        QCOMPARE(index.flags() & both, Qt::ItemIsDragEnabled);
+        QCOMPARE(cell(loop, column).flags() & both, both);
+        QCOMPARE(cell(close, column).flags() & both, Qt::ItemFlags());
     }
-    QVERIFY(!cell(code, 0)->icon().isNull());
-    QCOMPARE(cell(code, 0)->icon().cacheKey(), cell(line, 0)->icon().cacheKey());
-    QVERIFY(!cell(code, 1)->data(Qt::CheckStateRole).isValid());
+    QVERIFY(!row(code)->icon().isNull());
+    QCOMPARE(row(code)->icon().cacheKey(), row(line)->icon().cacheKey());
+    QVERIFY(!cell(code, 1).data(Qt::CheckStateRole).isValid());
 
     const QStandardItem* flow = row(m_applet->main);
     QCOMPARE(flow->data(logic_roles::BaseType).toInt(), int(MainFlow));
@@ -183,9 +184,6 @@ void EditViewTest::clickOnAnIf()
     };
     QSignalSpy modified(m_view.get(), &LogicView::sigModified);
     QSignalSpy rowChanges(m_view->editModel(m_sequence), &QAbstractItemModel::dataChanged);
-    cell(jump, 1)->setText(text("an earlier target"));
-    rowChanges.clear();
-
     clickBox(branch);
     QCOMPARE(printTree(*m_view->editModel(m_sequence)),
              QStringList({text("[x] 初始流程"), text("[-] 主流程"), text("  [ ] if"),
@@ -200,11 +198,14 @@ void EditViewTest::clickOnAnIf()
     QCOMPARE(states(), QList<int>({0, 0, 2, 2, 0}));
     QCOMPARE(modified.count(), 1);
     // The boxes that followed are not announced: each would pass for a click.
+    bool isJumpTold = false;
     for (const QList<QVariant>& change : qAsConst(rowChanges)) {
-        if (change.at(2).value<QVector<int>>().contains(Qt::CheckStateRole))
+        const auto roles = change.at(2).value<QVector<int>>();
+        if (roles.isEmpty() || roles.contains(Qt::CheckStateRole))
             QCOMPARE(change.at(0).toModelIndex(), row(branch)->index());
+        isJumpTold = isJumpTold || change.at(0).toModelIndex() == cell(jump, 1);
     }
-    QVERIFY(cell(jump, 1)->text() != text("an earlier target"));
+    QVERIFY(isJumpTold);
 
     clickBox(m_applet->main);
     QCOMPARE(states(), QList<int>({2, 2, 2, 2, 2}));
@@ -258,23 +259,23 @@ void EditViewTest::refreshKeepsTheStaleMark()
     m_applet->get<StatementProcessBlock>(uuid)->setCustomCode("x = 1;");
     const QString other = m_applet->add(m_sequence, m_applet->main, step_type::Break, "b");
     show();
-    const QString plain = cell(other, 1)->text();
+    const QString plain = cell(other, 1).data().toString();
     m_view->setRuntimeStaleBlockUuids({uuid});
     m_view->setRuntimeStaleBlockUuids({uuid});
-    QCOMPARE(cell(uuid, 1)->text(), text("x = 1; [需重新编译]"));
-    QCOMPARE(cell(other, 1)->text(), plain);
+    QCOMPARE(cell(uuid, 1).data().toString(), text("x = 1; [需重新编译]"));
+    QCOMPARE(cell(other, 1).data().toString(), plain);
 
     m_applet->get<StatementProcessBlock>(uuid)->setCustomCode("x = 2;");
     m_applet->get<StatementProcessBlock>(uuid)->name = "renamed";
     m_view->refreshRow(uuid);
     QCOMPARE(row(uuid)->text(), text("renamed"));
-    QCOMPARE(cell(uuid, 1)->text(), text("x = 2; [需重新编译]"));
+    QCOMPARE(cell(uuid, 1).data().toString(), text("x = 2; [需重新编译]"));
 
     m_view->setRuntimeStaleBlockUuids({other});
-    QCOMPARE(cell(uuid, 1)->text(), text("x = 2;"));
-    QCOMPARE(cell(other, 1)->text(), plain + text(" [需重新编译]"));
+    QCOMPARE(cell(uuid, 1).data().toString(), text("x = 2;"));
+    QCOMPARE(cell(other, 1).data().toString(), plain + text(" [需重新编译]"));
     m_view->addNewModelSlot(m_sequence); // a model loaded later has the marks too
-    QCOMPARE(cell(other, 1)->text(), plain + text(" [需重新编译]"));
+    QCOMPARE(cell(other, 1).data().toString(), plain + text(" [需重新编译]"));
 }
 
 void EditViewTest::renamedSequencesShowInCalls()
@@ -282,12 +283,12 @@ void EditViewTest::renamedSequencesShowInCalls()
     const QString called = m_applet->addSequence("Called");
     const QString call = m_applet->addCall(m_sequence, m_applet->main, called, "call");
     show();
-    QVERIFY(cell(call, 1)->text().contains(text("Called")));
+    QVERIFY(cell(call, 1).data().toString().contains(text("Called")));
     SequenceInfo info = sdk_ui_interface::processedit::getSequence(m_applet->appName, called);
     info.name = "Renamed";
     sdk_ui_interface::processedit::updateSequence(m_applet->appName, info);
     m_view->refreshSequenceNames();
-    QVERIFY(cell(call, 1)->text().contains(text("Renamed")));
+    QVERIFY(cell(call, 1).data().toString().contains(text("Renamed")));
 }
 
 void EditViewTest::reloadingAndRemoving()
@@ -425,7 +426,7 @@ void EditViewTest::deepTree()
         level->front()->property.hasChildren = true;
         level = &level->front()->children;
     }
-    CustonStandModel model(m_sequence);
+    CustonStandModel model(QString(), m_sequence);
     flow_loader::fill(&model, flows, step_rows::Purpose::Edit);
     int depth = 0;
     const QStandardItem* item = model.rowOf(QStringLiteral("block %1").arg(Depth - 1));
