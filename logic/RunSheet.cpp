@@ -1,26 +1,8 @@
 #include "logic/RunSheet.h"
 
 #include "logic/RowIndex.h"
-#include "logic/logic_roles.h"
-
-#include <QSignalBlocker>
 
 using run_states::Outcome;
-
-namespace {
-
-void write(QStandardItem* row, Outcome outcome)
-{
-    QStandardItem* state = step_rows::cell(row, logic_columns::State);
-    if (!state) {
-        state = new QStandardItem;
-        row->parent()->setChild(row->row(), logic_columns::State, state);
-    }
-    state->setText(run_states::text(outcome));
-    state->setBackground(run_states::background(outcome));
-}
-
-} // namespace
 
 RunSheet::RunSheet(const RunTarget& target)
     : m_templateId(target.templateId), m_sequenceId(target.sequenceId),
@@ -84,45 +66,14 @@ bool RunSheet::finish(const QString& blockUuid, Outcome outcome)
 
 void RunSheet::reset()
 {
-    ++m_round;
-    m_hasOldMarks = !m_marks.isEmpty();
-    m_unwritten.clear();
+    m_tree.forgetMarks();
+    m_hasChanged = true;
     m_running = nullptr;
     m_started = nullptr;
 }
 
 void RunSheet::mark(QStandardItem* row, Outcome outcome)
 {
-    Mark& entry = m_marks[row];
-    if (!entry.waiting || entry.round != m_round)
-        m_unwritten.append(row);
-    entry.outcome = outcome;
-    entry.round = m_round;
-    entry.waiting = true;
-}
-
-bool RunSheet::flush()
-{
-    if (m_unwritten.isEmpty() && !m_hasOldMarks)
-        return false;
-    // A signal for each of thousands of cells would have the view look for each of them.
-    const QSignalBlocker blocker(&m_tree);
-    if (m_hasOldMarks) {
-        for (auto entry = m_marks.begin(); entry != m_marks.end();) {
-            if (entry->round == m_round) {
-                ++entry;
-                continue;
-            }
-            write(entry.key(), Outcome::Started);
-            entry = m_marks.erase(entry);
-        }
-        m_hasOldMarks = false;
-    }
-    for (QStandardItem* row : qAsConst(m_unwritten)) {
-        Mark& entry = m_marks[row];
-        write(row, entry.outcome);
-        entry.waiting = false;
-    }
-    m_unwritten.clear();
-    return true;
+    m_tree.mark(row, outcome);
+    m_hasChanged = true;
 }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "logic/RunModel.h"
 #include "logic/runProcessState.h"
 #include "logic/run_plan.h"
 #include "logic/run_states.h"
 
-#include <QHash>
 #include <QStandardItemModel>
+
+#include <utility>
 
 class RowIndex;
 
@@ -16,8 +18,8 @@ struct RunCursor
     int lastResult = -1; ///< -1 between runs
 };
 
-/// The rows of one sequence in a run. Reports land in constant time on a record of the rows'
-/// states; flush writes to the cells what has changed, once a row. GUI thread only.
+/// The rows of one sequence in a run. Reports land in constant time, without a signal of the model.
+/// GUI thread only.
 class RunSheet
 {
 public:
@@ -42,8 +44,8 @@ public:
     /// Takes all rows back to the state before the run: the sequence is entered anew.
     void reset();
 
-    /// Writes the changed states to the cells, without a signal of the model; true if any changed.
-    bool flush();
+    /// Whether any row has another state than at the last call.
+    bool takeChanged() { return std::exchange(m_hasChanged, false); }
 
     /// The row with a progress bar, in column 0, or null; and where its bar stands.
     QStandardItem* runningRow() const { return m_running; }
@@ -53,25 +55,15 @@ public:
     QStandardItem* startedRow() const { return m_started; }
 
 private:
-    struct Mark
-    {
-        run_states::Outcome outcome = run_states::Outcome::Started;
-        quint32 round = 0;    ///< which entering of the sequence it belongs to
-        bool waiting = false; ///< to be written by flush
-    };
-
     void mark(QStandardItem* row, run_states::Outcome outcome);
 
     QString m_templateId;
     QString m_sequenceId;
-    QStandardItemModel m_tree;
+    RunModel m_tree;
     QStandardItemModel m_table;
     RowIndex* m_rows;
     QStandardItem* m_running = nullptr;
     int m_runningValue = 0;
     QStandardItem* m_started = nullptr;
-    QHash<QStandardItem*, Mark> m_marks; ///< of the rows that ended
-    QVector<QStandardItem*> m_unwritten;
-    quint32 m_round = 0;
-    bool m_hasOldMarks = false;
+    bool m_hasChanged = false;
 };

@@ -218,7 +218,7 @@ void RunView::flush()
 {
     bool changed = false;
     for (const auto& sheet : m_runSheets)
-        changed = sheet->flush() || changed;
+        changed = sheet->takeChanged() || changed;
     if (m_current && m_current != m_onScreen)
         putOnScreen(m_current);
     else if (changed)
