@@ -1,5 +1,8 @@
 #include "panels/IBlockControl.h"
 
+#include "model/services/processedit.h"
+
+#include <QLineEdit>
 #include <QTimer>
 
 namespace {
@@ -36,4 +39,16 @@ void IBlockControl::stopTimer()
 void IBlockControl::onTimer()
 {
     saveBlock();
+}
+
+void IBlockControl::showText(QLineEdit* edit, const std::string& text)
+{
+    edit->setText(QString::fromStdString(text));
+    edit->setCursorPosition(0);
+}
+
+void IBlockControl::handBack(const std::shared_ptr<IProcessBlock>& block)
+{
+    sdk_ui_interface::processedit::updateProcess(m_cappletName, m_sequenceId, block);
+    emit updateProcessData();
 }

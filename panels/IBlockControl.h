@@ -6,8 +6,10 @@
 #include <QWidget>
 
 #include <memory>
+#include <string>
 
 class IProcessBlock;
+class QLineEdit;
 class QTimer;
 
 /// Base of the step-specific panels. A panel shows one block at a time, writes every change into
@@ -43,7 +45,12 @@ protected slots:
     virtual void onTimer();
 
 protected:
-    QTimer* m_timer;
+    /// Shows a stored text from its beginning.
+    static void showText(QLineEdit* edit, const std::string& text);
+    /// The end of every saveBlock: hands the written block to the model and tells of it.
+    void handBack(const std::shared_ptr<IProcessBlock>& block);
+
+    QTimer* m_timer; ///< single-shot; a text control starts it anew with every keystroke
     QString m_cappletName;
     QString m_sequenceId;
 };

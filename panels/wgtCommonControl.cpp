@@ -22,8 +22,10 @@ QLabel* makeLabel(const QString& objectName)
 
 } // namespace
 
-wgtCommonControl::wgtCommonControl(QWidget* parent)
-    : QWidget(parent), m_stack(new QStackedWidget),
+wgtCommonControl::wgtCommonControl(QWidget* parent) : wgtCommonControl(makeBlockPanels(), parent) {}
+
+wgtCommonControl::wgtCommonControl(const QVector<IBlockControl*>& panels, QWidget* parent)
+    : QWidget(parent), m_panels(panels), m_stack(new QStackedWidget),
       m_noPanelLabel(makeLabel(QStringLiteral("label_3"))),
       m_messageLabel(makeLabel(QStringLiteral("label_12")))
 {
@@ -32,8 +34,13 @@ wgtCommonControl::wgtCommonControl(QWidget* parent)
     layout->addWidget(m_stack);
     layout->addWidget(m_messageLabel);
     m_stack->setObjectName(QStringLiteral("stackedWidget"));
-    m_stack->addWidget(m_noPanelLabel);
-    for (IBlockControl* panel : makeBlockPanels()) {
+    auto* nonePage = new QWidget;
+    nonePage->setObjectName(QStringLiteral("none_page"));
+    auto* noneLayout = new QVBoxLayout(nonePage);
+    noneLayout->setContentsMargins(0, 0, 0, 0);
+    noneLayout->addWidget(m_noPanelLabel);
+    m_stack->addWidget(nonePage);
+    for (IBlockControl* panel : qAsConst(m_panels)) {
         m_stack->addWidget(panel);
         connect(panel, &IBlockControl::updateProcessData, this,
                 &wgtCommonControl::onUpdateProcessData);
@@ -45,14 +52,15 @@ wgtCommonControl::wgtCommonControl(QWidget* parent)
 void wgtCommonControl::setCAppletName(const QString& appName)
 {
     m_cappletName = appName;
-    for (IBlockControl* panel : m_stack->findChildren<IBlockControl*>())
+    for (IBlockControl* panel : qAsConst(m_panels))
         panel->setCAppletName(appName);
 }
 
 void wgtCommonControl::setSequenceId(const QString& sequenceId)
 {
+    flushPending();
     m_sequenceId = sequenceId;
-    for (IBlockControl* panel : m_stack->findChildren<IBlockControl*>())
+    for (IBlockControl* panel : qAsConst(m_panels))
         panel->setSequenceId(sequenceId);
 }
 
@@ -106,9 +114,8 @@ void wgtCommonControl::onUpdateProcessData()
 
 IBlockControl* wgtCommonControl::panelFor(const IProcessBlock& block) const
 {
-    for (int page = 0; page < m_stack->count(); ++page) {
-        auto* panel = qobject_cast<IBlockControl*>(m_stack->widget(page));
-        if (!panel || panel->baseType() != block.baseType())
+    for (IBlockControl* panel : m_panels) {
+        if (panel->baseType() != block.baseType())
             continue;
         if (block.baseType() == DiagnosticStep ||
             (block.baseType() == BasicStep && panel->stepType() == block.stepType()))
@@ -126,7 +133,7 @@ void wgtCommonControl::showMessage(const QString& text)
 
 void wgtCommonControl::showNoPanel(const IProcessBlock& block)
 {
-    m_stack->setCurrentWidget(m_noPanelLabel);
+    m_stack->setCurrentIndex(0);
     const bool hasNothingToSet = dynamic_cast<const PlainProcessBlock*>(&block) != nullptr;
     m_noPanelLabel->setText(
         hasNothingToSet

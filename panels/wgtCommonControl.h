@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVector>
 #include <QWidget>
 
 #include <memory>
@@ -16,9 +17,13 @@ class wgtCommonControl : public QWidget
 {
     Q_OBJECT
 public:
+    /// With the panels of all step kinds.
     explicit wgtCommonControl(QWidget* parent = nullptr);
+    /// With panels of the caller's choice, which go over to the stack.
+    explicit wgtCommonControl(const QVector<IBlockControl*>& panels, QWidget* parent = nullptr);
 
     void setCAppletName(const QString& appName);
+    /// Flushes, as what waits belongs to the sequence before.
     void setSequenceId(const QString& sequenceId);
 
     /// Flushes, then shows @p block; null says that the node can't be edited.
@@ -40,6 +45,7 @@ private:
     void showMessage(const QString& text);
     void showNoPanel(const IProcessBlock& block);
 
+    QVector<IBlockControl*> m_panels; ///< pages of the stack
     QStackedWidget* m_stack;
     QLabel* m_noPanelLabel; ///< on page 0
     QLabel* m_messageLabel; ///< instead of the stack

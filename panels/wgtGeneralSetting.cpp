@@ -123,8 +123,13 @@ void wgtGeneralSetting::showBlock()
 
 void wgtGeneralSetting::refreshPreview(const QString& blockUuid)
 {
-    if (m_block && QString::fromStdString(m_block->uuid) == blockUuid)
-        m_preview->setText(QString::fromStdString(m_block->description()));
+    if (!m_block || QString::fromStdString(m_block->uuid) != blockUuid)
+        return;
+    m_preview->setText(QString::fromStdString(m_block->description()));
+    if (m_block->baseType() != DiagnosticStep)
+        return;
+    const QSignalBlocker blocker(m_remarkEdit);
+    m_remarkEdit->setPlainText(QString::fromStdString(m_block->remark));
 }
 
 void wgtGeneralSetting::startTimer()

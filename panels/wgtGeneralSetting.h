@@ -30,7 +30,8 @@ public:
     void showNothingSelected();
     /// Writes a change that waits to be written.
     void flushPending();
-    /// Shows the block's description anew, if it is the one shown.
+    /// Shows the block's description anew, if it is the one shown; of a diagnostic step the remark
+    /// too, which its panel writes.
     void refreshPreview(const QString& blockUuid);
 
 signals:

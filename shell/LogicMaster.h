@@ -84,6 +84,9 @@ public:
     QVector<QPair<QString, QString>> usersOfSystemVariable(const QString& name) const;
     /// What follows is under m_udsMutex too. The names that an applet's steps use, by sequence.
     void setVariableUse(const QString& appName, const QMap<QString, QSet<QString>>& uses);
+    /// Adds names to those of one sequence.
+    void addVariableUse(const QString& appName, const QString& sequenceId,
+                        const QSet<QString>& names);
     /// Adds to what a diagnostic step uses, or forgets all of it.
     void addUdsVariables(const QString& appName, const QString& blockUuid,
                          const std::vector<UdsVarStruct>& variables);

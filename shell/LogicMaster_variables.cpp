@@ -60,6 +60,13 @@ void LogicMaster::setVariableUse(const QString& appName, const QMap<QString, QSe
     m_udsVarUse.insert(appName, uses);
 }
 
+void LogicMaster::addVariableUse(const QString& appName, const QString& sequenceId,
+                                 const QSet<QString>& names)
+{
+    QMutexLocker lock(&m_udsMutex);
+    m_udsVarUse[appName][sequenceId].unite(names);
+}
+
 void LogicMaster::addUdsVariables(const QString& appName, const QString& blockUuid,
                                   const std::vector<UdsVarStruct>& variables)
 {

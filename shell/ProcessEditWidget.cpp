@@ -11,6 +11,7 @@
 #include "shell/default_tables.h"
 #include "shell/exchange_drops.h"
 #include "shell/notify_callbacks.h"
+#include "shell/variable_use.h"
 
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/applet_runtime.h"
@@ -324,6 +325,8 @@ void ProcessEditWidget::onLogicWidgetTabChanged(int index)
 void ProcessEditWidget::tellBlockChanged(const QString& blockUuid)
 {
     m->ui.center_wgt->refreshRow(blockUuid);
+    variable_use::recordBlock(m->appName, getCurrentShowSequenceId(),
+                              processedit::getProcess(m->appName, blockUuid));
     emit LogicMaster::instance()->sigModify();
 }
 

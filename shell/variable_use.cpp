@@ -143,6 +143,15 @@ void recordApplet(const QString& appName, bool defer)
     LogicMaster::instance()->setVariableUse(appName, uses);
 }
 
+void recordBlock(const QString& appName, const QString& sequenceId,
+                 const std::shared_ptr<IProcessBlock>& block)
+{
+    if (std::dynamic_pointer_cast<UdsProcessBlock>(block))
+        updateUdsVarInfo(appName, block);
+    else if (block)
+        LogicMaster::instance()->addVariableUse(appName, sequenceId, namesIn(*block));
+}
+
 void addUdsVar(const std::shared_ptr<UdsProcessBlock>& block, const QString& appName)
 {
     QMap<QString, DataCategoryType> systemVariables;

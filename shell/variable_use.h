@@ -35,6 +35,10 @@ QSet<QString> namesIn(const IProcessBlock& block);
 /// their generated code is dropped till the next compile.
 void recordApplet(const QString& appName, bool defer);
 
+/// Adds what a step uses now to what is recorded for its sequence.
+void recordBlock(const QString& appName, const QString& sequenceId,
+                 const std::shared_ptr<IProcessBlock>& block);
+
 /// Appends the variables of one diagnostic step to what is recorded for it.
 void addUdsVar(const std::shared_ptr<UdsProcessBlock>& block, const QString& appName);
 

@@ -1,0 +1,39 @@
+#include "panels/value_picker.h"
+
+#include "variables/wgtEntryValue.h"
+
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPointer>
+
+std::optional<QString> value_picker::pick(const QWidget* owner, const Request& request)
+{
+    // A host may close the editor under the open dialog.
+    const QPointer<const QWidget> alive(owner);
+    wgtEntryValue dialog(nullptr);
+    dialog.setCAppletName(request.appName);
+    dialog.setSequenceId(request.sequenceId);
+    dialog.setType(request.offer == Offer::Variables ? EntryVariables : EntryVariablesAndFunctions,
+                   request.systemVariables, true);
+    dialog.setData(QString(), request.text, false);
+    if (dialog.exec() != BaseMDIWidget::Accepted || !alive)
+        return std::nullopt;
+    return dialog.getData();
+}
+
+void value_picker::replaceText(QLineEdit* edit, const QString& text)
+{
+    if (edit->text() == text)
+        return;
+    edit->selectAll();
+    edit->insert(text);
+}
+
+void value_picker::replaceText(QPlainTextEdit* edit, const QString& text)
+{
+    if (edit->toPlainText() == text)
+        return;
+    QTextCursor cursor(edit->document());
+    cursor.select(QTextCursor::Document);
+    cursor.insertText(text);
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+class QLineEdit;
+class QPlainTextEdit;
+class QWidget;
+
+/// The modal dialog by which a panel lets its user choose a variable, a function or an expression.
+namespace value_picker {
+
+enum class Offer { Variables, VariablesAndFunctions };
+
+struct Request
+{
+    QString appName;
+    QString sequenceId; ///< empty: no sequence's variables are in sight
+    Offer offer = Offer::VariablesAndFunctions;
+    bool systemVariables = false; ///< whether those of the system are offered, too
+    QString text;                 ///< what the dialog starts with
+};
+
+/// The text that the user accepted, which may be empty; nothing if he didn't, or if @p owner went
+/// away while the dialog was open. GUI thread only; returns when the dialog is closed.
+std::optional<QString> pick(const QWidget* owner, const Request& request);
+
+/// Gives an edit another text, as if it had been typed: it can be undone, and the same text changes
+/// nothing.
+void replaceText(QLineEdit* edit, const QString& text);
+void replaceText(QPlainTextEdit* edit, const QString& text);
+
+} // namespace value_picker

@@ -1,0 +1,16 @@
+#include "panels/wgtIf.h"
+
+#include "model/blocks/ConditionProcessBlock.h"
+
+#include <QTimer>
+
+void wgtIf::loadBlock(std::shared_ptr<IProcessBlock> block)
+{
+    takeBlock(std::dynamic_pointer_cast<IfProcessBlock>(block));
+}
+
+void wgtIf::onCondWgtUpdate()
+{
+    m_timer->stop();
+    ConditionPanel::onCondWgtUpdate();
+}

@@ -1,0 +1,233 @@
+// The picker as its user has it: what it lists, and what a pick leaves in the box.
+
+#include "tests/variables/EntryValuePicker.h"
+#include "variables/EntryFunctionTable.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QTest>
+
+#include <cstring>
+
+using Picker = EntryValuePicker;
+
+class EntryValueDialogTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void listedVariables();
+    void oneType();
+    void groups_data();
+    void groups();
+    void filledAgain();
+    void types_data();
+    void types();
+    void picksVariables_data();
+    void picksVariables();
+    void picksFunctions();
+    void recordParametersCantBePicked();
+    void functionOfTheValue();
+    void userFunctions();
+
+private:
+    PickerVariables m_variables;
+};
+
+void EntryValueDialogTest::listedVariables()
+{
+    Picker p;
+    QCOMPARE(p.listed(), QStringList({QStringLiteral("序列变量: seq_int seq_s32"),
+                                      QStringLiteral("流程变量: app_can"),
+                                      QStringLiteral("全局变量: global_u32"),
+                                      QStringLiteral("系统用户变量: sys_u32")}));
+    QCOMPARE(p.variable("app_can")->text(1), QStringLiteral("PDrelCan"));
+    QCOMPARE(p.variable("app_can")->text(2), QStringLiteral("about app_can"));
+    QVERIFY(p.variable("app_can")->parent()->isExpanded());
+}
+
+void EntryValueDialogTest::oneType()
+{
+    Picker p(EntryVariables, QString(), QStringLiteral("u32"));
+    QCOMPARE(p.listed(), QStringList({QStringLiteral("序列变量:"), QStringLiteral("流程变量:"),
+                                      QStringLiteral("全局变量: global_u32"),
+                                      QStringLiteral("系统用户变量: sys_u32")}));
+    QCOMPARE(p.find<QLabel>("label_type")->text(), QStringLiteral("u32"));
+    p.dialog.setData(QStringLiteral("void*"), QString(), true);
+    QCOMPARE(
+        p.listed(),
+        QStringList({QStringLiteral("序列变量: seq_int seq_s32"), QStringLiteral("流程变量:"),
+                     QStringLiteral("全局变量: global_u32"), QStringLiteral("系统用户变量:")}));
+    QVERIFY(p.dialog.getType().isEmpty());
+}
+
+void EntryValueDialogTest::groups_data()
+{
+    QTest::addColumn<bool>("system");
+    QTest::addColumn<bool>("sequence");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("both") << true << true << "序列变量 流程变量 全局变量 系统用户变量";
+    QTest::newRow("no system") << false << true << "序列变量 流程变量 全局变量";
+    QTest::newRow("no sequence") << true << false << "流程变量 全局变量 系统用户变量";
+}
+
+void EntryValueDialogTest::groups()
+{
+    QFETCH(bool, system);
+    QFETCH(bool, sequence);
+    Picker p;
+    p.dialog.setType(EntryVariables, system, sequence);
+    p.dialog.setData(QString(), QString(), false);
+    QStringList shown;
+    for (const QString& group : p.listed())
+        shown.append(group.section(QLatin1Char(':'), 0, 0));
+    QTEST(shown.join(QLatin1Char(' ')), "shown");
+    QCOMPARE(p.variable("sys_u32") != nullptr, system);
+    QCOMPARE(p.variable("seq_int") != nullptr, sequence);
+    QCOMPARE(p.find<QLabel>("label_type")->text(), QStringLiteral("任意类型"));
+}
+
+void EntryValueDialogTest::filledAgain()
+{
+    Picker p;
+    const QStringList once = p.listed();
+    const int functions = p.table->rowCount();
+    p.dialog.setCAppletName(PickerVariables::appName());
+    p.dialog.setData(QString(), QString(), false);
+    QCOMPARE(p.listed(), once);
+    QCOMPARE(p.table->rowCount(), functions);
+}
+
+void EntryValueDialogTest::types_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<bool>("variables");
+    QTest::addColumn<bool>("functions");
+    QTest::addColumn<int>("page");
+    QTest::addColumn<bool>("tellsType");
+    QTest::newRow("variables") << 0 << true << false << 0 << true;
+    QTest::newRow("both") << 1 << true << true << 0 << false;
+    QTest::newRow("functions") << 2 << false << true << 1 << false;
+}
+
+void EntryValueDialogTest::types()
+{
+    QFETCH(int, type);
+    Picker p{EntryValType(type)};
+    QTEST(p.tabs->isTabEnabled(0), "variables");
+    QTEST(p.tabs->isTabEnabled(1), "functions");
+    QTEST(p.tabs->currentIndex(), "page");
+    QTEST(!p.find<QLabel>("label_3")->isHidden(), "tellsType");
+    QTEST(!p.find<QLabel>("label_type")->isHidden(), "tellsType");
+    QVERIFY(!p.box->isReadOnly());
+}
+
+void EntryValueDialogTest::picksVariables_data()
+{
+    QTest::addColumn<bool>("single");
+    QTest::addColumn<bool>("prefixed");
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QString>("text"); // of "a|b", "|" the cursor
+    QTest::newRow("inserted") << false << false << "seq_int"
+                              << "aseq_int|b";
+    QTest::newRow("local") << false << true << "seq_int"
+                           << "a[local]seq_int|b";
+    QTest::newRow("global is local") << false << true << "global_u32"
+                                     << "a[local]global_u32|b";
+    QTest::newRow("system") << false << true << "sys_u32"
+                            << "a[sys]sys_u32|b";
+    QTest::newRow("in place of all") << true << true << "sys_u32"
+                                     << "[sys]sys_u32|";
+    QTest::newRow("a group") << true << false << "流程变量"
+                             << "a|b";
+}
+
+void EntryValueDialogTest::picksVariables()
+{
+    QFETCH(bool, single);
+    QFETCH(bool, prefixed);
+    QFETCH(QString, variable);
+    Picker p(EntryVariables, QStringLiteral("ab"));
+    p.dialog.setSingleSelectMode(single);
+    p.dialog.setSelectVarAddPrfix(prefixed);
+    p.box->moveCursor(QTextCursor::Right);
+    emit p.tree->itemDoubleClicked(
+        p.tree->findItems(variable, Qt::MatchExactly | Qt::MatchRecursive).value(0), 0);
+    const QString text =
+        p.dialog.getData().insert(p.box->textCursor().position(), QLatin1Char('|'));
+    QTEST(text, "text");
+    p.box->undo();
+    QCOMPARE(p.dialog.getData(), QStringLiteral("ab"));
+}
+
+void EntryValueDialogTest::picksFunctions()
+{
+    Picker p(EntryFunctions);
+    QCOMPARE(p.dialog.getCurrentFu().name[0], '\0');
+    p.pick("seq_int");
+    const int row = p.row("pow");
+    QVERIFY(row >= 0);
+    emit p.table->itemDoubleClicked(p.table->item(row, 4));
+    QCOMPARE(p.dialog.getData(), QStringLiteral("seq_intpow(double,double)"));
+    QCOMPARE(p.dialog.getCurrentFu().name, "pow");
+    p.dialog.setSingleSelectMode(true);
+    emit p.table->itemDoubleClicked(p.table->item(p.row("now_ms"), 0));
+    QCOMPARE(p.dialog.getData(), QStringLiteral("now_ms()"));
+    for (int column = 0; column < 5; ++column)
+        QVERIFY(!(p.table->item(row, column)->flags() & Qt::ItemIsEditable));
+    QCOMPARE(p.table->item(row, 3)->toolTip(), QStringLiteral("double x: 数值\ndouble y: 指数"));
+}
+
+void EntryValueDialogTest::recordParametersCantBePicked()
+{
+    QList<_DrelFunction> functions;
+    for (int i = 0; i < 5; ++i) {
+        _DrelFunction function = {};
+        std::strcpy(function.name, i == 1 ? "show_capplet_box" : "f");
+        std::strcpy(function.params[0].name, "p");
+        function.params[0].type = i == 0 || i == 3 ? DrelCanType : DrelS32;
+        functions.append(function);
+    }
+    QTableWidget table;
+    EntryFunctionTable rows(table);
+    QCOMPARE(rows.show(functions, QString()), -1);
+    QVector<int> places;
+    for (int row = 0; row < table.rowCount(); ++row) {
+        places.append(rows.pickedFunction(row));
+        for (int column = 0; column < 5; ++column) {
+            const Qt::ItemFlags flags = table.item(row, column)->flags();
+            QCOMPARE(flags.testFlag(Qt::ItemIsEnabled), places.last() >= 0);
+            QCOMPARE(flags.testFlag(Qt::ItemIsSelectable), places.last() >= 0);
+        }
+    }
+    QCOMPARE(places, QVector<int>({-1, 2, -1, 4}));
+    QVector<int> walked;
+    for (int step : {1, 1, 1, -1, -1}) {
+        rows.moveCurrent(step);
+        walked.append(table.currentRow());
+    }
+    QCOMPARE(walked, QVector<int>({1, 3, 3, 1, 1}));
+}
+
+void EntryValueDialogTest::functionOfTheValue()
+{
+    Picker p(EntryFunctions, QStringLiteral("1 + sqrt(2)"));
+    QCOMPARE(p.table->currentRow(), p.row("sqrt"));
+    QCOMPARE(p.dialog.getCurrentFu().name, "sqrt");
+    QCOMPARE(p.dialog.getData(), QStringLiteral("1 + sqrt(2)"));
+}
+
+void EntryValueDialogTest::userFunctions()
+{
+    Picker p(EntryFunctions);
+    auto* source = p.find<QComboBox>("comboBox_Type");
+    const QStringList inner = p.shownFunctions();
+    QVERIFY(inner.size() >= 12 && !p.dialog.isUserFunction());
+    source->setCurrentIndex(1);
+    QVERIFY(p.dialog.isUserFunction());
+    QCOMPARE(p.table->rowCount(), 0);
+    source->setCurrentIndex(0);
+    QCOMPARE(p.shownFunctions(), inner);
+}
+
+QTEST_MAIN(EntryValueDialogTest)
+#include "entry_value_dialog_test.moc"

@@ -1,0 +1,160 @@
+// The picker's search, its keys, its completion, and how it ends.
+
+#include "tests/variables/EntryValuePicker.h"
+#include "variables/SuggestionList.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QPushButton>
+#include <QScopeGuard>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+
+using Picker = EntryValuePicker;
+
+class EntryValueKeysTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void search();
+    void keys();
+    void completesTheListedNames();
+    void results_data();
+    void results();
+
+private:
+    PickerVariables m_variables;
+};
+
+void EntryValueKeysTest::search()
+{
+    Picker p(EntryFunctions);
+    p.dialog.show();
+    auto* column = p.find<QComboBox>("comboBox");
+    const auto buttons = p.search->findChildren<QToolButton*>();
+    const auto* clear = p.search->actions().last();
+    QVERIFY(buttons.size() == 2 && !clear->isVisible());
+    const int all = p.table->rowCount();
+    p.search->setText(QStringLiteral("LOG_"));
+    QCOMPARE(p.shownFunctions().join(QLatin1Char(' ')),
+             QStringLiteral("log_debug log_info log_warning log_error"));
+    QVERIFY(clear->isVisible());
+    column->setCurrentIndex(0); // alone changes nothing
+    QCOMPARE(p.shownFunctions().size(), 4);
+    p.search->setText(QStringLiteral("s64"));
+    QCOMPARE(p.shownFunctions(), QStringList(QStringLiteral("now_ms")));
+    p.dialog.initFuncTable(0);
+    QCOMPARE(p.shownFunctions(), QStringList(QStringLiteral("now_ms")));
+    QTest::mouseClick(buttons.last(), Qt::LeftButton);
+    QCOMPARE(p.search->text(), QString());
+    QCOMPARE(p.shownFunctions().size(), all);
+    QVERIFY(!clear->isVisible());
+}
+
+void EntryValueKeysTest::keys()
+{
+    Picker p;
+    p.dialog.show();
+    QTRY_VERIFY(p.box->hasFocus());
+    p.tree->setCurrentItem(p.variable("seq_s32"));
+    QTest::keyClick(p.tree, Qt::Key_Return);
+    QCOMPARE(p.dialog.getData(), QStringLiteral("seq_s32"));
+
+    p.tabs->setCurrentIndex(1);
+    p.search->setFocus();
+    QTest::keyClicks(p.search, QStringLiteral("log_"));
+    QTest::keyClick(p.search, Qt::Key_Return); // nothing is current yet
+    QTest::keyClick(p.search, Qt::Key_Down);
+    QTest::keyClick(p.search, Qt::Key_Down);
+    QTest::keyClick(p.search, Qt::Key_Enter);
+    QCOMPARE(p.dialog.getData(), QStringLiteral("seq_s32log_info(char*)"));
+    QTest::keyClicks(p.search, QStringLiteral("x"));
+    QTest::keyClick(p.search, Qt::Key_Return); // the current row is hidden
+    QCOMPARE(p.dialog.getData(), QStringLiteral("seq_s32log_info(char*)"));
+
+    const int row = p.table->currentRow();
+    for (Qt::Key key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_Down}) {
+        QTest::keyClick(p.table, key);
+        QCOMPARE(p.table->currentRow(), row);
+    }
+
+    // Tab goes the way one reads.
+    QStringList visited;
+    p.tabs->setFocus();
+    for (int i = 0; i < 7; ++i) {
+        visited.append(QApplication::focusWidget()->objectName());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QCOMPARE(
+        visited.join(QLatin1Char(' ')),
+        QStringLiteral("qt_tabwidget_tabbar comboBox_Type comboBox searchEdit tableWidget textEdit "
+                       "btnOk"));
+}
+
+void EntryValueKeysTest::completesTheListedNames()
+{
+    Picker p(EntryVariables);
+    p.dialog.show();
+    QTRY_VERIFY(p.box->hasFocus());
+    QTest::keyClicks(p.box, QStringLiteral("u32"));
+    const auto* list = p.box->findChild<SuggestionList*>();
+    QVERIFY(list->isVisible());
+    QCOMPARE(list->count(), 2);
+    QCOMPARE(list->item(0)->text(), QStringLiteral("[local]global_u32"));
+    QCOMPARE(list->item(1)->text(), QStringLiteral("[sys]sys_u32"));
+    QTest::keyClick(p.box, Qt::Key_Escape);
+    QVERIFY(!list->isVisible() && p.dialog.isVisible());
+    p.pick("seq_int");
+    QVERIFY(!list->isVisible()); // a pick is no typing
+    QCOMPARE(p.dialog.getData(), QStringLiteral("u32seq_int"));
+}
+
+void EntryValueKeysTest::results_data()
+{
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<int>("result");
+    QTest::newRow("OK") << "button" << 1;
+    QTest::newRow("Enter on OK") << "enter" << 1;
+    QTest::newRow("Ctrl+Enter in the box") << "shortcut" << 1;
+    QTest::newRow("Escape in the box") << "escape" << 0;
+    QTest::newRow("Escape in the tree") << "escape tree" << 0;
+    QTest::newRow("closed") << "close" << 0;
+}
+
+void EntryValueKeysTest::results()
+{
+    QFETCH(QString, how);
+    for (bool single : {false, true}) {
+        Picker p(EntryVariables, QStringLiteral("value"));
+        p.dialog.setSingleSelectMode(single);
+        QString selected;
+        QTimer::singleShot(0, &p.dialog, [&] {
+            const auto closed = qScopeGuard([&p] { p.dialog.close(); });
+            QTRY_VERIFY(p.box->hasFocus());
+            QCOMPARE(QApplication::activeModalWidget(), &p.dialog);
+            selected = p.box->textCursor().selectedText();
+            auto* ok = p.find<QPushButton>("btnOk");
+            if (how == QLatin1String("button"))
+                QTest::mouseClick(ok, Qt::LeftButton);
+            else if (how == QLatin1String("enter"))
+                QTest::keyClick(ok, Qt::Key_Return);
+            else if (how == QLatin1String("shortcut"))
+                QTest::keyClick(p.box, Qt::Key_Return, Qt::ControlModifier);
+            else if (how == QLatin1String("escape"))
+                QTest::keyClick(p.box, Qt::Key_Escape);
+            else if (how == QLatin1String("escape tree"))
+                QTest::keyClick(p.tree, Qt::Key_Escape);
+            else
+                p.dialog.close();
+            QTRY_VERIFY(!p.dialog.isVisible());
+        });
+        QTEST(int(p.dialog.exec()), "result");
+        QCOMPARE(selected, single ? QString() : QStringLiteral("value"));
+        QCOMPARE(p.dialog.getData(), QStringLiteral("value"));
+    }
+}
+
+QTEST_MAIN(EntryValueKeysTest)
+#include "entry_value_keys_test.moc"
