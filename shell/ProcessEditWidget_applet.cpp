@@ -211,6 +211,7 @@ void ProcessEditWidget::syncAuthoringPanelsToSdk()
 {
     m->generalSetting->flushPending();
     m->commonControl->flushPending();
+    m->ui.widget_para->flushPending();
     m->ui.center_wgt->syncCheckStatesToSdk();
 }
 

@@ -30,6 +30,7 @@ void WidgetBuildView::flushPanels()
 {
     m_parts.commonControl->flushPending();
     m_parts.generalSetting->flushPending();
+    m_parts.ui.widget_para->flushPending();
 }
 
 void WidgetBuildView::showEditTab()

@@ -1,199 +1,196 @@
 #include "variables/wgtLocalVariable.h"
 
-#include "variables/variable_values.h"
-
-#include "model/applet_name.h"
 #include "model/services/log.h"
-#include "model/services/process_edit.h"
+#include "variables/TreeState.h"
+#include "variables/VariableEditor.h"
+#include "variables/VariableSheets.h"
+#include "variables/varStandModel.h"
+#include "variables/varTreeDelegate.h"
+#include "variables/varTreeViewStyle.h"
+#include "variables/variable_rows.h"
+#include "variables/variable_rules.h"
 
 #include <QHeaderView>
-#include <QItemSelectionModel>
-#include <QRegularExpression>
 #include <QSignalBlocker>
-#include <QStandardItemModel>
+#include <QStackedWidget>
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include <utility>
+
+using variable_rows::ColumnCount;
+
 namespace {
 
-constexpr int ColumnCount = 4;
-const QList<int> defaultWidths{150, 90, 80, 160}; // until the user has set others
+const QList<int> defaultWidths{170, 100, 100, 130}; // until the user has set others
 
-QList<QStandardItem*> makeGroupRow(const QString& title, processVariableType scope)
+QTreeView* makeTree(const QString& name)
 {
-    QList<QStandardItem*> row;
-    for (int column = 0; column < ColumnCount; ++column) {
-        auto* item = new QStandardItem(column == 0 ? title : QString());
-        item->setDragEnabled(false);
-        row.append(item);
-    }
-    row.first()->setData(int(scope), wgtLocalVariable::ScopeRole);
-    return row;
-}
-
-QList<QStandardItem*> makeVariableRow(const processVariable& variable)
-{
-    QList<QStandardItem*> row;
-    for (const std::string& text :
-         {variable.name, variable.value, variable.type, variable.description}) {
-        auto* item = new QStandardItem(QString::fromStdString(text));
-        item->setDropEnabled(false);
-        item->setDragEnabled(variable.scope != FixedVariable);
-        item->setToolTip(item->text());
-        if (variable.isLocked) {
-            item->setSelectable(false);
-            item->setEnabled(row.size() == 1 && variable.isEditable);
-        }
-        row.append(item);
-    }
-    QStandardItem* first = row.first();
-    first->setData(QString::fromStdString(variable.uuid), wgtLocalVariable::UuidRole);
-    first->setData(int(variable.scope), wgtLocalVariable::ScopeRole);
-    first->setData(isCompositeVarType(varTypeFromKeyword(variable.type)),
-                   wgtLocalVariable::CompositeRole);
-    first->setData(variable.isEditable, wgtLocalVariable::EditableRole);
-    first->setData(variable.length, wgtLocalVariable::LengthRole);
-    return row;
+    auto* tree = new QTreeView;
+    tree->setObjectName(name);
+    return tree;
 }
 
 } // namespace
 
-wgtLocalVariable::wgtLocalVariable(QWidget* parent) : QWidget(parent), m_treeView(new QTreeView)
+wgtLocalVariable::wgtLocalVariable(QWidget* parent)
+    : QWidget(parent), m_treeView(makeTree(QStringLiteral("treeView"))),
+      m_delegate(new varTreeDelegate(this)), m_sheets(new VariableSheets(this)),
+      m_editor(new VariableEditor(this))
 {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_treeView);
-    m_treeView->setObjectName(QStringLiteral("treeView"));
+    auto* pages = new QStackedWidget;
+    pages->setObjectName(QStringLiteral("stackedWidget"));
+    pages->addWidget(m_treeView);
+    QTreeView* runTree = makeTree(QStringLiteral("runTreeView"));
+    pages->addWidget(runTree);
+    runTree->raise(); // hidden as it is: who looks for any tree of the panel finds the one in use
+    layout->addWidget(pages);
+    setUpTree();
+    connectTree();
+    connect(m_sheets, &VariableSheets::dropEnd, this, &wgtLocalVariable::onDropEnd);
+    connect(m_editor, &VariableEditor::sigShared, this, &wgtLocalVariable::onShared);
+    connect(m_editor, &VariableEditor::sigModified, this, &wgtLocalVariable::sigModified);
+}
+
+// An editor that goes with its tree says so, and must find the panel whole.
+wgtLocalVariable::~wgtLocalVariable()
+{
+    m_edited = QPersistentModelIndex();
+    delete m_treeView;
+}
+
+void wgtLocalVariable::setUpTree()
+{
+    auto* style = new varTreeViewStyle;
+    style->setParent(m_treeView);
+    m_treeView->setStyle(style);
+    m_treeView->setStyleSheet(
+        QStringLiteral("QTreeView{border:none;outline:0;alternate-background-color:#f5f5f5;"
+                       "selection-background-color:transparent}"));
+    m_treeView->setAlternatingRowColors(true);
     m_treeView->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_treeView->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_treeView->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_treeView->setDragDropMode(QAbstractItemView::InternalMove);
+    m_treeView->setDefaultDropAction(Qt::MoveAction);
+    m_treeView->setDropIndicatorShown(true);
     m_treeView->setUniformRowHeights(true);
+    m_treeView->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_treeView->installEventFilter(this);
+    m_treeView->viewport()->installEventFilter(this);
+}
+
+void wgtLocalVariable::connectTree()
+{
+    // Before the view hears of it: its way of closing gives the focus away while the editor can
+    // still commit, which would bring back what Escape has taken back.
+    connect(m_delegate, &QAbstractItemDelegate::closeEditor, this,
+            &wgtLocalVariable::onCloseEditor);
+    m_treeView->setItemDelegate(m_delegate);
+    // Queued: a dialog must not come up in the middle of a press.
+    connect(
+        m_delegate, &varTreeDelegate::lengthButtonClicked, this, [this](const QModelIndex& index) {
+            QMetaObject::invokeMethod(
+                this, [this, row = QPersistentModelIndex(index)] { onLengthButtonClicked(row); },
+                Qt::QueuedConnection);
+        });
+    connect(m_treeView, &QTreeView::doubleClicked, this,
+            &wgtLocalVariable::onTreeViewDoubleClicked);
+    connect(m_treeView, &QTreeView::clicked, this, &wgtLocalVariable::onTreeViewClicked);
+    connect(m_treeView, &QWidget::customContextMenuRequested, this,
+            &wgtLocalVariable::showContextMenu);
     connect(m_treeView->header(), &QHeaderView::sectionResized, this,
             &wgtLocalVariable::onSectionResized);
 }
 
 void wgtLocalVariable::setCAppletName(const QString& appName)
 {
-    m_appName = appName;
+    m_sheets->setCAppletName(appName);
+    m_editor->setCAppletName(appName);
+}
+
+void wgtLocalVariable::setReadOnly(bool isReadOnly)
+{
+    m_readOnly = isReadOnly;
+}
+
+void wgtLocalVariable::setCompositeEditor(CompositeEditor editor)
+{
+    m_compositeEditor = std::move(editor);
 }
 
 void wgtLocalVariable::reloadSequenceVariables(const QString& sequenceId)
 {
-    QStandardItemModel*& model = m_models[sequenceId];
-    if (!model)
-        model = new QStandardItemModel(this);
-    rebuild(model, sequenceId);
+    flushPending();
+    m_sheets->setOutdated({sequenceId});
     m_sequenceId = sequenceId;
-    showModel(model);
-}
-
-void wgtLocalVariable::rebuild(QStandardItemModel* model, const QString& sequenceId) const
-{
-    model->clear();
-    fillModel(model, sequenceId);
-}
-
-void wgtLocalVariable::refreshSequences(const QStringList& sequenceIds)
-{
-    for (auto it = m_models.cbegin(); it != m_models.cend(); ++it) {
-        if (!sequenceIds.isEmpty() && !sequenceIds.contains(it.key()))
-            continue;
-        rebuild(it.value(), it.key());
-        if (it.key() == m_sequenceId)
-            showModel(it.value());
-    }
+    showModel(m_sheets->sheet(sequenceId));
 }
 
 void wgtLocalVariable::showSequence(const QString& sequenceId)
 {
-    if (QStandardItemModel* model = m_models.value(sequenceId)) {
-        m_sequenceId = sequenceId;
-        showModel(model);
-    } else if (!sequenceId.isEmpty()) {
-        reloadSequenceVariables(sequenceId);
-    }
+    if (sequenceId.isEmpty() && !m_sheets->contains(sequenceId))
+        return;
+    flushPending();
+    m_sequenceId = sequenceId;
+    showModel(m_sheets->sheet(sequenceId));
+}
+
+void wgtLocalVariable::refreshSequences(const QStringList& sequenceIds)
+{
+    m_sheets->setOutdated(sequenceIds.isEmpty() ? m_sheets->sequenceIds() : sequenceIds);
+    refreshShown();
+}
+
+void wgtLocalVariable::refreshShown()
+{
+    if (m_edited.isValid() || !m_sheets->isOutdated(m_sequenceId))
+        return;
+    const TreeState state(*m_treeView);
+    m_sheets->sheet(m_sequenceId);
+    state.restore(*m_treeView);
+}
+
+void wgtLocalVariable::onShared(bool isHaveGlobalVar, const QStringList& names)
+{
+    QStringList others = m_sheets->sequenceIds();
+    others.removeOne(m_sequenceId); // whose rows have followed already
+    m_sheets->setOutdated(others);
+    emit sigUpdateVariable(isHaveGlobalVar, names);
 }
 
 void wgtLocalVariable::removeSequenceModels(const QStringList& sequenceIds)
 {
     for (const QString& id : sequenceIds) {
         if (id == m_sequenceId) {
-            m_treeView->setModel(nullptr);
+            m_edited = QPersistentModelIndex(); // its variable is gone
+            showModel(nullptr);
             m_sequenceId.clear();
         }
-        delete m_models.take(id);
+        m_sheets->remove(id);
     }
 }
 
 void wgtLocalVariable::removeAllModels()
 {
-    removeSequenceModels(m_models.keys());
-}
-
-QString wgtLocalVariable::variableInSight(const QString& name) const
-{
-    const std::string appName = appletNameBytes(m_appName);
-    const std::string wanted = name.toStdString();
-    for (const auto& variables :
-         {process_edit::getAllGlobalVariable(), process_edit::getAllCAppletVariable(appName),
-          process_edit::getAllSequenceVariable(appName, m_sequenceId.toStdString())}) {
-        for (const processVariable& variable : variables) {
-            if (variable.name == wanted)
-                return QString::fromStdString(variable.uuid);
-        }
-    }
-    return QString();
+    removeSequenceModels(m_sheets->sequenceIds());
 }
 
 void wgtLocalVariable::addVarToCurrentView(const QString& name, const QString& value,
                                            DrelVarType type, int scope, bool forceNew)
 {
-    static const QRegularExpression nameRule(QStringLiteral("^[a-zA-Z_][a-zA-Z0-9_]{0,19}$"));
-    if (!nameRule.match(name).hasMatch()) {
+    if (!variable_rules::namePattern().match(name).hasMatch()) {
         sdk_ui_interface::log::log_error(QStringLiteral("[流程编辑] 变量名称不符合规则: ") + name);
         return;
     }
-    const std::string appName = appletNameBytes(m_appName);
-    std::string uuid = forceNew ? std::string() : variableInSight(name).toStdString();
-    if (uuid.empty()) {
-        const std::string owner = scope == SequenceVariable  ? m_sequenceId.toStdString()
-                                  : scope == ProcessVariable ? appName
-                                                             : std::string();
-        uuid = process_edit::addVariable(appName, processVariableType(scope), owner);
-    }
-    processVariable variable = process_edit::getVariable(uuid);
-    if (variable.uuid.empty())
-        return;
-    variable.name = name.toStdString();
-    variable.type = varTypeKeyword(type);
-    variable.value = variable_values::normalized(value, type).toStdString();
-    process_edit::updateVariable(appName, variable, variable.scope);
-    if (variable.scope == SequenceVariable) {
-        refreshSequences({m_sequenceId});
-    } else {
-        refreshSequences({});
-        emit sigUpdateVariable(variable.scope == GlobalVariable, {name});
-    }
-    emit sigModified();
+    m_editor->give(name, value, type, processVariableType(scope), forceNew);
 }
 
-void wgtLocalVariable::fillModel(QStandardItemModel* model, const QString& sequenceId) const
+void wgtLocalVariable::showModel(varStandModel* model)
 {
-    const std::string appName = appletNameBytes(m_appName);
-    model->setHorizontalHeaderLabels({tr("名称"), tr("值"), tr("类型"), tr("备注")});
-    const auto appendGroup = [model](const QString& title, processVariableType scope,
-                                     const std::vector<processVariable>& variables) {
-        const QList<QStandardItem*> group = makeGroupRow(title, scope);
-        for (const processVariable& variable : variables)
-            group.first()->appendRow(makeVariableRow(variable));
-        model->appendRow(group);
-    };
-    appendGroup(tr("序列变量"), SequenceVariable,
-                process_edit::getAllSequenceVariable(appName, sequenceId.toStdString()));
-    appendGroup(tr("流程变量"), ProcessVariable, process_edit::getAllCAppletVariable(appName));
-    appendGroup(tr("全局变量"), GlobalVariable, process_edit::getAllGlobalVariable());
-}
-
-void wgtLocalVariable::showModel(QStandardItemModel* model)
-{
+    m_editor->setSheet(model, model ? m_sequenceId : QString());
     // The view makes a new selection model for each model and leaves the old one behind.
     QItemSelectionModel* const earlier = m_treeView->selectionModel();
     const bool changes = m_treeView->model() != model;
@@ -216,11 +213,13 @@ void wgtLocalVariable::setColumnWidths(const QList<int>& widths)
     }
 }
 
-void wgtLocalVariable::onSectionResized(int, int, int)
+void wgtLocalVariable::onSectionResized(int logicalIndex, int, int)
 {
     const QHeaderView* header = m_treeView->header();
-    // While a model is put on the view its columns come one by one.
-    if (header->count() != ColumnCount || !m_treeView->isVisible())
+    // While a model is put on the view its columns come one by one; and the last one follows the
+    // width of the panel by itself.
+    if (header->count() != ColumnCount || !m_treeView->isVisible() ||
+        logicalIndex == ColumnCount - 1)
         return;
     m_columnWidths.clear();
     QStringList widths;

@@ -1,0 +1,129 @@
+// The field around the rules: which signals it emits, what it falls back to, when it completes.
+
+#include "variables/VarValueLineEdit.h"
+
+#include <QtTest>
+
+namespace {
+
+QString text(const char* utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+} // namespace
+
+class ValueLineEditTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void tellsAcceptedValues_data();
+    void tellsAcceptedValues();
+    void refusalKeepsTheCursor();
+    void refusalFallsBackToWhatWasPutIn();
+    void leavingCompletesArrays_data();
+    void leavingCompletesArrays();
+    void anotherTypeTakesTheRulesOff();
+};
+
+void ValueLineEditTest::tellsAcceptedValues_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("keys");
+    QTest::addColumn<QStringList>("told");
+    QTest::newRow("scalar") << "u8" << text("256") << QStringList({text("2"), text("25")});
+    QTest::newRow("array") << "s8*" << text("1,300")
+                           << QStringList({text("1"), text("1,"), text("1,3"), text("1,30")});
+    QTest::newRow("text") << "string" << text("ab") << QStringList({text("a"), text("ab")});
+    QTest::newRow("unchecked") << "u64" << text("12") << QStringList();
+    QTest::newRow("without a rule") << "bool" << text("t") << QStringList();
+}
+
+void ValueLineEditTest::tellsAcceptedValues()
+{
+    QFETCH(QString, type);
+    QFETCH(QString, keys);
+    VarValueLineEdit edit;
+    edit.setValueType(type, -1);
+    QStringList told;
+    connect(&edit, &VarValueLineEdit::valueChanged, this,
+            [&told](const QString& value) { told.append(value); });
+    edit.setValue(QString());
+    QTest::keyClicks(&edit, keys);
+    QTEST(told, "told");
+}
+
+void ValueLineEditTest::refusalKeepsTheCursor()
+{
+    VarValueLineEdit edit;
+    edit.setValueType(text("u8"), -1);
+    edit.setValue(text("25"));
+    edit.setCursorPosition(1);
+    QTest::keyClicks(&edit, text("9"));
+    QCOMPARE(edit.text(), text("25"));
+    QCOMPARE(edit.cursorPosition(), 1);
+    edit.selectAll();
+    QTest::keyClicks(&edit, text("7"));
+    QCOMPARE(edit.text(), text("7"));
+}
+
+void ValueLineEditTest::refusalFallsBackToWhatWasPutIn()
+{
+    VarValueLineEdit edit;
+    edit.setValueType(text("string"), 4);
+    QSignalSpy spy(&edit, &VarValueLineEdit::valueChanged);
+    edit.setValue(text("longer than 4"));
+    QVERIFY(spy.isEmpty());
+    edit.insert(text("x"));
+    QCOMPARE(edit.text(), text("longer than 4"));
+    edit.setText(text("abcd"));
+    edit.insert(text("e"));
+    QCOMPARE(edit.text(), text("abcd"));
+    QCOMPARE(spy.count(), 1);
+}
+
+void ValueLineEditTest::leavingCompletesArrays_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<bool>("byEnter");
+    QTest::addColumn<QString>("whole");
+    QTest::newRow("array, another field") << "u8*" << false << text("1,2,0");
+    QTest::newRow("array, Enter") << "double*" << true << text("1,2,0");
+    QTest::newRow("text") << "string" << false << text("1,2,");
+}
+
+void ValueLineEditTest::leavingCompletesArrays()
+{
+    QFETCH(QString, type);
+    QFETCH(bool, byEnter);
+    QWidget window;
+    auto* edit = new VarValueLineEdit(&window);
+    auto* other = new QLineEdit(&window);
+    edit->setValueType(type, 8);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    edit->setFocus();
+    QTest::keyClicks(edit, text("1,2,"));
+    if (byEnter)
+        QTest::keyClick(edit, Qt::Key_Return);
+    else
+        other->setFocus();
+    QTEST(edit->text(), "whole");
+}
+
+void ValueLineEditTest::anotherTypeTakesTheRulesOff()
+{
+    VarValueLineEdit edit;
+    edit.setValueType(text("u8*"), 2);
+    QCOMPARE(edit.placeholderText(), text("数组格式 例: 1,2,3,4,5"));
+    edit.setValueType(text("u8"), 2);
+    QVERIFY(edit.validator() && edit.placeholderText().isEmpty());
+    edit.setValueType(text("string"), 2);
+    QVERIFY(!edit.validator());
+    edit.insert(text("变a"));
+    QCOMPARE(edit.text(), text("变a"));
+}
+
+QTEST_MAIN(ValueLineEditTest)
+#include "value_line_edit_test.moc"

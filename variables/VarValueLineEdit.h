@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QLineEdit>
+
+/// The field in which a variable's value is typed. What doesn't fit the type can't be typed; it is
+/// refused without a word (see value_rules). GUI thread only.
+class VarValueLineEdit : public QLineEdit
+{
+    Q_OBJECT
+public:
+    explicit VarValueLineEdit(QWidget* parent = nullptr);
+
+    /// What can be typed from now on; the text stays. @p type is a primary type keyword. @p length
+    /// is the most elements of an array or characters of a text, negative for no limit.
+    void setValueType(const QString& type, int length);
+
+    /// Shows @p value as it is, without a signal; it is what a refused text falls back to.
+    void setValue(const QString& value);
+
+signals:
+    /// A value of the type has been typed. Never for u64 and types without a rule.
+    void valueChanged(QString value);
+
+public slots:
+    /// Judges the text that has come to stand in the field. Not the signal of the base class, to
+    /// which it is connected.
+    void textChanged(const QString& text);
+    /// Completes an array that ends in a comma.
+    void valueCalibrationSlot();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void restore();
+
+    QString m_type;
+    QString m_lastValue; ///< the last accepted text
+    int m_length = -1;
+};
