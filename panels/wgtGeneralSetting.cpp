@@ -1,6 +1,7 @@
 #include "panels/wgtGeneralSetting.h"
 
 #include "model/IProcessBlock.h"
+#include "model/name_rules.h"
 #include "model/services/processedit.h"
 
 #include <QCheckBox>
@@ -47,8 +48,7 @@ void wgtGeneralSetting::buildForm()
     m_messageLabel->setAlignment(Qt::AlignCenter);
     m_messageLabel->setMargin(12);
     m_preview->setReadOnly(true);
-    static const QRegularExpression tagRule(QStringLiteral("^[a-zA-Z_][a-zA-Z0-9_]{0,19}$"));
-    m_tagEdit->setValidator(new QRegularExpressionValidator(tagRule, m_tagEdit));
+    m_tagEdit->setValidator(new QRegularExpressionValidator(name_rules::namePattern(), m_tagEdit));
     m_tagEdit->setInputMethodHints(Qt::ImhHiddenText);
     m_tagEdit->setPlaceholderText(tr("标签名称需以字母或下划线开头，长度不超过20个字符"));
 

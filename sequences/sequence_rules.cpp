@@ -14,20 +14,6 @@ QString freeName(const QStringList& names)
     return pattern.arg(number);
 }
 
-const QRegularExpression& namePattern()
-{
-    static const QRegularExpression pattern(QStringLiteral("^[a-zA-Z_][a-zA-Z0-9_]{0,19}$"));
-    return pattern;
-}
-
-NameRefusal refusalOf(const QString& name, const QStringList& others)
-{
-    const QString trimmed = name.trimmed();
-    if (trimmed.isEmpty())
-        return NameRefusal::Empty;
-    return others.contains(trimmed) ? NameRefusal::Taken : NameRefusal::None;
-}
-
 QVector<MainFlag> mainFlagsToStore(const QVector<bool>& boxes, int row)
 {
     QVector<MainFlag> flags;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/name_rules.h"
+
 #include <QRegularExpression>
 #include <QStringList>
 #include <QVector>
@@ -12,15 +14,9 @@ namespace sequence_rules {
 /// the count of names on. Linear in the count.
 QString freeName(const QStringList& names);
 
-/// What a name may look like: a letter or underscore, then letters, digits and underscores, 20
-/// characters at most. An identifier, as generated code bears the name.
-const QRegularExpression& namePattern();
-
-enum class NameRefusal { None, Empty, Taken };
-
-/// Whether a sequence may bear @p name beside the names of all @p others; blanks around it don't
-/// count. The pattern is not looked at: what breaks it can't be typed.
-NameRefusal refusalOf(const QString& name, const QStringList& others);
+using name_rules::namePattern;
+using name_rules::NameRefusal;
+using name_rules::refusalOf;
 
 struct MainFlag
 {

@@ -22,6 +22,9 @@ class wgtGeneralSetting;
 /// What a ProcessEditWidget is made of. Widgets belong to their parents.
 struct ProcessEditParts
 {
+    static constexpr int PaletteTab = 0; ///< of the left tab widget
+    static constexpr int TemplateTab = 1;
+
     Ui::ProcessEditWidgetClass ui;
     LoadingUI* loading = nullptr;
     wgtCommonControl* commonControl = nullptr;

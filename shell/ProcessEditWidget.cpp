@@ -31,8 +31,6 @@ namespace processedit = sdk_ui_interface::processedit;
 namespace {
 
 constexpr int IconSize = 26;
-constexpr int PaletteTab = 0;
-constexpr int TemplateTab = 1;
 constexpr int StretchFactors[] = {2, 5, 4};
 const QList<int> runTabSizes{0, 700, 300};
 
@@ -351,9 +349,10 @@ bool ProcessEditWidget::eventFilter(QObject* watched, QEvent* event)
             return true;
         }
         // A sequence on its way to the templates.
-        if (watched == m->ui.tabWidget->tabBar() && m->ui.tabWidget->currentIndex() == PaletteTab &&
+        if (watched == m->ui.tabWidget->tabBar() &&
+            m->ui.tabWidget->currentIndex() == m->PaletteTab &&
             drag->mimeData()->hasFormat(QStringLiteral("application/sequence_drag")))
-            m->ui.tabWidget->setCurrentIndex(TemplateTab);
+            m->ui.tabWidget->setCurrentIndex(m->TemplateTab);
         break;
     }
     case QEvent::Drop: {

@@ -17,10 +17,6 @@
 
 namespace processedit = sdk_ui_interface::processedit;
 
-namespace {
-constexpr int TemplateTab = 1;
-}
-
 void ProcessEditWidget::connectSequences()
 {
     const wgtSequenceTable* table = m->ui.sequenceWidget;
@@ -75,7 +71,7 @@ void ProcessEditWidget::onAddTemplateSequence(QStringList sequenceIdList)
         return;
     template_file::save();
     emit LogicMaster::instance()->sigUpdateTemplateWidget(m->appName);
-    m->ui.tabWidget->setCurrentIndex(TemplateTab);
+    m->ui.tabWidget->setCurrentIndex(m->TemplateTab);
 }
 
 void ProcessEditWidget::onImportTemplateButtonClicked()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/name_rules.h"
 #include "model/process_records.h"
 #include "model/type_tables.h"
 
@@ -10,14 +11,9 @@
 /// The rules of variables: names, offered types, lengths. No state, any thread.
 namespace variable_rules {
 
-/// A letter or underscore, then letters, digits and underscores, 20 characters in all.
-const QRegularExpression& namePattern();
-
-enum class NameRefusal { None, Empty, Taken };
-
-/// Why @p name can't be given to a variable beside @p others. Blanks around it don't count, case
-/// does.
-NameRefusal refusalOf(const QString& name, const QStringList& others);
+using name_rules::namePattern;
+using name_rules::NameRefusal;
+using name_rules::refusalOf;
 
 struct OfferedType
 {
