@@ -20,6 +20,7 @@
 #include <QSettings>
 #include <QShortcut>
 #include <QSignalBlocker>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QToolBar>
 
@@ -44,12 +45,15 @@ MainWindow::MainWindow()
     : m_editorBar(new QToolBar(tr("编辑"))), m_appletBox(new QComboBox),
       m_output(new OutputPane(tr("编译和运行的输出显示在此处"))),
       m_log(new OutputPane(tr("暂无日志"))), m_progress(new ProgressDisplay),
-      m_noApplet(new QLabel(tr("当前工程没有打开的小程序。\n请选择或新建一个小程序。")))
+      m_centre(new QStackedWidget)
 {
     setObjectName(QStringLiteral("workbench"));
     setDockNestingEnabled(true);
-    m_noApplet->setAlignment(Qt::AlignCenter);
-    setCentralWidget(m_noApplet);
+    auto* noApplet = new QLabel(tr("当前工程没有打开的小程序。\n请选择或新建一个小程序。"));
+    noApplet->setAlignment(Qt::AlignCenter);
+    m_centre->addWidget(noApplet);
+    // One central widget for good: without one the docks would take its place, and keep it.
+    setCentralWidget(m_centre);
     buildActions();
     buildDocks();
     statusBar()->addPermanentWidget(m_progress);
@@ -166,9 +170,7 @@ void MainWindow::openApplet(const QString& name)
     m_editorBar->addWidget(m_editor->getToolMenuBar());
     m_controlDock->setWidget(m_editor->getControlWgt());
     m_settingDock->setWidget(m_editor->getSettingWgt());
-    takeCentralWidget();
-    setCentralWidget(m_editor);
-    m_noApplet->hide();
+    m_centre->setCurrentIndex(m_centre->addWidget(m_editor));
     for (QWidget* part : {m_editor->getToolMenuBar(), m_editor->getControlWgt(),
                           m_editor->getSettingWgt(), static_cast<QWidget*>(m_editor)})
         part->show();
@@ -235,14 +237,11 @@ void MainWindow::closeEditor()
     // The panels that the docks hold go with the editor, in whichever layout they stand.
     QWidget* const parts[] = {m_editor->getToolMenuBar(), m_editor->getControlWgt(),
                               m_editor->getSettingWgt()};
-    takeCentralWidget();
     delete m_editor;
     m_editor = nullptr;
     for (QWidget* part : parts)
         delete part;
     m_editorBar->clear();
-    setCentralWidget(m_noApplet);
-    m_noApplet->show();
     m_progress->reset();
     m_isBuilt = false;
     setWindowModified(false);

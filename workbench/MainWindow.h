@@ -10,7 +10,7 @@ class ProgressDisplay;
 class QAction;
 class QComboBox;
 class QDockWidget;
-class QLabel;
+class QStackedWidget;
 class QToolBar;
 
 /// The host application's window: one project, one applet of it in the editor, and around it what
@@ -82,5 +82,5 @@ private:
     OutputPane* m_output;
     OutputPane* m_log;
     ProgressDisplay* m_progress;
-    QLabel* m_noApplet; ///< in the middle while no applet is open
+    QStackedWidget* m_centre; ///< a word for who has no applet open, and the editor
 };

@@ -1,0 +1,355 @@
+#include "tests/workbench/Person.h"
+
+#include "logic/LogicView.h"
+#include "shell/ProcessEditWidget.h"
+#include "tests/support/print_tree.h"
+#include "workbench/MainWindow.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QContextMenuEvent>
+#include <QDockWidget>
+#include <QInputMethodEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTabBar>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+#include <QToolBar>
+#include <QToolButton>
+#include <QTreeView>
+#include <QTreeWidget>
+
+#include <stdexcept>
+
+namespace {
+
+QString text(const char* utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+[[noreturn]] void missing(const QString& what)
+{
+    throw std::runtime_error("not there: " + what.toStdString());
+}
+
+template <class Thing> Thing* there(Thing* thing, const QString& name)
+{
+    if (!thing)
+        missing(name);
+    return thing;
+}
+
+/// By keys; what no key has comes from an input method.
+void enter(QWidget* widget, const QString& typed)
+{
+    for (const QChar character : typed) {
+        if (character.unicode() < 0x80) {
+            QTest::keyClick(widget, character.toLatin1());
+            continue;
+        }
+        QInputMethodEvent event;
+        event.setCommitString(character);
+        QCoreApplication::sendEvent(widget, &event);
+    }
+}
+
+/// What was done passes up to two queued connections before the window shows it.
+void settle()
+{
+    for (int turn = 0; turn < 3; ++turn)
+        QCoreApplication::processEvents();
+}
+
+void chooseByKeys(QComboBox* box, const QString& entry)
+{
+    const int wanted = box->findText(entry);
+    if (wanted < 0)
+        missing(entry);
+    QTest::keyClick(box, Qt::Key_Home);
+    for (int i = 0; i < wanted; ++i)
+        QTest::keyClick(box, Qt::Key_Down);
+}
+
+/// Calls @p act as soon as @p isThere gives something, also inside of a modal loop.
+template <class IsThere, class Act> void whenThere(QObject* context, IsThere isThere, Act act)
+{
+    auto* timer = new QTimer(context);
+    QObject::connect(timer, &QTimer::timeout, context, [timer, isThere, act] {
+        if (auto* thing = isThere()) {
+            timer->deleteLater();
+            timer->stop();
+            act(thing);
+        }
+    });
+    timer->start(5);
+}
+
+} // namespace
+
+Person::Person(MainWindow& window) : m_window(window)
+{
+    m_previous = user_dialogs::setHandler([this](const user_dialogs::Message& message) {
+        m_boxes << message.title + QStringLiteral(": ") + message.text;
+        return user_dialogs::Answer{user_dialogs::Button::Ok, m_nextText};
+    });
+}
+
+Person::~Person()
+{
+    user_dialogs::setHandler(m_previous);
+}
+
+template <class Widget> Widget* Person::find(const QString& name) const
+{
+    return there(m_window.findChild<Widget*>(name), name);
+}
+
+QTreeView* Person::steps() const
+{
+    return find<LogicView>(text("center_wgt"))->findChild<QTreeView*>(text("treeView"));
+}
+
+QTreeView* Person::runSteps() const
+{
+    return find<LogicView>(text("center_wgt"))->findChild<QTreeView*>(text("runTreeView"));
+}
+
+QTreeView* Person::variables() const
+{
+    return find<QWidget>(text("widget_para"))->findChild<QTreeView*>(text("treeView"));
+}
+
+QTableView* Person::sequences() const
+{
+    return find<QTableView>(text("tableWidget"));
+}
+
+QModelIndex Person::row(const QAbstractItemView* view, const QString& name) const
+{
+    const QModelIndexList rows =
+        view->model()->match(view->model()->index(0, 0), Qt::DisplayRole, name, 1,
+                             Qt::MatchExactly | Qt::MatchCaseSensitive | Qt::MatchRecursive);
+    if (rows.isEmpty())
+        missing(name + QStringLiteral(" among\n") +
+                test_support::printTree(*view->model()).join(QLatin1Char('\n')));
+    return rows.first();
+}
+
+template <class Widget> Widget* Person::field(const char* name) const
+{
+    const auto* dock = find<QDockWidget>(text("controlDock"));
+    for (Widget* widget : dock->findChildren<Widget*>(text(name))) {
+        if (widget->isVisible())
+            return widget;
+    }
+    missing(text(name));
+}
+
+void Person::click(QAbstractItemView* view, const QModelIndex& index)
+{
+    view->scrollTo(index);
+    const QRect rect = view->visualRect(index);
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {},
+                      QPoint(rect.left() + rect.width() / 2, rect.center().y()));
+    settle();
+}
+
+void Person::doubleClick(QAbstractItemView* view, const QModelIndex& index)
+{
+    click(view, index);
+    const QRect rect = view->visualRect(index);
+    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {},
+                       QPoint(rect.left() + 4, rect.center().y()));
+}
+
+void Person::press(const char* name)
+{
+    for (QToolBar* bar : m_window.findChildren<QToolBar*>()) {
+        for (QAction* action : bar->actions()) {
+            if (action->text() == text(name)) {
+                QTest::mouseClick(bar->widgetForAction(action), Qt::LeftButton);
+                return;
+            }
+        }
+    }
+    missing(text(name));
+}
+
+void Person::pressTool(const char* button)
+{
+    QTest::mouseClick(find<QToolButton>(text(button)), Qt::LeftButton);
+}
+
+void Person::pressRun(int entry)
+{
+    auto* run = find<QToolButton>(text("runBtn"));
+    run->menu()->actions().at(entry)->trigger();
+    QTest::mouseClick(run, Qt::LeftButton, {}, QPoint(5, run->height() / 2));
+}
+
+void Person::pressRunMain()
+{
+    pressRun(1);
+}
+
+void Person::pressRunCurrent()
+{
+    pressRun(0);
+}
+
+void Person::showEditTab()
+{
+    auto* tabs = find<LogicView>(text("center_wgt"))->findChild<QTabBar*>();
+    QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(0).center());
+    settle();
+}
+
+void Person::chooseStep(const char* name)
+{
+    auto* palette = find<QTreeWidget>(text("treeWidget"));
+    doubleClick(palette, row(palette, text(name)));
+    settle();
+}
+
+void Person::clickStep(const char* name)
+{
+    click(steps(), row(steps(), text(name)));
+}
+
+void Person::toggleStep(const char* name)
+{
+    QTreeView* tree = steps();
+    const QModelIndex step = row(tree, text(name));
+    tree->scrollTo(step);
+    QStyleOptionViewItem option;
+    option.initFrom(tree);
+    option.rect = tree->visualRect(step);
+    option.features = QStyleOptionViewItem::HasCheckIndicator | QStyleOptionViewItem::HasDisplay;
+    option.text = step.data().toString();
+    const QRect box =
+        tree->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, tree);
+    QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, box.center());
+}
+
+void Person::type(const char* name, const char* value)
+{
+    auto* widget = field<QWidget>(name);
+    widget->setFocus();
+    QTest::keyClick(widget, Qt::Key_A, Qt::ControlModifier);
+    enter(widget, text(value));
+}
+
+void Person::choose(const char* name, const char* entry)
+{
+    chooseByKeys(field<QComboBox>(name), text(entry));
+}
+
+void Person::pickVariable(const char* button, const char* variable,
+                          const std::function<void(QWidget* picker)>& look)
+{
+    QString complaint;
+    whenThere(
+        &m_window, [] { return QApplication::activeModalWidget(); },
+        [&](QWidget* picker) {
+            try {
+                auto* tree =
+                    there(picker->findChild<QTreeWidget*>(text("treeVars")), text("treeVars"));
+                doubleClick(tree, row(tree, text(variable)));
+                if (look)
+                    look(picker);
+                QTest::mouseClick(picker->findChild<QAbstractButton*>(text("btnOk")),
+                                  Qt::LeftButton);
+            } catch (const std::runtime_error& error) {
+                complaint = text(error.what());
+                picker->close();
+            }
+        });
+    QTest::mouseClick(field<QAbstractButton>(button), Qt::LeftButton);
+    if (!complaint.isEmpty())
+        missing(complaint);
+}
+
+void Person::chooseInMenu(QAbstractItemView* view, const QPoint& place, const char* entry)
+{
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, view->viewport()->mapToGlobal(place));
+    QCoreApplication::sendEvent(view->viewport(), &event);
+    const auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    for (QAction* action : there(menu, text("a menu"))->actions()) {
+        if (action->text() == text(entry)) {
+            QTest::mouseClick(QApplication::activePopupWidget(), Qt::LeftButton, {},
+                              menu->actionGeometry(action).center());
+            return;
+        }
+    }
+    missing(text(entry));
+}
+
+void Person::typeInCell(QAbstractItemView* view, const QModelIndex& cell, const QString& value)
+{
+    const QPersistentModelIndex place(cell);
+    doubleClick(view, cell);
+    QWidget* editor = view->indexWidget(place);
+    if (!editor)
+        editor = view->viewport()->findChild<QLineEdit*>();
+    there(editor, QStringLiteral("an editor for ") + value);
+    if (auto* box = qobject_cast<QComboBox*>(editor)) {
+        chooseByKeys(box, value);
+    } else {
+        QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
+        enter(editor, value);
+    }
+    QTest::keyClick(editor, Qt::Key_Return);
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void Person::addVariable(const char* group, const char* name, const char* type, const char* value,
+                         const char* remark)
+{
+    QTreeView* tree = variables();
+    const QModelIndex parent = row(tree, text(group));
+    click(tree, parent);
+    chooseInMenu(tree, tree->visualRect(parent).center(), "添加变量");
+    const QModelIndex group_ = row(tree, text(group));
+    const QPersistentModelIndex added =
+        tree->model()->index(tree->model()->rowCount(group_) - 1, 0, group_);
+    const char* const texts[] = {name, value, type, remark};
+    // The type first: a change of it resets the value.
+    for (int column : {0, 2, 1, 3}) {
+        if (*texts[column])
+            typeInCell(tree, added.sibling(added.row(), column), text(texts[column]));
+    }
+}
+
+void Person::addSequence()
+{
+    chooseInMenu(sequences(), sequences()->viewport()->rect().bottomLeft() + QPoint(20, -3),
+                 "添加序列");
+}
+
+void Person::renameSequence(int number, const char* name)
+{
+    typeInCell(sequences(), sequences()->model()->index(number, 0), text(name));
+}
+
+void Person::commentSequence(int number, const char* comment)
+{
+    typeInCell(sequences(), sequences()->model()->index(number, 2), text(comment));
+}
+
+void Person::clickSequence(int number)
+{
+    click(sequences(), sequences()->model()->index(number, 0));
+}
+
+void Person::makeMain(int number)
+{
+    auto* cell = sequences()->indexWidget(sequences()->model()->index(number, 1));
+    QTest::mouseClick(there(cell, text("a cell"))->findChild<QCheckBox*>(), Qt::LeftButton);
+}

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "model/dialogs/user_dialogs.h"
+
+#include <QModelIndex>
+#include <QPoint>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+class MainWindow;
+class QAbstractItemView;
+class QTableView;
+class QTreeView;
+class QWidget;
+
+/// Somebody who uses the workbench with mouse and keyboard, and knows what stands on the screen by
+/// its texts. What isn't there fails the test at once, by an exception that the test program lets
+/// end it with the place told.
+class Person
+{
+public:
+    /// Texts that dialogs with one line of input are answered with, are given by willType.
+    explicit Person(MainWindow& window);
+    ~Person();
+
+    /// What is typed into the next input box.
+    void willType(const QString& text) { m_nextText = text; }
+    /// Titles and texts of the boxes that came up, as "title: text".
+    const QStringList& boxes() const { return m_boxes; }
+
+    /// A button of the window's own tool bar, by its text.
+    void press(const char* action);
+    /// A button of the editor's tool bar, by object name.
+    void pressTool(const char* button);
+    void pressRunMain();
+    void pressRunCurrent();
+    void showEditTab();
+
+    /// A double click on a step of the palette.
+    void chooseStep(const char* name);
+    /// A click on the first row of that name in the tree of steps.
+    void clickStep(const char* name);
+    /// A click on the check box of such a row.
+    void toggleStep(const char* name);
+
+    /// Types over what a field of the shown panel holds.
+    void type(const char* field, const char* text);
+    /// Chooses an entry of a combo box of the shown panel by its keys.
+    void choose(const char* field, const char* text);
+    /// Opens the picker by a button of the shown panel, double clicks a variable of it, looks, and
+    /// accepts.
+    void pickVariable(const char* button, const char* variable,
+                      const std::function<void(QWidget* picker)>& look = {});
+
+    /// Adds a variable by the context menu of a group, and types its cells. An empty text leaves a
+    /// cell as it is.
+    void addVariable(const char* group, const char* name, const char* type, const char* value,
+                     const char* remark);
+
+    /// Adds a sequence by the context menu; its row is the last one then.
+    void addSequence();
+    void renameSequence(int row, const char* name);
+    void clickSequence(int row);
+    void makeMain(int row);
+    void commentSequence(int row, const char* comment);
+
+    QTreeView* steps() const;
+    QTreeView* runSteps() const;
+    QTreeView* variables() const;
+    QTableView* sequences() const;
+
+private:
+    /// Chooses an entry of the run button's menu, and presses the button.
+    void pressRun(int entry);
+    template <class Widget> Widget* find(const QString& name) const;
+    QModelIndex row(const QAbstractItemView* view, const QString& text) const;
+    /// A field of the panel that is shown: several panels have fields of one name.
+    template <class Widget> Widget* field(const char* name) const;
+    void click(QAbstractItemView* view, const QModelIndex& index);
+    void doubleClick(QAbstractItemView* view, const QModelIndex& index);
+    /// The context menu at a place of a view, and an entry of it.
+    void chooseInMenu(QAbstractItemView* view, const QPoint& place, const char* entry);
+    /// A double click into a cell, the text, and Return.
+    void typeInCell(QAbstractItemView* view, const QModelIndex& cell, const QString& text);
+
+    MainWindow& m_window;
+    QString m_nextText;
+    QStringList m_boxes;
+    user_dialogs::Handler m_previous;
+};

@@ -1,0 +1,285 @@
+// From an empty project to a finished run, by mouse and keyboard alone.
+//
+// With COMPOSE_PICTURES set to a folder, the window is pictured there at each station.
+
+#include "tests/workbench/Person.h"
+
+#include "shell/ProcessEditWidget.h"
+#include "standalone/runtime/runtime.h"
+#include "tests/support/print_tree.h"
+#include "workbench/MainWindow.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QPainter>
+#include <QSettings>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QToolButton>
+#include <QTreeView>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+QString lines(const QAbstractItemView* view, const QList<int>& columns)
+{
+    return view->model() ? test_support::printTree(*view->model(), columns).join(QLatin1Char('\n'))
+                         : QString();
+}
+
+QStringList stepNames(const QAbstractItemView* view)
+{
+    QStringList names = test_support::printTree(*view->model());
+    return names.replaceInStrings(QRegularExpression(QStringLiteral("\\[.\\] ")), QString());
+}
+
+/// Paints a dialog into the picture of the window below it, as the screen shows both.
+QPixmap picture(QWidget& window, QWidget* dialog = nullptr)
+{
+    QPixmap whole = window.grab();
+    if (dialog) {
+        const QPixmap part = dialog->grab();
+        QPainter painter(&whole);
+        const QPoint corner((whole.width() - part.width()) / 2,
+                            (whole.height() - part.height()) / 3);
+        painter.fillRect(QRect(corner, part.size()).adjusted(-1, -1, 1, 1), Qt::darkGray);
+        painter.drawPixmap(corner, part);
+    }
+    return whole;
+}
+
+} // namespace
+
+class ComposeFromNothingTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void composeFromNothing();
+    void cleanupTestCase() { standalone::shutdownRuntime(); }
+
+private:
+    void openWindow(const QString& project);
+    void look(const char* station, QWidget* dialog = nullptr);
+    void composeSequences();
+    void composeVariables();
+    void composeMain();
+    void composeSummary();
+    /// Everything that the window shows of the document, sequence by sequence.
+    QString document();
+    /// Steps of the run that are not shown as done.
+    QStringList notGreen() const;
+    bool isIdle() const
+    {
+        return m_window->findChild<QToolButton*>(QStringLiteral("runBtn"))->isEnabled();
+    }
+
+    static constexpr int Patience = 60000;
+    std::unique_ptr<MainWindow> m_window;
+    std::unique_ptr<Person> m_person;
+};
+
+void ComposeFromNothingTest::initTestCase()
+{
+    QStandardPaths::setTestModeEnabled(true);
+    QCoreApplication::setOrganizationName(QStringLiteral("process-edit-test"));
+    QCoreApplication::setApplicationName(QStringLiteral("compose_from_nothing_test"));
+    QSettings().clear();
+}
+
+void ComposeFromNothingTest::openWindow(const QString& project)
+{
+    m_person.reset();
+    m_window = std::make_unique<MainWindow>();
+    m_window->openProject(ProjectFolder(project));
+    m_window->show();
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    m_person = std::make_unique<Person>(*m_window);
+}
+
+void ComposeFromNothingTest::look(const char* station, QWidget* dialog)
+{
+    const QString folder = qEnvironmentVariable("COMPOSE_PICTURES");
+    if (folder.isEmpty())
+        return;
+    QVERIFY(QDir().mkpath(folder));
+    QVERIFY(picture(*m_window, dialog)
+                .save(QDir(folder).filePath(QString::fromLatin1(station) + QLatin1String(".png"))));
+}
+
+void ComposeFromNothingTest::composeSequences()
+{
+    m_person->renameSequence(0, "main_check");
+    m_person->commentSequence(0, "上电后逐项检测");
+    m_person->addSequence();
+    m_person->renameSequence(1, "summary");
+    m_person->commentSequence(1, "汇总结果");
+    m_person->makeMain(0);
+    m_person->clickSequence(0);
+}
+
+void ComposeFromNothingTest::composeVariables()
+{
+    m_person->addVariable("序列变量", "total", "s32", "7", "累计值");
+    m_person->addVariable("流程变量", "limit", "s32", "200", "累计上限");
+    m_person->addVariable("全局变量", "station", "string", "台架A", "工位名称");
+}
+
+void ComposeFromNothingTest::composeMain()
+{
+    Person& person = *m_person;
+    person.clickStep("初始流程");
+    person.chooseStep("表达式");
+
+    person.pickVariable("btnLeftValue", "total",
+                        [this](QWidget* picker) { look("3_picker", picker); });
+    person.type("editRightValue", "7");
+
+    person.clickStep("主流程");
+    person.chooseStep("for");
+    person.type("timesSpin", "5");
+    person.type("valueLineEdit", "k");
+    person.chooseStep("if");
+    person.type("editLeftValue", "k");
+    person.choose("conditionComboBox", "==");
+    person.type("editRightValue", "3");
+    person.chooseStep("表达式");
+    person.type("editLeftValue", "total");
+    person.type("editRightValue", "total + 100");
+    person.clickStep("if");
+    person.chooseStep("else");
+    person.chooseStep("表达式");
+    person.type("editLeftValue", "total");
+    person.type("editRightValue", "total + 1");
+    person.clickStep("endfor");
+    person.chooseStep("while");
+    person.type("editLeftValue", "total");
+    person.choose("conditionComboBox", "<");
+    person.type("editRightValue", "limit");
+    person.chooseStep("语句");
+    person.type("textEdit", "total = total + 50;");
+
+    person.clickStep("结束流程");
+    person.chooseStep("语句");
+    person.type("textEdit", "log_info(\"%s: total %d\", station.c_str(), total);");
+}
+
+void ComposeFromNothingTest::composeSummary()
+{
+    m_person->clickSequence(1);
+    m_person->clickStep("主流程");
+    m_person->chooseStep("表达式");
+    m_person->type("editLeftValue", "limit");
+    m_person->type("editRightValue", "limit * 2");
+    m_person->chooseStep("语句");
+    m_person->type("textEdit", "log_info(\"limit %d\", limit);");
+    m_person->clickSequence(0);
+}
+
+QString ComposeFromNothingTest::document()
+{
+    QStringList parts{lines(m_person->sequences(), {0, 2})};
+    for (int sequence = 0; sequence < m_person->sequences()->model()->rowCount(); ++sequence) {
+        m_person->clickSequence(sequence);
+        parts << lines(m_person->steps(), {0, 1}) << lines(m_person->variables(), {0, 1, 2, 3});
+    }
+    m_person->clickSequence(0);
+    return parts.join(QLatin1String("\n--\n"));
+}
+
+QStringList ComposeFromNothingTest::notGreen() const
+{
+    QStringList rows;
+    const QAbstractItemModel& model = *m_person->runSteps()->model();
+    for (int flow = 0; flow < model.rowCount(); ++flow) {
+        QModelIndexList below{model.index(flow, 0)};
+        while (!below.isEmpty()) {
+            const QModelIndex parent = below.takeFirst();
+            for (int row = 0; row < model.rowCount(parent); ++row) {
+                below << model.index(row, 0, parent);
+                const QModelIndex state = model.index(row, 3, parent);
+                const QColor colour = state.data(Qt::BackgroundRole).value<QBrush>().color();
+                if (state.data() != QStringLiteral("执行成功") ||
+                    colour.green() <= std::max(colour.red(), colour.blue()))
+                    rows << below.last().data().toString();
+            }
+        }
+    }
+    return rows;
+}
+
+void ComposeFromNothingTest::composeFromNothing()
+{
+    QTemporaryDir place;
+    const QString project = place.filePath(QStringLiteral("line_4"));
+    QVERIFY(QDir().mkpath(project));
+
+    openWindow(project);
+    look("1_empty_project");
+    m_person->willType(QStringLiteral("motor_check"));
+    m_person->press("新建小程序");
+    composeSequences();
+    composeVariables();
+    look("2_sequences_and_variables");
+    composeMain();
+    m_person->clickStep("for");
+    look("4_steps");
+    composeSummary();
+
+    const QString composed = document();
+    m_person->pressTool("saveBtn");
+    QVERIFY(!m_window->isDocumentModified());
+    QVERIFY(m_window->close());
+    openWindow(project);
+    m_window->openApplet(QStringLiteral("motor_check"));
+    QCOMPARE(document(), composed);
+
+    QStringList output;
+    connect(m_window->editor(), &ProcessEditWidget::notifyRunResultSig, this,
+            [&output](bool, const QString& text) { output << text.trimmed(); });
+    m_person->pressTool("compileBtn");
+    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
+    QVERIFY2(output.join(QString()).contains(QStringLiteral("main_check编译成功")),
+             qPrintable(output.join(QLatin1Char('\n'))));
+    look("5_compiled");
+
+    m_person->pressRunMain();
+    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
+    // 7, four times one more, once a hundred; then fifties up to the limit.
+    QVERIFY2(output.contains(QStringLiteral("台架A: total 211")),
+             qPrintable(output.join(QLatin1Char('\n'))));
+    QCOMPARE(stepNames(m_person->runSteps()), stepNames(m_person->steps()));
+    QCOMPARE(notGreen(), QStringList());
+    look("6_run");
+
+    m_person->showEditTab();
+    m_person->toggleStep("else");
+    output.clear();
+    m_person->pressRunMain();
+    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
+    QVERIFY2(output.contains(QStringLiteral("台架A: total 207")),
+             qPrintable(output.join(QLatin1Char('\n'))));
+    QStringList left = stepNames(m_person->steps());
+    const int branch = left.indexOf(QStringLiteral("    else"));
+    QCOMPARE(left.takeAt(branch + 1), QStringLiteral("      表达式"));
+    left.removeAt(branch);
+    QCOMPARE(stepNames(m_person->runSteps()), left);
+    QCOMPARE(notGreen(), QStringList());
+
+    m_person->showEditTab();
+    m_person->clickSequence(1);
+    output.clear();
+    m_person->pressRunCurrent();
+    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
+    QVERIFY2(output.contains(QStringLiteral("limit 400")),
+             qPrintable(output.join(QLatin1Char('\n'))));
+    QCOMPARE(notGreen(), QStringList());
+    QCOMPARE(m_person->boxes(), QStringList());
+}
+
+QTEST_MAIN(ComposeFromNothingTest)
+#include "compose_from_nothing_test.moc"
