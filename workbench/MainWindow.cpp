@@ -310,7 +310,7 @@ void MainWindow::restoreWindow()
     const QSettings settings;
     const QByteArray geometry = settings.value(geometryKey).toByteArray();
     if (geometry.isEmpty() || !restoreGeometry(geometry) ||
-        !restoreState(settings.value(stateKey).toByteArray(), StateVersion))
+        !restoreState(m_dockState = settings.value(stateKey).toByteArray(), StateVersion))
         applyDefaultSizes();
 }
 
@@ -321,6 +321,14 @@ void MainWindow::applyDefaultSizes()
     QDockWidget* outputDock = findChild<QDockWidget*>(QStringLiteral("outputDock"));
     resizeDocks({outputDock, m_controlDock, m_settingDock}, {620, 400, 400}, Qt::Horizontal);
     resizeDocks({outputDock, m_controlDock, m_settingDock}, {height, height, height}, Qt::Vertical);
+}
+
+void MainWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    // Docks take the sizes that they had in a window only when they are laid out in one.
+    if (!m_dockState.isEmpty())
+        restoreState(std::exchange(m_dockState, QByteArray()), StateVersion);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

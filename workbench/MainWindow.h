@@ -41,6 +41,7 @@ signals:
     void attemptFinished(bool success);
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -73,6 +74,8 @@ private:
     ProcessEditWidget* m_editor = nullptr;
     QString m_outcome;      ///< of what was asked for last
     bool m_isBuilt = false; ///< something compiled that a change of the document makes stale
+
+    QByteArray m_dockState; ///< until the window is shown first
 
     QToolBar* m_editorBar;
     QComboBox* m_appletBox;
