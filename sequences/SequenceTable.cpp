@@ -69,7 +69,9 @@ void SequenceTable::setUpColumns()
     header->setSectionResizeMode(MainColumn, QHeaderView::Fixed);
     header->setHighlightSections(false);
     // In quarters of the width: a screen that is a dot finer than the usual keeps it.
-    header->resizeSection(MainColumn, MainColumnWidth * StyleManager::scale(4) / 4);
+    // A larger font gets what its title needs.
+    header->resizeSection(MainColumn, std::max(MainColumnWidth * StyleManager::scale(4) / 4,
+                                               header->sectionSizeHint(MainColumn)));
 }
 
 void SequenceTable::setCAppletName(const QString& appName)

@@ -109,6 +109,24 @@ void MainWindow::buildDocks()
         addDock(QStringLiteral("controlDock"), tr("步骤属性"), Qt::BottomDockWidgetArea, nullptr);
     m_settingDock =
         addDock(QStringLiteral("settingDock"), tr("通用设置"), Qt::BottomDockWidgetArea, nullptr);
+    sayThatDocksAreEmpty();
+}
+
+void MainWindow::clearDocks()
+{
+    delete m_controlDock->widget();
+    delete m_settingDock->widget();
+}
+
+void MainWindow::sayThatDocksAreEmpty()
+{
+    clearDocks();
+    for (QDockWidget* dock : {m_controlDock, m_settingDock}) {
+        auto* word = new QLabel(tr("没有打开的小程序"));
+        word->setAlignment(Qt::AlignCenter);
+        word->setEnabled(false);
+        dock->setWidget(word);
+    }
 }
 
 QDockWidget* MainWindow::addDock(const QString& name, const QString& title, Qt::DockWidgetArea area,
@@ -168,6 +186,7 @@ void MainWindow::openApplet(const QString& name)
     m_editor->load(false);
 
     m_editorBar->addWidget(m_editor->getToolMenuBar());
+    clearDocks();
     m_controlDock->setWidget(m_editor->getControlWgt());
     m_settingDock->setWidget(m_editor->getSettingWgt());
     m_centre->setCurrentIndex(m_centre->addWidget(m_editor));
@@ -234,7 +253,7 @@ void MainWindow::closeEditor()
 {
     if (!m_editor)
         return;
-    // The panels that the docks hold go with the editor, in whichever layout they stand.
+    // The parts that the window has taken go with the editor.
     QWidget* const parts[] = {m_editor->getToolMenuBar(), m_editor->getControlWgt(),
                               m_editor->getSettingWgt()};
     delete m_editor;
@@ -242,6 +261,7 @@ void MainWindow::closeEditor()
     for (QWidget* part : parts)
         delete part;
     m_editorBar->clear();
+    sayThatDocksAreEmpty();
     m_progress->reset();
     m_isBuilt = false;
     setWindowModified(false);

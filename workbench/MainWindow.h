@@ -53,6 +53,8 @@ private:
     void closeEditor();
     QDockWidget* addDock(const QString& name, const QString& title, Qt::DockWidgetArea area,
                          QWidget* content);
+    void clearDocks();
+    void sayThatDocksAreEmpty();
     void pressFunction(int function);
     void chooseProject();
     void chooseApplet(const QString& name);

@@ -110,6 +110,13 @@ template <class Widget> Widget* Person::find(const QString& name) const
     return there(m_window.findChild<Widget*>(name), name);
 }
 
+template <class Widget> Widget* Person::seen(Widget* widget) const
+{
+    if (!widget->isVisible())
+        missing(widget->objectName() + QStringLiteral(", it is hidden"));
+    return widget;
+}
+
 QTreeView* Person::steps() const
 {
     return find<LogicView>(text("center_wgt"))->findChild<QTreeView*>(text("treeView"));
@@ -153,7 +160,7 @@ template <class Widget> Widget* Person::field(const char* name) const
 
 void Person::click(QAbstractItemView* view, const QModelIndex& index)
 {
-    view->scrollTo(index);
+    seen(view)->scrollTo(index);
     const QRect rect = view->visualRect(index);
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {},
                       QPoint(rect.left() + rect.width() / 2, rect.center().y()));
@@ -183,7 +190,7 @@ void Person::press(const char* name)
 
 void Person::pressTool(const char* button)
 {
-    QTest::mouseClick(find<QToolButton>(text(button)), Qt::LeftButton);
+    QTest::mouseClick(seen(find<QToolButton>(text(button))), Qt::LeftButton);
 }
 
 void Person::pressRun(int entry)
@@ -203,11 +210,18 @@ void Person::pressRunCurrent()
     pressRun(0);
 }
 
-void Person::showEditTab()
+void Person::showTab(const char* title)
 {
-    auto* tabs = find<LogicView>(text("center_wgt"))->findChild<QTabBar*>();
-    QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(0).center());
-    settle();
+    for (QTabBar* tabs : m_window.findChildren<QTabBar*>()) {
+        for (int tab = 0; tabs->isVisible() && tab < tabs->count(); ++tab) {
+            if (tabs->tabText(tab) != text(title))
+                continue;
+            QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(tab).center());
+            settle();
+            return;
+        }
+    }
+    missing(text(title));
 }
 
 void Person::chooseStep(const char* name)
@@ -226,7 +240,7 @@ void Person::toggleStep(const char* name)
 {
     QTreeView* tree = steps();
     const QModelIndex step = row(tree, text(name));
-    tree->scrollTo(step);
+    seen(tree)->scrollTo(step);
     QStyleOptionViewItem option;
     option.initFrom(tree);
     option.rect = tree->visualRect(step);
@@ -278,7 +292,7 @@ void Person::pickVariable(const char* button, const char* variable,
 void Person::chooseInMenu(QAbstractItemView* view, const QPoint& place, const char* entry)
 {
     QContextMenuEvent event(QContextMenuEvent::Mouse, place, view->viewport()->mapToGlobal(place));
-    QCoreApplication::sendEvent(view->viewport(), &event);
+    QCoreApplication::sendEvent(seen(view)->viewport(), &event);
     const auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     for (QAction* action : there(menu, text("a menu"))->actions()) {
         if (action->text() == text(entry)) {

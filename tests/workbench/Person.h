@@ -36,7 +36,8 @@ public:
     void pressTool(const char* button);
     void pressRunMain();
     void pressRunCurrent();
-    void showEditTab();
+    /// A click on the tab of that text.
+    void showTab(const char* title);
 
     /// A double click on a step of the palette.
     void chooseStep(const char* name);
@@ -75,6 +76,8 @@ private:
     /// Chooses an entry of the run button's menu, and presses the button.
     void pressRun(int entry);
     template <class Widget> Widget* find(const QString& name) const;
+    /// @p widget, if it can be seen.
+    template <class Widget> Widget* seen(Widget* widget) const;
     QModelIndex row(const QAbstractItemView* view, const QString& text) const;
     /// A field of the panel that is shown: several panels have fields of one name.
     template <class Widget> Widget* field(const char* name) const;

@@ -113,6 +113,7 @@ void ComposeFromNothingTest::look(const char* station, QWidget* dialog)
 
 void ComposeFromNothingTest::composeSequences()
 {
+    m_person->showTab("序列");
     m_person->renameSequence(0, "main_check");
     m_person->commentSequence(0, "上电后逐项检测");
     m_person->addSequence();
@@ -120,13 +121,16 @@ void ComposeFromNothingTest::composeSequences()
     m_person->commentSequence(1, "汇总结果");
     m_person->makeMain(0);
     m_person->clickSequence(0);
+    look("2_sequences");
 }
 
 void ComposeFromNothingTest::composeVariables()
 {
+    m_person->showTab("变量");
     m_person->addVariable("序列变量", "total", "s32", "7", "累计值");
     m_person->addVariable("流程变量", "limit", "s32", "200", "累计上限");
     m_person->addVariable("全局变量", "station", "string", "台架A", "工位名称");
+    look("3_variables");
 }
 
 void ComposeFromNothingTest::composeMain()
@@ -136,7 +140,7 @@ void ComposeFromNothingTest::composeMain()
     person.chooseStep("表达式");
 
     person.pickVariable("btnLeftValue", "total",
-                        [this](QWidget* picker) { look("3_picker", picker); });
+                        [this](QWidget* picker) { look("4_picker", picker); });
     person.type("editRightValue", "7");
 
     person.clickStep("主流程");
@@ -170,6 +174,7 @@ void ComposeFromNothingTest::composeMain()
 
 void ComposeFromNothingTest::composeSummary()
 {
+    m_person->showTab("序列");
     m_person->clickSequence(1);
     m_person->clickStep("主流程");
     m_person->chooseStep("表达式");
@@ -182,6 +187,7 @@ void ComposeFromNothingTest::composeSummary()
 
 QString ComposeFromNothingTest::document()
 {
+    m_person->showTab("序列");
     QStringList parts{lines(m_person->sequences(), {0, 2})};
     for (int sequence = 0; sequence < m_person->sequences()->model()->rowCount(); ++sequence) {
         m_person->clickSequence(sequence);
@@ -224,10 +230,9 @@ void ComposeFromNothingTest::composeFromNothing()
     m_person->press("新建小程序");
     composeSequences();
     composeVariables();
-    look("2_sequences_and_variables");
     composeMain();
     m_person->clickStep("for");
-    look("4_steps");
+    look("5_steps");
     composeSummary();
 
     const QString composed = document();
@@ -245,7 +250,6 @@ void ComposeFromNothingTest::composeFromNothing()
     QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
     QVERIFY2(output.join(QString()).contains(QStringLiteral("main_check编译成功")),
              qPrintable(output.join(QLatin1Char('\n'))));
-    look("5_compiled");
 
     m_person->pressRunMain();
     QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
@@ -256,7 +260,7 @@ void ComposeFromNothingTest::composeFromNothing()
     QCOMPARE(notGreen(), QStringList());
     look("6_run");
 
-    m_person->showEditTab();
+    m_person->showTab("编辑序列");
     m_person->toggleStep("else");
     output.clear();
     m_person->pressRunMain();
@@ -270,7 +274,8 @@ void ComposeFromNothingTest::composeFromNothing()
     QCOMPARE(stepNames(m_person->runSteps()), left);
     QCOMPARE(notGreen(), QStringList());
 
-    m_person->showEditTab();
+    m_person->showTab("编辑序列");
+    m_person->showTab("序列");
     m_person->clickSequence(1);
     output.clear();
     m_person->pressRunCurrent();

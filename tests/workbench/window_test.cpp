@@ -333,12 +333,17 @@ void WindowTest::windowStateIsRemembered()
 {
     m_window->resize(900, 640);
     m_window->addDockWidget(Qt::RightDockWidgetArea, find<QDockWidget>("logDock"));
+    m_window->resizeDocks({find<QDockWidget>("controlDock"), find<QDockWidget>("settingDock")},
+                          {170, 330}, Qt::Horizontal);
+    QCoreApplication::processEvents();
     const QSize size = m_window->size();
+    const int width = find<QDockWidget>("controlDock")->width();
     QVERIFY(m_window->close());
 
     m_window = std::make_unique<MainWindow>();
     m_window->show();
     QCOMPARE(m_window->size(), size);
+    QCOMPARE(find<QDockWidget>("controlDock")->width(), width);
     QCOMPARE(m_window->dockWidgetArea(find<QDockWidget>("logDock")), Qt::RightDockWidgetArea);
     QCOMPARE(m_window->dockWidgetArea(find<QDockWidget>("outputDock")), Qt::BottomDockWidgetArea);
     QSettings().clear();
