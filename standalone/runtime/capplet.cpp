@@ -73,11 +73,5 @@ int getCAppletInnerFuncs(const QString&, QList<_DrelFunction>& functions)
     return Success;
 }
 
-/// This runtime knows no libraries of the user's own: the list stays as it is.
-int getCAppletUserFuncs(const QString&, QList<QPair<_DrelFunction, int>>&)
-{
-    return Success;
-}
-
 } // namespace capplet
 } // namespace sdk_ui_interface

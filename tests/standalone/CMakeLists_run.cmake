@@ -4,6 +4,8 @@ set(run_tests ${CMAKE_CURRENT_LIST_DIR})
 
 pe_add_test(runtime_protocol_test SOURCES ${run_tests}/runtime_protocol_test.cpp
             LINK pe_standalone)
+pe_add_test(statement_functions_test SOURCES ${run_tests}/statement_functions_test.cpp
+            LINK pe_standalone)
 pe_add_test(codegen_test SOURCES ${run_tests}/codegen_test.cpp LINK pe_standalone)
 foreach(name compiler_test compiler_model_test codegen_run_test runtime_run_test)
   pe_add_test(${name} SOURCES ${run_tests}/${name}.cpp ${run_tests}/runtime_harness.cpp
