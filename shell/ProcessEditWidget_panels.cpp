@@ -13,9 +13,19 @@
 #include "sequences/template_file.h"
 
 #include <QMenu>
-#include <QTreeWidgetItemIterator>
+#include <QTreeWidget>
 
 namespace processedit = sdk_ui_interface::processedit;
+
+namespace {
+
+void addChosenStep(LogicView& view, const std::optional<palette_choice::Step>& step)
+{
+    if (step)
+        view.addStep(step->baseType, step->stepType, step->text, false, false, step->quickStepId);
+}
+
+} // namespace
 
 void ProcessEditWidget::connectSequences()
 {
@@ -110,8 +120,12 @@ void ProcessEditWidget::connectPalette()
 {
     StepTree* palette = m->ui.treeWidget;
     palette->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(palette, &QTreeWidget::itemDoubleClicked, this,
-            &ProcessEditWidget::onItemDoubleClickedSlot, Qt::QueuedConnection);
+    // What was clicked is read at once: the palette may be filled anew before the step is made.
+    connect(palette, &QTreeWidget::itemDoubleClicked, this, [this](const QTreeWidgetItem* item) {
+        const auto step = palette_choice::stepOf(item, m->appName);
+        QMetaObject::invokeMethod(
+            this, [this, step] { addChosenStep(*m->ui.center_wgt, step); }, Qt::QueuedConnection);
+    });
     connect(palette, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& pos) { contextMenuEvent(pos); });
     const LogicView* view = m->ui.center_wgt;
@@ -134,13 +148,7 @@ void ProcessEditWidget::connectPalette()
 
 void ProcessEditWidget::onItemDoubleClickedSlot(QTreeWidgetItem* item, int)
 {
-    // The click was queued: meanwhile the palette may have been filled anew.
-    QTreeWidgetItemIterator known(m->ui.treeWidget);
-    while (*known && *known != item)
-        ++known;
-    if (const auto step = palette_choice::stepOf(*known, m->appName))
-        m->ui.center_wgt->addStep(step->baseType, step->stepType, step->text, false, false,
-                                  step->quickStepId);
+    addChosenStep(*m->ui.center_wgt, palette_choice::stepOf(item, m->appName));
 }
 
 void ProcessEditWidget::contextMenuEvent(QPoint pos)
@@ -156,7 +164,9 @@ void ProcessEditWidget::contextMenuEvent(QPoint pos)
         QAction* action = menu->addAction(entry.text);
         if (entry.action == palette_choice::Action::AddStep)
             connect(action, &QAction::triggered, this,
-                    [this, item] { onItemDoubleClickedSlot(item, 0); });
+                    [this, step = palette_choice::stepOf(item, m->appName)] {
+                        addChosenStep(*m->ui.center_wgt, step);
+                    });
         else
             connect(action, &QAction::triggered, this,
                     [id = palette_choice::quickStepId(item)] { removeQuickStep(id); });

@@ -103,11 +103,11 @@ void EditorPanelsTest::paletteAddsSteps()
     QCOMPARE(mainRows().at(1), QStringLiteral("  [x] 延时"));
     QTRY_COMPARE(find<QLineEdit>(m_editor->getSettingWgt(), "nameLineEdit")->text(),
                  QStringLiteral("延时"));
-    // A click whose item has gone meanwhile, and a click beside all items.
+    // A click whose item goes before the step is made, and a click beside all items.
     emit palette->itemDoubleClicked(paletteItem(step_type::Delay), 0);
     m_editor->resetCustomStepList();
-    QCoreApplication::processEvents();
-    QCOMPARE(mainRows().size(), 3);
+    QTRY_COMPARE(mainRows().size(), 4);
+    QCOMPARE(mainRows().at(2), QStringLiteral("  [x] 延时"));
     delete find<QMenu>(m_editor.get(), "paletteMenu");
     m_editor->contextMenuEvent(QPoint(5, 5000));
     QVERIFY(!find<QMenu>(m_editor.get(), "paletteMenu"));
