@@ -5,7 +5,8 @@
 /// compiled anew with every applet.
 ///
 /// For statements and expressions: the types u8 to s64 and string, the log functions, step_fail,
-/// delay_ms, now_ms and the C library. The namespace rt is for the generated code itself.
+/// delay_ms, now_ms, what stands in the *_functions.h beside this file, and the C library. The
+/// namespace rt is for the generated code itself.
 
 #include <stdarg.h>
 #include <stddef.h>
@@ -18,6 +19,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <time.h>
 #undef _GLIBCXX_INCLUDE_NEXT_C_HEADERS
 #endif
 
@@ -32,12 +34,28 @@ typedef int64_t s64;
 
 // ---- The binary interface between an applet's module and the process that runs it ----
 
-#define APPLET_RUNTIME_VERSION 1
+#define APPLET_RUNTIME_VERSION 2
 
 extern "C" {
 
+/// A text with its size in bytes.
+struct applet_text
+{
+    const char* bytes;
+    size_t size;
+};
+
+/// What an applet asks the editor for; behind each the texts that come with it.
+enum applet_question {
+    applet_read_variable = 1,  ///< name
+    applet_write_variable = 2, ///< name, value
+    applet_ask_yes_no = 3,     ///< title, text
+    applet_ask_text = 4,       ///< title, text, value to begin with
+    applet_show_notice = 5     ///< title, text
+};
+
 /// What the process offers to the module. Reports are for the thread that runs the applet; the
-/// log functions and now_ms are for any thread.
+/// rest is for any thread.
 struct applet_runtime_api
 {
     u32 version;
@@ -48,6 +66,10 @@ struct applet_runtime_api
     void (*log)(int level, const char* format, va_list arguments);
     int (*delay_ms)(s64 milliseconds); ///< 0 when a stop cut it short
     s64 (*now_ms)();
+    /// Waits for the editor's answer, whose size it returns; -1 refused, -2 cut short by a stop.
+    s64 (*ask)(int question, const applet_text* texts, u32 count, char* answer, size_t room);
+    /// The CRC of a catalogue name; 0 and a line in the log if that width has no such name.
+    u32 (*crc)(const char* name, int width, const u8* data, size_t size);
 };
 
 struct applet_sequence

@@ -5,17 +5,24 @@
 /// The pipes to the editor, as the numbers that the command line names.
 namespace channel {
 
-/// Makes the pipes private to this process, ties its life to the editor's, and lets a write to a
-/// closed pipe fail instead of ending the process.
-void adopt(int reportPipe, int commandPipe);
+/// Takes a pipe over from its number on the command line: under a number that nobody meets by
+/// counting, and private to this process.
+int adopt(int pipe);
 
-/// Writes everything. Ends the process at once if the editor is gone. Async-signal-safe.
-void write(int pipe, const void* data, std::size_t size);
+/// Ties the life of this process and of all that it starts to the editor's, and lets a write to a
+/// closed pipe fail instead of ending the process.
+void bindToEditor();
+
+/// Writes everything. False if nobody reads it any more, or if the pipe was closed on this side.
+/// Async-signal-safe.
+bool write(int pipe, const void* data, std::size_t size);
 
 /// Reads what is there, waiting for the first byte; 0 at the end of the channel.
 std::size_t read(int pipe, void* data, std::size_t size);
 
 /// Ends the process without running any of its exit handlers. Async-signal-safe.
 [[noreturn]] void leave(int exitCode);
+/// The same, with everything that the applet has started.
+[[noreturn]] void leaveWithAll();
 
 } // namespace channel

@@ -11,19 +11,39 @@
 
 namespace channel {
 
-void adopt(int reportPipe, int commandPipe)
+namespace {
+
+void onEditorGone(int)
 {
-    fcntl(reportPipe, F_SETFD, FD_CLOEXEC);
-    fcntl(commandPipe, F_SETFD, FD_CLOEXEC);
+    leaveWithAll();
+}
+
+} // namespace
+
+int adopt(int pipe)
+{
+    constexpr int Lowest = 900;
+    const int high = fcntl(pipe, F_DUPFD_CLOEXEC, Lowest);
+    if (high < 0) {
+        fcntl(pipe, F_SETFD, FD_CLOEXEC);
+        return pipe;
+    }
+    close(pipe);
+    return high;
+}
+
+void bindToEditor()
+{
     std::signal(SIGPIPE, SIG_IGN);
 #ifdef __linux__
     // The thread that started this process waits for its end, so its death is the editor's. The
     // end of the command channel covers the moment before this call.
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    std::signal(SIGHUP, onEditorGone);
+    prctl(PR_SET_PDEATHSIG, SIGHUP);
 #endif
 }
 
-void write(int pipe, const void* data, std::size_t size)
+bool write(int pipe, const void* data, std::size_t size)
 {
     const char* at = static_cast<const char*>(data);
     while (size > 0) {
@@ -35,9 +55,10 @@ void write(int pipe, const void* data, std::size_t size)
             pollfd ready = {pipe, POLLOUT, 0};
             poll(&ready, 1, -1);
         } else if (written < 0 && errno != EINTR) {
-            leave(1);
+            return false;
         }
     }
+    return true;
 }
 
 std::size_t read(int pipe, void* data, std::size_t size)
@@ -54,6 +75,14 @@ std::size_t read(int pipe, void* data, std::size_t size)
 void leave(int exitCode)
 {
     _exit(exitCode);
+}
+
+void leaveWithAll()
+{
+    // The editor has made this process the first of a group.
+    if (getpgrp() == getpid())
+        kill(0, SIGKILL);
+    leave(1);
 }
 
 } // namespace channel

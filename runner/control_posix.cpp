@@ -1,6 +1,9 @@
 #include "runner/control.h"
 
 #include "runner/channel.h"
+#include "runner/limits.h"
+#include "runner/requests.h"
+#include "runner/run_tracer.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -16,6 +19,7 @@ namespace control {
 namespace {
 
 constexpr int FlushMilliseconds = 4;
+constexpr int MemoryMilliseconds = 40;
 
 volatile int stopAsked = 0;
 int stopPipe[2];  // its write end closes with the stop: that wakes every wait
@@ -33,6 +37,11 @@ public:
             return;
         __atomic_store_n(&stopAsked, 1, __ATOMIC_RELAXED);
         close(stopPipe[1]);
+        requests::onStop();
+    }
+    void onAnswer(std::uint32_t id, int status, const std::string& text) override
+    {
+        requests::onAnswer(id, status, text);
     }
     std::string sequenceId;
 };
@@ -48,16 +57,30 @@ bool readCommands()
     return size > 0 && reader.feed(bytes, size);
 }
 
+[[noreturn]] void leaveForMemory()
+{
+    run_tracer::setCause(run_trace::MemoryLimit);
+    reportBuffer->flush();
+    channel::leave(1);
+}
+
 void* listen(void*)
 {
     std::int64_t flushAt = -1;
+    std::int64_t memoryAt = now() + MemoryMilliseconds;
     for (;;) {
         pollfd sources[] = {{commands, POLLIN, 0}, {flushPipe[0], POLLIN, 0}};
-        const int timeout =
-            flushAt < 0 ? -1 : static_cast<int>(std::max<std::int64_t>(0, flushAt - now()));
-        poll(sources, 2, timeout);
-        if (sources[0].revents != 0 && !readCommands())
-            channel::leave(1);
+        const std::int64_t wakeAt = flushAt < 0 ? memoryAt : std::min(flushAt, memoryAt);
+        poll(sources, 2, static_cast<int>(std::max<std::int64_t>(0, wakeAt - now())));
+        if (sources[0].revents != 0 && !readCommands()) {
+            run_tracer::setCause(run_trace::ChannelLost);
+            channel::leaveWithAll();
+        }
+        if (now() >= memoryAt) {
+            memoryAt = now() + MemoryMilliseconds;
+            if (limits::isMemoryExceeded())
+                leaveForMemory();
+        }
         if (sources[1].revents & POLLIN) {
             char byte;
             channel::read(flushPipe[0], &byte, 1);
@@ -78,6 +101,8 @@ std::string awaitStart(int commandPipe)
     commands = commandPipe;
     if (pipe2(stopPipe, O_CLOEXEC) != 0 || pipe2(flushPipe, O_CLOEXEC) != 0)
         return std::string();
+    for (int* end : {&stopPipe[0], &stopPipe[1], &flushPipe[0], &flushPipe[1]})
+        *end = channel::adopt(*end);
     while (received.sequenceId.empty()) {
         if (!readCommands())
             return std::string();

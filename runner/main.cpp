@@ -1,7 +1,9 @@
 #include "runner/channel.h"
 #include "runner/control.h"
 #include "runner/crash_guard.h"
+#include "runner/limits.h"
 #include "runner/module.h"
+#include "runner/run_tracer.h"
 #include "runner/runtime_api.h"
 
 #include <cstdio>
@@ -32,29 +34,23 @@ const applet_sequence* findSequence(const applet_module& module, const std::stri
     return nullptr;
 }
 
-void sendEnd()
-{
-    {
-        ReportBuffer::Appending records(reports);
-        const auto reason = control::isStopAsked() ? protocol::Stopped : protocol::Finished;
-        records.add(protocol::putEnd(records.room(), reason));
-    }
-    reports.flush();
-}
-
 } // namespace
 
-/// applet_runner MODULE REPORT_PIPE COMMAND_PIPE
-/// The sequence comes with the start command. The exit code is 0 after an end record only.
+/// applet_runner MODULE MEMORY_LIMIT REPORT_PIPE COMMAND_PIPE TRACE_FILE
+/// The limit is in bytes, 0 for none. The sequence comes with the start command. The exit code is 0
+/// after an end record only.
 int main(int argc, char** argv)
 {
-    if (argc != 4) {
-        std::fprintf(stderr, "usage: %s MODULE REPORT_PIPE COMMAND_PIPE\n", argv[0]);
+    if (argc != 6) {
+        std::fprintf(stderr, "usage: %s MODULE MEMORY_LIMIT REPORT_PIPE COMMAND_PIPE TRACE_FILE\n",
+                     argv[0]);
         return BadUsage;
     }
-    const int reportPipe = std::atoi(argv[2]);
-    const int commandPipe = std::atoi(argv[3]);
-    channel::adopt(reportPipe, commandPipe);
+    limits::apply(std::strtoull(argv[2], nullptr, 10));
+    const int reportPipe = channel::adopt(std::atoi(argv[3]));
+    const int commandPipe = channel::adopt(std::atoi(argv[4]));
+    const int traceFile = channel::adopt(std::atoi(argv[5]));
+    channel::bindToEditor();
     std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
 
     const std::string sequenceId = control::awaitStart(commandPipe);
@@ -78,13 +74,15 @@ int main(int argc, char** argv)
         fail(NoSequence, "模块中没有要运行的序列: " + sequenceId);
 
     runtime_api::setModule(*applet);
+    run_tracer::open(traceFile, *applet);
     sequence->run();
 
     // The module's destructors belong to the run: a crash in them is one of the applet. After them
     // nothing of the applet is left that could end the process another way.
     std::fflush(nullptr);
+    reports.flush(); // while the module's texts are there
     module.unload();
     std::fflush(nullptr);
-    sendEnd();
+    reports.end(control::isStopAsked() ? protocol::Stopped : protocol::Finished);
     channel::leave(Success);
 }

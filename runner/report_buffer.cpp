@@ -1,18 +1,10 @@
 #include "runner/report_buffer.h"
 
 #include "runner/channel.h"
+#include "runner/run_tracer.h"
 
+#include <cstring>
 #include <ctime>
-
-namespace {
-
-void pauseShortly()
-{
-    const timespec fiftyMicroseconds = {0, 50 * 1000};
-    nanosleep(&fiftyMicroseconds, nullptr);
-}
-
-} // namespace
 
 void ReportBuffer::open(int pipe, void (*onFirst)())
 {
@@ -20,9 +12,67 @@ void ReportBuffer::open(int pipe, void (*onFirst)())
     m_onFirst = onFirst;
 }
 
+void ReportBuffer::setModule(const applet_module& module)
+{
+    m_module = &module;
+    m_waiting.setSteps(module.step_count);
+    m_sequenceTexts.assign(module.sequence_count, 0);
+    m_templateTexts.assign(module.sequence_count, 0);
+    m_stepTexts.assign(module.step_count, 0);
+}
+
+void ReportBuffer::detach()
+{
+    m_pipe = -1;
+    m_flushIsDue = true; // nobody to ask
+    unlock();            // held, maybe, by a thread that isn't here
+}
+
+void ReportBuffer::changeSequence(u32 sequence, bool isEnd)
+{
+    lock();
+    encodeWaiting();
+    const std::uint32_t index = sequenceIndex(sequence);
+    if (const char* templateId = m_module->sequences[sequence].template_id) {
+        const std::uint32_t owner = announced(m_templateTexts[sequence], templateId);
+        m_used += protocol::putTemplateSequence(room(), owner, index, isEnd);
+    } else {
+        m_used += protocol::putSequence(room(), index, isEnd);
+    }
+    release();
+}
+
+void ReportBuffer::log(int level, const char* text, std::size_t size)
+{
+    lock();
+    encodeWaiting();
+    m_used += protocol::putLog(room(), level, text, size);
+    release();
+}
+
+void ReportBuffer::request(std::uint32_t id, protocol::RequestKind kind,
+                           const protocol::Texts& texts)
+{
+    lock();
+    encodeWaiting();
+    m_used += protocol::putRequest(room(), id, kind, texts);
+    release();
+    flush();
+}
+
+void ReportBuffer::end(protocol::EndReason reason)
+{
+    lock();
+    encodeWaiting();
+    m_used += protocol::putEnd(room(), reason);
+    release();
+    flush();
+}
+
 void ReportBuffer::flush()
 {
     lock();
+    encodeWaiting();
     writeOut();
     unlock();
 }
@@ -36,20 +86,27 @@ void ReportBuffer::flushDue()
 void ReportBuffer::flushAfterCrash()
 {
     // Another thread may be writing: let it come to its end. If the crash came while this thread
-    // held the lock, only whole records are counted in m_used.
+    // held the lock, only whole records are counted.
     constexpr int Tries = 4000;
     for (int i = 0; i < Tries && !tryLock(); ++i)
         pauseShortly();
+    encodeWaiting();
     writeOut();
 }
 
-void ReportBuffer::lock()
+void ReportBuffer::pauseShortly()
 {
-    // Contention is rare: the other side is a flush every few milliseconds.
-    while (!tryLock())
-        pauseShortly();
+    const timespec fiftyMicroseconds = {0, 50 * 1000};
+    nanosleep(&fiftyMicroseconds, nullptr);
 }
 
+void ReportBuffer::askForFlush()
+{
+    if (!m_flushIsDue.exchange(true))
+        m_onFirst();
+}
+
+/// Where the next record goes: room for protocol::MaxRecord bytes.
 unsigned char* ReportBuffer::room()
 {
     if (Size - m_used < protocol::MaxRecord)
@@ -57,16 +114,41 @@ unsigned char* ReportBuffer::room()
     return m_bytes + m_used;
 }
 
-void ReportBuffer::release()
+void ReportBuffer::encodeWaiting()
 {
-    unlock();
-    if (!m_flushIsDue.load(std::memory_order_relaxed) && !m_flushIsDue.exchange(true))
-        m_onFirst();
+    if (m_waiting.isEmpty())
+        return;
+    const StepReport* reports = m_waiting.sorted();
+    for (std::size_t i = 0; i < m_waiting.count(); ++i) {
+        const applet_step& step = m_module->steps[reports[i].step];
+        const std::uint32_t sequence = sequenceIndex(step.sequence);
+        const std::uint32_t block = announced(m_stepTexts[reports[i].step], step.id);
+        m_used +=
+            protocol::putBlock(room(), sequence, block, reports[i].progress, reports[i].result);
+    }
+    m_waiting.clear();
 }
 
 void ReportBuffer::writeOut()
 {
-    if (m_used > 0)
-        channel::write(m_pipe, m_bytes, m_used);
+    if (m_used > 0 && m_pipe >= 0 && !channel::write(m_pipe, m_bytes, m_used)) {
+        run_tracer::setCause(run_trace::ChannelLost);
+        channel::leave(1);
+    }
     m_used = 0;
+}
+
+/// The index of a text, which is announced first if need be. @p slot is its place in its table.
+std::uint32_t ReportBuffer::announced(std::uint32_t& slot, const char* text)
+{
+    if (slot == 0) {
+        m_used += protocol::putText(room(), m_sentTexts, text, std::strlen(text));
+        slot = ++m_sentTexts;
+    }
+    return slot - 1;
+}
+
+std::uint32_t ReportBuffer::sequenceIndex(u32 sequence)
+{
+    return announced(m_sequenceTexts[sequence], m_module->sequences[sequence].id);
 }

@@ -1,11 +1,17 @@
 #pragma once
 
+#include "runner/applet_module.h"
+#include "runner/waiting_reports.h"
 #include "standalone/runtime/protocol.h"
 
 #include <atomic>
 #include <cstddef>
+#include <string>
+#include <vector>
 
-/// Collects records and writes them to the report channel in large pieces. Any thread.
+/// Collects records in the order of their coming and writes them to the report channel in large
+/// pieces. Step reports wait in a table where equal ones are one; anything else that is appended
+/// comes behind those that wait. Any thread.
 ///
 /// Its lock is a flag and its memory is its own, so that a signal handler can write out what a
 /// crashed step left behind.
@@ -16,45 +22,67 @@ public:
 
     /// @p onFirst is called, on the appending thread, when records wait and no flush is due yet.
     void open(int pipe, void (*onFirst)());
+    /// Whose steps and sequences the reports are about; it lives to the end of the process.
+    void setModule(const applet_module& module);
+    /// In a process that the applet has forked: nothing is written any more.
+    void detach();
+
+    void report(u32 step, double progress, int result)
+    {
+        lock();
+        if (m_waiting.isFull())
+            encodeWaiting();
+        m_waiting.put(step, progress, result);
+        release();
+    }
+    void changeSequence(u32 sequence, bool isEnd);
+    void log(int level, const char* text, std::size_t size);
+    void request(std::uint32_t id, protocol::RequestKind kind, const protocol::Texts& texts);
+    void end(protocol::EndReason reason);
 
     /// Writes out what waits.
     void flush();
-
     /// Starts the flush that onFirst asked for: records from now on ask for another one.
     void flushDue();
-
     /// For a signal handler: writes what waits, even if the lock can't be had for long.
     void flushAfterCrash();
 
-    /// Holds the buffer while one or more records are appended.
-    class Appending
-    {
-    public:
-        explicit Appending(ReportBuffer& buffer) : m_buffer(buffer) { m_buffer.lock(); }
-        ~Appending() { m_buffer.release(); }
-        Appending(const Appending&) = delete;
-        Appending& operator=(const Appending&) = delete;
-
-        /// Where the next record goes: room for protocol::MaxRecord bytes.
-        unsigned char* room() { return m_buffer.room(); }
-        void add(std::size_t size) { m_buffer.m_used += size; }
-
-    private:
-        ReportBuffer& m_buffer;
-    };
-
 private:
-    void lock();
+    void lock()
+    {
+        // Contention is rare: the other side is a flush every few milliseconds.
+        while (!tryLock())
+            pauseShortly();
+    }
     bool tryLock() { return !m_locked.test_and_set(std::memory_order_acquire); }
     void unlock() { m_locked.clear(std::memory_order_release); }
-    unsigned char* room();
-    void release();
-    void writeOut();
+    void release()
+    {
+        unlock();
+        if (!m_flushIsDue.load(std::memory_order_relaxed))
+            askForFlush();
+    }
+    static void pauseShortly();
+    void askForFlush();
 
+    unsigned char* room();
+    void encodeWaiting();
+    void writeOut();
+    std::uint32_t announced(std::uint32_t& slot, const char* text);
+    std::uint32_t sequenceIndex(u32 sequence);
+
+    WaitingReports m_waiting;
     unsigned char m_bytes[Size];
     std::size_t m_used = 0;
     int m_pipe = -1;
     void (*m_onFirst)() = nullptr;
     std::atomic_flag m_locked = ATOMIC_FLAG_INIT;
     std::atomic<bool> m_flushIsDue{false};
+
+    /// The text indices of the protocol plus one, given out at first use; 0: not sent yet.
+    const applet_module* m_module = nullptr;
+    std::uint32_t m_sentTexts = 0;
+    std::vector<std::uint32_t> m_sequenceTexts;
+    std::vector<std::uint32_t> m_templateTexts;
+    std::vector<std::uint32_t> m_stepTexts;
 };

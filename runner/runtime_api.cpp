@@ -1,75 +1,43 @@
 #include "runner/runtime_api.h"
 
+#include "runner/checksums.h"
 #include "runner/control.h"
+#include "runner/requests.h"
+#include "runner/run_tracer.h"
 
 #include <cstdio>
 #include <cstring>
-#include <vector>
 
 namespace runtime_api {
 
 namespace {
 
-/// The text indices of the protocol, given out at first use; 0 stands for not sent yet.
-struct TextIndices
-{
-    std::uint32_t sent = 0;
-    std::vector<std::uint32_t> sequences;
-    std::vector<std::uint32_t> templates;
-    std::vector<std::uint32_t> steps;
-};
+constexpr int ErrorLevel = 3;
 
 ReportBuffer* reportBuffer = nullptr;
 const applet_module* current = nullptr;
-TextIndices indices;
-
-/// The index of a text, which is announced first if need be. @p slot is its place in the table.
-std::uint32_t announced(ReportBuffer::Appending& records, std::uint32_t& slot, const char* text)
-{
-    if (slot == 0) {
-        records.add(protocol::putText(records.room(), indices.sent, text, std::strlen(text)));
-        slot = ++indices.sent;
-    }
-    return slot - 1;
-}
-
-std::uint32_t sequenceIndex(ReportBuffer::Appending& records, u32 sequence)
-{
-    return announced(records, indices.sequences[sequence], current->sequences[sequence].id);
-}
 
 void report(u32 step, double progress, int result)
 {
     if (step >= current->step_count)
         return;
-    ReportBuffer::Appending records(*reportBuffer);
-    const applet_step& entry = current->steps[step];
-    const std::uint32_t sequence = sequenceIndex(records, entry.sequence);
-    const std::uint32_t block = announced(records, indices.steps[step], entry.id);
-    records.add(protocol::putBlock(records.room(), sequence, block, progress, result));
-}
-
-void changeSequence(u32 sequence, bool isEnd)
-{
-    ReportBuffer::Appending records(*reportBuffer);
-    const std::uint32_t index = sequenceIndex(records, sequence);
-    const char* templateId = current->sequences[sequence].template_id;
-    if (!templateId) {
-        records.add(protocol::putSequence(records.room(), index, isEnd));
-        return;
-    }
-    const std::uint32_t owner = announced(records, indices.templates[sequence], templateId);
-    records.add(protocol::putTemplateSequence(records.room(), owner, index, isEnd));
+    if (progress == 100.0)
+        run_tracer::end(step);
+    else if (progress == 0.0)
+        run_tracer::begin(step);
+    reportBuffer->report(step, progress, result);
 }
 
 void enter(u32 sequence)
 {
-    changeSequence(sequence, false);
+    run_tracer::enter();
+    reportBuffer->changeSequence(sequence, false);
 }
 
 void leave(u32 sequence)
 {
-    changeSequence(sequence, true);
+    run_tracer::leave();
+    reportBuffer->changeSequence(sequence, true);
 }
 
 void logFormatted(int level, const char* format, va_list arguments)
@@ -91,6 +59,25 @@ s64 now()
     return control::now();
 }
 
+s64 ask(int question, const applet_text* texts, u32 count, char* answer, size_t room)
+{
+    if (question < protocol::ReadVariable || question > protocol::ShowNotice)
+        return requests::Refused;
+    protocol::Texts copies;
+    for (u32 i = 0; i < count; ++i)
+        copies.emplace_back(texts[i].bytes, texts[i].size);
+    return requests::ask(*reportBuffer, static_cast<protocol::RequestKind>(question), copies,
+                         answer, room);
+}
+
+u32 crc(const char* name, int width, const u8* data, size_t size)
+{
+    u32 value = 0;
+    if (!checksums::crc(name, width, data, size, value))
+        log(ErrorLevel, (std::string("未知的校验算法: ") + (name ? name : "")).c_str());
+    return value;
+}
+
 } // namespace
 
 void bind(ReportBuffer& reports)
@@ -101,9 +88,7 @@ void bind(ReportBuffer& reports)
 void setModule(const applet_module& module)
 {
     current = &module;
-    indices.sequences.assign(module.sequence_count, 0);
-    indices.templates.assign(module.sequence_count, 0);
-    indices.steps.assign(module.step_count, 0);
+    reportBuffer->setModule(module);
 }
 
 const applet_runtime_api& table()
@@ -115,14 +100,15 @@ const applet_runtime_api& table()
                                            leave,
                                            logFormatted,
                                            delay,
-                                           now};
+                                           now,
+                                           ask,
+                                           crc};
     return api;
 }
 
 void log(int level, const char* text)
 {
-    ReportBuffer::Appending records(*reportBuffer);
-    records.add(protocol::putLog(records.room(), level, text, std::strlen(text)));
+    reportBuffer->log(level, text, std::strlen(text));
 }
 
 } // namespace runtime_api

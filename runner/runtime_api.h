@@ -1,7 +1,6 @@
 #pragma once
 
-#define APPLET_RUNTIME_INTERFACE_ONLY
-#include "runner/applet_runtime.h"
+#include "runner/applet_module.h"
 #include "runner/report_buffer.h"
 
 /// The functions that the process hands to an applet's module.

@@ -7,7 +7,7 @@
 
 namespace standalone {
 
-/// The text of the runtime header, as it stands in runner/applet_runtime.h.
+/// The text of the runtime header: runner/applet_runtime.h and the *_functions.h beside it.
 QByteArray runtimeHeader();
 
 /// Brings a folder to hold the generated files and the runtime header. A file that holds the same

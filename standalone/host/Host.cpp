@@ -2,6 +2,7 @@
 
 #include "model/services/host.h"
 #include "model/services/log.h"
+#include "standalone/variables/SystemVariables.h"
 
 #include <QDir>
 #include <QMutexLocker>
@@ -22,8 +23,12 @@ QString Host::projectPath() const
 
 void Host::setProjectPath(const QString& path)
 {
-    QMutexLocker lock(&m_pathMutex);
-    m_projectPath = path.isEmpty() ? QString() : QDir::cleanPath(QDir(path).absolutePath());
+    const QString folder = path.isEmpty() ? QString() : QDir::cleanPath(QDir(path).absolutePath());
+    {
+        QMutexLocker lock(&m_pathMutex);
+        m_projectPath = folder;
+    }
+    SystemVariables::instance().setProjectFolder(folder);
 }
 
 void Host::logError(const QString& text)

@@ -3,8 +3,11 @@
 #include "model/services/applet_runtime.h"
 #include "standalone/runtime/ChildProcess.h"
 #include "standalone/runtime/RunnerRegistry.h"
+#include "standalone/runtime/run_account.h"
 
 #include <QCoreApplication>
+
+#include <future>
 
 namespace standalone {
 
@@ -19,7 +22,8 @@ std::string text(const char* source, const QString& detail = QString())
 } // namespace
 
 AppletRun::AppletRun(Request request)
-    : m_request(std::move(request)), m_thread(&AppletRun::run, this)
+    : m_request(std::move(request)), m_requests(m_request.appName, m_commands),
+      m_thread(&AppletRun::run, this)
 {
 }
 
@@ -30,20 +34,20 @@ AppletRun::~AppletRun()
 
 void AppletRun::stop(std::chrono::milliseconds patience)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_stopAsked = true;
-    m_killAt = std::min(m_killAt, Clock::now() + patience);
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_stopAsked = true;
+        m_killAt = std::min(m_killAt, Clock::now() + patience);
+    }
     sendStop();
+    m_requests.close();
 }
 
-/// Called with the mutex held.
 void AppletRun::sendStop()
 {
-    if (!m_child)
-        return;
     unsigned char command[protocol::MaxSmallRecord];
-    m_child->sendCommand(command, protocol::putStop(command));
-    m_child->wake();
+    m_commands->send(command, protocol::putStop(command));
+    m_commands->wake();
 }
 
 void AppletRun::run()
@@ -59,13 +63,17 @@ void AppletRun::run()
 
 RunEvent AppletRun::watchChild()
 {
+    TraceFile trace;
+    trace.create(); // without it a crash tells less
     ChildProcess child;
-    if (!child.start(m_request.program, {m_request.module})) {
+    if (!child.start(m_request.program, {m_request.module, QString::number(m_request.memoryLimit)},
+                     trace.handle())) {
         log(LogError, text(QT_TRANSLATE_NOOP("standalone::AppletRun", "运行程序启动失败: %1"),
                            child.error()));
         return RunCrashed;
     }
-    beginCommands(child);
+    m_commands->setChild(&child);
+    beginCommands();
 
     protocol::Reader reader(*this);
     LineSplitter output([this](const std::string& line) { log(LogInfo, line); });
@@ -79,41 +87,86 @@ RunEvent AppletRun::watchChild()
                  !reader.feed(reinterpret_cast<const unsigned char*>(data), size))
             child.kill();
     };
+    RunAccount account;
     while (child.pump(timeUntilKill(), sink)) {
         if (timeUntilKill() == 0) {
             child.kill();
+            account.wasKilled = true;
             const std::lock_guard<std::mutex> lock(m_mutex);
             m_killAt = Clock::time_point::max();
         }
     }
 
-    bool stopAsked = false;
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_child = nullptr;
-        stopAsked = m_stopAsked;
-    }
-    const bool leftWell = child.reap();
+    m_commands->setChild(nullptr);
+    m_requests.close();
+    account.end = child.reap();
     output.finish();
     errors.finish();
-    if (reader.isCorrupt())
-        log(LogError, text(QT_TRANSLATE_NOOP("standalone::AppletRun", "运行报告的数据已损坏")));
 
-    if (leftWell && reader.isComplete() && m_endReason == protocol::Finished)
+    const bool leftWell = account.end.hasExited && account.end.number == 0 && reader.isComplete();
+    if (leftWell && m_endReason == protocol::Finished)
         return RunFinished;
-    return stopAsked ? RunStopped : RunCrashed;
+    if (!leftWell || m_endReason != protocol::Stopped) {
+        account.appName = QString::fromLocal8Bit(m_request.appName.c_str());
+        account.trace = trace.read();
+        account.isCorrupt = reader.isCorrupt();
+        account.memoryLimit = m_request.memoryLimit;
+        tellAccount(account);
+    }
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_stopAsked ? RunStopped : RunCrashed;
+}
+
+void AppletRun::tellAccount(const RunAccount& account)
+{
+    // A report that still waited went with the child.
+    const auto& running = account.trace.running;
+    if (running && running->stepId != m_lastStepId)
+        onBlock(running->sequenceId, running->stepId, 0.0, 0);
+    QString lines = account.reason();
+    const QString steps = stepsByName(account);
+    if (!steps.isEmpty())
+        lines += (lines.isEmpty() ? QString() : QStringLiteral("\n")) + steps;
+    if (!lines.isEmpty())
+        log(LogError, lines.toStdString());
+}
+
+/// The model is the GUI thread's: it is asked there, unless that thread is busy for long.
+QString AppletRun::stepsByName(const RunAccount& account) const
+{
+    constexpr std::chrono::milliseconds Patience{1000};
+    constexpr std::chrono::milliseconds Slice{10};
+    QCoreApplication* application = QCoreApplication::instance();
+    if (!account.trace.running && account.trace.before.empty())
+        return QString();
+    if (application && !m_silent) {
+        const auto promise = std::make_shared<std::promise<QString>>();
+        std::future<QString> steps = promise->get_future();
+        QMetaObject::invokeMethod(
+            application, [promise, account] { promise->set_value(account.steps(true)); },
+            Qt::QueuedConnection);
+        const auto giveUpAt = Clock::now() + Patience;
+        while (!m_silent && Clock::now() < giveUpAt) {
+            if (steps.wait_for(Slice) == std::future_status::ready)
+                return steps.get();
+        }
+    }
+    return account.steps(false);
 }
 
 /// Sends the start, and a stop that was asked for before the child was there.
-void AppletRun::beginCommands(ChildProcess& child)
+void AppletRun::beginCommands()
 {
     unsigned char command[protocol::MaxRecord];
     const std::size_t size =
         protocol::putStart(command, m_request.sequenceId.data(), m_request.sequenceId.size());
-    child.sendCommand(command, size);
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_child = &child;
-    if (m_stopAsked)
+    m_commands->send(command, size);
+    bool stopAsked = false;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        stopAsked = m_stopAsked;
+    }
+    if (stopAsked)
         sendStop();
 }
 
@@ -137,6 +190,7 @@ void AppletRun::log(int level, const std::string& line)
 void AppletRun::onBlock(const std::string& sequenceId, const std::string& blockId, double progress,
                         int result)
 {
+    m_lastStepId = blockId;
     if (CallbackFuncsImp::m_cb && !m_silent)
         CallbackFuncsImp::m_cb(m_request.appName.c_str(), sequenceId.c_str(), blockId.c_str(),
                                progress, result);
@@ -159,6 +213,12 @@ void AppletRun::onTemplateSequence(const std::string& templateId, const std::str
 void AppletRun::onLog(int level, const std::string& line)
 {
     log(level < LogDebug ? LogDebug : level > LogError ? LogError : level, line);
+}
+
+void AppletRun::onRequest(std::uint32_t id, protocol::RequestKind kind,
+                          const protocol::Texts& texts)
+{
+    m_requests.take(id, kind, texts);
 }
 
 void AppletRun::onEnd(protocol::EndReason reason)

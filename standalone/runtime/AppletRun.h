@@ -1,7 +1,9 @@
 #pragma once
 
 #include "model/services/processedit.h"
+#include "standalone/runtime/AppletRequests.h"
 #include "standalone/runtime/LineSplitter.h"
+#include "standalone/runtime/RunCommands.h"
 #include "standalone/runtime/protocol.h"
 
 #include <QString>
@@ -14,12 +16,15 @@
 namespace standalone {
 
 class ChildProcess;
+struct RunAccount;
 
 /// What a run event is called with.
 enum RunEvent : int { RunFinished = 1, RunStopped = 2, RunCrashed = 3 };
 
 /// One run of an applet: a child process and the thread that starts it, listens to it, calls the
 /// editor's callbacks and tells the end. All callbacks come from that thread, with no lock held.
+/// Before a run that did not come to its own end is told, the log says why it ended and which steps
+/// ran last.
 class AppletRun : private protocol::Receiver
 {
 public:
@@ -29,6 +34,7 @@ public:
         QString module;
         std::string appName; ///< local 8-bit encoding
         std::string sequenceId;
+        qint64 memoryLimit = 0; ///< in bytes; 0: none
         sdk_ui_interface::processedit::RunEventCallback onRunEvent = nullptr;
     };
 
@@ -56,9 +62,11 @@ private:
 
     void run();
     RunEvent watchChild();
-    void beginCommands(ChildProcess& child);
+    void beginCommands();
     int timeUntilKill() const;
     void sendStop();
+    void tellAccount(const RunAccount& account);
+    QString stepsByName(const RunAccount& account) const;
     void log(int level, const std::string& text);
 
     void onBlock(const std::string& sequenceId, const std::string& blockId, double progress,
@@ -68,15 +76,19 @@ private:
                             bool isEnd) override;
     void onLog(int level, const std::string& text) override;
     void onEnd(protocol::EndReason reason) override;
+    void onRequest(std::uint32_t id, protocol::RequestKind kind,
+                   const protocol::Texts& texts) override;
 
     const Request m_request;
     std::atomic<bool> m_running{true};
     std::atomic<bool> m_over{false};
     std::atomic<bool> m_silent{false};
-    int m_endReason = 0; ///< of the end record, 0 without one
+    int m_endReason = 0;      ///< of the end record, 0 without one
+    std::string m_lastStepId; ///< of the last report
 
-    mutable std::mutex m_mutex;      ///< guards the three below
-    ChildProcess* m_child = nullptr; ///< while it can take commands
+    const std::shared_ptr<RunCommands> m_commands = std::make_shared<RunCommands>();
+    AppletRequests m_requests;
+    mutable std::mutex m_mutex; ///< guards both below
     bool m_stopAsked = false;
     Clock::time_point m_killAt = Clock::time_point::max();
 

@@ -9,9 +9,17 @@
 
 namespace standalone {
 
+/// How a process has ended.
+struct ChildEnd
+{
+    bool hasExited = false; ///< by itself; else by a signal
+    int number = 0;         ///< its exit code, or the signal's number
+};
+
 /// A child process with a report channel, a command channel, and its output and error streams as
-/// pipes. One thread owns it: it starts the child, pumps it and reaps it. Only sendCommand and wake
-/// may be called from other threads.
+/// pipes, first of a group of processes that all that it starts belong to. One thread owns it: it
+/// starts the child, pumps it and reaps it. Only sendCommand and wake may be called from other
+/// threads.
 class ChildProcess
 {
 public:
@@ -24,9 +32,10 @@ public:
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    /// The numbers of the report and the command pipe are appended to the arguments. The child
-    /// inherits nothing but these, its streams and an empty input. False: error() tells why.
-    bool start(const QString& program, QStringList arguments);
+    /// The numbers of the report pipe, the command pipe and @p traceFile are appended to the
+    /// arguments. The child inherits nothing but these, its streams and an empty input. False:
+    /// error() tells why.
+    bool start(const QString& program, QStringList arguments, int traceFile);
     QString error() const { return m_error; }
 
     /// Waits, at most that many milliseconds (negative: without end), and hands what arrived to the
@@ -39,9 +48,10 @@ public:
     /// Any thread.
     bool sendCommand(const unsigned char* data, std::size_t size);
 
+    /// Kills the child and its group.
     void kill();
-    /// Waits for the end of the child. True if it left by itself with exit code 0.
-    bool reap();
+    /// Waits for the end of the child and kills what is left of its group.
+    ChildEnd reap();
 
 private:
     bool openPipes(int (&childEnds)[4]);

@@ -24,6 +24,7 @@ namespace {
 
 constexpr int ReportPipe = 3;
 constexpr int CommandPipe = 4;
+constexpr int TraceNumber = 5;
 /// Our own ends lie above the numbers that they take in the child, so that none is overwritten.
 constexpr int LowestOwn = 16;
 /// Reads per stream after the child's end: more than its pipe can hold.
@@ -78,7 +79,9 @@ public:
         posix_spawnattr_setsigmask(&attributes, &set);
         sigaddset(&set, SIGPIPE);
         posix_spawnattr_setsigdefault(&attributes, &set);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        posix_spawnattr_setpgroup(&attributes, 0);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
+                                                  POSIX_SPAWN_SETPGROUP);
     }
     ~SpawnSetup()
     {
@@ -134,9 +137,10 @@ bool ChildProcess::openPipes(int (&childEnds)[4])
     return true;
 }
 
-bool ChildProcess::start(const QString& program, QStringList arguments)
+bool ChildProcess::start(const QString& program, QStringList arguments, int traceFile)
 {
-    arguments << QString::number(ReportPipe) << QString::number(CommandPipe);
+    arguments << QString::number(ReportPipe) << QString::number(CommandPipe)
+              << QString::number(TraceNumber);
     std::vector<QByteArray> texts{QFile::encodeName(program)};
     for (const QString& argument : qAsConst(arguments))
         texts.push_back(QFile::encodeName(argument));
@@ -155,6 +159,8 @@ bool ChildProcess::start(const QString& program, QStringList arguments)
         posix_spawn_file_actions_adddup2(&setup.actions, childEnds[Errors], STDERR_FILENO);
         posix_spawn_file_actions_adddup2(&setup.actions, childEnds[Reports], ReportPipe);
         posix_spawn_file_actions_adddup2(&setup.actions, childEnds[3], CommandPipe);
+        if (traceFile >= 0)
+            posix_spawn_file_actions_adddup2(&setup.actions, traceFile, TraceNumber);
         result =
             posix_spawn(&pid, argv[0], &setup.actions, &setup.attributes, argv.data(), environ);
     } else {
@@ -256,20 +262,32 @@ void ChildProcess::closeCommands()
 
 void ChildProcess::kill()
 {
-    if (m_pid > 0)
-        ::kill(static_cast<pid_t>(m_pid), SIGKILL);
+    if (m_pid > 0) {
+        ::kill(static_cast<pid_t>(-m_pid), SIGKILL);
+        ::kill(static_cast<pid_t>(m_pid), SIGKILL); // it may have left its group
+    }
 }
 
-bool ChildProcess::reap()
+ChildEnd ChildProcess::reap()
 {
     closeCommands();
+    // The number stays the child's until it is waited for, so the group can't be another's.
+    siginfo_t info;
+    while (::waitid(P_PID, static_cast<id_t>(m_pid), &info, WEXITED | WNOWAIT) != 0 &&
+           errno == EINTR) {
+    }
+    ::kill(static_cast<pid_t>(-m_pid), SIGKILL);
     int status = 0;
     pid_t result = 0;
     do {
         result = ::waitpid(static_cast<pid_t>(m_pid), &status, 0);
     } while (result < 0 && errno == EINTR);
     m_pid = -1;
-    return result > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    if (result <= 0)
+        return {};
+    if (WIFEXITED(status))
+        return {true, WEXITSTATUS(status)};
+    return {false, WTERMSIG(status)};
 }
 
 } // namespace standalone

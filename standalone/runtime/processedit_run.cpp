@@ -16,6 +16,7 @@ bool runCApplet(const QString& appName, const QString& sequenceId, RunEventCallb
     request.module = standalone::appletModulePath(appName);
     request.appName = appName.toLocal8Bit().toStdString();
     request.sequenceId = sequenceId.toStdString();
+    request.memoryLimit = standalone::memoryLimit();
     request.onRunEvent = onRunEvent;
     // Whether the module can be loaded shows in the child only; that it is there shows here.
     if (!onRunEvent || request.sequenceId.empty() || !QFileInfo(request.program).isExecutable() ||

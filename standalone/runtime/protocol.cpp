@@ -105,6 +105,19 @@ public:
         return value;
     }
 
+    /// A text behind its length.
+    std::string text()
+    {
+        const std::uint64_t size = number();
+        if (size > static_cast<std::uint64_t>(m_end - m_at)) {
+            m_failed = true;
+            return std::string();
+        }
+        std::string text(reinterpret_cast<const char*>(m_at), static_cast<std::size_t>(size));
+        m_at += size;
+        return text;
+    }
+
     std::string rest()
     {
         std::string text(reinterpret_cast<const char*>(m_at),
@@ -113,6 +126,7 @@ public:
         return text;
     }
 
+    bool hasMore() const { return !m_failed && m_at < m_end; }
     /// Whether all fields were there and nothing stands behind them.
     bool isDone() const { return !m_failed && m_at == m_end; }
 
@@ -172,6 +186,15 @@ std::size_t putEnd(unsigned char* out, EndReason reason)
     return Writer(out, EndRecord).number(reason).finish();
 }
 
+std::size_t putRequest(unsigned char* out, std::uint32_t id, RequestKind kind, const Texts& texts)
+{
+    Writer writer(out, RequestRecord);
+    writer.number(id).number(kind);
+    for (const std::string& text : texts)
+        writer.number(text.size()).bytes(text.data(), text.size());
+    return writer.finish();
+}
+
 std::size_t putStart(unsigned char* out, const char* sequenceId, std::size_t size)
 {
     return Writer(out, StartCommand).bytes(sequenceId, cutText(sequenceId, size)).finish();
@@ -182,14 +205,26 @@ std::size_t putStop(unsigned char* out)
     return Writer(out, StopCommand).finish();
 }
 
+std::size_t putAnswer(unsigned char* out, std::uint32_t id, int status, const char* text,
+                      std::size_t size)
+{
+    return Writer(out, AnswerCommand)
+        .number(id)
+        .signedNumber(status)
+        .bytes(text, cutText(text, size))
+        .finish();
+}
+
 Receiver::~Receiver() = default;
 void Receiver::onBlock(const std::string&, const std::string&, double, int) {}
 void Receiver::onSequence(const std::string&, bool) {}
 void Receiver::onTemplateSequence(const std::string&, const std::string&, bool) {}
 void Receiver::onLog(int, const std::string&) {}
 void Receiver::onEnd(EndReason) {}
+void Receiver::onRequest(std::uint32_t, RequestKind, const Texts&) {}
 void Receiver::onStart(const std::string&) {}
 void Receiver::onStop() {}
+void Receiver::onAnswer(std::uint32_t, int, const std::string&) {}
 
 bool Reader::feed(const unsigned char* data, std::size_t size)
 {
@@ -302,6 +337,26 @@ bool Reader::decode(const unsigned char* data, std::size_t size)
         if (!fields.isDone() || (reason != Finished && reason != Stopped))
             return false;
         m_receiver.onEnd(static_cast<EndReason>(reason));
+        return true;
+    }
+    case RequestRecord: {
+        const auto id = static_cast<std::uint32_t>(fields.number());
+        const std::uint64_t kind = fields.number();
+        Texts texts;
+        while (fields.hasMore())
+            texts.push_back(fields.text());
+        if (!fields.isDone() || kind < ReadVariable || kind > ShowNotice)
+            return false;
+        m_receiver.onRequest(id, static_cast<RequestKind>(kind), texts);
+        return true;
+    }
+    case AnswerCommand: {
+        const auto id = static_cast<std::uint32_t>(fields.number());
+        const int status = fields.signedNumber();
+        const std::string text = fields.rest();
+        if (!fields.isDone())
+            return false;
+        m_receiver.onAnswer(id, status, text);
         return true;
     }
     case StartCommand:

@@ -35,9 +35,25 @@ enum RecordType : unsigned char {
     TemplateLeaveRecord = 8,
     LogRecord = 9,
     EndRecord = 10,
+    RequestRecord = 11,
     StartCommand = 32,
-    StopCommand = 33
+    StopCommand = 33,
+    AnswerCommand = 34
 };
+
+/// What the applet asks the editor for, and the texts that come with it.
+enum RequestKind : unsigned char {
+    ReadVariable = 1,  ///< name
+    WriteVariable = 2, ///< name, value
+    AskYesNo = 3,      ///< title, text
+    AskText = 4,       ///< title, text, the value to begin with
+    ShowNotice = 5     ///< title, text
+};
+/// A status of an answer; the text that comes with it is a value or tells why.
+enum AnswerStatus : int { Refused = -1, Done = 0 };
+
+/// The texts of a request. Together they fit into MaxText.
+using Texts = std::vector<std::string>;
 
 /// How a run ended by itself. A channel that closes without one of them tells of a crash.
 enum EndReason : unsigned char { Finished = 1, Stopped = 2 };
@@ -52,8 +68,11 @@ std::size_t putTemplateSequence(unsigned char* out, std::uint32_t templateId,
                                 std::uint32_t sequence, bool isEnd);
 std::size_t putLog(unsigned char* out, int level, const char* text, std::size_t size);
 std::size_t putEnd(unsigned char* out, EndReason reason);
+std::size_t putRequest(unsigned char* out, std::uint32_t id, RequestKind kind, const Texts& texts);
 std::size_t putStart(unsigned char* out, const char* sequenceId, std::size_t size);
 std::size_t putStop(unsigned char* out);
+std::size_t putAnswer(unsigned char* out, std::uint32_t id, int status, const char* text,
+                      std::size_t size);
 
 /// Gets the records of a Reader. Texts are UTF-8 and live until the call returns.
 class Receiver
@@ -67,8 +86,10 @@ public:
                                     bool isEnd);
     virtual void onLog(int level, const std::string& text);
     virtual void onEnd(EndReason reason);
+    virtual void onRequest(std::uint32_t id, RequestKind kind, const Texts& texts);
     virtual void onStart(const std::string& sequenceId);
     virtual void onStop();
+    virtual void onAnswer(std::uint32_t id, int status, const std::string& text);
 };
 
 /// Takes a byte stream in pieces of any size apart. Memory is bounded whatever the bytes are.

@@ -2,13 +2,19 @@
 
 #include "standalone/runtime/RunnerRegistry.h"
 
+#include "standalone/runtime/machine_memory.h"
+
 #include <QCoreApplication>
+
+#include <algorithm>
+#include <atomic>
 
 namespace standalone {
 
 namespace {
 
 QString chosenPath;
+std::atomic<qint64> chosenLimit{-1};
 
 } // namespace
 
@@ -26,6 +32,22 @@ QString runnerPath()
 #else
     return QCoreApplication::applicationDirPath() + QStringLiteral("/applet_runner");
 #endif
+}
+
+void setMemoryLimit(qint64 bytes)
+{
+    chosenLimit = bytes;
+}
+
+qint64 memoryLimit()
+{
+    constexpr qint64 Most = qint64(2) << 30;
+    constexpr qint64 Share = 4;
+    const qint64 chosen = chosenLimit;
+    if (chosen >= 0)
+        return chosen;
+    const qint64 machine = machineMemory();
+    return machine > 0 ? std::min(Most, machine / Share) : Most;
 }
 
 void shutdownRuntime()

@@ -1,5 +1,7 @@
 #include "standalone/variables/SystemVariables.h"
 
+#include "standalone/variables/system_values.h"
+
 #include <QMutexLocker>
 
 #include <algorithm>
@@ -12,49 +14,83 @@ SystemVariables& SystemVariables::instance()
     return variables;
 }
 
-void SystemVariables::define(const system_variate::SystemVarInfo& variable)
+void SystemVariables::setProjectFolder(const QString& folder)
 {
-    bool isNew = false;
-    {
-        QMutexLocker lock(&m_mutex);
-        isNew = !m_variables.contains(variable.name);
+    const QMutexLocker lock(&m_mutex);
+    if (folder == m_file.folder())
+        return;
+    m_file.save();
+    for (const auto& variable : qAsConst(m_variables))
+        tell(VarRemoved, variable);
+    m_variables.clear();
+    const auto loaded = m_file.load(folder);
+    for (const auto& variable : loaded) {
         m_variables.insert(variable.name, variable);
+        tell(VarAdded, variable);
     }
+}
+
+bool SystemVariables::save()
+{
+    return m_file.save();
+}
+
+SystemVariables::Result SystemVariables::define(const system_variate::SystemVarInfo& variable)
+{
+    if (!system_values::isName(variable.name))
+        return WrongName;
+    if (!system_values::fits(variable.category, variable.value))
+        return WrongValue;
+    const QMutexLocker lock(&m_mutex);
+    const bool isNew = !m_variables.contains(variable.name);
+    m_variables.insert(variable.name, variable);
+    m_file.put(variable);
     tell(isNew ? VarAdded : VarChanged, variable);
+    return Done;
 }
 
-void SystemVariables::setValue(const QString& name, const QString& value)
+SystemVariables::Result SystemVariables::setValue(const QString& name, const QString& value)
 {
-    system_variate::SystemVarInfo variable;
-    {
-        QMutexLocker lock(&m_mutex);
-        const auto found = m_variables.find(name);
-        if (found == m_variables.end())
-            return;
-        found->value = value;
-        variable = *found;
-    }
-    tell(VarValueChanged, variable);
+    const QMutexLocker lock(&m_mutex);
+    const auto found = m_variables.find(name);
+    if (found == m_variables.end())
+        return Unknown;
+    if (!system_values::fits(found->category, value))
+        return WrongValue;
+    found->value = value;
+    m_file.put(*found);
+    tell(VarValueChanged, *found);
+    return Done;
 }
 
-void SystemVariables::remove(const QString& name)
+SystemVariables::Result SystemVariables::remove(const QString& name)
 {
-    system_variate::SystemVarInfo variable;
-    {
-        QMutexLocker lock(&m_mutex);
-        if (!m_variables.contains(name))
-            return;
-        variable = m_variables.take(name);
-    }
-    tell(VarRemoved, variable);
+    const QMutexLocker lock(&m_mutex);
+    if (!m_variables.contains(name))
+        return Unknown;
+    m_file.remove(name);
+    tell(VarRemoved, m_variables.take(name));
+    return Done;
 }
 
 QVector<QString> SystemVariables::names() const
 {
-    QMutexLocker lock(&m_mutex);
+    const QMutexLocker lock(&m_mutex);
     QVector<QString> names = m_variables.keys().toVector();
     std::sort(names.begin(), names.end());
     return names;
+}
+
+QVector<system_variate::SystemVarInfo> SystemVariables::list() const
+{
+    const QMutexLocker lock(&m_mutex);
+    QVector<system_variate::SystemVarInfo> list;
+    list.reserve(m_variables.size());
+    for (const auto& variable : m_variables)
+        list.append(variable);
+    std::sort(list.begin(), list.end(),
+              [](const auto& a, const auto& b) { return a.name < b.name; });
+    return list;
 }
 
 bool SystemVariables::find(const QString& name, system_variate::SystemVarInfo& info) const

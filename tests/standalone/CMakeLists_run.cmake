@@ -6,12 +6,24 @@ pe_add_test(runtime_protocol_test SOURCES ${run_tests}/runtime_protocol_test.cpp
             LINK pe_standalone)
 pe_add_test(statement_functions_test SOURCES ${run_tests}/statement_functions_test.cpp
             LINK pe_standalone)
+pe_add_test(runtime_reports_test
+            SOURCES ${run_tests}/runtime_reports_test.cpp ${run_tests}/runtime_harness.cpp
+                    ${PROJECT_SOURCE_DIR}/runner/waiting_reports.cpp
+            LINK pe_standalone)
+pe_add_test(runtime_questions_test WIDGETS SOURCES ${run_tests}/runtime_questions_test.cpp
+            LINK pe_standalone)
+pe_add_test(runtime_variables_test SOURCES ${run_tests}/runtime_variables_test.cpp
+            LINK pe_standalone)
 pe_add_test(codegen_test SOURCES ${run_tests}/codegen_test.cpp LINK pe_standalone)
-foreach(name compiler_test compiler_model_test codegen_run_test runtime_run_test)
+foreach(name compiler_test compiler_model_test codegen_run_test runtime_run_test
+             runtime_functions_test)
   pe_add_test(${name} SOURCES ${run_tests}/${name}.cpp ${run_tests}/runtime_harness.cpp
               LINK pe_standalone)
   add_dependencies(${name} applet_runner)
 endforeach()
+pe_add_test(runaways SOURCES ${run_tests}/runaways_test.cpp ${run_tests}/runtime_harness.cpp
+            LINK pe_standalone)
 # Applets have Chinese names here, which their files bear.
-set_property(TEST compiler_test compiler_model_test codegen_run_test runtime_run_test APPEND
+set_property(TEST compiler_test compiler_model_test codegen_run_test runtime_run_test
+             runtime_functions_test runaways APPEND
              PROPERTY ENVIRONMENT "LANG=C.UTF-8")

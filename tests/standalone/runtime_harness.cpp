@@ -10,6 +10,7 @@
 #include <QMap>
 #include <QSemaphore>
 
+#include <algorithm>
 #include <mutex>
 
 namespace {
@@ -118,6 +119,14 @@ QStringList RuntimeHarness::reports(const QString& appName)
 {
     const std::lock_guard<std::mutex> lock(mutex);
     return recorded[appName].reports;
+}
+
+QStringList RuntimeHarness::lastOfEach(QStringList reports)
+{
+    std::reverse(reports.begin(), reports.end());
+    reports.removeDuplicates();
+    std::reverse(reports.begin(), reports.end());
+    return reports;
 }
 
 QStringList RuntimeHarness::logLines(const QString& appName)

@@ -24,6 +24,8 @@ public:
     /// So far: step reports as "uuid:progress" with "!result" for a failure, sequences as ">id" and
     /// "<id", those of a template as ">template/id". Any thread.
     static QStringList reports(const QString& appName);
+    /// Without those that an equal one follows: what a run may leave out on the way.
+    static QStringList lastOfEach(QStringList reports);
     static QStringList logLines(const QString& appName);
     /// All run events so far.
     static QList<int> events(const QString& appName);

@@ -47,6 +47,21 @@ public:
         lines << QStringLiteral("start %1").arg(QString::fromStdString(id));
     }
     void onStop() override { lines << QStringLiteral("stop"); }
+    void onRequest(std::uint32_t id, protocol::RequestKind kind,
+                   const protocol::Texts& texts) override
+    {
+        QString line = QStringLiteral("request %1 %2").arg(id).arg(int(kind));
+        for (const std::string& text : texts)
+            line += u' ' + QString::fromStdString(text);
+        lines << line;
+    }
+    void onAnswer(std::uint32_t id, int status, const std::string& text) override
+    {
+        lines << QStringLiteral("answer %1 %2 %3")
+                     .arg(id)
+                     .arg(status)
+                     .arg(QString::fromStdString(text));
+    }
 
     QStringList lines;
 };
@@ -88,6 +103,8 @@ Bytes everyRecord()
         .add(protocol::putEnd, protocol::Stopped)
         .add(protocol::putStart, id.data(), id.size())
         .add(protocol::putStop)
+        .add(protocol::putRequest, 300u, protocol::AskText, protocol::Texts{line, "", id})
+        .add(protocol::putAnswer, 300u, -1, line.data(), line.size())
         .bytes;
 }
 
@@ -102,7 +119,9 @@ const QStringList everyRecordLines = {QStringLiteral("block seq block 0 0"),
                                       QStringLiteral("log 3 电压 13.8"),
                                       QStringLiteral("end 2"),
                                       QStringLiteral("start {0a1b}"),
-                                      QStringLiteral("stop")};
+                                      QStringLiteral("stop"),
+                                      QStringLiteral("request 300 4 电压 13.8  {0a1b}"),
+                                      QStringLiteral("answer 300 -1 电压 13.8")};
 
 } // namespace
 

@@ -1,0 +1,70 @@
+#include "standalone/runtime/run_account.h"
+
+#include "standalone/runtime/signal_texts.h"
+#include "standalone/runtime/step_names.h"
+
+#include <QCoreApplication>
+#include <QStringList>
+
+namespace standalone {
+
+namespace {
+
+QString text(const char* source)
+{
+    return QCoreApplication::translate("standalone::RunAccount", source);
+}
+
+QString stepLine(const StepName& name, quint64 pass)
+{
+    QString line = text("序列“%1”的步骤“%2”").arg(name.sequence, name.step);
+    if (pass > 0)
+        line += text(", 循环第 %1 次").arg(pass);
+    return line;
+}
+
+} // namespace
+
+QString RunAccount::reason() const
+{
+    if (isCorrupt)
+        return text("步骤写坏了运行报告的数据, 运行已被终止");
+    switch (trace.cause) {
+    case run_trace::MemoryLimit:
+        return text("内存超过上限 %1 MB, 运行已被终止").arg(memoryLimit >> 20);
+    case run_trace::StackOverflow:
+        return text("栈溢出: 递归过深或局部变量过大");
+    case run_trace::ChannelLost:
+        return text("步骤关闭了与编辑器通信的描述符, 运行已被终止");
+    case run_trace::NoCause:
+        break;
+    }
+    if (wasKilled)
+        return text("运行没有响应停止请求, 已被强制结束");
+    if (!end.hasExited)
+        return text("运行被信号中断: %1").arg(signalText(end.number));
+    if (trace.hasBegun)
+        return text("步骤结束了运行进程, 退出代码 %1").arg(end.number);
+    return QString();
+}
+
+QString RunAccount::steps(bool useModel) const
+{
+    StepNames names(useModel ? appName : QString());
+    const auto line = [&names](const TracedStep& step) {
+        const StepName name = names.find(step);
+        const auto level = std::size_t(name.levelsBelowLoop);
+        const bool isLooped = name.levelsBelowLoop >= 0 && level < step.passes.size();
+        return stepLine(name, isLooped ? step.passes[level] : 0);
+    };
+    QStringList lines;
+    if (trace.running)
+        lines << text("正在执行: %1").arg(line(*trace.running));
+    if (!trace.before.empty())
+        lines << text("此前执行的步骤 (由近及远):");
+    for (const TracedStep& step : trace.before)
+        lines << QStringLiteral("  ") + line(step);
+    return lines.join(u'\n');
+}
+
+} // namespace standalone

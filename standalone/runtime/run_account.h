@@ -1,0 +1,27 @@
+#pragma once
+
+#include "standalone/runtime/ChildProcess.h"
+#include "standalone/runtime/TraceFile.h"
+
+#include <QString>
+
+namespace standalone {
+
+/// What is known of a run that did not come to its own end.
+struct RunAccount
+{
+    QString appName;
+    ChildEnd end;
+    RunTrace trace;
+    bool wasKilled = false; ///< by us, after a stop
+    bool isCorrupt = false; ///< by us, since its reports made no sense
+    qint64 memoryLimit = 0; ///< in bytes
+
+    /// Why it ended, for the user. Empty if the child has told so itself.
+    QString reason() const;
+    /// The step that ran and those before it, one a line; empty if none had begun. By the names
+    /// that the model knows: GUI thread. Without @p useModel by their ids, on any thread.
+    QString steps(bool useModel) const;
+};
+
+} // namespace standalone

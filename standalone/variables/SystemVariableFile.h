@@ -1,0 +1,61 @@
+#pragma once
+
+#include "model/services/system_variate.h"
+
+#include <QJsonObject>
+#include <QMap>
+#include <QString>
+#include <QVector>
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace standalone {
+
+/// The file in a project's folder that keeps its system variables. Changes are written behind the
+/// caller's back, all of a while at once, since a running applet may set values all the time. Any
+/// thread.
+class SystemVariableFile
+{
+public:
+    static constexpr std::chrono::milliseconds Delay{500};
+
+    SystemVariableFile() = default;
+    /// Writes what isn't written.
+    ~SystemVariableFile();
+    SystemVariableFile(const SystemVariableFile&) = delete;
+    SystemVariableFile& operator=(const SystemVariableFile&) = delete;
+
+    /// Empty without a project.
+    QString folder() const;
+    /// From now on the file in that folder. A file that can't be read is copied aside; a variable
+    /// whose type isn't known, or that has no proper value, stays in the file only. Neither changes
+    /// the file until something is put.
+    QVector<system_variate::SystemVarInfo> load(const QString& folder);
+
+    void put(const system_variate::SystemVarInfo& variable);
+    void remove(const QString& name);
+
+    /// Writes now; false if that failed, which the host's log tells.
+    bool save();
+
+private:
+    void change();
+    void work();
+    QByteArray text() const;
+
+    mutable std::mutex m_mutex; ///< guards all below
+    QString m_folder;
+    QJsonObject m_document;               ///< without the variables
+    QMap<QString, QJsonObject> m_objects; ///< of the variables, by name, with members of others
+    QVector<QJsonValue> m_strangers;      ///< entries that are no variable of ours
+    bool m_isChanged = false;
+    bool m_isClosing = false;
+    std::condition_variable m_wake;
+    std::mutex m_writing; ///< held while the file is written; taken before m_mutex
+    std::thread m_writer; ///< from the first change on
+};
+
+} // namespace standalone

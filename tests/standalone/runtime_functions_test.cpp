@@ -1,0 +1,272 @@
+// The functions that the runtime offers to an applet's code: what they return, and what they ask
+// the editor for.
+
+#include "tests/standalone/codegen_builders.h"
+#include "tests/standalone/runtime_harness.h"
+
+#include "model/dialogs/user_dialogs.h"
+#include "model/services/capplet.h"
+#include "model/services/processedit.h"
+#include "standalone/variables/SystemVariables.h"
+
+#include <QSemaphore>
+#include <QtTest>
+
+using namespace builders;
+using standalone::SystemVariables;
+
+namespace {
+
+constexpr int Finished = 1;
+constexpr int Stopped = 2;
+constexpr int Crashed = 3;
+constexpr int Patience = 20000;
+
+} // namespace
+
+class RuntimeFunctionsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { m_harness = std::make_unique<RuntimeHarness>(); }
+    void cleanupTestCase() { m_harness.reset(); }
+
+    void areDocumented();
+    void values();
+    void calledByApiSteps();
+    void systemVariables();
+    void questions();
+    void questionGoesWithTheRun_data();
+    void questionGoesWithTheRun();
+
+private:
+    /// Builds and starts an applet of those steps.
+    void run(const QString& appName, const Blocks& steps);
+
+    std::unique_ptr<RuntimeHarness> m_harness;
+};
+
+void RuntimeFunctionsTest::run(const QString& appName, const Blocks& steps)
+{
+    QCOMPARE(m_harness->build(appName, applet({sequence("main", steps)})), QString());
+    QVERIFY(m_harness->start(appName));
+}
+
+void RuntimeFunctionsTest::areDocumented()
+{
+    QList<_DrelFunction> functions;
+    QCOMPARE(sdk_ui_interface::capplet::getCAppletInnerFuncs(QString(), functions), 0);
+    QVERIFY(functions.size() >= 30);
+    QStringList names;
+    for (const _DrelFunction& function : qAsConst(functions)) {
+        names << QString::fromUtf8(function.name);
+        QVERIFY2(function.description[0], function.name);
+        // Cut nowhere, for it would be in the middle of a character.
+        QVERIFY2(!QString::fromUtf8(function.description).contains(QChar::ReplacementCharacter),
+                 function.name);
+        for (const auto& parameter : function.params)
+            QVERIFY2(!parameter.name[0] || parameter.description[0], function.name);
+    }
+    QCOMPARE(names.removeDuplicates(), 0);
+    QVERIFY(names.contains(QStringLiteral("show_procedure_box")));
+    QVERIFY(names.contains(QStringLiteral("show_capplet_box")));
+}
+
+/// Each line is a check of its own; one that doesn't hold is logged.
+void RuntimeFunctionsTest::values()
+{
+    const char* const texts[] = {
+        "text_length(\"电压\") == 6",
+        "text_part(\"voltage\", 3, 2) == \"ta\"",
+        "text_part(\"voltage\", 3, -1) == \"tage\"",
+        "text_part(\"voltage\", 30, 4) == \"\" && text_part(\"abc\", -5, 99) == \"abc\"",
+        "text_find(\"banana\", \"an\", 0) == 1 && text_find(\"banana\", \"an\", 2) == 3",
+        "text_find(\"banana\", \"x\", 0) == -1 && text_find(\"ab\", \"abc\", 0) == -1",
+        "text_replace(\"a-b-c\", \"-\", \"--\") == \"a--b--c\" && text_replace(\"ab\", \"\", "
+        "\"x\") == \"ab\"",
+        "text_upper(\"aZ9电\") == \"AZ9电\" && text_lower(\"aZ9\") == \"az9\"",
+        "text_trim(\" \\t a b\\r\\n\") == \"a b\" && text_trim(\"  \") == \"\"",
+        "text_format(\"%d/%s/%.2f\", 7, \"x\", 1.5) == \"7/x/1.50\"",
+        "text_to_integer(\"-42\", 10) == -42 && text_to_integer(\"0xFF\", 16) == 255",
+        "text_to_integer(\"101\", 2) == 5 && text_to_integer(\"x\", 10) == 0",
+        "text_to_number(\"13.8\") == 13.8 && text_to_number(\"-1e3\") == -1000",
+        "integer_to_text(-255, 16) == \"-FF\" && integer_to_text(0, 2) == \"0\"",
+        "integer_to_text(-9223372036854775807 - 1, 10) == \"-9223372036854775808\"",
+        "number_to_text(2.0 / 3, 3) == \"0.667\"",
+        "hex_to_bytes(\"01 ab,FF\", b, 4) == 3 && b[0] == 1 && b[1] == 0xab && b[2] == 0xff",
+        "hex_to_bytes(\"0102030405\", b, 4) == -1 && hex_to_bytes(\"0\", b, 4) == -1",
+        "hex_to_bytes(\"zz\", b, 4) == -1 && hex_to_bytes(\"\", b, 4) == 0",
+        "bytes_to_hex(d, 3) == \"31 32 33\" && bytes_to_hex(d, 0) == \"\"",
+        // The catalogue's check values.
+        "crc8(\"CRC-8/SMBUS\", d, 9) == 0xf4 && crc8(\"CRC-8/SAE-J1850\", d, 9) == 0x4b",
+        "crc8(\"CRC-8/AUTOSAR\", d, 9) == 0xdf && crc8(\"CRC-8/MAXIM-DOW\", d, 9) == 0xa1",
+        "crc8(\"crc-8/rohc\", d, 9) == 0xd0",
+        "crc16(\"CRC-16/ARC\", d, 9) == 0xbb3d && crc16(\"CRC-16/IBM-3740\", d, 9) == 0x29b1",
+        "crc16(\"CRC-16/CCITT-FALSE\", d, 9) == 0x29b1 && crc16(\"CRC-16/IBM-SDLC\", d, 9) == "
+        "0x906e",
+        "crc16(\"CRC-16/KERMIT\", d, 9) == 0x2189 && crc16(\"CRC-16/MODBUS\", d, 9) == 0x4b37",
+        "crc16(\"CRC-16/XMODEM\", d, 9) == 0x31c3 && crc16(\"CRC-16/USB\", d, 9) == 0xb4c8",
+        "crc32(\"CRC-32/ISO-HDLC\", d, 9) == 0xcbf43926 && crc32(\"CRC-32\", d, 9) == 0xcbf43926",
+        "crc32(\"CRC-32/AUTOSAR\", d, 9) == 0x1697d06a && crc32(\"CRC-32/BZIP2\", d, 9) == "
+        "0xfc891918",
+        "crc32(\"CRC-32/ISCSI\", d, 9) == 0xe3069283 && crc32(\"CRC-32/MPEG-2\", d, 9) == "
+        "0x0376e6e7",
+        "get_u16_be(d, 0) == 0x3132 && get_u16_le(d, 0) == 0x3231",
+        "get_u32_be(d, 1) == 0x32333435 && get_u32_le(d, 1) == 0x35343332 && get_byte(d, 8) == "
+        "0x39",
+        "(set_u16_be(b, 0, 0x1234), set_u16_le(b, 2, 0x1234), b[0] == 0x12 && b[3] == 0x12)",
+        "(set_u32_le(b, 0, 0xfedcba98), get_u32_be(b, 0) == 0x98badcfe)",
+        "(text_copy(t, \"voltage\", 4), string(t) == \"vol\")",
+        "text_length(time_text(\"%Y-%m-%d\")) == 10 && unix_time() > 1700000000",
+        "(wait_until(now_ms() + 20), wait_until(0), true)",
+    };
+    Blocks steps;
+    const std::string variables = "u8 d[] = {49, 50, 51, 52, 53, 54, 55, 56, 57}; u8 b[4] = {0}; "
+                                  "char t[8] = {0}; (void)d; (void)b; (void)t; ";
+    for (const char* text : texts)
+        steps.push_back(
+            statement("s" + std::to_string(steps.size()),
+                      variables + "if (!(" + text + ")) log_error(\"%s\", R\"(" + text + ")\");"));
+    steps.push_back(statement("last", variables + "log_info(\"%d\", crc8(\"CRC-16/ARC\", d, 9));"));
+    run(QStringLiteral("values"), steps);
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(QStringLiteral("values")), QList<int>{Finished},
+                              Patience);
+    QCOMPARE(m_harness->logLines(QStringLiteral("values")),
+             (QStringList{QStringLiteral("3 未知的校验算法: CRC-16/ARC"), QStringLiteral("1 0")}));
+}
+
+void RuntimeFunctionsTest::calledByApiSteps()
+{
+    const auto api = [](const char* name, const char* call, const char* result,
+                        const std::vector<std::string>& values) {
+        auto block = named(std::make_shared<ApiProcessBlock>(), name);
+        std::vector<ApiProcessBlock::Parameter> parameters;
+        for (const std::string& value : values)
+            parameters.push_back({"", value, ""});
+        block->setParameters(parameters);
+        block->callText = call;
+        block->returnVariable = result;
+        return block;
+    };
+    auto source = applet(
+        {sequence("main",
+                  {api("part", "text_part(string,s32,s32)", "part", {"whole", "1", "2"}),
+                   api("crc", "crc16(string,u8*,s32)", "sum", {"\"CRC-16/ARC\"", "data", "2"}),
+                   statement("log", "log_info(\"%s %04x\", part.c_str(), sum);")})},
+        {variable("part", "string", ""), variable("whole", "string", "abcd"),
+         variable("sum", "u16", "0"), variable("data", "u8*", "[49, 50]", 2)});
+    const QString appName = QStringLiteral("api");
+    QCOMPARE(m_harness->build(appName, source), QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Finished}, Patience);
+    QCOMPARE(m_harness->logLines(appName), QStringList{QStringLiteral("1 bc 4594")});
+}
+
+void RuntimeFunctionsTest::systemVariables()
+{
+    auto& variables = SystemVariables::instance();
+    const QString speed = QStringLiteral("speed");
+    const QString title = QStringLiteral("title");
+    QCOMPARE(variables.define({speed, QString(), 1, SignedCategory, QStringLiteral("0x10"), 2}),
+             SystemVariables::Done);
+    QCOMPARE(variables.define({title, QString(), 1, TextCategory, QStringLiteral("标题"), 2}),
+             SystemVariables::Done);
+    const char* const code =
+        "log_info(\"%g %s\", get_system_number(\"speed\"), get_system_text(\"title\").c_str()); "
+        "int a = set_system_number(\"speed\", 42); int b = set_system_number(\"speed\", 1.5); "
+        "int c = set_system_text(\"nothing\", \"x\"); log_info(\"%d %d %d\", a, b, c); "
+        "set_system_text(\"title\", get_system_text(\"title\") + \" 2\"); "
+        "log_info(\"[%s]\", get_system_text(\"nothing\").c_str());";
+    run(QStringLiteral("variables"), {statement("s", code)});
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(QStringLiteral("variables")), QList<int>{Finished},
+                              Patience);
+    const QStringList lines = m_harness->logLines(QStringLiteral("variables"));
+    QCOMPARE(lines.filter(QRegularExpression(QStringLiteral("^1 "))),
+             (QStringList{QStringLiteral("1 16 标题"), QStringLiteral("1 0 -1 -1"),
+                          QStringLiteral("1 []")}));
+    QCOMPARE(lines.filter(QRegularExpression(QStringLiteral("^3 "))),
+             (QStringList{QStringLiteral("3 系统变量“speed”不接受值“1.5”"),
+                          QStringLiteral("3 没有系统变量“nothing”"),
+                          QStringLiteral("3 没有系统变量“nothing”")}));
+    system_variate::SystemVarInfo info;
+    QVERIFY(variables.find(speed, info) && info.value == QStringLiteral("42"));
+    QVERIFY(variables.find(title, info) && info.value == QStringLiteral("标题 2"));
+}
+
+void RuntimeFunctionsTest::questions()
+{
+    QStringList asked;
+    const auto before = user_dialogs::setHandler([&](const user_dialogs::Message& message) {
+        asked << QString::number(int(message.kind)) + u' ' + message.title + u' ' + message.text +
+                     u' ' + message.value;
+        using user_dialogs::Button;
+        const bool isFirst = asked.size() == 1;
+        if (message.kind == user_dialogs::Kind::YesNo)
+            return user_dialogs::Answer{isFirst ? Button::Yes : Button::No, QString()};
+        return user_dialogs::Answer{Button::Ok, message.value + QStringLiteral("!")};
+    });
+    const char* const code = "bool yes = ask_yes_no(\"继续?\"); bool no = ask_yes_no(\"again\"); "
+                             "string text = ask_text(\"name\", \"值\"); "
+                             "int shown = show_procedure_box(\"title\", \"text\"); "
+                             "log_info(\"%d %d %s %d %d\", yes, no, text.c_str(), shown, "
+                             "show_capplet_box(\"text\"));";
+    run(QStringLiteral("questions"), {statement("s", code)});
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(QStringLiteral("questions")), QList<int>{Finished},
+                              Patience);
+    user_dialogs::setHandler(before);
+    QCOMPARE(m_harness->logLines(QStringLiteral("questions")),
+             QStringList{QStringLiteral("1 1 0 值! 0 0")});
+    QCOMPARE(asked, (QStringList{
+                        QStringLiteral("3 questions 继续? "), QStringLiteral("3 questions again "),
+                        QStringLiteral("5 questions name 值"), QStringLiteral("0 title text "),
+                        QStringLiteral("0 questions text ")}));
+}
+
+void RuntimeFunctionsTest::questionGoesWithTheRun_data()
+{
+    QTest::addColumn<QString>("meanwhile");
+    QTest::addColumn<int>("event");
+    QTest::newRow("stop") << QString() << Stopped;
+    QTest::newRow("crash") << QStringLiteral("delay_ms(100); abort();") << Crashed;
+}
+
+/// A question that nobody answers holds neither the run nor its reports.
+void RuntimeFunctionsTest::questionGoesWithTheRun()
+{
+    QFETCH(QString, meanwhile);
+    QFETCH(int, event);
+    const QString appName = QStringLiteral("open_") + QString::fromUtf8(QTest::currentDataTag());
+    QEventLoop* open = nullptr;
+    int shown = 0;
+    const auto before = user_dialogs::setHandler([&](const user_dialogs::Message&) {
+        ++shown;
+        QEventLoop loop; // as a dialog that stays
+        open = &loop;
+        loop.exec();
+        open = nullptr;
+        return user_dialogs::Answer{user_dialogs::Button::Yes, QString()};
+    });
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
+        if (open && meanwhile.isEmpty())
+            sdk_ui_interface::processedit::stopCApplet(appName, false);
+        if (open && !m_harness->events(appName).isEmpty())
+            open->quit();
+    });
+    const std::string thread =
+        "struct T { static void* f(void*) { " + meanwhile.toStdString() +
+        " return 0; } }; "
+        "int start(unsigned long*, const void*, void* (*)(void*), void*) "
+        "__asm__(\"pthread_create\"); unsigned long id; start(&id, 0, T::f, 0); ";
+    run(appName, {statement("s", thread + "ask_yes_no(\"?\"); log_info(\"answered\");")});
+    watch.start(10);
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{event}, Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(shown == 1, Patience);
+    QVERIFY(!m_harness->logLines(appName).contains(QStringLiteral("1 answered")) ||
+            event == Stopped);
+    user_dialogs::setHandler(before);
+}
+
+QTEST_GUILESS_MAIN(RuntimeFunctionsTest)
+#include "runtime_functions_test.moc"

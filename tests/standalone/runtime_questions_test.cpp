@@ -1,0 +1,90 @@
+// Questions of an applet as real dialogs: answered by a person, or gone with the run.
+
+#include "standalone/host/AppletQuestions.h"
+
+#include <QApplication>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QtTest>
+
+using standalone::AppletQuestion;
+using standalone::AppletQuestions;
+
+class RuntimeQuestionsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void answered();
+    void closed();
+    void closedBeforeShown();
+
+private:
+    /// Does something as soon as a dialog is there.
+    template <class Dialog> void whenShown(std::function<void(Dialog&)> action)
+    {
+        auto* timer = new QTimer(this);
+        connect(timer, &QTimer::timeout, timer, [timer, action] {
+            if (auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget())) {
+                timer->deleteLater();
+                action(*dialog);
+            }
+        });
+        timer->start(5);
+    }
+
+    QStringList m_answers;
+    const AppletQuestions::Answer m_take = [this](bool accepted, const QString& value) {
+        m_answers << QString::number(accepted) + u' ' + value;
+    };
+};
+
+void RuntimeQuestionsTest::answered()
+{
+    auto& questions = AppletQuestions::instance();
+    whenShown<QMessageBox>([](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
+    questions.ask({AppletQuestion::YesNo, QStringLiteral("t"), QStringLiteral("?"), QString()},
+                  m_take);
+    QTRY_COMPARE(m_answers, QStringList{QStringLiteral("1 ")});
+    whenShown<QInputDialog>([](QInputDialog& dialog) {
+        dialog.findChild<QLineEdit*>()->setText(QStringLiteral("值"));
+        dialog.accept();
+    });
+    questions.ask({AppletQuestion::Text, QStringLiteral("t"), QStringLiteral("?"), QString()},
+                  m_take);
+    QTRY_COMPARE(m_answers.size(), 2);
+    QCOMPARE(m_answers.last(), QStringLiteral("1 值"));
+}
+
+void RuntimeQuestionsTest::closed()
+{
+    m_answers.clear();
+    auto& questions = AppletQuestions::instance();
+    const quint64 id = questions.ask(
+        {AppletQuestion::YesNo, QStringLiteral("t"), QStringLiteral("?"), QString()}, m_take);
+    bool wasShown = false;
+    whenShown<QMessageBox>([&](QMessageBox&) {
+        wasShown = true;
+        questions.close(id);
+        questions.close(id);
+    });
+    QTRY_VERIFY(wasShown && !QApplication::activeModalWidget());
+    QCoreApplication::processEvents();
+    QVERIFY(m_answers.isEmpty());
+}
+
+void RuntimeQuestionsTest::closedBeforeShown()
+{
+    m_answers.clear();
+    auto& questions = AppletQuestions::instance();
+    const quint64 id = questions.ask(
+        {AppletQuestion::Notice, QStringLiteral("t"), QStringLiteral("?"), QString()}, m_take);
+    questions.close(id);
+    QCoreApplication::processEvents();
+    QVERIFY(!QApplication::activeModalWidget() && m_answers.isEmpty());
+}
+
+QTEST_MAIN(RuntimeQuestionsTest)
+#include "runtime_questions_test.moc"
