@@ -11,6 +11,7 @@
 #include "standalone/model_service/project_tables.h"
 #include "workbench/OutputPane.h"
 #include "workbench/ProgressDisplay.h"
+#include "workbench/SystemVariablePane.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -30,7 +31,7 @@ namespace {
 
 const QString geometryKey = QStringLiteral("window/geometry");
 const QString stateKey = QStringLiteral("window/state");
-constexpr int StateVersion = 1;
+constexpr int StateVersion = 2;
 constexpr int NoticeMs = 15000;
 
 QIcon icon(const char* name)
@@ -103,7 +104,13 @@ void MainWindow::buildDocks()
     auto* outputDock =
         addDock(QStringLiteral("outputDock"), tr("输出"), Qt::BottomDockWidgetArea, m_output);
     auto* logDock = addDock(QStringLiteral("logDock"), tr("日志"), Qt::BottomDockWidgetArea, m_log);
+    auto* variables = new SystemVariablePane;
+    connect(variables, &SystemVariablePane::refused, this,
+            [this](const QString& reason) { showNotice(IWindowManager::NoticeWarning, reason); });
+    auto* variableDock = addDock(QStringLiteral("systemVariableDock"), tr("系统变量"),
+                                 Qt::BottomDockWidgetArea, variables);
     tabifyDockWidget(outputDock, logDock);
+    tabifyDockWidget(logDock, variableDock);
     outputDock->raise();
     m_controlDock =
         addDock(QStringLiteral("controlDock"), tr("步骤属性"), Qt::BottomDockWidgetArea, nullptr);
