@@ -49,7 +49,7 @@ public:
     }
     void addStatement(const char* code, const QString& parent = QStringLiteral("1"))
     {
-        addStep<StatementProcessBlock>(
+        m_statement = addStep<StatementProcessBlock>(
             step_type::Statement, [code](auto& block) { block.setCustomCode(code); }, parent);
     }
 
@@ -60,8 +60,16 @@ public:
         m_editor.show();
     }
 
-    /// From now on a press of Run compiles again.
-    void change() { process_edit::appNeedUpdate(m_appName.toStdString()); }
+    /// Gives the last statement another text: a press of Run has its sequence to compile.
+    void change()
+    {
+        namespace processedit = sdk_ui_interface::processedit;
+        const auto statement = std::dynamic_pointer_cast<StatementProcessBlock>(
+            processedit::getProcess(m_appName, m_statement));
+        statement->setCustomCode("int value = " + std::to_string(++m_value) + ";");
+        processedit::updateProcess(m_appName, m_sequence, statement);
+        process_edit::appNeedUpdate(m_appName.toStdString());
+    }
 
     /// Returns when the first state has been reported.
     void pressRun()
@@ -82,13 +90,11 @@ public:
     }
 
     QString sequence() const { return m_sequence; }
-    QString sourceFile() const
+    QDir codeFolder() const { return QDir(m_editor.getCAppletCodePath()); }
+    QString scratchFile(const char* name) const
     {
-        const QDir code(m_editor.getCAppletCodePath());
-        const QStringList files = code.entryList({QStringLiteral("*.cpp")}, QDir::Files);
-        return files.isEmpty() ? QString() : code.filePath(files.first());
+        return m_project.filePath(QString::fromLatin1(name));
     }
-    QString scratchFile() const { return m_project.filePath(QStringLiteral("bare.mp")); }
 
 private:
     const QString m_appName;
@@ -96,5 +102,7 @@ private:
     ProcessEditWidget m_editor;
     QObject m_context;
     QString m_sequence;
+    QString m_statement; ///< added last
     bool m_isRunning = false;
+    int m_value = 0;
 };

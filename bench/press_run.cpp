@@ -1,5 +1,6 @@
 // From a press of Run to the first state that the run reports: generation, compile, start of the
-// child process and the way of its first report. Beside it the bare compiler on the same file.
+// child process and the way of its first report. A step is changed before each press. Beside it the
+// bare compiler on the file of the sequence, and the bare link.
 
 #include "bench/EditorBench.h"
 #include "standalone/compiler/compiler_command.h"
@@ -43,11 +44,21 @@ void press_run_yardstick(benchmark::State& state)
     bench.pressRun();
     bench.waitForEnd();
     const standalone::CompilerCommand command = standalone::compilerCommand();
-    const QStringList arguments =
-        command.arguments +
-        QStringList{bench.sourceFile(), QStringLiteral("-o"), bench.scratchFile()};
+    const QDir code = bench.codeFolder();
+    const QStringList files =
+        code.entryList({QStringLiteral("sequence_*.cpp"), QStringLiteral("a_capplet.cpp")});
+    const QString object = bench.scratchFile("sequence.o");
+    const QString module = bench.scratchFile("a_capplet.o");
+    const auto compile = [&](const QString& file, const QString& to) {
+        return QProcess::execute(command.program,
+                                 command.compileArguments(code.filePath(file), to)) == 0;
+    };
+    const QStringList link = command.linkArguments({module, object}, bench.scratchFile("bare.mp"));
+    bool good = files.size() == 2 && compile(files.first(), module);
     for (auto _ : state) {
-        if (QProcess::execute(command.program, arguments) != 0) {
+        good =
+            good && compile(files.last(), object) && QProcess::execute(command.program, link) == 0;
+        if (!good) {
             state.SkipWithError("the compiler refused the generated file");
             break;
         }

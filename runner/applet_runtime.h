@@ -108,9 +108,10 @@ typedef const applet_module* applet_module_entry_function(const applet_runtime_a
 
 namespace rt {
 
-static const applet_runtime_api* api;
-static int failure;
-static bool finished; // the process was ended by a step
+// One of each for all units of a module.
+inline const applet_runtime_api* api;
+inline int failure;
+inline bool finished; // the process was ended by a step
 
 inline bool running()
 {
@@ -224,44 +225,83 @@ inline s64 now_ms()
     return rt::api->now_ms();
 }
 
-/// A text of bytes (UTF-8).
+namespace rt {
+
+/// An index outside of a text or an array fails the step; the log tells of the first in a step.
+inline void bad_index(s64 index, size_t size)
+{
+    if (failure == 0) {
+        log_error("下标 %lld 超出范围, 有效范围为 0 到 %lld", static_cast<long long>(index),
+                  static_cast<long long>(size) - 1);
+        step_fail();
+    }
+}
+
+/// How many bytes of a text go into @p limit; a UTF-8 character is not cut in two.
+inline size_t fitting(const char* text, size_t size, size_t limit)
+{
+    if (size <= limit)
+        return size;
+    size_t end = limit;
+    while (end > 0 && limit - end < 3 && (text[end] & 0xc0) == 0x80)
+        --end;
+    return (text[end] & 0xc0) == 0xc0 ? end : limit;
+}
+
+template <size_t N> struct text;
+
+} // namespace rt
+
+/// A text of bytes (UTF-8). One that was made by limited() never grows beyond its limit, whatever
+/// is assigned or appended to it: the rest is dropped.
 class string
 {
 public:
-    string() : m_data(0), m_size(0) {}
-    string(const char* text) : m_data(0), m_size(0) { append(text, text ? strlen(text) : 0); }
-    string(const char* text, size_t size) : m_data(0), m_size(0) { append(text, size); }
-    string(const string& other) : m_data(0), m_size(0) { append(other.c_str(), other.m_size); }
+    string() {}
+    string(const char* text) { append(text, text ? strlen(text) : 0); }
+    string(const char* text, size_t size) { append(text, size); }
+    string(const string& other) { append(other.c_str(), other.m_size); }
+    template <size_t N> string(const rt::text<N>& text) : string(text.values) {}
     ~string() { free(m_data); }
+
+    static string limited(size_t limit, const char* text) { return string(limit, text); }
 
     string& operator=(const string& other)
     {
-        string copy(other);
-        char* data = m_data;
-        m_data = copy.m_data;
-        m_size = copy.m_size;
-        copy.m_data = data;
+        if (this != &other) {
+            m_size = 0;
+            append(other.c_str(), other.m_size);
+        }
         return *this;
     }
 
-    const char* c_str() const { return m_data ? m_data : ""; }
+    const char* c_str() const { return m_size ? m_data : ""; }
     size_t size() const { return m_size; }
     size_t length() const { return m_size; }
     bool empty() const { return m_size == 0; }
-    char operator[](size_t index) const { return m_data[index]; }
-    char& operator[](size_t index) { return m_data[index]; }
+    char operator[](size_t index) const { return index < m_size ? m_data[index] : spare(index); }
+    char& operator[](size_t index) { return index < m_size ? m_data[index] : spare(index); }
 
     string& append(const char* text, size_t size)
     {
+        size = rt::fitting(text, size, m_limit - m_size);
         if (size == 0)
             return *this;
-        char* data = static_cast<char*>(malloc(m_size + size + 1));
-        memcpy(data, c_str(), m_size);
-        memcpy(data + m_size, text, size);
-        data[m_size + size] = 0;
-        free(m_data);
-        m_data = data;
+        if (m_size + size >= m_room) {
+            const size_t room = (m_size + size) * 3 / 2 + 16;
+            char* data = static_cast<char*>(malloc(room));
+            if (!data)
+                abort();
+            memcpy(data, c_str(), m_size);
+            memcpy(data + m_size, text, size); // the text may be a part of this one
+            free(m_data);
+            m_data = data;
+            m_room = room;
+        } else {
+            memmove(m_data + m_size, text, size);
+        }
         m_size += size;
+        m_data[m_size] = 0;
         return *this;
     }
     string& operator+=(const string& other) { return append(other.c_str(), other.m_size); }
@@ -275,8 +315,22 @@ public:
     }
 
 private:
-    char* m_data;
-    size_t m_size;
+    string(size_t limit, const char* text) : m_limit(limit) { append(text, strlen(text)); }
+
+    /// What stands for a byte that isn't there. The one behind the last is 0, as in C.
+    char& spare(size_t index) const
+    {
+        static char byte;
+        byte = 0;
+        if (index != m_size)
+            rt::bad_index(static_cast<s64>(index), m_size);
+        return byte;
+    }
+
+    char* m_data = 0;
+    size_t m_size = 0;
+    size_t m_room = 0;
+    size_t m_limit = ~static_cast<size_t>(0);
 };
 
 inline string operator+(const string& left, const string& right)

@@ -1,8 +1,12 @@
-// Conversion, checksums and bytes, for statements, expressions and API steps. This text becomes a
-// part of applet_runtime.h as it stands beside the generated code.
+// Conversion, checksums and bytes, for statements, expressions and API steps. Written
+// beside the generated code like applet_runtime.h.
 //
 // Positions and sizes count bytes, from 0. Buffers of bytes come with no size of their own where
 // none is named: it is the caller's to stay inside.
+
+#pragma once
+
+#include "text_functions.h"
 
 namespace rt {
 

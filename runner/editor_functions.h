@@ -1,5 +1,9 @@
-// What an applet asks the editor for, for statements, expressions and API steps. This text becomes
-// a part of applet_runtime.h as it stands beside the generated code.
+// What an applet asks the editor for, for statements, expressions and API steps. Written
+// beside the generated code like applet_runtime.h.
+
+#pragma once
+
+#include "applet_runtime.h"
 
 namespace rt {
 

@@ -1,7 +1,11 @@
-// Time and text, for statements, expressions and API steps. This text becomes a part of
-// applet_runtime.h as it stands beside the generated code.
+// Time and text, for statements, expressions and API steps. Written beside
+// the generated code like applet_runtime.h.
 //
 // Positions and sizes count bytes, from 0; what lies outside of a text is left alone.
+
+#pragma once
+
+#include "applet_runtime.h"
 
 namespace rt {
 

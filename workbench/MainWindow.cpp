@@ -12,6 +12,7 @@
 #include "workbench/OutputPane.h"
 #include "workbench/ProgressDisplay.h"
 #include "workbench/SystemVariablePane.h"
+#include "workbench/step_locator.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -154,6 +155,11 @@ void MainWindow::connectHost()
     connect(&host, &standalone::Host::errorLogged, this,
             [this](const QString& text) { showNotice(IWindowManager::NoticeWarning, text); });
     connect(&host, &standalone::Host::noticeShown, this, &MainWindow::showNotice);
+    connect(m_output, &OutputPane::stepActivated, this,
+            [this](const QString& sequenceId, const QString& stepId) {
+                if (!m_editor || !showStep(*m_editor, sequenceId, stepId))
+                    statusBar()->showMessage(tr("该步骤已不存在"), NoticeMs);
+            });
     // One progress is one run.
     connect(&host, &standalone::Host::progressCreated, this,
             [this] { m_progress->start(tr("正在运行"), true); });

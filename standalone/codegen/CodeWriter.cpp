@@ -6,9 +6,10 @@
 
 namespace codegen {
 
-void CodeWriter::setOwner(const std::string& sequence, const std::string& step)
+void CodeWriter::setOwner(int owner)
 {
-    m_ranges.push_back({m_file, m_line, sequence, step});
+    m_owner = owner;
+    m_ranges.push_back({m_file, m_line, owner, nullptr, 0});
 }
 
 void CodeWriter::raw(const std::string& text)
@@ -18,9 +19,13 @@ void CodeWriter::raw(const std::string& text)
     m_line += 1 + static_cast<int>(std::count(text.begin(), text.end(), '\n'));
 }
 
-void CodeWriter::line(const std::string& text)
+void CodeWriter::line(const std::string& text, const char* userText)
 {
+    if (userText)
+        m_ranges.push_back({m_file, m_line, m_owner, userText, 1});
     raw(std::string(static_cast<std::size_t>(m_depth) * 4, ' ') + text);
+    if (userText)
+        m_ranges.push_back({m_file, m_line, m_owner, nullptr, 0});
 }
 
 void CodeWriter::blankLine()
@@ -33,16 +38,16 @@ void CodeWriter::comment(const std::string& text)
     line("// " + commentText(text));
 }
 
-void CodeWriter::open(const std::string& text)
+void CodeWriter::open(const std::string& text, const char* userText)
 {
-    line(text.empty() ? "{" : text + " {");
+    line(text.empty() ? "{" : text + " {", userText);
     ++m_depth;
 }
 
-void CodeWriter::close(const std::string& text)
+void CodeWriter::close(const std::string& text, const char* userText)
 {
     --m_depth;
-    line(text);
+    line(text, userText);
 }
 
 void CodeWriter::label(const std::string& name)
@@ -52,8 +57,9 @@ void CodeWriter::label(const std::string& name)
     ++m_depth;
 }
 
-void CodeWriter::userCode(const std::string& code)
+void CodeWriter::userCode(const std::string& code, const char* userText, int firstLine)
 {
+    m_ranges.push_back({m_file, m_line, m_owner, userText, firstLine});
     // The lines of a raw string literal mean what they hold: they are not indented.
     const bool verbatim = code.find("R\"") != std::string::npos;
     std::size_t begin = 0;
@@ -75,6 +81,7 @@ void CodeWriter::userCode(const std::string& code)
     // A backslash at the end would take the next line with it.
     if (!code.empty() && code.back() == '\\')
         blankLine();
+    m_ranges.push_back({m_file, m_line, m_owner, nullptr, 0});
 }
 
 } // namespace codegen

@@ -12,23 +12,24 @@ class CodeWriter
 public:
     CodeWriter(std::size_t file, std::vector<LineRange>& ranges) : m_file(file), m_ranges(ranges) {}
 
-    /// From here on lines belong to this sequence and step.
-    void setOwner(const std::string& sequence, const std::string& step);
+    /// From here on lines belong to this one of the owners, -1: to nobody.
+    void setOwner(int owner);
 
-    /// One line; a line end within the text goes on as it stands.
-    void line(const std::string& text);
+    /// One line; a line end within the text goes on as it stands. With a @p userText the line holds
+    /// this text of its owner, from the text's first line.
+    void line(const std::string& text, const char* userText = nullptr);
     void blankLine();
     void comment(const std::string& text);
     /// A line that ends with "{", after which all is deeper, and its counterpart.
-    void open(const std::string& text);
-    void close(const std::string& text = "}");
+    void open(const std::string& text, const char* userText = nullptr);
+    void close(const std::string& text = "}", const char* userText = nullptr);
     /// Deeper than what is around, without a brace of its own.
     void indent() { ++m_depth; }
     void outdent() { --m_depth; }
     /// At the margin of the surrounding brace.
     void label(const std::string& name);
-    /// Code as a user typed it, as lines of its own.
-    void userCode(const std::string& code);
+    /// Code as a user typed it, as lines of its own: @p userText of the owner from @p firstLine.
+    void userCode(const std::string& code, const char* userText, int firstLine = 1);
 
     const std::string& text() const { return m_text; }
     /// Of the next line, from 1.
@@ -42,6 +43,7 @@ private:
     std::string m_text;
     int m_depth = 0;
     int m_line = 1;
+    int m_owner = -1;
 };
 
 } // namespace codegen

@@ -2,9 +2,8 @@
 
 #include "model/process_blocks.h"
 #include "standalone/codegen/code_text.h"
-#include "standalone/codegen/post_actions.h"
 #include "standalone/codegen/problem_text.h"
-#include "standalone/codegen/variable_code.h"
+#include "standalone/codegen/user_texts.h"
 
 namespace codegen {
 
@@ -13,51 +12,6 @@ namespace {
 constexpr std::size_t MaxProblems = 100;
 
 } // namespace
-
-SequenceGenerator::SequenceGenerator(GenerationContext& context, const PlannedSequence& sequence,
-                                     CodeWriter& writer)
-    : m_context(context), m_sequence(sequence), m_writer(writer)
-{
-    for (const auto* list : {&context.source.globalVariables, &sequence.group->variables,
-                             &sequence.source->variables}) {
-        for (const processVariable& variable : *list)
-            m_variables.insert(variable.name);
-    }
-}
-
-void SequenceGenerator::generate()
-{
-    const SequenceInfo& info = m_sequence.source->info;
-    m_writer.setOwner(info.name, std::string());
-    m_writer.comment("序列: " + info.name + "  " + info.id);
-    if (canBeParted()) {
-        generateInParts();
-        return;
-    }
-    m_writer.line("static void " + m_sequence.function + "()");
-    m_writer.open("");
-    generateVariables();
-    for (std::size_t flow = 0; flow < m_sequence.source->flows.size(); ++flow) {
-        m_writer.comment(flowTitle(flow));
-        generateSiblings(m_sequence.source->flows[flow], false);
-        m_writer.setOwner(info.name, std::string());
-    }
-    m_writer.close();
-    m_writer.blankLine();
-}
-
-void SequenceGenerator::generateVariables()
-{
-    for (const processVariable& variable : m_sequence.source->variables) {
-        const VariableCode code = variableCode(variable, false);
-        if (!code.problem.empty())
-            m_context.result.problems.push_back(
-                problemText(QT_TRANSLATE_NOOP("codegen", "序列“%1”: %2"),
-                            {m_sequence.source->info.name, code.problem}));
-        for (const std::string& line : code.lines)
-            m_writer.line(line);
-    }
-}
 
 void SequenceGenerator::generateSiblings(const Blocks& blocks, bool inLoop)
 {
@@ -87,65 +41,59 @@ void SequenceGenerator::generateSiblings(const Blocks& blocks, bool inLoop)
 
 void SequenceGenerator::generateDisabled(const IProcessBlock& block)
 {
-    m_writer.setOwner(m_sequence.source->info.name, block.name);
+    disown();
     m_writer.comment("已禁用: " + block.name + "  " + block.uuid);
+}
+
+/// The brace of a pre-condition; false if there is none.
+bool SequenceGenerator::openGuard(const IProcessBlock& block)
+{
+    if (isBlank(block.preCondition))
+        return false;
+    checkCode(block, block.preCondition, user_text::PreCondition);
+    m_writer.open("if (" + expressionText(block.preCondition) + ")", user_text::PreCondition);
+    return true;
+}
+
+/// Statements around a step with children have a scope of their own.
+void SequenceGenerator::generateStatements(const std::string& code, const char* userText)
+{
+    if (isBlank(code))
+        return;
+    m_writer.open("");
+    m_writer.userCode(code, userText);
+    m_writer.close();
 }
 
 /// The chain from an if to the last of its branches; returns the index behind it.
 std::size_t SequenceGenerator::generateIf(const Blocks& blocks, std::size_t at, bool inLoop)
 {
     const IProcessBlock& first = *blocks[at];
+    checkCode(first, first.preStatements, user_text::Before);
+    checkCode(first, first.postStatements, user_text::After);
     const std::string firstStep = beginStep(first);
-    const bool isGuarded = !isBlank(first.preCondition);
-    if (isGuarded)
-        m_writer.open("if (" + expressionText(first.preCondition) + ")");
-    if (!isBlank(first.preStatements)) {
-        m_writer.open("");
-        m_writer.userCode(first.preStatements);
-        m_writer.close();
-    }
-    m_writer.open("if (rt::step_test(" + firstStep + ", " + condition(first) + "))");
+    const bool isGuarded = openGuard(first);
+    generateStatements(first.preStatements, user_text::Before);
+    m_writer.open("if (rt::step_test(" + firstStep + ", " + condition(first) + "))",
+                  user_text::Condition);
     generateSiblings(first.children, inLoop);
+    own(first);
     endStep(firstStep);
 
     bool hasElse = false;
     std::size_t i = at + 1;
-    for (; i < blocks.size(); ++i) {
-        const IProcessBlock& branch = *blocks[i];
-        if (!isBranch(branch))
-            break;
-        if (isDisabled(branch)) {
-            generateDisabled(branch);
+    for (; i < blocks.size() && isBranch(*blocks[i]); ++i) {
+        if (isDisabled(*blocks[i])) {
+            generateDisabled(*blocks[i]);
             continue;
         }
         if (hasElse)
-            addProblem(branch, QT_TRANSLATE_NOOP("codegen", "else 之后不能再有分支"));
-        m_writer.setOwner(m_sequence.source->info.name, branch.name);
-        if (m_sequence.jumpTargets.count(branch.uuid))
-            addProblem(branch, QT_TRANSLATE_NOOP("codegen", "分支不能作为跳转目标"));
-        const auto index = m_sequence.steps.find(branch.uuid);
-        const std::string step = std::to_string(index->second);
-        m_writer.comment(branch.name + "  " + branch.uuid);
-        if (branch.stepType() == step_type::Else) {
-            hasElse = true;
-            m_writer.close("} else {");
-            m_writer.indent();
-            m_writer.line("if (!rt::step_begin(" + step + ")) return;");
-        } else {
-            m_writer.close("} else if (rt::step_begin(" + step + ") && rt::step_test(" + step +
-                           ", " + condition(branch) + ")) {");
-            m_writer.indent();
-        }
-        generateSiblings(branch.children, inLoop);
-        endStep(step);
+            addProblem(*blocks[i], QT_TRANSLATE_NOOP("codegen", "else 之后不能再有分支"));
+        hasElse |= generateBranch(*blocks[i], inLoop);
     }
-    m_writer.setOwner(m_sequence.source->info.name, first.name);
+    own(first);
     m_writer.close();
-    if (!isBlank(first.postStatements)) {
-        m_writer.open("");
-        m_writer.userCode(first.postStatements);
-        m_writer.close();
-    }
+    generateStatements(first.postStatements, user_text::After);
     if (isGuarded) {
         m_writer.close("} else {");
         m_writer.indent();
@@ -156,32 +104,55 @@ std::size_t SequenceGenerator::generateIf(const Blocks& blocks, std::size_t at, 
     return i;
 }
 
+/// Whether it is an else.
+bool SequenceGenerator::generateBranch(const IProcessBlock& branch, bool inLoop)
+{
+    own(branch);
+    if (m_sequence.jumpTargets.count(branch.uuid))
+        addProblem(branch, QT_TRANSLATE_NOOP("codegen", "分支不能作为跳转目标"));
+    const std::string step = stepNumber(branch);
+    m_writer.comment(branch.name + "  " + branch.uuid);
+    const bool isElse = branch.stepType() == step_type::Else;
+    if (isElse) {
+        m_writer.close("} else {");
+        m_writer.indent();
+        m_writer.line("if (!rt::step_begin(" + step + ")) return;");
+    } else {
+        m_writer.close("} else if (rt::step_begin(" + step + ") && rt::step_test(" + step + ", " +
+                           condition(branch) + ")) {",
+                       user_text::Condition);
+        m_writer.indent();
+    }
+    generateSiblings(branch.children, inLoop);
+    own(branch);
+    endStep(step);
+    return isElse;
+}
+
 void SequenceGenerator::generateLoop(const IProcessBlock& block)
 {
+    checkCode(block, block.preStatements, user_text::Before);
+    checkCode(block, block.postStatements, user_text::After);
     const std::string step = beginStep(block);
-    const bool isGuarded = !isBlank(block.preCondition);
-    if (isGuarded)
-        m_writer.open("if (" + expressionText(block.preCondition) + ")");
-    if (!isBlank(block.preStatements)) {
-        m_writer.open("");
-        m_writer.userCode(block.preStatements);
-        m_writer.close();
-    }
+    const bool isGuarded = openGuard(block);
+    generateStatements(block.preStatements, user_text::Before);
     if (const auto* loop = dynamic_cast<const ForProcessBlock*>(&block)) {
         generateFor(*loop, step);
     } else {
         const std::string header = "while (rt::running() && (" + condition(block) + "))";
         const bool testFirst = block.stepType() == step_type::While;
-        m_writer.open(testFirst ? header : "do");
+        if (testFirst)
+            m_writer.open(header, user_text::Condition);
+        else
+            m_writer.open("do");
         generateSiblings(block.children, true);
-        m_writer.setOwner(m_sequence.source->info.name, block.name);
-        m_writer.close(testFirst ? "}" : "} " + header + ";");
+        own(block);
+        if (testFirst)
+            m_writer.close();
+        else
+            m_writer.close("} " + header + ";", user_text::Condition);
     }
-    if (!isBlank(block.postStatements)) {
-        m_writer.open("");
-        m_writer.userCode(block.postStatements);
-        m_writer.close();
-    }
+    generateStatements(block.postStatements, user_text::After);
     if (isGuarded)
         m_writer.close();
     endStep(step);
@@ -191,13 +162,20 @@ void SequenceGenerator::generateLoop(const IProcessBlock& block)
 void SequenceGenerator::generateFor(const ForProcessBlock& block, const std::string& step)
 {
     if (block.getCustom()) {
+        for (const std::string* text : {&block.getFun1(), &block.getFun2(), &block.getFun3()})
+            checkCode(block, *text, user_text::LoopHeader);
         const std::string test = isBlank(block.getFun2())
                                      ? std::string()
                                      : " && (" + expressionText(block.getFun2()) + ")";
         m_writer.open("for (" + expressionText(block.getFun1()) + "; rt::running()" + test + "; " +
-                      expressionText(block.getFun3()) + ")");
+                          expressionText(block.getFun3()) + ")",
+                      user_text::LoopHeader);
+        m_openLoops.push_back(&block);
+        const auto hidden = hideNames(block.getFun1());
         generateSiblings(block.children, true);
-        m_writer.setOwner(m_sequence.source->info.name, block.name);
+        showNames(hidden);
+        m_openLoops.pop_back();
+        own(block);
         m_writer.close();
         return;
     }
@@ -205,27 +183,30 @@ void SequenceGenerator::generateFor(const ForProcessBlock& block, const std::str
     const int begin = block.getBeginValue();
     const int end = block.getEndValue();
     const int increment = block.getStepValue();
-    std::string name = block.getVariableName();
-    const bool isNameless = name.empty();
-    if (isNameless)
-        name = "turn_" + step;
+    const bool isNameless = block.getVariableName().empty();
+    const std::string name = isNameless ? "turn_" + std::to_string(m_sequence.steps.at(block.uuid))
+                                        : block.getVariableName();
     if (!isIdentifier(name))
         addProblem(block, QT_TRANSLATE_NOOP("codegen", "“%1”不能用作循环变量名"), {name});
     if (increment == 0)
         addProblem(block, QT_TRANSLATE_NOOP("codegen", "循环步长不能为 0"));
 
-    // Defined without a value, so that a goto may lead into the loop.
+    const bool isDefinedHere = (isNameless || block.isNeedDefine() || !isKnownVariable(name)) &&
+                               !m_loopVariables.count(name);
     m_writer.open("");
-    if (isNameless || block.isNeedDefine() || !isKnownVariable(name))
+    if (isDefinedHere)
         m_writer.line("s32 " + name + ";");
     const std::string first = std::to_string(begin);
     const std::string last = std::to_string(end);
     m_writer.open("for (" + name + " = " + first + "; rt::running() && " + name +
-                  (increment < 0 ? " > " : " < ") + last + "; " + name +
-                  " += " + std::to_string(increment) + ")");
+                      (increment < 0 ? " > " : " < ") + last + "; " + name +
+                      " += " + std::to_string(increment) + ")",
+                  user_text::LoopHeader);
     m_writer.line("rt::step_turn(" + step + ", " + name + ", " + first + ", " + last + ");");
+    const auto hidden = hideNames(isDefinedHere ? name : std::string());
     generateSiblings(block.children, true);
-    m_writer.setOwner(m_sequence.source->info.name, block.name);
+    showNames(hidden);
+    own(block);
     m_writer.close();
     m_writer.close();
 }
@@ -236,28 +217,32 @@ void SequenceGenerator::generateJumpOut(const IProcessBlock& block, bool inLoop)
     const std::string word = isBreak ? "break" : "continue";
     if (!inLoop)
         addProblem(block, QT_TRANSLATE_NOOP("codegen", "%1 不在循环之内"), {word});
-    const std::string step = beginStep(block);
-    endStep(step);
-    const bool isGuarded = !isBlank(block.preCondition);
-    m_writer.line((isGuarded ? "if (" + expressionText(block.preCondition) + ") " : "") + word +
-                  ";");
+    endStep(beginStep(block));
+    const bool isGuarded = openGuard(block);
+    m_writer.line(word + ";");
+    if (isGuarded)
+        m_writer.close();
 }
 
 void SequenceGenerator::generateClosing(const IProcessBlock& block)
 {
-    const std::string step = beginStep(block);
-    endStep(step);
+    endStep(beginStep(block));
+}
+
+/// The number that reports name a step by.
+std::string SequenceGenerator::stepNumber(const IProcessBlock& block) const
+{
+    return "rt::first + " + std::to_string(m_sequence.steps.at(block.uuid));
 }
 
 /// Writes what stands before the work of any step, and returns its number as text.
 std::string SequenceGenerator::beginStep(const IProcessBlock& block)
 {
-    const auto found = m_sequence.steps.find(block.uuid);
-    const std::string step = std::to_string(found->second);
-    m_writer.setOwner(m_sequence.source->info.name, block.name);
+    const std::string step = stepNumber(block);
+    own(block);
     m_writer.comment(block.name + "  " + block.uuid);
     if (m_sequence.jumpTargets.count(block.uuid))
-        m_writer.label("step_" + step);
+        m_writer.label("step_" + std::to_string(m_sequence.steps.at(block.uuid)));
     m_writer.line("if (!rt::step_begin(" + step + ")) return;");
     return step;
 }
@@ -265,61 +250,6 @@ std::string SequenceGenerator::beginStep(const IProcessBlock& block)
 void SequenceGenerator::endStep(const std::string& step)
 {
     m_writer.line("if (!rt::step_end(" + step + ")) return;");
-}
-
-void SequenceGenerator::generatePostActions(const IProcessBlock& block)
-{
-    const std::vector<PostAction> actions = postActions(block);
-    if (actions.empty())
-        return;
-    if (isBlank(block.postConditionCode)) {
-        addProblem(block, QT_TRANSLATE_NOOP("codegen", "执行后跳转缺少条件"));
-        return;
-    }
-    const bool onlyFalse = !actions.front().whenTrue;
-    const std::string test = expressionText(block.postConditionCode);
-    m_writer.open(onlyFalse ? "if (!(" + test + "))" : "if (" + test + ")");
-    for (std::size_t i = 0; i < actions.size(); ++i) {
-        if (i > 0) {
-            m_writer.close("} else {");
-            m_writer.indent();
-        }
-        const PostAction& action = actions[i];
-        const PlannedSequence* sequence = nullptr;
-        switch (action.kind) {
-        case PostAction::ToStep:
-            generateJump(action.target, block);
-            break;
-        case PostAction::ToSequence:
-            // A jump does not come back.
-            sequence = m_context.plan.sequence(m_sequence, action.target);
-            if (!sequence)
-                addProblem(block, QT_TRANSLATE_NOOP("codegen", "找不到要跳转到的序列"));
-            else
-                m_writer.line("rt::call(" + std::to_string(sequence->index) + ", " +
-                              sequence->space + "::" + sequence->function + ");");
-            m_writer.line("return;");
-            break;
-        case PostAction::EndProcess:
-            m_writer.line("rt::finished = true;");
-            m_writer.line("return;");
-            break;
-        case PostAction::EndSequence:
-        case PostAction::NextStep:
-            m_writer.line("return;");
-            break;
-        }
-    }
-    m_writer.close();
-}
-
-void SequenceGenerator::generateJump(const std::string& targetUuid, const IProcessBlock& block)
-{
-    const auto target = m_sequence.steps.find(targetUuid);
-    if (target == m_sequence.steps.end())
-        addProblem(block, QT_TRANSLATE_NOOP("codegen", "跳转的目标步骤不存在或已禁用"));
-    else
-        m_writer.line("goto step_" + std::to_string(target->second) + ";");
 }
 
 /// The condition without outer parentheses.
@@ -335,8 +265,15 @@ std::string SequenceGenerator::condition(const IProcessBlock& step)
         addProblem(block, QT_TRANSLATE_NOOP("codegen", "条件为空"));
         return "false";
     }
+    checkCode(block, block.getFun1(), user_text::Condition);
+    checkCode(block, block.getFun2(), user_text::Condition);
     const std::string left = isBlank(block.getFun1()) ? "0" : operandText(block.getFun1());
     const std::string right = isBlank(block.getFun2()) ? "0" : operandText(block.getFun2());
+    const ValueKind leftKind = kindOf(step, left);
+    const ValueKind rightKind = kindOf(step, right);
+    if (differ(leftKind, rightKind))
+        addProblem(block, QT_TRANSLATE_NOOP("codegen", "类型不符: “%1”是%2, “%3”是%4"),
+                   {left, kindText(leftKind), right, kindText(rightKind)}, user_text::Condition, 1);
     const std::string& comparison = block.getOperator();
     if (block.getOperatorIsArray())
         return (comparison == "!=" ? "!rt::arrays_equal(" : "rt::arrays_equal(") + left + ", " +
@@ -344,18 +281,75 @@ std::string SequenceGenerator::condition(const IProcessBlock& step)
     return left + ' ' + (comparison.empty() ? "==" : comparison) + ' ' + right;
 }
 
-bool SequenceGenerator::isKnownVariable(const std::string& name) const
+/// What a step's own texts may define hides what is known.
+ValueKind SequenceGenerator::kindOf(const IProcessBlock& block, const std::string& expression) const
 {
-    return m_variables.count(name) > 0;
+    constexpr int CustomLoop = 2;
+    const bool mayDefine = !isBlank(block.preStatements) || block.loopType == CustomLoop;
+    return mayDefine ? ValueKind::Unknown : kindOfExpression(expression, m_names);
+}
+
+/// Forgets the kinds of the variables that a text names, since it may define others of their names.
+std::vector<std::pair<std::string, ValueKind>> SequenceGenerator::hideNames(const std::string& text)
+{
+    std::vector<std::pair<std::string, ValueKind>> hidden;
+    for (const std::string& word : wordsIn(text)) {
+        const auto known = m_names.variables.find(word);
+        if (known == m_names.variables.end())
+            continue;
+        hidden.emplace_back(*known);
+        known->second = ValueKind::Unknown;
+    }
+    return hidden;
+}
+
+void SequenceGenerator::showNames(const std::vector<std::pair<std::string, ValueKind>>& hidden)
+{
+    // A name may stand in a text more than once: the first entry has its kind.
+    for (auto name = hidden.rbegin(); name != hidden.rend(); ++name)
+        m_names.variables[name->first] = name->second;
+}
+
+/// From here on lines belong to this step.
+void SequenceGenerator::own(const IProcessBlock& block)
+{
+    const auto found = m_owners.find(&block);
+    if (found != m_owners.end()) {
+        m_writer.setOwner(found->second);
+        return;
+    }
+    const int owner = static_cast<int>(m_context.result.owners.size());
+    CodeOwner record = m_context.result.owners[static_cast<std::size_t>(m_owner)];
+    record.step = block.name;
+    record.stepId = block.uuid;
+    m_context.result.owners.push_back(std::move(record));
+    m_owners.emplace(&block, owner);
+    m_writer.setOwner(owner);
+}
+
+/// What a compiler would complain of somewhere else is told here.
+void SequenceGenerator::checkCode(const IProcessBlock& block, const std::string& code,
+                                  const char* userText)
+{
+    const CodeFault fault = faultIn(code);
+    if (fault.words)
+        addProblem(block, fault.words, {}, userText, fault.line);
 }
 
 void SequenceGenerator::addProblem(const IProcessBlock& block, const char* source,
-                                   std::initializer_list<std::string> arguments)
+                                   std::initializer_list<std::string> arguments,
+                                   const char* userText, int line)
 {
-    if (m_context.result.problems.size() < MaxProblems)
-        m_context.result.problems.push_back(problemText(
-            QT_TRANSLATE_NOOP("codegen", "序列“%1”的步骤“%2”: %3"),
-            {m_sequence.source->info.name, block.name, problemText(source, arguments)}));
+    if (m_context.result.problems.size() >= MaxProblems)
+        return;
+    Problem problem;
+    problem.place.owner = m_context.result.owners[static_cast<std::size_t>(m_owner)];
+    problem.place.owner.step = block.name;
+    problem.place.owner.stepId = block.uuid;
+    problem.place.text = userText ? problemText(userText) : std::string();
+    problem.place.line = line;
+    problem.words = problemText(source, arguments);
+    m_context.result.problems.push_back(std::move(problem));
 }
 
 } // namespace codegen

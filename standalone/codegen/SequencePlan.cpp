@@ -41,15 +41,52 @@ std::vector<bool> leftOut(const std::vector<std::shared_ptr<IProcessBlock>>& sib
 
 SequencePlan::SequencePlan(const AppletSource& source) : m_source(source)
 {
+    reserve(source.globalVariables);
+    reserve(source.applet.variables);
     add(&source.applet, source.targetSequenceId);
     // The list grows while it is walked.
     for (std::size_t i = 0; i < m_sequences.size(); ++i) {
         const SequenceSource& sequence = *m_sequences[i].source;
+        m_sequences[i].firstStep = static_cast<std::uint32_t>(m_steps.size());
         for (const Blocks& flow : sequence.flows)
             scan(i, flow);
         for (const Blocks& flow : sequence.flows)
             resolveJumps(m_sequences[i], flow);
     }
+}
+
+void SequencePlan::reserve(const std::vector<processVariable>& variables)
+{
+    for (const processVariable& variable : variables)
+        uniqueName(variable.name);
+}
+
+std::string SequencePlan::uniqueName(const std::string& name)
+{
+    const auto lower = [](std::string text) {
+        for (char& c : text)
+            c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+        return text;
+    };
+    constexpr std::size_t MostCharacters = 80; // files are named so too
+    const std::string base = name.substr(0, MostCharacters);
+    std::string unique = base;
+    while (!m_names.insert(lower(unique)).second)
+        unique = base + '_' + std::to_string(++m_numbers[lower(base)] + 1);
+    return unique;
+}
+
+std::string SequencePlan::spaceFor(const SequenceGroup* group)
+{
+    auto& space = m_spaces[group];
+    if (space.empty()) {
+        space = group == &m_source.applet ? "process"
+                                          : uniqueName("template_" + identifierText(group->name));
+        m_groups.push_back(group);
+        if (group != &m_source.applet)
+            reserve(group->variables);
+    }
+    return space;
 }
 
 void SequencePlan::add(const SequenceGroup* group, const std::string& sequenceId)
@@ -61,18 +98,16 @@ void SequencePlan::add(const SequenceGroup* group, const std::string& sequenceId
                      [&](const SequenceSource& source) { return source.info.id == sequenceId; });
     if (found == group->sequences.end())
         return;
-    if (!m_spaces.count(group)) {
-        const bool isApplet = group == &m_source.applet;
-        m_spaces[group] = isApplet ? "process" : "template_" + std::to_string(m_groups.size());
-        m_groups.push_back(group);
-    }
+    const bool isApplet = group == &m_source.applet;
+    const std::string& name = found->info.name;
     PlannedSequence sequence;
     sequence.source = &*found;
     sequence.group = group;
     sequence.index = static_cast<std::uint32_t>(m_sequences.size());
-    sequence.space = m_spaces[group];
-    sequence.function =
-        "sequence_" + std::to_string(sequence.index) + '_' + identifierText(found->info.name);
+    sequence.space = spaceFor(group);
+    sequence.function = uniqueName("sequence_" + identifierText(name));
+    sequence.templateUnit = isApplet ? std::string() : sequence.space + '_' + sequence.function;
+    sequence.title = isApplet ? name : group->name + '/' + name;
     m_indices[{group, sequenceId}] = m_sequences.size();
     m_sequences.push_back(std::move(sequence));
 }
@@ -86,7 +121,7 @@ void SequencePlan::scan(std::size_t sequence, const Blocks& blocks)
             continue;
         const auto index = static_cast<std::uint32_t>(m_steps.size());
         m_steps.push_back({static_cast<std::uint32_t>(sequence), block->uuid});
-        m_sequences[sequence].steps.emplace(block->uuid, index);
+        m_sequences[sequence].steps.emplace(block->uuid, index - m_sequences[sequence].firstStep);
         if (block->tagEnabled && !block->tag.empty())
             m_sequences[sequence].tags.emplace(block->tag, block->uuid);
         scanCalls(m_sequences[sequence].group, *block);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -19,14 +20,20 @@ struct PlannedSequence
     const SequenceSource* source = nullptr;
     const SequenceGroup* group = nullptr;
     std::uint32_t index = 0;
-    std::string space;    ///< namespace of its group
-    std::string function; ///< with its namespace
-    /// Enabled steps by uuid.
+    std::string space;           ///< namespace of its group
+    std::string function;        ///< its name there, which no variable bears
+    std::string title;           ///< for the user: its name, behind that of its template
+    std::uint32_t firstStep = 0; ///< index among the steps of all sequences
+    /// Enabled steps by uuid, counted within the sequence.
     std::unordered_map<std::string, std::uint32_t> steps;
     /// Tagged enabled steps: tag to uuid. The first of a tag counts.
     std::unordered_map<std::string, std::string> tags;
     /// Uuids of the steps that something jumps to.
     std::unordered_set<std::string> jumpTargets;
+
+    /// Its name among all sequences: of its unit, and of what the units know of each other.
+    std::string unit() const { return templateUnit.empty() ? function : templateUnit; }
+    std::string templateUnit; ///< empty for a sequence of the applet
 };
 
 struct PlannedStep
@@ -36,7 +43,8 @@ struct PlannedStep
 };
 
 /// Finds what the target sequence reaches, through calls and jumps of enabled steps, and numbers it
-/// in the order of its discovery.
+/// in the order of its discovery. Names follow from the user's alone as long as they are unique, so
+/// that a sequence more doesn't change the code of the others.
 class SequencePlan
 {
 public:
@@ -60,6 +68,9 @@ private:
     using Target = std::pair<const SequenceGroup*, std::string>;
 
     void add(const SequenceGroup* group, const std::string& sequenceId);
+    void reserve(const std::vector<processVariable>& variables);
+    std::string spaceFor(const SequenceGroup* group);
+    std::string uniqueName(const std::string& name);
     void scan(std::size_t sequence, const Blocks& blocks);
     void scanCalls(const SequenceGroup* group, const IProcessBlock& block);
     void resolveJumps(PlannedSequence& sequence, const Blocks& blocks);
@@ -72,6 +83,8 @@ private:
     std::vector<const SequenceGroup*> m_groups;
     std::map<const SequenceGroup*, std::string> m_spaces;
     std::map<Target, std::size_t> m_indices;
+    std::set<std::string> m_names; ///< taken, in lower case: not all systems tell files apart by it
+    std::map<std::string, int> m_numbers; ///< how often a name had to be made another
 };
 
 /// The comment above the steps of a flow.

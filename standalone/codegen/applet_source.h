@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/process_records.h"
+#include "model/type_tables.h"
 
 #include <array>
 #include <map>
@@ -32,11 +33,20 @@ struct SequenceGroup
     std::map<std::string, SequenceGroup> templates; ///< that these sequences call, by id
 };
 
+/// A function that the runtime offers to applets.
+struct FunctionSignature
+{
+    std::string name; ///< as it is called, with its prefix
+    DrelVarType returnType = DrelVoid;
+    std::vector<DrelVarType> parameters;
+};
+
 struct AppletSource
 {
     SequenceGroup applet;
     std::vector<processVariable> globalVariables;
-    std::string targetSequenceId; ///< only what it reaches is generated
+    std::vector<FunctionSignature> functions; ///< empty: calls are left to the compiler
+    std::string targetSequenceId;             ///< only what it reaches is generated
     bool forVci = false;
 };
 
@@ -44,29 +54,61 @@ struct GeneratedFile
 {
     std::string name; ///< without a folder
     std::string text;
+    bool isUnit = false; ///< compiled by itself; the others are included
 };
 
-/// Which lines of a file a step, or a sequence outside its steps, has made.
+/// Whose code it is: a step's, or a sequence's outside its steps.
+struct CodeOwner
+{
+    std::string sequence;   ///< name; with that of its template before it
+    std::string sequenceId; ///< empty for a sequence of a template, which no editor shows
+    std::string step;       ///< name; empty: the sequence's own
+    std::string stepId;
+};
+
+/// A place in what the user has written.
+struct CodePlace
+{
+    CodeOwner owner;
+    std::string text; ///< which of the step's texts, as the user knows it; may be empty
+    int line = 0;     ///< of that text, from 1; 0 if it isn't known
+};
+
+/// What keeps an applet from being compiled.
+struct Problem
+{
+    CodePlace place; ///< of none if it is about the applet
+    std::string words;
+};
+
+/// Who made these lines of a file, and which text of theirs stands in them.
 struct LineRange
 {
     std::size_t file = 0;
     int firstLine = 1; ///< up to the next range of the file
-    std::string sequence;
-    std::string step; ///< empty: the sequence's own lines
+    int owner = -1;    ///< index into the owners, -1: nobody
+    const char* text = nullptr;
+    int textLine = 0; ///< what the first line is in that text
 };
 
 struct GeneratedCode
 {
-    std::vector<GeneratedFile> files;  ///< the first is the one to compile
-    std::vector<std::string> problems; ///< for the user; any of them forbids the compile
-    std::vector<LineRange> lines;      ///< in ascending order for each file
+    std::vector<GeneratedFile> files; ///< the first describes the module and holds its variables
+    std::vector<Problem> problems;    ///< for the user; any of them forbids the compile
+    std::vector<CodeOwner> owners;
+    std::vector<LineRange> lines; ///< in ascending order for each file
     std::size_t stepCount = 0;
 };
 
-/// The name of the runtime header that the code includes; it is not among the files.
-extern const char* const RuntimeHeaderName;
+/// The header of all generated units; it includes those of the runtime.
+extern const char* const SharedHeaderName;
 
-/// The same source gives the same text, byte by byte. The work grows with the number of steps.
+/// A unit for each sequence that the target reaches, and one for the module. The same source gives
+/// the same texts, byte by byte, and a change in one sequence changes the texts of no other. The
+/// work grows with the number of steps.
 GeneratedCode generate(const AppletSource& source);
+
+/// The place of a line of a generated file; its owner has no name if it is nobody's.
+CodePlace placeOf(const GeneratedCode& code, const std::string& fileName, int line);
 
 } // namespace codegen

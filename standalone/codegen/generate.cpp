@@ -10,70 +10,84 @@
 
 namespace codegen {
 
-const char* const RuntimeHeaderName = "applet_runtime.h";
+const char* const SharedHeaderName = "a_capplet.h";
 
 namespace {
 
+const char* const warning = "由流程编辑器生成, 手工修改会在下次编译时丢失。";
+
+/// The variables of a scope: what the units are told of them, and what they are.
 void writeVariables(const char* title, const std::vector<processVariable>& variables,
-                    CodeWriter& writer, GeneratedCode& result)
+                    CodeWriter& header, CodeWriter& module, GeneratedCode& result)
 {
-    writer.comment(title);
+    if (variables.empty())
+        return;
+    header.comment(title);
+    module.comment(title);
     for (const processVariable& variable : variables) {
-        const VariableCode code = variableCode(variable, true);
-        if (!code.problem.empty())
-            result.problems.push_back(code.problem);
-        for (const std::string& line : code.lines)
-            writer.line(line);
-    }
-    writer.blankLine();
-}
-
-/// The functions of all sequences, and by group the files that they include.
-using StatementFiles = std::map<const SequenceGroup*, std::vector<std::string>>;
-StatementFiles writeSequences(GenerationContext& context, CodeWriter& writer)
-{
-    StatementFiles files;
-    for (const SequenceGroup* group : context.plan.groups()) {
-        writer.line("namespace " + context.plan.spaceOf(group) + " {");
-        writer.blankLine();
-        for (const PlannedSequence& sequence : context.plan.sequences()) {
-            if (sequence.group != group)
-                continue;
-            SequenceGenerator generator(context, sequence, writer);
-            generator.generate();
-            for (const GeneratedFile& file : generator.statementFiles())
-                files[group].push_back(file.name);
+        const VariableCode code = variableCode(variable);
+        if (!code.problem.empty()) {
+            result.problems.push_back({{}, code.problem});
+            continue;
         }
-        writer.setOwner(std::string(), std::string());
-        writer.line("} // namespace " + context.plan.spaceOf(group));
-        writer.blankLine();
+        header.line("extern " + code.declaration + ';');
+        if (!variable.description.empty())
+            module.comment(variable.description);
+        for (const std::string& line : code.lines)
+            module.line(line);
     }
-    return files;
+    header.blankLine();
+    module.blankLine();
 }
 
-void writeDeclarations(const GenerationContext& context, const StatementFiles& files,
-                       CodeWriter& writer)
+void writeDeclarations(const GenerationContext& context, CodeWriter& header, CodeWriter& module)
 {
+    for (CodeWriter* writer : {&header, &module}) {
+        writer->line("namespace applet {");
+        writer->blankLine();
+    }
+    writeVariables("全局变量", context.source.globalVariables, header, module, context.result);
     for (const SequenceGroup* group : context.plan.groups()) {
         const std::string space = context.plan.spaceOf(group);
-        writer.line("namespace " + space + " {");
-        writer.blankLine();
+        for (CodeWriter* writer : {&header, &module}) {
+            writer->line("namespace " + space + " {");
+            writer->blankLine();
+        }
         writeVariables(group->templateId.empty() ? "流程变量" : "模板的流程变量", group->variables,
-                       writer, context.result);
+                       header, module, context.result);
+        const auto heads = context.heads.find(group);
+        if (heads != context.heads.end() && !heads->second.empty()) {
+            header.comment("语句中定义的函数");
+            for (const std::string& head : heads->second)
+                header.line(head + ';');
+            header.blankLine();
+        }
+        header.line("} // namespace " + space);
         for (const PlannedSequence& sequence : context.plan.sequences()) {
             if (sequence.group == group)
-                writer.line("static void " + sequence.function + "();");
+                module.line("void " + sequence.function + "();");
         }
-        writer.blankLine();
-        const auto own = files.find(group);
-        if (own != files.end()) {
-            for (const std::string& file : own->second)
-                writer.line("#include \"" + file + '"');
-            writer.blankLine();
-        }
-        writer.line("} // namespace " + space);
-        writer.blankLine();
+        module.blankLine();
+        module.line("} // namespace " + space);
     }
+    for (CodeWriter* writer : {&header, &module})
+        writer->line("} // namespace applet");
+}
+
+/// The numbers that the units leave open, so that a change of one doesn't change the others.
+void writeNumbers(const SequencePlan& plan, CodeWriter& writer)
+{
+    writer.line("namespace rt {");
+    for (const PlannedSequence& sequence : plan.sequences()) {
+        const auto number = [&](const char* name, std::uint32_t value) {
+            writer.line("extern const u32 " + (name + sequence.unit()) + " = " +
+                        std::to_string(value) + ';');
+        };
+        number("index_of_", sequence.index);
+        number("first_of_", sequence.firstStep);
+    }
+    writer.line("} // namespace rt");
+    writer.blankLine();
 }
 
 /// What the process that loads the module asks it for.
@@ -117,38 +131,61 @@ GeneratedCode generate(const AppletSource& source)
     GeneratedCode result;
     const SequencePlan plan(source);
     if (plan.sequences().empty()) {
-        result.problems.push_back(problemText(QT_TRANSLATE_NOOP("codegen", "找不到要编译的序列")));
+        result.problems.push_back(
+            {{}, problemText(QT_TRANSLATE_NOOP("codegen", "找不到要编译的序列"))});
         return result;
     }
     result.stepCount = plan.steps().size();
-    result.files.push_back({cappletSourceName, std::string()});
+    result.files.push_back({cappletSourceName, std::string(), true});
+    result.files.push_back({SharedHeaderName, std::string(), false});
 
-    // The functions come last but tell which files are to be included above them.
-    GenerationContext context{source, plan, result};
-    std::vector<LineRange> bodyLines;
-    CodeWriter body(0, bodyLines);
-    const StatementFiles files = writeSequences(context, body);
-    body.line("} // namespace applet");
-    body.blankLine();
-    writeModule(plan, body);
+    GenerationContext context{source, plan, result, {}, {}};
+    for (const FunctionSignature& function : source.functions)
+        context.functions.emplace(function.name, &function);
+    for (const PlannedSequence& sequence : plan.sequences())
+        SequenceGenerator(context, sequence).generate();
 
-    CodeWriter head(0, result.lines);
-    head.comment("由流程编辑器生成, 手工修改会在下次编译时丢失。");
-    head.comment("小程序: " + source.applet.name);
-    head.line(std::string("#include \"") + RuntimeHeaderName + '"');
-    head.blankLine();
-    head.line("namespace applet {");
-    head.blankLine();
-    writeVariables("全局变量", source.globalVariables, head, result);
-    writeDeclarations(context, files, head);
-
-    const int offset = head.lineNumber() - 1;
-    for (LineRange& range : bodyLines) {
-        range.firstLine += offset;
-        result.lines.push_back(std::move(range));
-    }
-    result.files.front().text = head.text() + body.text();
+    std::vector<LineRange> noLines;
+    CodeWriter header(1, noLines);
+    header.comment(warning);
+    header.line("#pragma once");
+    header.blankLine();
+    header.line("#include \"applet_values.h\"");
+    header.blankLine();
+    CodeWriter module(0, noLines);
+    module.comment(warning);
+    module.comment("小程序: " + source.applet.name);
+    module.line(std::string("#include \"") + SharedHeaderName + '"');
+    module.blankLine();
+    writeDeclarations(context, header, module);
+    module.blankLine();
+    writeNumbers(plan, module);
+    writeModule(plan, module);
+    result.files[0].text = module.text();
+    result.files[1].text = header.text();
     return result;
+}
+
+CodePlace placeOf(const GeneratedCode& code, const std::string& fileName, int line)
+{
+    std::size_t file = 0;
+    while (file < code.files.size() && code.files[file].name != fileName)
+        ++file;
+    const LineRange* range = nullptr;
+    for (const LineRange& candidate : code.lines) {
+        if (candidate.file == file && candidate.firstLine <= line &&
+            (!range || range->firstLine <= candidate.firstLine))
+            range = &candidate;
+    }
+    CodePlace place;
+    if (!range || range->owner < 0)
+        return place;
+    place.owner = code.owners[static_cast<std::size_t>(range->owner)];
+    if (range->text) {
+        place.text = problemText(range->text);
+        place.line = range->textLine + line - range->firstLine;
+    }
+    return place;
 }
 
 } // namespace codegen

@@ -83,7 +83,7 @@ void SequenceGenerator::generateInParts()
     m_writer.close("};");
     m_writer.blankLine();
 
-    m_writer.line("static void " + m_sequence.function + "()");
+    m_writer.line("void " + m_sequence.function + "()");
     m_writer.open("");
     m_writer.line(structure + " parts;");
     for (int i = 0; i < parts; ++i) {
@@ -91,7 +91,6 @@ void SequenceGenerator::generateInParts()
         m_writer.line("parts.part_" + std::to_string(i) + "();");
     }
     m_writer.close();
-    m_writer.blankLine();
 }
 
 void SequenceGenerator::generatePart(const Blocks& blocks, int part)
@@ -99,7 +98,7 @@ void SequenceGenerator::generatePart(const Blocks& blocks, int part)
     m_writer.line("void part_" + std::to_string(part) + "()");
     m_writer.open("");
     generateSiblings(blocks, false);
-    m_writer.setOwner(m_sequence.source->info.name, std::string());
+    disown();
     m_writer.close();
 }
 

@@ -3,48 +3,56 @@
 #include "model/process_blocks.h"
 #include "standalone/codegen/code_text.h"
 #include "standalone/codegen/post_actions.h"
-
 #include "standalone/codegen/problem_text.h"
+#include "standalone/codegen/user_texts.h"
 
 namespace codegen {
 
-/// Statements before, body and statements after share one scope, so that a variable defined in the
-/// first is known in the others.
+/// Statements before, body, statements after and the condition of what follows share one scope, so
+/// that a variable defined in the first is known in the others. A step whose pre-condition fails
+/// leads to the next one.
 void SequenceGenerator::generateLeaf(const IProcessBlock& block)
 {
     if (!block.children.empty())
         addProblem(block, QT_TRANSLATE_NOOP("codegen", "此类步骤不能包含子步骤"));
     const std::string step = beginStep(block);
-    const std::string guard = expressionText(block.preCondition);
-    const bool isMarkOnly =
-        block.baseType() == BasicStep &&
-        (block.stepType() == step_type::Goto || block.stepType() == step_type::GotoTag) &&
+    const auto* jump = dynamic_cast<const GotoProcessBlock*>(&block);
+    const bool isMark =
+        (jump || (block.baseType() == BasicStep && block.stepType() == step_type::GotoTag)) &&
         isBlank(block.preStatements) && isBlank(block.postStatements);
-    if (!isMarkOnly) {
-        m_writer.open(guard.empty() ? "" : "if (" + guard + ")");
-        if (!isBlank(block.preStatements))
-            m_writer.userCode(block.preStatements);
-        const bool isLooped = openStepLoop(block, step);
-        generateBody(block, step);
-        if (isLooped)
-            m_writer.close();
-        if (!isBlank(block.postStatements))
-            m_writer.userCode(block.postStatements);
-        m_writer.close();
-    }
-    endStep(step);
-
-    if (const auto* jump = dynamic_cast<const GotoProcessBlock*>(&block)) {
-        if (!jump->targetUuid.empty() || !jump->targetTag.empty()) {
-            if (!guard.empty())
-                m_writer.open("if (" + guard + ")");
-            generateJump(jumpTarget(m_sequence, *jump), block);
-            if (!guard.empty())
-                m_writer.close();
-        }
+    const bool jumps = jump && (!jump->targetUuid.empty() || !jump->targetTag.empty());
+    if (isMark && !jumps && postActions(block).empty()) {
+        endStep(step);
         return;
     }
-    generatePostActions(block);
+
+    const bool isGuarded = openGuard(block);
+    if (!isGuarded)
+        m_writer.open("");
+    if (!isBlank(block.preStatements)) {
+        checkCode(block, block.preStatements, user_text::Before);
+        m_writer.userCode(block.preStatements, user_text::Before);
+    }
+    const bool isLooped = openStepLoop(block, step);
+    generateBody(block, step);
+    if (isLooped)
+        closeStepLoop(block);
+    if (!isBlank(block.postStatements)) {
+        checkCode(block, block.postStatements, user_text::After);
+        m_writer.userCode(block.postStatements, user_text::After);
+    }
+    const bool goesOn = !jumps && postActions(block).empty();
+    if (!goesOn) {
+        endStep(step);
+        generatePostActions(block);
+        if (jumps)
+            generateJump(jumpTarget(m_sequence, *jump), block);
+    }
+    m_writer.close();
+    if (goesOn)
+        endStep(step);
+    else if (isGuarded)
+        m_writer.line("else if (!rt::step_end(" + step + ")) return;");
 }
 
 /// The header of a step's own loop; false if it has none.
@@ -53,24 +61,41 @@ bool SequenceGenerator::openStepLoop(const IProcessBlock& block, const std::stri
     constexpr int FixedCount = 1;
     constexpr int CustomLoop = 2;
     if (block.loopType == FixedCount) {
-        const std::string name = block.loopVariable.empty() ? "turn_" + step : block.loopVariable;
+        const std::string name = block.loopVariable.empty() ? "turn" : block.loopVariable;
         if (!isIdentifier(name))
             addProblem(block, QT_TRANSLATE_NOOP("codegen", "“%1”不能用作循环变量名"), {name});
         const std::string count = std::to_string(block.loopCount);
         m_writer.open("for (" + std::string(isKnownVariable(name) ? "" : "s32 ") + name +
-                      " = 0; rt::running() && " + name + " < " + count + "; ++" + name + ")");
+                          " = 0; rt::running() && " + name + " < " + count + "; ++" + name + ")",
+                      user_text::StepLoop);
         m_writer.line("rt::step_turn(" + step + ", " + name + ", 0, " + count + ");");
         return true;
     }
     if (block.loopType == CustomLoop) {
+        for (const std::string* text : {&block.loopInit, &block.loopCondition, &block.loopStep})
+            checkCode(block, *text, user_text::StepLoop);
         const std::string test = isBlank(block.loopCondition)
                                      ? std::string()
                                      : " && (" + expressionText(block.loopCondition) + ")";
+        if (block.loopResultInReport)
+            m_writer.line("s64 turn_number = 0;");
         m_writer.open("for (" + expressionText(block.loopInit) + "; rt::running()" + test + "; " +
-                      expressionText(block.loopStep) + ")");
+                          expressionText(block.loopStep) + ")",
+                      user_text::StepLoop);
         return true;
     }
     return false;
+}
+
+/// Each turn's result goes to the log if the step asks for it.
+void SequenceGenerator::closeStepLoop(const IProcessBlock& block)
+{
+    if (block.loopResultInReport) {
+        const std::string name = block.loopVariable.empty() ? "turn" : block.loopVariable;
+        const std::string turn = block.loopType == 1 ? name + " + 1" : "++turn_number";
+        m_writer.line("rt::log_turn(" + stringLiteral(block.name) + ", " + turn + ");");
+    }
+    m_writer.close();
 }
 
 void SequenceGenerator::generateBody(const IProcessBlock& block, const std::string& step)
@@ -80,15 +105,9 @@ void SequenceGenerator::generateBody(const IProcessBlock& block, const std::stri
         return;
     }
     if (const auto* statement = dynamic_cast<const StatementProcessBlock*>(&block)) {
-        generateStatement(*statement, step);
+        generateStatement(*statement);
     } else if (const auto* expression = dynamic_cast<const ExpressionProcessBlock*>(&block)) {
-        const std::string right = expressionText(expression->rightExpression);
-        if (right.empty() && !isBlank(expression->leftValue))
-            addProblem(block, QT_TRANSLATE_NOOP("codegen", "表达式缺少右值"));
-        else if (isBlank(expression->leftValue))
-            m_writer.line(right + ";");
-        else
-            m_writer.line(expressionText(expression->leftValue) + " = " + right + ";");
+        generateExpression(*expression);
     } else if (const auto* api = dynamic_cast<const ApiProcessBlock*>(&block)) {
         generateApi(*api);
     } else if (const auto* call = dynamic_cast<const SequenceProcessBlock*>(&block)) {
@@ -119,27 +138,50 @@ void SequenceGenerator::generateBody(const IProcessBlock& block, const std::stri
     }
 }
 
-void SequenceGenerator::generateStatement(const StatementProcessBlock& block,
-                                          const std::string& step)
+void SequenceGenerator::generateStatement(const StatementProcessBlock& block)
 {
+    checkCode(block, block.customCode(), user_text::Statement);
+    const std::string code = takeFunctions(block);
     if (!block.getSplitFile()) {
-        m_writer.userCode(block.customCode());
+        if (!code.empty())
+            m_writer.userCode(code, user_text::Statement);
         return;
     }
     // A file of its own is a function of its own, included where only the variables of the applet
     // and the global ones are known.
-    const std::string function = "statement_" + step;
-    const std::size_t file = m_context.result.files.size();
-    CodeWriter writer(file, m_context.result.lines);
-    writer.setOwner(m_sequence.source->info.name, block.name);
+    const std::string function =
+        "statement_" + m_sequence.unit() + '_' + std::to_string(m_sequence.steps.at(block.uuid));
+    CodeWriter writer(m_context.result.files.size(), m_context.result.lines);
+    writer.setOwner(m_owners.at(&block));
     writer.comment(block.name + "  " + block.uuid);
     writer.line("static void " + function + "()");
     writer.open("");
-    writer.userCode(block.customCode());
+    writer.userCode(code, user_text::Statement);
     writer.close();
-    m_context.result.files.push_back({function + ".inc", writer.text()});
-    m_statementFiles.push_back(m_context.result.files.back());
+    m_context.result.files.push_back({function + ".inc", writer.text(), false});
+    m_includes.push_back(function + ".inc");
     m_writer.line(function + "();");
+}
+
+void SequenceGenerator::generateExpression(const ExpressionProcessBlock& block)
+{
+    checkCode(block, block.leftValue, user_text::Expression);
+    checkCode(block, block.rightExpression, user_text::Expression);
+    const std::string left = expressionText(block.leftValue);
+    const std::string right = expressionText(block.rightExpression);
+    if (left.empty()) {
+        m_writer.line(right + ";", user_text::Expression);
+        return;
+    }
+    const ValueKind leftKind = kindOf(block, left);
+    const ValueKind rightKind = kindOf(block, right);
+    if (right.empty())
+        addProblem(block, QT_TRANSLATE_NOOP("codegen", "表达式缺少右值"));
+    else if (differ(leftKind, rightKind))
+        addProblem(block, QT_TRANSLATE_NOOP("codegen", "类型不符: “%1”是%2, “%3”是%4"),
+                   {left, kindText(leftKind), right, kindText(rightKind)}, user_text::Expression,
+                   1);
+    m_writer.line(left + " = " + right + ";", user_text::Expression);
 }
 
 void SequenceGenerator::generateApi(const ApiProcessBlock& block)
@@ -148,10 +190,10 @@ void SequenceGenerator::generateApi(const ApiProcessBlock& block)
         addProblem(block, QT_TRANSLATE_NOOP("codegen", "未选择函数"));
         return;
     }
+    checkApi(block);
     std::string arguments;
     for (const ApiProcessBlock::Parameter& parameter : block.parameters()) {
-        if (isBlank(parameter.value))
-            addProblem(block, QT_TRANSLATE_NOOP("codegen", "函数参数缺少值"));
+        checkCode(block, parameter.value, user_text::Call);
         arguments += (arguments.empty() ? "" : ", ") + expressionText(parameter.value);
     }
     // The call text names the types in the places of the arguments.
@@ -160,7 +202,43 @@ void SequenceGenerator::generateApi(const ApiProcessBlock& block)
     if (bracket == std::string::npos || !block.parameters().empty())
         call = call.substr(0, bracket) + '(' + arguments + ')';
     const std::string target = expressionText(block.returnVariable);
-    m_writer.line((target.empty() ? "" : target + " = ") + call + ";");
+    m_writer.line((target.empty() ? "" : target + " = ") + call + ";", user_text::Call);
+}
+
+/// Number and types of the arguments and the result, as far as they are known.
+void SequenceGenerator::checkApi(const ApiProcessBlock& block)
+{
+    const std::string name = expressionText(block.callText.substr(0, block.callText.find('(')));
+    const auto known = m_names.functions.find(name);
+    const FunctionSignature* function =
+        known == m_names.functions.end() || block.userFunction ? nullptr : known->second;
+    const std::size_t count = block.parameters().size();
+    // Without parameters the call stands as it was typed.
+    if (function && count > 0 && function->parameters.size() != count)
+        addProblem(block, QT_TRANSLATE_NOOP("codegen", "函数“%1”需要 %2 个参数, 实际为 %3 个"),
+                   {name, std::to_string(function->parameters.size()), std::to_string(count)});
+    for (std::size_t i = 0; i < count; ++i) {
+        const ApiProcessBlock::Parameter& parameter = block.parameters()[i];
+        if (isBlank(parameter.value)) {
+            addProblem(block, QT_TRANSLATE_NOOP("codegen", "函数的第 %1 个参数缺少值"),
+                       {std::to_string(i + 1)});
+            continue;
+        }
+        const ValueKind wanted = kindOfType(parameter.type);
+        const ValueKind given = kindOf(block, parameter.value);
+        if (differ(wanted, given))
+            addProblem(block, QT_TRANSLATE_NOOP("codegen", "函数的第 %1 个参数应为%2, “%3”是%4"),
+                       {std::to_string(i + 1), kindText(wanted), parameter.value, kindText(given)});
+    }
+    if (isBlank(block.returnVariable))
+        return;
+    const DrelVarType type = function ? function->returnType : varTypeFromKeyword(block.returnType);
+    const ValueKind target = kindOf(block, block.returnVariable);
+    if (type == DrelVoid && (function || block.returnType == "void"))
+        addProblem(block, QT_TRANSLATE_NOOP("codegen", "函数“%1”没有返回值"), {name});
+    else if (differ(target, kindOfType(type)))
+        addProblem(block, QT_TRANSLATE_NOOP("codegen", "类型不符: “%1”是%2, “%3”是%4"),
+                   {block.returnVariable, kindText(target), name, kindText(kindOfType(type))});
 }
 
 void SequenceGenerator::generateCall(const SequenceProcessBlock& block)
@@ -173,8 +251,7 @@ void SequenceGenerator::generateCall(const SequenceProcessBlock& block)
                    {block.sourceKind == SequenceProcessBlock::AppletSequence ? block.sequenceName
                                                                              : block.templateName});
     else
-        m_writer.line("rt::call(" + std::to_string(callee->index) + ", " + callee->space +
-                      "::" + callee->function + ");");
+        m_writer.line(callOf(*callee));
 }
 
 /// A step that this runtime has no device or window for says so in the log.

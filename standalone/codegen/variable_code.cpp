@@ -118,15 +118,30 @@ std::string textValue(const std::string& value)
     return value == "NULL" ? std::string() : value;
 }
 
-VariableCode wrongValue(const processVariable& variable)
+VariableCode problem(const char* source, std::initializer_list<std::string> arguments)
 {
-    return {{},
-            problemText(QT_TRANSLATE_NOOP("codegen", "变量“%1”的值“%2”与类型 %3 不符"),
-                        {variable.name, variable.value, variable.type})};
+    return {{}, {}, problemText(source, arguments)};
 }
 
-VariableCode arrayCode(const processVariable& variable, DrelVarType element,
-                       const std::string& prefix)
+VariableCode wrongValue(const processVariable& variable)
+{
+    return problem(QT_TRANSLATE_NOOP("codegen", "变量“%1”的值“%2”与类型 %3 不符"),
+                   {variable.name, variable.value, variable.type});
+}
+
+VariableCode defined(const std::string& type, const std::string& name, const std::string& value)
+{
+    const std::string declaration = type + ' ' + name;
+    return {declaration, {declaration + " = " + value + ';'}, {}};
+}
+
+std::size_t lengthOf(const processVariable& variable, std::size_t valueSize)
+{
+    return std::max<std::size_t>(
+        {1, valueSize, static_cast<std::size_t>(std::max(0, variable.length))});
+}
+
+VariableCode arrayCode(const processVariable& variable, DrelVarType element)
 {
     std::string text = trimmed(variable.value);
     if (text.size() >= 2 && ((text.front() == '[' && text.back() == ']') ||
@@ -145,62 +160,60 @@ VariableCode arrayCode(const processVariable& variable, DrelVarType element,
         values += (count++ > 0 ? ", " : "") + *literal;
         begin = end + 1;
     }
-    const std::size_t size =
-        std::max<std::size_t>({1, count, static_cast<std::size_t>(std::max(0, variable.length))});
-    const std::string storage = variable.name + "_storage";
-    return {{prefix + typeText(element) + ' ' + storage + '[' + std::to_string(size) + "] = {" +
-                 values + "};",
-             prefix + typeText(element) + "* " + variable.name + " = " + storage + ';'},
-            {}};
+    const std::string size = std::to_string(lengthOf(variable, count));
+    return defined("rt::array<" + typeText(element) + ", " + size + '>', variable.name,
+                   '{' + values + '}');
 }
 
-VariableCode textBufferCode(const processVariable& variable, const std::string& prefix)
+/// What a type points to, by its keyword with the star; empty for all others.
+std::string pointedTo(DrelVarType type)
 {
-    const std::string text = textValue(variable.value);
-    const std::size_t size =
-        std::max<std::size_t>(text.size(), static_cast<std::size_t>(std::max(0, variable.length)));
+    for (const auto& [value, keyword] : varTypeNames) {
+        if (value == type && keyword.back() == '*')
+            return keyword.substr(0, keyword.size() - 1);
+    }
+    return std::string();
+}
+
+/// A pointer to a record of its own, so that it can be passed on and filled.
+VariableCode recordPointerCode(const processVariable& variable, const std::string& record)
+{
     const std::string storage = variable.name + "_storage";
-    return {{prefix + "char " + storage + '[' + std::to_string(size + 1) +
-                 "] = " + stringLiteral(text) + ';',
-             prefix + "char* " + variable.name + " = " + storage + ';'},
-            {}};
+    VariableCode code = defined(record + '*', variable.name, '&' + storage);
+    code.lines.insert(code.lines.begin(), record + ' ' + storage + " = {};");
+    return code;
 }
 
 } // namespace
 
-VariableCode variableCode(const processVariable& variable, bool isStatic)
+VariableCode variableCode(const processVariable& variable)
 {
-    const std::string prefix = isStatic ? "static " : "";
-    if (!isIdentifier(variable.name))
-        return {{},
-                problemText(QT_TRANSLATE_NOOP("codegen", "“%1”不能用作变量名"), {variable.name})};
+    const std::string& name = variable.name;
+    if (!isIdentifier(name))
+        return problem(QT_TRANSLATE_NOOP("codegen", "“%1”不能用作变量名"), {name});
 
     const DrelVarType type = varTypeFromKeyword(variable.type);
+    const std::string text = textValue(variable.value);
+    const std::string length = std::to_string(lengthOf(variable, text.size()));
     if (type == DrelVoid)
-        return {{},
-                problemText(QT_TRANSLATE_NOOP("codegen", "变量“%1”的类型“%2”未知"),
-                            {variable.name, variable.type})};
+        return problem(QT_TRANSLATE_NOOP("codegen", "变量“%1”的类型“%2”未知"),
+                       {name, variable.type});
     if (type == DrelString)
-        return {{prefix + "string " + variable.name + " = " +
-                 stringLiteral(textValue(variable.value)) + ';'},
-                {}};
+        return defined("string", name,
+                       "string::limited(" + length + ", " + stringLiteral(text) + ')');
     if (type == DrelCharPtr)
-        return textBufferCode(variable, prefix);
+        return defined("rt::text<" + length + '>', name, '{' + stringLiteral(text) + '}');
     if (type == DrelVoidPtr)
-        return {{prefix + "void* " + variable.name + " = 0;"}, {}};
-    if (type > DrelVoidPtr && type <= DrelBoolPtr) {
-        // The plain pointers stand in another order than the plain types, so by keyword.
-        std::string keyword = varTypeKeyword(type);
-        keyword.pop_back();
-        return arrayCode(variable, varTypeFromKeyword(keyword), prefix);
-    }
+        return defined("void*", name, "0");
+    const std::string target = pointedTo(type);
+    if (type > DrelVoidPtr && type <= DrelBoolPtr)
+        return arrayCode(variable, varTypeFromKeyword(target));
     if (integerRange(type) || type == DrelBool || type == DrelFloat || type == DrelDouble) {
         const auto literal = scalarLiteral(type, variable.value);
-        if (!literal)
-            return wrongValue(variable);
-        return {{prefix + typeText(type) + ' ' + variable.name + " = " + *literal + ';'}, {}};
+        return literal ? defined(typeText(type), name, *literal) : wrongValue(variable);
     }
-    return {{"// " + commentText(variable.type + ' ' + variable.name) + ": 此类型暂不支持"}, {}};
+    return target.empty() ? defined(varTypeKeyword(type), name, "{}")
+                          : recordPointerCode(variable, target);
 }
 
 } // namespace codegen

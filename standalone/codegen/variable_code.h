@@ -7,15 +7,17 @@
 
 namespace codegen {
 
-/// The definition of a variable with its starting value.
+/// A variable with its starting value, in C++.
 struct VariableCode
 {
-    std::vector<std::string> lines; ///< empty with a problem
-    std::string problem;            ///< for the user; empty if there is none
+    std::string declaration; ///< type and name, as "extern" wants it
+    /// The definition; more than one line if it needs storage of its own. Empty with a problem.
+    std::vector<std::string> lines;
+    std::string problem; ///< for the user; empty if there is none
 };
 
-/// @p isStatic: at file scope; else a local of a function. A variable of a record type, which this
-/// runtime doesn't know, becomes a comment: only a use of it is an error.
-VariableCode variableCode(const processVariable& variable, bool isStatic);
+/// The same lines define a local, a member or a variable at file scope. Texts and arrays are of
+/// types that keep to the variable's length; a record is zero, and a pointer to one points to one.
+VariableCode variableCode(const processVariable& variable);
 
 } // namespace codegen

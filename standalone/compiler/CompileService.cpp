@@ -1,8 +1,8 @@
 #include "standalone/compiler/CompileService.h"
 
+#include "standalone/compiler/ModuleBuild.h"
 #include "standalone/compiler/code_folder.h"
-#include "standalone/compiler/compiler_process.h"
-#include "standalone/compiler/error_location.h"
+#include "standalone/compiler/error_lines.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -12,7 +12,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <filesystem>
 #include <memory>
 
 namespace standalone {
@@ -25,6 +24,18 @@ QString text(const char* source)
 }
 
 constexpr unsigned FewestThreads = 2;
+constexpr int MostErrors = 20;
+
+/// Error lines as they come first in a message, not too many of them.
+QByteArray joined(const QStringList& lines)
+{
+    QByteArray message;
+    for (const QString& line : lines.mid(0, MostErrors))
+        message += line.toUtf8() + '\n';
+    if (lines.size() > MostErrors)
+        message += text("另有 %1 处错误").arg(lines.size() - MostErrors).toUtf8() + '\n';
+    return message;
+}
 
 } // namespace
 
@@ -35,7 +46,8 @@ CompileService& CompileService::instance()
 }
 
 CompileService::CompileService()
-    : m_pool(std::max(FewestThreads, std::thread::hardware_concurrency()))
+    : m_compilers(static_cast<int>(std::max(1u, std::thread::hardware_concurrency()))),
+      m_pool(std::max(FewestThreads, std::thread::hardware_concurrency()))
 {
 }
 
@@ -68,10 +80,11 @@ QByteArray CompileService::fingerprintOf(const Request& request) const
         add(QByteArray::fromStdString(file.name));
         add(QByteArray::fromRawData(file.text.data(), static_cast<int>(file.text.size())));
     }
-    add(runtimeHeader());
+    for (const RuntimeHeader& header : runtimeHeaders())
+        add(header.text);
     add(request.targetSequenceId.toUtf8());
     add(request.forVci ? "vci" : "run");
-    add(compilerCommand().toText().toUtf8());
+    add(compilerCommand().identity());
     add(request.modulePath.toUtf8());
     return hash.result();
 }
@@ -116,10 +129,10 @@ void CompileService::work(const Request& request, const QByteArray& fingerprint)
 CompileService::Outcome CompileService::compile(const Request& request) const
 {
     if (!request.code.problems.empty()) {
-        QByteArray message;
-        for (const std::string& problem : request.code.problems)
-            message += QByteArray::fromStdString(problem) + '\n';
-        return {CompileFailed, message};
+        QStringList lines;
+        for (const codegen::Problem& problem : request.code.problems)
+            lines << errorLine(problem.place, QString::fromStdString(problem.words));
+        return {CompileFailed, joined(lines)};
     }
     QString error;
     if (!writeCodeFolder(request.codeFolder, request.code.files, error))
@@ -132,36 +145,31 @@ CompileService::Outcome CompileService::compile(const Request& request) const
 
 CompileService::Outcome CompileService::runCompilerFor(const Request& request) const
 {
-    const CompilerCommand command = compilerCommand();
-    const QString unfinished = request.modulePath + QStringLiteral(".new");
-    const QString source = QString::fromStdString(request.code.files.front().name);
-    const CompilerOutcome outcome = runCompiler(command, {source, QStringLiteral("-o"), unfinished},
-                                                request.codeFolder, m_timeout, m_cancelled);
+    ModuleBuild build(request.code, request.codeFolder, {m_compilers, m_cancelled, m_timeout});
+    const CompilerOutcome outcome = build.run(request.modulePath);
     switch (outcome.kind) {
     case CompilerOutcome::Succeeded:
-        break;
+        return {CompileSucceeded, outcome.output};
     case CompilerOutcome::NotFound:
-        return {CompilerMissing, text("找不到 C++ 编译器, 已尝试运行: %1 (%2)")
-                                     .arg(command.program, QString::fromUtf8(outcome.output))
-                                     .toUtf8()};
+        return {CompilerMissing,
+                text("找不到 C++ 编译器, 已尝试运行: %1 (%2)")
+                    .arg(compilerCommand().program, QString::fromUtf8(outcome.output))
+                    .toUtf8()};
     case CompilerOutcome::TimedOut:
-        QFile::remove(unfinished);
         return {CompileFailed,
                 text("编译超过 %1 秒仍未结束, 已终止").arg(m_timeout / 1000).toUtf8() + '\n' +
                     outcome.output};
+    case CompilerOutcome::NotWritten:
+        return {CompileFailed,
+                (outcome.output == request.modulePath.toUtf8() ? text("模块文件无法替换: %1")
+                                                               : text("目标文件无法写入: %1"))
+                    .arg(QString::fromUtf8(outcome.output))
+                    .toUtf8()};
     case CompilerOutcome::Failed:
     case CompilerOutcome::Cancelled:
-        QFile::remove(unfinished);
-        const QString location = errorLocation(outcome.output, request.code);
-        return {CompileFailed,
-                (location.isEmpty() ? QByteArray() : location.toUtf8() + '\n') + outcome.output};
+        break;
     }
-    std::error_code error;
-    std::filesystem::rename(QFile::encodeName(unfinished).toStdString(),
-                            QFile::encodeName(request.modulePath).toStdString(), error);
-    if (error)
-        return {CompileFailed, text("模块文件无法替换: %1").arg(request.modulePath).toUtf8()};
-    return {CompileSucceeded, outcome.output};
+    return {CompileFailed, joined(errorLines(outcome.output, request.code)) + outcome.output};
 }
 
 } // namespace standalone

@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QMap>
+#include <QSemaphore>
 #include <QSet>
 #include <QString>
 
@@ -14,8 +15,8 @@
 
 namespace standalone {
 
-/// Compiles generated code on threads of its own: several applets at a time, as many as there are
-/// cores, the others wait. One compile an applet at a time.
+/// Compiles generated code on threads of its own: several applets at a time, and of each several
+/// units, with as many compilers at once as there are cores. One compile an applet at a time.
 class CompileService
 {
 public:
@@ -64,6 +65,7 @@ private:
     mutable std::mutex m_mutex; ///< guards the two below
     QSet<QString> m_compiling;
     QMap<QString, QByteArray> m_lastSuccess; ///< by applet
+    mutable QSemaphore m_compilers;          ///< free places for a compiler
     WorkerPool m_pool;                       ///< last: its threads use all of the above
 };
 

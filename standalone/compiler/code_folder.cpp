@@ -35,10 +35,15 @@ bool writeCodeFolder(const QString& folder, const std::vector<codegen::Generated
         error = folder;
         return false;
     }
-    const QString headerName = QString::fromUtf8(codegen::RuntimeHeaderName);
-    if (!writeFile(dir.filePath(headerName), runtimeHeader(), error))
-        return false;
-    QStringList stale = dir.entryList({QStringLiteral("statement_*.inc")}, QDir::Files);
+    for (const RuntimeHeader& header : runtimeHeaders()) {
+        const QByteArray text = QByteArray::fromRawData(header.text, int(qstrlen(header.text)));
+        if (!writeFile(dir.filePath(QString::fromLatin1(header.name)), text, error))
+            return false;
+    }
+    QStringList stale =
+        dir.entryList({QStringLiteral("statement_*.inc"), QStringLiteral("sequence_*.cpp"),
+                       QStringLiteral("template_*.cpp")},
+                      QDir::Files);
     for (const codegen::GeneratedFile& file : files) {
         const QString name = QString::fromStdString(file.name);
         stale.removeOne(name);

@@ -5,14 +5,21 @@
 #include <QByteArray>
 #include <QString>
 
+#include <vector>
+
 namespace standalone {
 
-/// The text of the runtime header: runner/applet_runtime.h and the *_functions.h beside it.
-QByteArray runtimeHeader();
+/// A header of the runtime, as it stands in runner/, for the generated code to include.
+struct RuntimeHeader
+{
+    const char* name;
+    const char* text;
+};
+const std::vector<RuntimeHeader>& runtimeHeaders();
 
-/// Brings a folder to hold the generated files and the runtime header. A file that holds the same
-/// already is not touched; the others are replaced atomically; generated files of an earlier time
-/// go. False with @p error set. Any thread, one at a time for a folder.
+/// Brings a folder to hold the generated files and the headers of the runtime. A file that holds
+/// the same already is not touched; the others are replaced atomically; generated files of an
+/// earlier time go. False with @p error set. Any thread, one at a time for a folder.
 bool writeCodeFolder(const QString& folder, const std::vector<codegen::GeneratedFile>& files,
                      QString& error);
 

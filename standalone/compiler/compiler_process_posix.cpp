@@ -27,7 +27,7 @@ protected:
 
 } // namespace
 
-CompilerOutcome runCompiler(const CompilerCommand& command, const QStringList& files,
+CompilerOutcome runCompiler(const QString& program, const QStringList& arguments,
                             const QString& folder, int timeout, const std::atomic<bool>& cancelled)
 {
     constexpr int LookEvery = 100;
@@ -37,7 +37,7 @@ CompilerOutcome runCompiler(const CompilerCommand& command, const QStringList& f
     process.setWorkingDirectory(folder);
     QElapsedTimer timer;
     timer.start();
-    process.start(command.program, command.arguments + files);
+    process.start(program, arguments);
     if (!process.waitForStarted(timeout))
         return {CompilerOutcome::NotFound, process.errorString().toUtf8()};
 

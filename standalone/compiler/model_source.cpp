@@ -1,6 +1,7 @@
 #include "standalone/compiler/model_source.h"
 
 #include "model/blocks/SequenceProcessBlock.h"
+#include "model/services/capplet.h"
 #include "model/services/process_edit.h"
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
@@ -87,6 +88,28 @@ void collectTemplates(const Blocks& blocks, SequenceGroup& group)
     }
 }
 
+std::vector<codegen::FunctionSignature> runtimeFunctions(const QString& appName)
+{
+    QList<_DrelFunction> functions;
+    std::vector<codegen::FunctionSignature> signatures;
+    if (sdk_ui_interface::capplet::getCAppletInnerFuncs(appName, functions) != 0)
+        return signatures;
+    for (const _DrelFunction& function : qAsConst(functions)) {
+        codegen::FunctionSignature signature;
+        signature.name =
+            std::string(function.prefix) + (function.prefix[0] ? "." : "") + function.name;
+        signature.returnType = static_cast<DrelVarType>(function.returnType);
+        for (const auto& parameter : function.params) {
+            if (!parameter.name[0])
+                break;
+            if (parameter.type != DrelVoid)
+                signature.parameters.push_back(static_cast<DrelVarType>(parameter.type));
+        }
+        signatures.push_back(std::move(signature));
+    }
+    return signatures;
+}
+
 } // namespace
 
 codegen::AppletSource readAppletSource(const QString& appName, const QString& targetSequenceId,
@@ -99,6 +122,7 @@ codegen::AppletSource readAppletSource(const QString& appName, const QString& ta
     source.targetSequenceId = targetSequenceId.toStdString();
     source.forVci = forVci;
     source.globalVariables = process_edit::getAllGlobalVariable();
+    source.functions = runtimeFunctions(appName);
     source.applet.name = appName.toStdString();
     source.applet.variables = process_edit::getAllCAppletVariable(localName);
     const auto find = [&](const std::string& uuid) {

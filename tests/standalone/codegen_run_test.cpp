@@ -212,7 +212,7 @@ void CodegenRunTest::controlFlow_data()
     row("texts and output",
         main({statement("s", "text += \"!\"; printf(\"%s %d\\n\", text.c_str(), (int)buffer[0]);"),
               statement("own", "log_warning(\"own %s\", text.c_str());", true)},
-             {variable("text", "string", "电压\"\\"), variable("buffer", "char*", "AB", 8)}),
+             {variable("text", "string", "电压\"\\", 20), variable("buffer", "char*", "AB", 8)}),
         "s:0 s:100 own:0 own:100", "1 电压\"\\! 65|2 own 电压\"\\!");
     row("exceptions within a step",
         main({statement("s", "try { throw 5; } catch (int n) { log_info(\"%d\", n); }")}),
@@ -220,10 +220,100 @@ void CodegenRunTest::controlFlow_data()
     row("a step that this runtime can't do",
         main({named(std::make_shared<BuzzProcessBlock>(), "buzz")}), "buzz:0 buzz:100",
         "2 步骤“buzz”(蜂鸣器)未执行: 此运行时暂不支持该类步骤");
+    row("goto into a loop starts with a counter of its own",
+        main({jump("go", "in"),
+              fixedFor("for", "i", 5, 6, 1, {statement("in", "log_info(\"%d\", i);")}),
+              plain(step_type::EndFor, "end")}),
+        "go:0 go:100 in:0 in:100 for:100 end:0 end:100", "1 5");
+    row("a failed pre-condition takes the jump with it",
+        main({with(statement("s", ""),
+                   [](IProcessBlock& block) {
+                       block.preCondition = "false";
+                       block.postConditionCode = "true";
+                       block.trueAction = 4;
+                   }),
+              with(jump("go", "s"), [](IProcessBlock& block) { block.preCondition = "false"; }),
+              statement("after", "")}),
+        "s:0 s:100 go:0 go:100 after:0 after:100", "");
+    row("post action on a variable of the statements before; jump to a sequence",
+        applet({sequence("main", {call("c", "sub"), statement("after", "")}),
+                sequence("sub", {with(statement("s", "k = 3;"),
+                                      [](IProcessBlock& block) {
+                                          block.preStatements = "int k = 0;";
+                                          block.postConditionCode = "k == 3";
+                                          block.trueAction = 2;
+                                          block.trueTarget = "other";
+                                          block.falseAction = 4;
+                                      }),
+                                 statement("never", "")}),
+                sequence("other", {statement("o", "")})}),
+        "c:0 >sub s:0 s:100 >other o:0 o:100 <other <sub c:100 after:0 after:100", "");
+    row("pause is not open yet",
+        main({with(statement("s", ""),
+                   [](IProcessBlock& block) {
+                       block.postConditionCode = "true";
+                       block.trueAction = 5;
+                   }),
+              statement("after", "")}),
+        "s:0 s:100 after:0 after:100", "");
+    row("a step's custom loop, with its turns in the log",
+        main({with(statement("s", "if (k == 2) step_fail(9);"),
+                   [](IProcessBlock& block) {
+                       block.preStatements = "int k;";
+                       block.loopType = 2;
+                       block.loopInit = "k = 1";
+                       block.loopCondition = "k <= 2 // twice";
+                       block.loopStep = "++k;";
+                       block.loopResultInReport = true;
+                   })}),
+        "s:0 s:100!-9", "1 步骤“s”第 1 次循环: 成功|1 步骤“s”第 2 次循环: 失败(-9)");
+    row("texts keep to their length",
+        main({statement(
+                 "s",
+                 "for (int i = 0; i < 5; ++i) text += \"ab\"; log_info(\"%s\", text);"
+                 "text = \"压压\"; buffer = text + \"x\"; log_info(\"%s %s\", text, buffer);"
+                 "string& alias = text; alias = \"123456\"; sprintf(buffer, \"%s\", \"abcdef\");"
+                 "string copy = text; copy += \"6\"; log_info(\"%s %s %s\", alias, buffer, copy);"
+                 "if (buffer == \"abcde\" && text != buffer) log_info(\"%d\", buffer[4]);")},
+             {variable("text", "string", "", 5), variable("buffer", "char*", "", 5)}),
+        "s:0 s:100", "1 ababa|1 压 压x|1 12345 abcde 123456|1 101");
+    row("arrays keep to their length",
+        main({statement("in", "a = {1, 2, 3, 4}; b = a; a[1] = 0x1FF; "
+                              "log_info(\"%d %d %d %d\", a[0], a[1], a[2], b[3]);"),
+              statement("out",
+                        "a[3] = 7; a[-1] = 8; int n = text[9]; log_info(\"%d %d\", a[2], n);"),
+              expression("element", "a[0]", "b[2] + 1"),
+              statement("end", "log_info(\"%d\", a[0]);")},
+             {variable("a", "u8*", "", 3), variable("b", "s32*", "9,9,9,9", 4),
+              variable("text", "string", "abc", 9)}),
+        "in:0 in:100 out:0 out:100!-1 element:0 element:100 end:0 end:100",
+        "1 1 255 3 0|3 下标 3 超出范围, 有效范围为 0 到 2|1 3 0|1 4");
+    row("records are passed on",
+        main({statement("s",
+                        "void fill(PDrelCan frame, XcpODTEntry* entry, XcpCanCfg& c)\n{\n"
+                        "    frame->Id += 0x123;\n    entry->DAQSize = 4;\n    c.fd = true;\n}\n"
+                        "fill(can, entry, cfg);\n"
+                        "log_info(\"%x %d %d\", can->Id, entry->DAQSize, cfg.fd);")},
+             {variable("can", "PDrelCan", "0"), variable("uds", "PDrelUds", "0"),
+              variable("ecu", "PDrelEcuInfo", "0"), variable("big", "DrelBigMsg*", "0"),
+              variable("cfg", "XcpCanCfg", "0"), variable("entry", "XcpODTEntry*", "0"),
+              variable("list", "XcpDAQListCfg", "0"), variable("tl", "XcpTransportLayerCan", "0"),
+              variable("pl", "XcpProtocolLayerCfg", "0"),
+              variable("page", "XcpCalibrationPage", ""),
+              variable("program", "XcpProgramFormat", "")}),
+        "s:0 s:100", "1 123 4 1");
+    row("functions of statements are known everywhere",
+        applet({sequence("main", {statement("s", "log_info(\"%d\", twice(n));"), call("c", "sub")}),
+                sequence("sub",
+                         {statement("d", "s32 twice(s32 value, s32 factor = 2)\n{\n    n += 1;\n"
+                                         "    return value * factor;\n}")})},
+               {variable("n", "s32", "20")}),
+        "s:0 s:100 c:0 >sub d:0 d:100 <sub c:100", "1 40");
     row("names that would clash elsewhere",
         main({statement("s", "log_info(\"%d %d %d\", y0, time, process);")},
              {variable("y0", "s32", "1"), variable("time", "s32", "2"),
-              variable("process", "s32", "3")}),
+              variable("process", "s32", "3"), variable("sequence_main", "s32", "4"),
+              variable("first", "s32", "5")}),
         "s:0 s:100", "1 1 2 3");
 }
 
@@ -259,15 +349,21 @@ void CodegenRunTest::longSequence()
             plain(step_type::Else, "else" + number, {expression("add" + number, "n", "n + 1")}));
         expected += QStringLiteral("if%1:0 if%1:100 else%1:0 add%1:0 add%1:100 else%1:100 ").arg(i);
     }
-    auto source = applet({sequence("main", blocks, {variable("n", "s32", "0")})});
-    source.applet.sequences.front().flows[2] = {statement("end", "log_info(\"%d\", n);")};
+    auto source = applet(
+        {sequence("main", blocks,
+                  {variable("n", "s32", "0"), variable("list", "u8*", "1,2", 4),
+                   variable("text", "string", "abc", 3), variable("buffer", "char*", "de", 3),
+                   variable("can", "PDrelCan", "0")})});
+    source.applet.sequences.front().flows[2] = {
+        statement("end", "text += \"f\"; buffer[2] = 'f'; can->Id = list[1];\n"
+                         "log_info(\"%d %s %s %d\", n, text, buffer, can->Id);")};
     const QString appName = QStringLiteral("long");
     QCOMPARE(m_harness->build(appName, source), QString());
-    QVERIFY(codegen::generate(source).files.front().text.find("part_6()") != std::string::npos);
+    QVERIFY(codegen::generate(source).files.back().text.find("part_6()") != std::string::npos);
     QVERIFY(m_harness->start(appName));
     QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{1}, 20000);
     QCOMPARE(m_harness->reports(appName).join(u' '), expected + QStringLiteral("end:0 end:100"));
-    QCOMPARE(m_harness->logLines(appName), QStringList{QStringLiteral("1 333")});
+    QCOMPARE(m_harness->logLines(appName), QStringList{QStringLiteral("1 333 abc def 2")});
 }
 
 QTEST_GUILESS_MAIN(CodegenRunTest)

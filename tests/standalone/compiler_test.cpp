@@ -11,6 +11,8 @@
 using namespace builders;
 using standalone::CompileService;
 
+Q_DECLARE_METATYPE(codegen::AppletSource)
+
 namespace {
 
 struct Result
@@ -40,8 +42,9 @@ private slots:
     void init();
     void cleanup();
 
-    void errorNamesItsStep_data();
-    void errorNamesItsStep();
+    void errorsNameTheirSteps_data();
+    void errorsNameTheirSteps();
+    void onlyWhatChangedIsCompiled();
     void problemsFailWithoutACompiler();
     void missingCompiler();
     void hangingCompilerIsKilled();
@@ -117,24 +120,113 @@ void CompilerTest::useCompiler(const QByteArray& script)
     qputenv("CXX", QFile::encodeName(path));
 }
 
-void CompilerTest::errorNamesItsStep_data()
+void CompilerTest::errorsNameTheirSteps_data()
 {
-    QTest::addColumn<bool>("splitFile");
-    QTest::newRow("in the sequence") << false;
-    QTest::newRow("in a file of its own") << true;
+    QTest::addColumn<codegen::AppletSource>("source");
+    QTest::addColumn<QStringList>("expected");
+    const QString there =
+        QStringLiteral("出错步骤: 序列“main”, 步骤“电压”, 语句第 %1 行: %2 [main/电压]");
+    const QString missing = QStringLiteral("‘qzqzq’ was not declared in this scope");
+    QTest::newRow("in the sequence")
+        << single("int n = 1;\nqzqzq(n);") << QStringList{there.arg(QStringLiteral("2"), missing)};
+    QTest::newRow("in a file of its own")
+        << single("qzqzq(1);", true) << QStringList{there.arg(QStringLiteral("1"), missing)};
+    QTest::newRow("in a function of a statement")
+        << single("int f()\n{\n    return qzqzq;\n}\nf();")
+        << QStringList{there.arg(QStringLiteral("3"), missing)};
+    QTest::newRow("within the runtime's headers")
+        << single("\nstruct s {};\nlog_info(\"%d\", rt::array<s, 1>() = rt::array<int, 2>());")
+        << QStringList{there.arg(QStringLiteral("3"), QStringLiteral("*"))};
+    QTest::newRow("when it is linked")
+        << single("extern int nowhere();\nnowhere();")
+        << QStringList{QStringLiteral("出错位置: 序列“main”: undefined reference to "
+                                      "`applet::process::nowhere()' [main/]")};
+    QTest::newRow("in several sequences")
+        << applet({sequence("main", {statement("one", "qz1;\nqz2;"), call("c", "sub")}),
+                   sequence("sub", {expression("two", "qz3", "1"), statement("fine", "")})})
+        << QStringList{
+               QStringLiteral("出错步骤: 序列“main”, 步骤“one”, 语句第 1 行: ‘qz1’ * [main/one]"),
+               QStringLiteral("出错步骤: 序列“main”, 步骤“one”, 语句第 2 行: ‘qz2’ * [main/one]"),
+               QStringLiteral("出错步骤: 序列“sub”, 步骤“two”, 表达式第 1 行: ‘qz3’ * [sub/two]")};
+    Blocks many;
+    QStringList lines;
+    for (int i = 0; i < 25; ++i) {
+        const std::string name = "s" + std::to_string(i);
+        many.push_back(statement(name, "m" + std::to_string(i) + ";"));
+        if (i < 20)
+            lines << QStringLiteral("出错步骤: 序列“main”, 步骤“s%1”, 语句第 1 行: * [main/s%1]")
+                         .arg(i);
+    }
+    lines << QStringLiteral("另有 5 处错误");
+    QTest::newRow("too many") << applet({sequence("main", many)}) << lines;
 }
 
-void CompilerTest::errorNamesItsStep()
+void CompilerTest::errorsNameTheirSteps()
 {
-    QFETCH(bool, splitFile);
-    QCOMPARE(start(single("missing_function(1);", splitFile)), CompileService::Started);
+    QFETCH(codegen::AppletSource, source);
+    QFETCH(QStringList, expected);
+    QCOMPARE(start(source), CompileService::Started);
     QTRY_COMPARE_WITH_TIMEOUT(results().size(), 1, 60000);
     QCOMPARE(results()[0].result, CompileFailed);
     QCOMPARE(results()[0].appName, m_app);
-    QVERIFY2(
-        results()[0].message.startsWith(QStringLiteral("出错步骤: 序列“main”, 步骤“电压” (第 ")),
-        qPrintable(results()[0].message));
-    QVERIFY(results()[0].message.contains(QStringLiteral("missing_function")));
+    const QStringList lines = results()[0].message.split(u'\n');
+    for (int i = 0; i < expected.size(); ++i) {
+        const QStringList parts = expected[i].split(u'*'); // what stands for any words
+        QVERIFY2(lines.value(i).startsWith(parts.first()) &&
+                     lines.value(i).endsWith(parts.last().trimmed()),
+                 qPrintable(results()[0].message));
+    }
+    // After them the compiler's own words.
+    QVERIFY2(lines.value(expected.size())
+                 .contains(QRegularExpression(QStringLiteral("^(sequence_|In file |/)"))),
+             qPrintable(results()[0].message));
+}
+
+/// Compilers and linkers are counted by a program that stands in for the compiler.
+void CompilerTest::onlyWhatChangedIsCompiled()
+{
+    const QString log = m_harness->projectPath() + QStringLiteral("/log");
+    useCompiler("echo \"$@\" >> '" + QFile::encodeName(log) + "'\nexec c++ \"$@\"");
+    const auto work = [&](const codegen::AppletSource& source) {
+        QFile::remove(log);
+        const QString failure = m_harness->build(m_app, source);
+        QFile file(log);
+        QStringList names;
+        if (!failure.isEmpty() || !file.open(QIODevice::ReadOnly))
+            return failure;
+        for (const QString& line :
+             QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts))
+            names << (line.contains(QLatin1String("-shared"))
+                          ? QStringLiteral("link")
+                          : line.section(QStringLiteral(" -c "), 1).section(u' ', 0, 0));
+        names.sort();
+        return names.join(u' ');
+    };
+    const auto source = [](const char* code, const char* type = "s32") {
+        return applet({sequence("main", {call("c", "sub"), statement("own", "n = 1;", true)}),
+                       sequence("sub", {statement("s", code)})},
+                      {variable("n", type, "1")});
+    };
+    QCOMPARE(work(source("n = 1;")),
+             QStringLiteral("a_capplet.cpp link sequence_main.cpp sequence_sub.cpp"));
+    QCOMPARE(work(source("n = 2;")), QStringLiteral("link sequence_sub.cpp"));
+    QCOMPARE(work(source("n = 1;")), QStringLiteral("link"));
+    QCOMPARE(work(source("n = 1;", "s64")),
+             QStringLiteral("a_capplet.cpp link sequence_main.cpp sequence_sub.cpp"));
+    // What another compiler made is of no use.
+    useCompiler("echo \"$@\" >> '" + QFile::encodeName(log) + "'\nexec g++ \"$@\"");
+    QCOMPARE(work(source("n = 1;", "s64")),
+             QStringLiteral("a_capplet.cpp link sequence_main.cpp sequence_sub.cpp"));
+    // Objects damaged on disk cost one failure.
+    const QDir objects(standalone::appletCodeFolder(m_app) + QStringLiteral("/objects"));
+    const QStringList names = objects.entryList({QStringLiteral("*.o")}, QDir::Files);
+    for (const QString& name : names) {
+        QFile object(objects.filePath(name));
+        QVERIFY(object.open(QIODevice::WriteOnly));
+    }
+    QVERIFY(work(source("n = 3;", "s64")).contains(QStringLiteral("undefined reference")));
+    QCOMPARE(work(source("n = 3;", "s64")), QStringLiteral("a_capplet.cpp link sequence_main.cpp"));
+    QVERIFY(objects.entryList(QDir::Files).filter(QStringLiteral(".new")).isEmpty());
 }
 
 void CompilerTest::problemsFailWithoutACompiler()
@@ -144,7 +236,8 @@ void CompilerTest::problemsFailWithoutACompiler()
              CompileService::Started);
     QTRY_COMPARE_WITH_TIMEOUT(results().size(), 1, 60000);
     QCOMPARE(results()[0].result, CompileFailed);
-    QCOMPARE(results()[0].message, QStringLiteral("序列“main”的步骤“b”: break 不在循环之内\n"));
+    QCOMPARE(results()[0].message,
+             QStringLiteral("出错步骤: 序列“main”, 步骤“b”: break 不在循环之内 [main/b]\n"));
 }
 
 void CompilerTest::missingCompiler()
@@ -206,8 +299,8 @@ void CompilerTest::unchangedFilesAreLeftAlone()
 {
     QCOMPARE(m_harness->build(m_app, single("int first = 1;", true)), QString());
     const QString folder = standalone::appletCodeFolder(m_app);
-    const QString source = folder + QStringLiteral("/a_capplet.cpp");
-    const QString statement = folder + QStringLiteral("/statement_1.inc");
+    const QString source = folder + QStringLiteral("/sequence_main.cpp");
+    const QString statement = folder + QStringLiteral("/statement_sequence_main_1.inc");
     const QDateTime before(QDate(2020, 1, 1), QTime(0, 0));
     for (const QString& path : {source, statement}) {
         QFile file(path);
@@ -221,6 +314,10 @@ void CompilerTest::unchangedFilesAreLeftAlone()
     QCOMPARE(m_harness->build(m_app, single("int third = 3;")), QString());
     QVERIFY(!QFileInfo::exists(statement));
     QVERIFY(QFileInfo::exists(folder + QStringLiteral("/applet_runtime.h")));
+    auto other = single("");
+    other.applet.sequences.front().info.name = "renamed";
+    QCOMPARE(m_harness->build(m_app, other), QString());
+    QVERIFY(!QFileInfo::exists(source));
 }
 
 void CompilerTest::failureKeepsTheOldModule()

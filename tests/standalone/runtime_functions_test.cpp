@@ -154,7 +154,7 @@ void RuntimeFunctionsTest::calledByApiSteps()
                   {api("part", "text_part(string,s32,s32)", "part", {"whole", "1", "2"}),
                    api("crc", "crc16(string,u8*,s32)", "sum", {"\"CRC-16/ARC\"", "data", "2"}),
                    statement("log", "log_info(\"%s %04x\", part.c_str(), sum);")})},
-        {variable("part", "string", ""), variable("whole", "string", "abcd"),
+        {variable("part", "string", "", 16), variable("whole", "string", "abcd"),
          variable("sum", "u16", "0"), variable("data", "u8*", "[49, 50]", 2)});
     const QString appName = QStringLiteral("api");
     QCOMPARE(m_harness->build(appName, source), QString());

@@ -1,0 +1,139 @@
+// One step of a large applet is changed and the applet is built again: generation, comparison of
+// what was generated, one unit, the link. Beside it the bare compiler on that unit and the bare
+// link of all, by the same command lines.
+
+#include "model/process_blocks.h"
+#include "model/services/processedit.h"
+#include "standalone/compiler/compiler_command.h"
+#include "standalone/host/Host.h"
+#include "standalone/runtime/applet_paths.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QSemaphore>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+namespace processedit = sdk_ui_interface::processedit;
+
+namespace {
+
+const QString appName = QStringLiteral("bench_rebuild");
+constexpr int Sequences = 20;
+
+/// An applet of n steps in twenty sequences that the first one calls.
+class Bench
+{
+public:
+    explicit Bench(int steps)
+    {
+        standalone::Host::instance().setProjectPath(m_project.path());
+        m_main = processedit::createSeuqence(appName, QStringLiteral("main"));
+        for (int i = 1; i < Sequences; ++i) {
+            const QString sequence =
+                processedit::createSeuqence(appName, QStringLiteral("part_%1").arg(i));
+            addStep<SequenceProcessBlock>(m_main, step_type::Sequence, [&](auto& call) {
+                call.sourceKind = SequenceProcessBlock::AppletSequence;
+                call.sequenceId = sequence.toStdString();
+            });
+            for (int step = 0; step < steps / Sequences; ++step)
+                addStepOf(sequence, step);
+        }
+    }
+    ~Bench() { processedit::removeApp(appName); }
+
+    /// Changes one step; false if the compile fails.
+    bool changeAndBuild()
+    {
+        m_changed->setCustomCode("int value = " + std::to_string(++m_value) + ";");
+        processedit::updateProcess(appName, m_main, m_changed);
+        QSemaphore finished;
+        compileResult outcome = CompileFailed;
+        bool skipped = false;
+        const auto onFinished = [&](compileResult result, quint64, const char*, const char*) {
+            outcome = result;
+            finished.release();
+        };
+        if (!processedit::compileCApplet(appName, m_main, false, false, onFinished, skipped) ||
+            skipped)
+            return false;
+        finished.acquire();
+        return outcome == CompileSucceeded;
+    }
+
+private:
+    template <class Block, class Change>
+    std::shared_ptr<Block> addStep(const QString& sequence, int type, const Change& change)
+    {
+        const QString uuid =
+            processedit::createProcess(appName, sequence, QStringLiteral("1"), BasicStep, type, -1);
+        auto block = std::dynamic_pointer_cast<Block>(processedit::getProcess(appName, uuid));
+        change(*block);
+        processedit::updateProcess(appName, sequence, block);
+        return block;
+    }
+
+    void addStepOf(const QString& sequence, int step)
+    {
+        if (step % 2)
+            addStep<ExpressionProcessBlock>(sequence, step_type::Expression,
+                                            [](auto& block) { block.rightExpression = "1 + 2"; });
+        else
+            m_changed =
+                addStep<StatementProcessBlock>(sequence, step_type::Statement, [](auto& block) {
+                    block.setCustomCode("int value = 1;\nlog_debug(\"%d\", value);");
+                });
+    }
+
+    QTemporaryDir m_project;
+    QString m_main;
+    std::shared_ptr<StatementProcessBlock> m_changed; ///< of the last sequence
+    int m_value = 0;
+};
+
+void rebuild_step(benchmark::State& state)
+{
+    Bench bench(int(state.range(0)));
+    bool good = bench.changeAndBuild();
+    for (auto _ : state)
+        good = good && bench.changeAndBuild();
+    if (!good)
+        state.SkipWithError("the applet could not be compiled");
+}
+
+void rebuild_step_yardstick(benchmark::State& state)
+{
+    Bench bench(int(state.range(0)));
+    bool good = bench.changeAndBuild();
+    const standalone::CompilerCommand command = standalone::compilerCommand();
+    QTemporaryDir scratch;
+    const auto run = [&](const QStringList& arguments) {
+        QProcess process;
+        process.setWorkingDirectory(standalone::appletCodeFolder(appName));
+        process.start(command.program, arguments);
+        good = good && process.waitForFinished() && process.exitCode() == 0;
+    };
+    const auto compile = [&](const QString& unit) {
+        run(command.compileArguments(unit, scratch.filePath(unit + QStringLiteral(".o"))));
+    };
+    QStringList objects;
+    const QStringList units =
+        QDir(standalone::appletCodeFolder(appName)).entryList({QStringLiteral("*.cpp")});
+    for (const QString& unit : units) {
+        compile(unit);
+        objects << scratch.filePath(unit + QStringLiteral(".o"));
+    }
+    const QString changed = QStringLiteral("sequence_part_%1.cpp").arg(Sequences - 1);
+    for (auto _ : state) {
+        compile(changed);
+        run(command.linkArguments(objects, scratch.filePath(QStringLiteral("bare.mp"))));
+    }
+    if (!good || objects.size() != Sequences + 1)
+        state.SkipWithError("the compiler refused the generated files");
+}
+
+} // namespace
+
+BENCHMARK(rebuild_step)->Arg(2000)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(rebuild_step_yardstick)->Arg(2000)->UseRealTime()->Unit(benchmark::kMillisecond);
