@@ -1,5 +1,6 @@
 #include "shell/applet_documents.h"
 
+#include "shell/document_text.h"
 #include "shell/kept_copies.h"
 
 #include "model/applet_name.h"
@@ -7,13 +8,18 @@
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
 
 namespace processedit = sdk_ui_interface::processedit;
 
@@ -23,8 +29,8 @@ const QString documentName = QStringLiteral("processInfo.pedt");
 
 namespace {
 
-const QString logicViewKey = QStringLiteral("logicview");
-const QString variablesKey = QStringLiteral("logicvar");
+constexpr std::string_view logicViewKey = "logicview";
+constexpr std::string_view variablesKey = "logicvar";
 
 // Reports to the log, or to nobody.
 class Reporter
@@ -40,6 +46,19 @@ public:
 private:
     bool m_quiet;
 };
+
+std::string_view viewOf(const QByteArray& text)
+{
+    return {text.constData(), static_cast<std::size_t>(text.size())};
+}
+
+// UTF-8 with whatever is none replaced.
+std::string soundUtf8(std::string_view text)
+{
+    if (document_text::firstForeignByte(text) == std::string_view::npos)
+        return std::string(text);
+    return QString::fromUtf8(text.data(), int(text.size())).toStdString();
+}
 
 QJsonObject parseOwn(const QByteArray& json, const QString& complaint)
 {
@@ -71,16 +90,35 @@ bool hasAnyBlock(const QString& appName)
 }
 
 // What each document held when it was last read or written here, by absolute path.
-QHash<QString, QByteArray>& knownContents()
+struct KnownContent
 {
-    static QHash<QString, QByteArray> fingerprints;
-    return fingerprints;
+    int size = 0;
+    std::size_t hash = 0;
+    /// Members beside the two of the services, as a newer version may write them.
+    std::map<std::string, std::string> foreign;
+
+    bool isOf(const QByteArray& content) const
+    {
+        return size == content.size() && hash == hashOf(content);
+    }
+    static std::size_t hashOf(const QByteArray& content)
+    {
+        return std::hash<std::string_view>()(viewOf(content));
+    }
+};
+
+QHash<QString, KnownContent>& knownContents()
+{
+    static QHash<QString, KnownContent> contents;
+    return contents;
 }
 
-void remember(const QString& fileName, const QByteArray& content)
+KnownContent& remember(const QString& fileName, const QByteArray& content)
 {
-    knownContents().insert(QFileInfo(fileName).absoluteFilePath(),
-                           QCryptographicHash::hash(content, QCryptographicHash::Sha1));
+    auto& known = knownContents()[QFileInfo(fileName).absoluteFilePath()];
+    known.size = content.size();
+    known.hash = KnownContent::hashOf(content);
+    return known;
 }
 
 void keepIfReplaced(const QString& fileName)
@@ -88,7 +126,7 @@ void keepIfReplaced(const QString& fileName)
     const auto known = knownContents().constFind(QFileInfo(fileName).absoluteFilePath());
     QFile file(fileName);
     if (known == knownContents().constEnd() || !file.open(QIODevice::ReadOnly) ||
-        QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha1) == *known)
+        known->isOf(file.readAll()))
         return;
     const QString copy = kept_copies::keep(fileName, kept_copies::replaced);
     sdk_ui_interface::log::log_error(
@@ -103,36 +141,49 @@ void keepDamaged(const QString& fileName, const Reporter& report)
                           : QStringLiteral("[流程编辑] 已保留损坏的流程文件: ") + copy);
 }
 
-QByteArray objectText(const QJsonValue& value)
+// Tells what is wrong with a document, and keeps a copy of one that a save would not give back.
+void checkDocument(const QString& fileName, std::string_view text,
+                   const document_text::Parts& parts, const Reporter& report)
 {
-    return QJsonDocument(value.toObject()).toJson();
+    const bool isBroken = parts.fault || !parts.isObject;
+    if (isBroken) {
+        const QString fault =
+            parts.fault ? QString::fromUtf8(parts.fault) : QStringLiteral("不是对象");
+        report(QStringLiteral("[流程编辑] 流程json文件解析失败: %1 (%2)")
+                   .arg(fault, document_text::lineAndColumn(text, parts.faultOffset)));
+    }
+    const auto foreign = document_text::firstForeignByte(text);
+    const bool isForeign = foreign != std::string_view::npos;
+    if (isForeign)
+        report(QStringLiteral("[流程编辑] 流程文件含有非UTF-8字符, 已替换: ") +
+               document_text::lineAndColumn(text, foreign));
+    if (isBroken || isForeign)
+        keepDamaged(fileName, report);
 }
 
 void readDocument(const QString& appName, const QString& fileName, const Reporter& report)
 {
+    constexpr qint64 mostBytes = 512 * 1024 * 1024; // strings of the toolkit end at four times that
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!file.open(QIODevice::ReadOnly) || file.size() > mostBytes) {
         report(QStringLiteral("[流程编辑] 无法读取流程文件: %1 (%2)")
-                   .arg(fileName, file.errorString()));
+                   .arg(fileName, file.isOpen() ? QStringLiteral("文件过大") : file.errorString()));
         keepDamaged(fileName, report);
         return;
     }
     const QByteArray text = file.readAll();
-    remember(fileName, text);
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
-    if (error.error != QJsonParseError::NoError || !document.isObject()) {
-        report(QStringLiteral("[流程编辑] 流程json文件解析失败: ") + error.errorString());
-        keepDamaged(fileName, report);
-        return;
+    const auto parts = document_text::split(viewOf(text));
+    checkDocument(fileName, viewOf(text), parts, report);
+    auto& foreign = remember(fileName, text).foreign;
+    foreign.clear();
+    for (const auto& [name, json] : parts.members) {
+        if (name == logicViewKey)
+            processedit::loadProcessJson(appName, QString::fromUtf8(json.data(), int(json.size())));
+        else if (name == variablesKey)
+            process_json_edit::loadAppVariableJson(appletNameBytes(appName), soundUtf8(json));
+        else if (!parts.fault)
+            foreign.emplace(name, json);
     }
-    const QJsonObject root = document.object();
-    if (root.contains(logicViewKey))
-        processedit::loadProcessJson(appName,
-                                     QString::fromUtf8(objectText(root.value(logicViewKey))));
-    if (root.contains(variablesKey))
-        process_json_edit::loadAppVariableJson(appletNameBytes(appName),
-                                               objectText(root.value(variablesKey)).toStdString());
 }
 
 // The text of a file of an older version; empty if there is none or it can't be parsed.
@@ -161,6 +212,49 @@ void readOldDocument(const QString& appName, const QString& folder, const Report
     process_json_edit::loadAppVariableJson(appletNameBytes(appName), variables.toStdString());
 }
 
+// A document of texts that can't be joined as they are: by way of the JSON library.
+std::string rebuiltText(const std::map<std::string_view, std::string_view>& members)
+{
+    QJsonObject root;
+    for (const auto& [name, json] : members) {
+        const QByteArray text(json.data(), int(json.size()));
+        const QString key = QString::fromUtf8(name.data(), int(name.size()));
+        if (name == logicViewKey)
+            root.insert(key, parseOwn(text, QStringLiteral("[流程编辑]: 步骤json解析错误: ")));
+        else if (name == variablesKey)
+            root.insert(key, parseOwn(text, QStringLiteral("[流程编辑]: 变量json解析错误: ")));
+        else
+            root.insert(key, QJsonDocument::fromJson('[' + text + ']').array().at(0));
+    }
+    return QJsonDocument(root).toJson().toStdString();
+}
+
+bool isObject(std::string_view json)
+{
+    const auto first = json.find_first_not_of(" \t\r\n");
+    return first != std::string_view::npos && json[first] == '{';
+}
+
+std::string documentText(const QString& appName, const StripFunction& strip,
+                         const std::map<std::string, std::string>& foreign)
+{
+    QByteArray steps = processedit::generateProcessJson(appName).toUtf8();
+    const std::string variables =
+        process_json_edit::generateAppAndSequenceVariableJson(appletNameBytes(appName));
+    if (strip) {
+        QJsonObject object = parseOwn(steps, QStringLiteral("[流程编辑]: 步骤json解析错误: "));
+        strip(object);
+        steps = QJsonDocument(object).toJson(QJsonDocument::Compact);
+    }
+    std::map<std::string_view, std::string_view> members(foreign.begin(), foreign.end());
+    members[logicViewKey] = viewOf(steps);
+    members[variablesKey] = variables;
+    std::string text;
+    if (!isObject(viewOf(steps)) || !isObject(variables) || !document_text::join(members, text))
+        return rebuiltText(members);
+    return text;
+}
+
 } // namespace
 
 QString documentPath(const QString& jsonFolder)
@@ -178,17 +272,9 @@ bool write(const QString& appName, const QString& fileName, const StripFunction&
                 .arg(appName, fileName));
         return false;
     }
-    QJsonObject logicView = parseOwn(processedit::generateProcessJson(appName).toUtf8(),
-                                     QStringLiteral("[流程编辑]: 步骤json解析错误: "));
-    if (strip)
-        strip(logicView);
-    const std::string variables =
-        process_json_edit::generateAppAndSequenceVariableJson(appletNameBytes(appName));
-    const QJsonObject root{
-        {logicViewKey, logicView},
-        {variablesKey, parseOwn(QByteArray::fromStdString(variables),
-                                QStringLiteral("[流程编辑]: 变量json解析错误: "))}};
-    const QByteArray text = QJsonDocument(root).toJson();
+    const QString path = QFileInfo(fileName).absoluteFilePath();
+    const std::string document = documentText(appName, strip, knownContents().value(path).foreign);
+    const auto text = QByteArray::fromRawData(document.data(), int(document.size()));
     keepIfReplaced(fileName);
     if (!writeFile(fileName, text))
         return false;

@@ -18,18 +18,56 @@ int heightOf(const IProcessBlock& block)
     return below + 1;
 }
 
-void putAt(AppletModel::Blocks& blocks, const AppletModel::BlockPtr& block, int index)
+/// Where a block stands in @p blocks, looked for from @p nearby on: what was added or removed
+/// before it since is little.
+int indexOf(const AppletModel::Blocks& blocks, const IProcessBlock* block, int nearby)
 {
-    const bool isInside = index >= 0 && index < static_cast<int>(blocks.size());
-    blocks.insert(isInside ? blocks.begin() + index : blocks.end(), block);
+    const int count = static_cast<int>(blocks.size());
+    nearby = std::clamp(nearby, 0, count);
+    const auto isAt = [&](int i) {
+        return i >= 0 && i < count && blocks[static_cast<std::size_t>(i)].get() == block;
+    };
+    for (int off = 0; off <= count; ++off) {
+        if (isAt(nearby - off))
+            return nearby - off;
+        if (isAt(nearby + off))
+            return nearby + off;
+    }
+    return -1;
 }
 
-void takeOut(AppletModel::Blocks& blocks, const IProcessBlock* block)
+int placeFor(int index, std::size_t count)
 {
-    const auto found = std::find_if(blocks.begin(), blocks.end(),
-                                    [=](const auto& other) { return other.get() == block; });
-    if (found != blocks.end())
-        blocks.erase(found);
+    const int end = static_cast<int>(count);
+    return index >= 0 && index < end ? index : end;
+}
+
+int putAt(AppletModel::Blocks& blocks, const AppletModel::BlockPtr& block, int index)
+{
+    const int place = placeFor(index, blocks.size());
+    blocks.insert(blocks.begin() + place, block);
+    return place;
+}
+
+void takeOut(AppletModel::Blocks& blocks, const AppletModel::Place& place)
+{
+    const int index = indexOf(blocks, place.block.get(), place.lastIndex);
+    if (index >= 0)
+        blocks.erase(blocks.begin() + index);
+}
+
+/// Moves a block among its siblings; the index counts without the block itself. Only what stands
+/// between the two places is touched.
+int moveTo(AppletModel::Blocks& blocks, const AppletModel::Place& place, int index)
+{
+    const int from = indexOf(blocks, place.block.get(), place.lastIndex);
+    const int to = placeFor(index, blocks.size() - 1);
+    const auto at = [&](int i) { return blocks.begin() + i; };
+    if (from < to)
+        std::rotate(at(from), at(from + 1), at(to + 1));
+    else
+        std::rotate(at(to), at(from), at(from + 1));
+    return to;
 }
 
 } // namespace
@@ -69,6 +107,15 @@ void AppletModel::removeAllSequences()
     m_sequences.clear();
 }
 
+void AppletModel::assign(Sequences sequences, BlockPlaces places)
+{
+    removeAllSequences();
+    m_sequences = std::move(sequences);
+    m_places = std::move(places);
+    for (const auto& sequence : m_sequences)
+        m_sequencesById[sequence->head.id] = sequence.get();
+}
+
 AppletModel::BlockPtr AppletModel::block(const std::string& uuid) const
 {
     const auto* found = place(uuid);
@@ -77,8 +124,7 @@ AppletModel::BlockPtr AppletModel::block(const std::string& uuid) const
 
 const AppletModel::Place* AppletModel::place(const std::string& uuid) const
 {
-    const auto found = m_places.find(uuid);
-    return found == m_places.end() ? nullptr : &found->second;
+    return m_places.find(uuid);
 }
 
 bool AppletModel::insert(const BlockPtr& block, const std::string& sequenceId,
@@ -90,31 +136,36 @@ bool AppletModel::insert(const BlockPtr& block, const std::string& sequenceId,
         return false;
     if (depthOf(target.parent) + heightOf(*block) > BlockReader::MaxDepth)
         return false;
-    putAt(*siblings, block, index);
+    target.lastIndex = putAt(*siblings, block, index);
     enter(block, target);
     return true;
 }
 
 bool AppletModel::move(const std::string& uuid, const std::string& parentUuid, int index)
 {
-    const auto found = m_places.find(uuid);
-    if (found == m_places.end())
+    auto* found = m_places.find(uuid);
+    if (!found)
         return false;
-    const Place source = found->second;
+    const Place source = *found;
     Place target;
     auto* siblings = siblingsFor(source.sequence->head.id, parentUuid, target);
     if (!siblings)
         return false;
-    for (const auto* above = target.parent; above; above = m_places.at(above->uuid).parent) {
+    for (const auto* above = target.parent; above; above = parentOf(*above)) {
         if (above == source.block.get())
             return false;
     }
     if (depthOf(target.parent) + heightOf(*source.block) > BlockReader::MaxDepth)
         return false;
-    takeOut(siblingsOf(source), source.block.get());
-    putAt(*siblings, source.block, index);
+    auto& former = siblingsOf(source);
+    if (siblings == &former) {
+        found->lastIndex = moveTo(former, source, index);
+        return true;
+    }
+    takeOut(former, source);
+    target.lastIndex = found->lastIndex = putAt(*siblings, source.block, index);
     if (source.flow == target.flow) {
-        found->second.parent = target.parent;
+        found->parent = target.parent;
     } else {
         enter(source.block, target);
     }
@@ -123,11 +174,11 @@ bool AppletModel::move(const std::string& uuid, const std::string& parentUuid, i
 
 void AppletModel::remove(const std::string& uuid)
 {
-    const auto found = m_places.find(uuid);
-    if (found == m_places.end())
+    auto* found = m_places.find(uuid);
+    if (!found)
         return;
-    const Place place = found->second;
-    takeOut(siblingsOf(place), place.block.get());
+    const Place place = *found;
+    takeOut(siblingsOf(place), place);
     forget({place.block});
 }
 
@@ -143,18 +194,19 @@ void AppletModel::removeFlow(const std::string& sequenceId, int flow)
 
 bool AppletModel::replace(const BlockPtr& block)
 {
-    const auto found = m_places.find(block->uuid);
-    if (found == m_places.end())
+    auto* found = m_places.find(block->uuid);
+    if (!found)
         return false;
-    const BlockPtr former = found->second.block;
+    const BlockPtr former = found->block;
     if (former == block)
         return true;
-    auto& siblings = siblingsOf(found->second);
+    auto& siblings = siblingsOf(*found);
     std::replace(siblings.begin(), siblings.end(), former, block);
     block->children = former->children;
-    found->second.block = block;
+    found->block = block;
     for (const auto& child : block->children)
-        m_places.at(child->uuid).parent = block.get();
+        if (auto* below = m_places.find(child->uuid))
+            below->parent = block.get();
     return true;
 }
 
@@ -186,15 +238,20 @@ void AppletModel::enter(const BlockPtr& block, const Place& place)
 {
     Place entry = place;
     entry.block = block;
-    m_places[block->uuid] = entry;
+    if (!m_places.insert(entry))
+        *m_places.find(block->uuid) = entry;
     entry.parent = block.get();
+    entry.lastIndex = 0;
     enterAll(block->children, entry);
 }
 
 void AppletModel::enterAll(const Blocks& blocks, const Place& place)
 {
-    for (const auto& block : blocks)
-        enter(block, place);
+    auto each = place;
+    for (const auto& block : blocks) {
+        enter(block, each);
+        ++each.lastIndex;
+    }
 }
 
 void AppletModel::forget(const Blocks& blocks)
@@ -207,15 +264,21 @@ void AppletModel::forget(const Blocks& blocks)
 
 bool AppletModel::isFree(const IProcessBlock& block) const
 {
-    return isBlockUuid(block.uuid) && m_places.count(block.uuid) == 0 &&
+    return isBlockUuid(block.uuid) && !m_places.find(block.uuid) &&
            std::all_of(block.children.begin(), block.children.end(),
                        [this](const auto& child) { return isFree(*child); });
+}
+
+const IProcessBlock* AppletModel::parentOf(const IProcessBlock& block) const
+{
+    const auto* known = m_places.find(block.uuid);
+    return known ? known->parent : nullptr;
 }
 
 int AppletModel::depthOf(const IProcessBlock* block) const
 {
     int depth = 0;
-    for (; block; block = m_places.at(block->uuid).parent)
+    for (; block; block = parentOf(*block))
         ++depth;
     return depth;
 }

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "standalone/model_service/BlockPlaces.h"
+#include "standalone/model_service/property_json.h"
 #include "standalone/model_service/sequence_json.h"
-
-#include <QJsonObject>
 
 #include <memory>
 #include <string>
@@ -19,26 +19,22 @@ public:
     using BlockPtr = std::shared_ptr<IProcessBlock>;
     using Blocks = SequenceContent::Blocks;
 
-    /// Where a block stands.
-    struct Place
-    {
-        BlockPtr block;
-        IProcessBlock* parent = nullptr; ///< null at the top of a flow
-        SequenceContent* sequence = nullptr;
-        int flow = 0; ///< InitialFlow, MainFlow or EndFlow
-    };
+    using Place = BlockPlace;
+    using Sequences = std::vector<std::unique_ptr<SequenceContent>>;
 
     AppletModel() = default;
     AppletModel(const AppletModel&) = delete;
     AppletModel& operator=(const AppletModel&) = delete;
 
     /// Sequences in table order.
-    const std::vector<std::unique_ptr<SequenceContent>>& sequences() const { return m_sequences; }
+    const Sequences& sequences() const { return m_sequences; }
     SequenceContent* sequence(const std::string& id) const; ///< null if there is none
     /// Adds a sequence with its blocks; its id and its blocks' uuids must be free.
     void addSequence(SequenceContent sequence);
     void removeSequence(const std::string& id);
     void removeAllSequences();
+    /// Replaces all by sequences with different ids, and the places of all their blocks.
+    void assign(Sequences sequences, BlockPlaces places);
 
     BlockPtr block(const std::string& uuid) const; ///< null if there is none
     const Place* place(const std::string& uuid) const;
@@ -57,8 +53,8 @@ public:
     bool replace(const BlockPtr& block);
 
     /// Members of the document that this version doesn't know, and those of its step kinds.
-    QJsonObject kept;
-    QJsonObject kindRests;
+    std::string kept;
+    KindTable::Rests kindRests;
     /// Whether a document was read into this applet, even an empty one.
     bool isDocument = false;
 
@@ -69,11 +65,12 @@ private:
     void enterAll(const Blocks& blocks, const Place& place);
     void forget(const Blocks& blocks);
     bool isFree(const IProcessBlock& block) const;
+    const IProcessBlock* parentOf(const IProcessBlock& block) const; ///< null at the top
     int depthOf(const IProcessBlock* block) const;
 
-    std::vector<std::unique_ptr<SequenceContent>> m_sequences;
+    Sequences m_sequences;
     std::unordered_map<std::string, SequenceContent*> m_sequencesById;
-    std::unordered_map<std::string, Place> m_places;
+    BlockPlaces m_places;
 };
 
 } // namespace standalone

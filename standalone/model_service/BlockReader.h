@@ -1,17 +1,18 @@
 #pragma once
 
-#include <QJsonArray>
-#include <QJsonObject>
+#include "standalone/model_service/BlockPlaces.h"
+#include "standalone/model_service/JsonTree.h"
 
 #include <memory>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
-class IProcessBlock;
+struct BaseStepProperty;
 
 namespace standalone {
 
+class DocumentPlace;
+class FieldReader;
 class KindTable;
 class LoadReport;
 
@@ -22,24 +23,27 @@ class BlockReader
 public:
     using Blocks = std::vector<std::shared_ptr<IProcessBlock>>;
 
-    /// Deeper nesting is flattened: the JSON parser refuses texts of more than 1024 levels, and a
-    /// document must be readable again once it stands inside another.
+    /// Deeper nesting is flattened: other programs' parsers refuse texts of more than some 1000
+    /// levels, and the editor's own walks go down by recursion.
     static constexpr int MaxDepth = 200;
 
-    BlockReader(const KindTable& kinds, LoadReport& report);
+    /// Every block that is read is entered into @p places.
+    BlockReader(const KindTable& kinds, BlockPlaces& places, LoadReport& report);
 
-    /// @p where names the place in reports.
-    Blocks read(const QJsonArray& array, const QString& where);
+    /// Reads an array of blocks for the place @p top. @p where names the array in reports.
+    Blocks read(const JsonValue& array, const DocumentPlace& where, const BlockPlace& top = {});
 
 private:
-    void readInto(Blocks& blocks, const QJsonArray& array, const QString& where, int depth);
-    std::shared_ptr<IProcessBlock> readBlock(const QJsonObject& object, const QString& where,
-                                             QJsonArray& children);
-    void giveUuid(IProcessBlock& block, const QString& where);
+    std::shared_ptr<IProcessBlock> readBlock(const JsonValue& object, const DocumentPlace& where,
+                                             JsonValue& children);
+    BaseStepProperty readProperty(const IProcessBlock& block, FieldReader& reader,
+                                  const DocumentPlace& where) const;
+    /// Enters the block under a uuid of its own.
+    void enter(const BlockPlace& place, const DocumentPlace& where);
 
     const KindTable& m_kinds;
+    BlockPlaces& m_places;
     LoadReport& m_report;
-    std::unordered_set<std::string> m_uuids;
 };
 
 } // namespace standalone

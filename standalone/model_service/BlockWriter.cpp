@@ -6,34 +6,41 @@
 
 namespace standalone {
 
-QJsonArray BlockWriter::write(const std::vector<std::shared_ptr<IProcessBlock>>& blocks)
+void BlockWriter::write(std::string& json,
+                        const std::vector<std::shared_ptr<IProcessBlock>>& blocks)
 {
-    QJsonArray array;
-    for (const auto& block : blocks)
-        array.append(write(*block));
-    return array;
+    json += '[';
+    for (const auto& block : blocks) {
+        if (block != blocks.front())
+            json += ',';
+        write(json, *block);
+    }
+    json += ']';
 }
 
-QJsonObject BlockWriter::write(const IProcessBlock& block)
+void BlockWriter::write(std::string& json, const IProcessBlock& block)
 {
+    static const std::string nothing;
     const auto* stored = dynamic_cast<const StoredMembers*>(&block);
-    const QJsonObject kept = stored ? stored->kept : QJsonObject();
-    FieldWriter writer(kept);
+    FieldWriter writer(stored ? stored->kept : nothing);
     block_fields::visitIdentity(writer, block);
     block_fields::visitGeneral(writer, block);
     block_fields::visitOwn(writer, block);
 
     // A placeholder's kind and property stand among the members that it kept.
-    if (!kept.contains(QLatin1String("stepType"))) {
+    const int stepType = block.stepType();
+    if (!writer.keeps("stepType")) {
         writer.field("baseType", static_cast<int>(block.baseType()), BasicStep);
-        writer.insert("stepType", block.stepType());
-        const auto rest = kept.value(QLatin1String("property"));
-        if (!m_kinds.covers(block.baseType(), block.stepType(), block.property) || rest.isObject())
-            writer.insert("property", writeProperty(block.property, rest.toObject()));
+        writer.insert("stepType", [=](std::string& out) { out += std::to_string(stepType); });
+        const auto rest = writer.keptText("property");
+        if (!m_kinds.covers(block.baseType(), stepType, block.property) || !rest.empty())
+            writer.insert("property", [&block, rest](std::string& out) {
+                writeProperty(out, block.property, rest);
+            });
     }
     if (!block.children.empty())
-        writer.insert("children", write(block.children));
-    return writer.object();
+        writer.insert("children", [&](std::string& out) { write(out, block.children); });
+    writer.finish(json);
 }
 
 } // namespace standalone

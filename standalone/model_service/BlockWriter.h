@@ -2,10 +2,8 @@
 
 #include "standalone/model_service/property_json.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
-
 #include <memory>
+#include <string>
 #include <vector>
 
 class IProcessBlock;
@@ -18,10 +16,11 @@ class BlockWriter
 public:
     explicit BlockWriter(KindTable& kinds) : m_kinds(kinds) {}
 
-    QJsonArray write(const std::vector<std::shared_ptr<IProcessBlock>>& blocks);
-    QJsonObject write(const IProcessBlock& block);
+    void write(std::string& json, const std::vector<std::shared_ptr<IProcessBlock>>& blocks);
 
 private:
+    void write(std::string& json, const IProcessBlock& block);
+
     KindTable& m_kinds;
 };
 

@@ -1,103 +1,218 @@
 #include "standalone/model_service/FieldReader.h"
 
-#include "standalone/model_service/json_values.h"
+#include "model/json_scan.h"
+#include "standalone/model_service/json_write.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace standalone {
 
-FieldReader::FieldReader(const QJsonObject& object, LoadReport& report, const QString& where)
-    : m_object(object), m_report(report), m_where(where)
+namespace {
+
+/// One of 64 bits for a name: a name whose bit no member has is missing, without a search.
+std::uint64_t hintOf(std::string_view name)
 {
+    const auto letter = name.empty() ? 0u : static_cast<unsigned char>(name.front());
+    return std::uint64_t(1) << ((letter * 5 + name.size()) & 63);
 }
 
-void FieldReader::field(const char* name, std::string& value, const char* standard)
+template <class Integer> bool isWholeOf(const JsonValue& value)
+{
+    std::int64_t number = 0;
+    return value.whole(number) && number >= std::numeric_limits<Integer>::min() &&
+           number <= std::numeric_limits<Integer>::max();
+}
+
+template <class Integer> Integer wholeOf(const JsonValue& value, Integer standard)
+{
+    std::int64_t number = standard;
+    value.whole(number);
+    return static_cast<Integer>(number);
+}
+
+std::string textOf(const JsonValue& value, bool& isSound)
+{
+    if (value.isString())
+        return value.text(&isSound);
+    std::string text;
+    const auto first = value.first();
+    for (auto line = first; !line.isMissing(); line = line.nextIn(value)) {
+        text += line.text(&isSound);
+        text += '\n';
+    }
+    if (!text.empty())
+        text.pop_back();
+    return text;
+}
+
+} // namespace
+
+bool isText(const JsonValue& value)
+{
+    if (!value.isArray())
+        return value.isString();
+    for (auto line = value.first(); !line.isMissing(); line = line.nextIn(value)) {
+        if (!line.isString())
+            return false;
+    }
+    return true;
+}
+
+bool isInt(const JsonValue& value)
+{
+    return isWholeOf<int>(value);
+}
+
+bool isUnsigned(const JsonValue& value)
+{
+    return isWholeOf<std::uint32_t>(value);
+}
+
+bool isObjects(const JsonValue& value)
+{
+    bool fits = value.isArray();
+    for (auto item = value.first(); fits && !item.isMissing(); item = item.nextIn(value))
+        fits = item.isObject();
+    return fits;
+}
+
+FieldReader::FieldReader(const JsonValue& object, LoadReport& report, const DocumentPlace& where)
+    : m_report(report), m_where(where)
+{
+    for (auto key = object.first(); !key.isMissing(); key = key.valueOfName().nextIn(object)) {
+        std::string_view name = key.source();
+        if (!key.isPlain())
+            name = m_names.emplace_back(key.text());
+        m_members.append({name, key.valueOfName(), false});
+        m_hints |= hintOf(name);
+    }
+}
+
+void FieldReader::field(std::string_view name, std::string& value, std::string_view standard)
 {
     const auto found = member(name, isText);
-    value = found.isUndefined() ? standard : textOf(found);
-}
-
-void FieldReader::field(const char* name, bool& value, bool standard)
-{
-    value = member(name, isFlag).toBool(standard);
-}
-
-void FieldReader::field(const char* name, int& value, int standard)
-{
-    value = member(name, isWhole<int>).toInt(standard);
-}
-
-void FieldReader::field(const char* name, std::uint32_t& value, std::uint32_t standard)
-{
-    value = static_cast<std::uint32_t>(member(name, isWhole<std::uint32_t>).toDouble(standard));
-}
-
-bool FieldReader::takeObject(const char* name, QJsonObject& object)
-{
-    const auto found = member(name, [](const auto& v) { return v.isObject(); });
-    object = found.toObject();
-    return found.isObject();
-}
-
-bool FieldReader::takeArray(const char* name, QJsonArray& array)
-{
-    const auto found = member(name, [](const auto& v) { return v.isArray(); });
-    array = found.toArray();
-    return found.isArray();
-}
-
-bool FieldReader::takeObjects(const char* name, QJsonArray& array)
-{
-    const auto found = member(name, [](const auto& v) {
-        const auto items = v.toArray();
-        return v.isArray() && std::all_of(items.begin(), items.end(),
-                                          [](const auto& item) { return item.isObject(); });
-    });
-    array = found.toArray();
-    return found.isArray();
-}
-
-QJsonValue FieldReader::member(const char* name, bool (*fits)(const QJsonValue&))
-{
-    const auto found = m_object.constFind(QLatin1String(name));
-    if (found == m_object.constEnd())
-        return QJsonValue(QJsonValue::Undefined);
-    const QJsonValue value = found.value();
-    if (!fits(value)) {
-        m_report.add(placeOf(name), QStringLiteral("成员类型错误"));
-        return QJsonValue(QJsonValue::Undefined);
+    if (found.isMissing()) {
+        if (value != standard)
+            value = standard;
+        return;
     }
-    m_taken.append(name);
-    return value;
+    bool isSound = true;
+    value = textOf(found, isSound);
+    if (!isSound)
+        m_report.add({name, m_where}, QStringLiteral("无效的字符已替换"));
 }
 
-void FieldReader::keep(const char* name, const QJsonObject& object)
+void FieldReader::field(std::string_view name, bool& value, bool standard)
 {
-    if (!object.isEmpty())
-        m_kept.insert(QLatin1String(name), object);
+    const auto found = member(name, [](const auto& v) { return v.isBool(); });
+    value = found.isMissing() ? standard : found.kind() == JsonValue::True;
 }
 
-void FieldReader::keep(const char* name, const QJsonArray& array)
+void FieldReader::field(std::string_view name, int& value, int standard)
 {
-    m_kept.insert(QLatin1String(name), array);
+    value = wholeOf(member(name, isInt), standard);
 }
 
-QJsonObject FieldReader::rest() const
+void FieldReader::field(std::string_view name, std::uint32_t& value, std::uint32_t standard)
 {
-    if (m_taken.size() == m_object.size())
-        return m_kept;
-    QJsonObject rest = m_object;
-    for (const char* name : m_taken)
-        rest.remove(QLatin1String(name));
-    for (auto it = m_kept.begin(); it != m_kept.end(); ++it)
-        rest.insert(it.key(), it.value());
-    return rest;
+    value = wholeOf(member(name, isUnsigned), standard);
 }
 
-QString FieldReader::placeOf(const char* name) const
+void FieldReader::map(std::string_view name, std::map<std::string, std::string>& values)
 {
-    return m_where.isEmpty() ? QLatin1String(name)
-                             : m_where + QLatin1Char('.') + QLatin1String(name);
+    const auto object = takeObject(name);
+    if (object.isMissing())
+        return;
+    const DocumentPlace place(name, m_where);
+    FieldReader reader(object, m_report, place);
+    reader.eachMember([&](std::string_view key, const JsonValue& value) {
+        bool isSound = isText(value);
+        if (!isSound)
+            m_report.add({key, place}, QStringLiteral("成员类型错误"));
+        else
+            values.insert_or_assign(std::string(key), textOf(value, isSound));
+        return isText(value);
+    });
+    const auto rest = reader.rest();
+    if (!rest.empty())
+        keep(name, rest);
+}
+
+JsonValue FieldReader::takeObject(std::string_view name)
+{
+    return member(name, [](const auto& v) { return v.isObject(); });
+}
+
+JsonValue FieldReader::takeArray(std::string_view name)
+{
+    return member(name, [](const auto& v) { return v.isArray(); });
+}
+
+JsonValue FieldReader::takeObjects(std::string_view name)
+{
+    return member(name, isObjects);
+}
+
+template <class Fits> JsonValue FieldReader::member(std::string_view name, Fits fits)
+{
+    if ((m_hints & hintOf(name)) == 0)
+        return {};
+    const auto found = std::find_if(m_members.rbegin(), m_members.rend(),
+                                    [&](const Member& member) { return member.name == name; });
+    if (found == m_members.rend())
+        return {};
+    if (!fits(found->value)) {
+        m_report.add({name, m_where}, QStringLiteral("成员类型错误"));
+        return {};
+    }
+    m_takenCount += found->isTaken ? 0 : 1;
+    found->isTaken = true;
+    return found->value;
+}
+
+void FieldReader::keep(std::string_view name, std::string json)
+{
+    m_kept.emplace_back(name, std::move(json));
+}
+
+std::string FieldReader::rest()
+{
+    if (m_takenCount == m_members.size() && m_kept.empty() && m_unkept.empty())
+        return {};
+    std::vector<const Member*> members;
+    for (const auto& member : m_members)
+        members.push_back(&member);
+    std::stable_sort(members.begin(), members.end(), [](const Member* a, const Member* b) {
+        return json_scan::isBefore(a->name, b->name);
+    });
+    auto rests = std::move(m_kept);
+    for (std::size_t i = 0; i < members.size(); ++i) {
+        const auto& member = *members[i];
+        const DocumentPlace place(member.name, m_where);
+        if (i + 1 < members.size() && members[i + 1]->name == member.name) {
+            m_report.add(place, QStringLiteral("成员重复，只保留最后一个"));
+            continue;
+        }
+        if (m_unkept.empty() ? member.isTaken : member.name == m_unkept && member.isTaken)
+            continue;
+        std::string json;
+        if (appendJsonValue(json, member.value))
+            rests.emplace_back(member.name, std::move(json));
+        else
+            m_report.add(place, QStringLiteral("嵌套过深或数字超出范围，已舍弃"));
+    }
+    std::stable_sort(rests.begin(), rests.end(), [](const auto& a, const auto& b) {
+        return json_scan::isBefore(a.first, b.first);
+    });
+    std::string object;
+    for (const auto& [name, json] : rests) {
+        object += object.empty() ? '{' : ',';
+        appendJsonString(object, name);
+        object += ':';
+        object += json;
+    }
+    return object.empty() ? object : object + '}';
 }
 
 } // namespace standalone

@@ -1,85 +1,128 @@
 #pragma once
 
+#include "standalone/model_service/DocumentPlace.h"
+#include "standalone/model_service/JsonTree.h"
 #include "standalone/model_service/LoadReport.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
-#include <QVector>
+#include <QVarLengthArray>
 
 #include <cstdint>
+#include <list>
+#include <map>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace standalone {
 
+/// Whether a value can be read as a field of a type.
+bool isText(const JsonValue& value);
+bool isInt(const JsonValue& value);
+bool isUnsigned(const JsonValue& value);
+bool isObjects(const JsonValue& value); ///< an array of nothing else
+
 /// Reads the fields of one record from a JSON object: the twin of FieldWriter.
 ///
 /// A missing member gives the default; one of a wrong type does too, is reported, and stays in
-/// what rest() returns.
+/// what rest() returns. Of members of one name the last one counts.
 class FieldReader
 {
 public:
     static constexpr bool Reads = true;
 
-    FieldReader(const QJsonObject& object, LoadReport& report, const QString& where = {});
+    /// Names and places are not copied.
+    FieldReader(const JsonValue& object, LoadReport& report, const DocumentPlace& where = {});
 
-    void field(const char* name, std::string& value, const char* standard = "");
-    void field(const char* name, bool& value, bool standard);
-    void field(const char* name, int& value, int standard);
-    void field(const char* name, std::uint32_t& value, std::uint32_t standard);
+    void field(std::string_view name, std::string& value, std::string_view standard = {});
+    void field(std::string_view name, bool& value, bool standard);
+    void field(std::string_view name, int& value, int standard);
+    void field(std::string_view name, std::uint32_t& value, std::uint32_t standard);
 
-    template <class Record, class Visit> void record(const char* name, Record& value, Visit visit)
+    template <class Record, class Visit>
+    void record(std::string_view name, Record& value, Visit visit)
     {
-        QJsonObject object;
-        if (!takeObject(name, object))
+        const auto object = takeObject(name);
+        if (object.isMissing())
             return;
-        FieldReader reader(object, m_report, placeOf(name));
+        const DocumentPlace place(name, m_where);
+        FieldReader reader(object, m_report, place);
         visit(reader, value);
-        keep(name, reader.rest());
+        const auto rest = reader.rest();
+        if (!rest.empty())
+            keep(name, rest);
     }
 
+    /// Nothing is taken of an array that holds anything but objects.
     template <class Element, class Visit>
-    void list(const char* name, std::vector<Element>& values, Visit visit)
+    void list(std::string_view name, std::vector<Element>& values, Visit visit)
     {
         values.clear();
-        QJsonArray array;
-        if (!takeObjects(name, array))
-            return;
-        QJsonArray rests;
+        const auto array = takeObjects(name);
+        std::string rests;
         bool hasRest = false;
-        for (const auto& item : qAsConst(array)) {
-            FieldReader reader(item.toObject(), m_report, placeOf(name));
-            Element element;
-            visit(reader, element);
-            values.push_back(element);
-            rests.append(reader.rest());
-            hasRest = hasRest || !reader.rest().isEmpty();
+        const DocumentPlace place(name, m_where);
+        DocumentPlace element(0, place);
+        for (auto item = array.first(); !item.isMissing(); item = item.nextIn(array)) {
+            FieldReader reader(item, m_report, element);
+            values.emplace_back();
+            visit(reader, values.back());
+            const auto rest = reader.rest();
+            rests += rests.empty() ? '[' : ',';
+            rests += rest.empty() ? "{}" : rest;
+            hasRest = hasRest || !rest.empty();
+            element.setIndex(element.index() + 1);
         }
         if (hasRest)
-            keep(name, rests);
+            keep(name, rests + ']');
     }
 
-    /// Takes an object or an array out of what rest() returns. False if there is none; a member of
-    /// another type is reported.
-    bool takeObject(const char* name, QJsonObject& object);
-    bool takeArray(const char* name, QJsonArray& array);
+    /// An object of texts.
+    void map(std::string_view name, std::map<std::string, std::string>& values);
 
-    /// The members that no call above could read, and what they could not read of a nested one.
-    QJsonObject rest() const;
+    /// Takes an object or an array out of what rest() returns. Missing if there is none; a member
+    /// of another type is reported.
+    JsonValue takeObject(std::string_view name);
+    JsonValue takeArray(std::string_view name);
+
+    /// Shows every member to @p take(name, value), which says whether it could read it.
+    template <class Take> void eachMember(Take take)
+    {
+        for (auto& member : m_members) {
+            member.isTaken = take(member.name, member.value);
+            m_takenCount += member.isTaken ? 1 : 0;
+        }
+    }
+
+    /// Gives rest() a member in place of what it has of that name.
+    void keep(std::string_view name, std::string json);
+    /// Makes rest() return every member but that one, read or not.
+    void keepAllBut(std::string_view name) { m_unkept = name; }
+
+    /// The members that no call above could read, and what they could not read of a nested one, as
+    /// a JSON object; empty if there are none.
+    std::string rest();
 
 private:
-    /// The member, or undefined; marks it as read if @p fits.
-    QJsonValue member(const char* name, bool (*fits)(const QJsonValue&));
-    bool takeObjects(const char* name, QJsonArray& array);
-    void keep(const char* name, const QJsonObject& object);
-    void keep(const char* name, const QJsonArray& array);
-    QString placeOf(const char* name) const;
+    struct Member
+    {
+        std::string_view name;
+        JsonValue value;
+        bool isTaken;
+    };
 
-    const QJsonObject m_object;
+    /// The member, or missing; marks it as read if @p fits.
+    template <class Fits> JsonValue member(std::string_view name, Fits fits);
+    JsonValue takeObjects(std::string_view name);
+
     LoadReport& m_report;
-    QString m_where;
-    QVector<const char*> m_taken;
-    QJsonObject m_kept;
+    const DocumentPlace& m_where;
+    QVarLengthArray<Member, 16> m_members;
+    std::uint64_t m_hints = 0; ///< which names may be there
+    int m_takenCount = 0;
+    std::string_view m_unkept;      ///< set if all other members are kept
+    std::list<std::string> m_names; ///< names that had escapes
+    std::vector<std::pair<std::string, std::string>> m_kept;
 };
 
 } // namespace standalone

@@ -1,56 +1,125 @@
 #include "standalone/model_service/FieldWriter.h"
 
-#include "standalone/model_service/json_values.h"
+#include "model/json_scan.h"
+#include "standalone/model_service/FieldReader.h"
+#include "standalone/model_service/json_write.h"
+
+#include <algorithm>
 
 namespace standalone {
 
-void FieldWriter::field(const char* name, const std::string& value, const char* standard)
+FieldWriter::FieldWriter(const std::string& kept)
 {
-    put(name, fromText(value), value == standard, isText);
+    constexpr std::size_t usualStep = 256;
+    m_texts.reserve(usualStep);
+    if (!kept.empty())
+        m_kept.read(QByteArray::fromStdString(kept));
 }
 
-void FieldWriter::field(const char* name, bool value, bool standard)
+void FieldWriter::field(std::string_view name, const std::string& value, std::string_view standard)
 {
-    put(name, value, value == standard, isFlag);
+    put(name, value == standard, isText, [&](std::string& json) { appendJsonText(json, value); });
 }
 
-void FieldWriter::field(const char* name, int value, int standard)
+void FieldWriter::field(std::string_view name, bool value, bool standard)
 {
-    put(name, value, value == standard, isWhole<int>);
+    put(
+        name, value == standard, [](const auto& v) { return v.isBool(); },
+        [&](std::string& json) { json += value ? "true" : "false"; });
 }
 
-void FieldWriter::field(const char* name, std::uint32_t value, std::uint32_t standard)
+void FieldWriter::field(std::string_view name, int value, int standard)
 {
-    put(name, static_cast<double>(value), value == standard, isWhole<std::uint32_t>);
+    put(name, value == standard, isInt, [&](std::string& json) { json += std::to_string(value); });
 }
 
-void FieldWriter::insert(const char* name, const QJsonValue& value)
+void FieldWriter::field(std::string_view name, std::uint32_t value, std::uint32_t standard)
 {
-    m_object.insert(QLatin1String(name), value);
+    put(name, value == standard, isUnsigned,
+        [&](std::string& json) { json += std::to_string(value); });
 }
 
-void FieldWriter::put(const char* name, const QJsonValue& value, bool isStandard,
-                      bool (*fits)(const QJsonValue&))
+void FieldWriter::map(std::string_view name, const std::map<std::string, std::string>& values)
 {
-    const QLatin1String key(name);
-    if (!isStandard) {
-        m_object.insert(key, value);
-        return;
+    FieldWriter writer(keptText(name));
+    for (const auto& [key, value] : values) {
+        const auto append = [&text = value](std::string& json) { appendJsonString(json, text); };
+        writer.put(key, false, isText, append);
     }
-    const auto kept = m_object.find(key);
-    if (kept != m_object.end() && fits(kept.value()))
-        kept.value() = value;
+    put(
+        name, writer.isEmpty(), [](const auto& v) { return v.isObject(); },
+        [&](std::string& json) { writer.finish(json); });
 }
 
-QJsonObject FieldWriter::keptObject(const char* name) const
+void FieldWriter::insert(std::string_view name, std::function<void(std::string&)> writeValue)
 {
-    return m_object.value(QLatin1String(name)).toObject();
+    m_members.append({name, -1, -1, static_cast<int>(m_bodies.size()), {}});
+    m_bodies.push_back(std::move(writeValue));
 }
 
-QJsonArray FieldWriter::keptArray(const char* name, int size) const
+std::string FieldWriter::keptText(std::string_view name) const
 {
-    const auto kept = m_object.value(QLatin1String(name)).toArray();
-    return kept.size() == size ? kept : QJsonArray();
+    std::string json;
+    const auto kept = m_kept.root().member(name);
+    if (kept.isObject())
+        appendJsonValue(json, kept);
+    return json;
+}
+
+std::vector<std::string> FieldWriter::keptElements(std::string_view name, std::size_t count) const
+{
+    std::vector<std::string> elements;
+    const auto kept = m_kept.root().member(name);
+    if (!kept.isArray())
+        return elements;
+    for (auto item = kept.first(); !item.isMissing(); item = item.nextIn(kept)) {
+        elements.emplace_back();
+        if (item.isObject())
+            appendJsonValue(elements.back(), item);
+    }
+    if (elements.size() != count)
+        elements.clear();
+    return elements;
+}
+
+void FieldWriter::addKept()
+{
+    const auto before = [](const Member& a, const Member& b) {
+        return json_scan::isBefore(a.name, b.name);
+    };
+    std::sort(m_members.begin(), m_members.end(), before);
+    const auto object = m_kept.root();
+    const int told = m_members.size();
+    for (auto key = object.first(); !key.isMissing(); key = key.valueOfName().nextIn(object)) {
+        const std::string_view name = m_names.emplace_back(key.text());
+        const Member member{name, -1, -1, -1, key.valueOfName()};
+        if (!std::binary_search(m_members.begin(), m_members.begin() + told, member, before))
+            m_members.append(member);
+    }
+    if (m_members.size() > told)
+        std::sort(m_members.begin(), m_members.end(), before);
+}
+
+void FieldWriter::finish(std::string& json)
+{
+    addKept();
+    json += '{';
+    bool isFirst = true;
+    for (const auto& member : m_members) {
+        if (!isFirst)
+            json += ',';
+        isFirst = false;
+        appendJsonString(json, member.name);
+        json += ':';
+        if (member.body >= 0)
+            m_bodies[static_cast<std::size_t>(member.body)](json);
+        else if (member.begin >= 0)
+            json.append(m_texts, static_cast<std::size_t>(member.begin),
+                        static_cast<std::size_t>(member.end - member.begin));
+        else
+            appendJsonValue(json, member.kept);
+    }
+    json += '}';
 }
 
 } // namespace standalone

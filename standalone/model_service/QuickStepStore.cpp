@@ -61,29 +61,31 @@ QuickStepStore& quickStepStore()
 void QuickStepStore::load(const QByteArray& json)
 {
     LoadReport report(QStringLiteral("读取快捷步骤"));
-    QJsonObject document;
+    JsonTree document;
     if (!parseObject(json, report, document))
         return;
-    FieldReader reader(document, report);
-    QJsonObject kindRecords;
-    QJsonArray steps;
-    reader.takeObject("stepKinds", kindRecords);
-    reader.takeArray("quickSteps", steps);
+    const DocumentPlace whole;
+    FieldReader reader(document.root(), report, whole);
     KindTable kinds;
-    kinds.read(kindRecords, report);
-    m_blocks = BlockReader(kinds, report).read(steps, QStringLiteral("quickSteps"));
+    kinds.read(reader.takeObject("stepKinds"), report);
+    BlockPlaces places;
+    m_blocks = BlockReader(kinds, places, report)
+                   .read(reader.takeArray("quickSteps"), {"quickSteps", whole});
     m_kept = reader.rest();
     m_kindRests = kinds.rests();
     m_isLoaded = true;
 }
 
-QByteArray QuickStepStore::toFileText() const
+QByteArray QuickStepStore::fileText() const
 {
     KindTable kinds(m_kindRests);
+    BlockWriter writer(kinds);
     FieldWriter document(m_kept);
-    document.insert("quickSteps", BlockWriter(kinds).write(m_blocks));
-    document.insert("stepKinds", kinds.write());
-    return QJsonDocument(document.object()).toJson();
+    document.insert("quickSteps", [&](std::string& out) { writer.write(out, m_blocks); });
+    document.insert("stepKinds", [&](std::string& out) { kinds.write(out); });
+    std::string json;
+    document.finish(json);
+    return toFileText(json);
 }
 
 QuickStepStore::BlockPtr QuickStepStore::find(const std::string& id) const

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "standalone/model_service/property_json.h"
+
 #include <QByteArray>
-#include <QJsonObject>
-#include <QString>
 
 #include <memory>
 #include <string>
@@ -22,7 +22,7 @@ public:
     bool isLoaded() const { return m_isLoaded; }
     /// Replaces all by those of a JSON text; one that doesn't parse changes nothing.
     void load(const QByteArray& json);
-    QByteArray toFileText() const;
+    QByteArray fileText() const;
 
     const std::vector<BlockPtr>& all() const { return m_blocks; }
     BlockPtr find(const std::string& id) const; ///< null if there is none
@@ -33,8 +33,8 @@ public:
 private:
     bool m_isLoaded = false;
     std::vector<BlockPtr> m_blocks;
-    QJsonObject m_kept;
-    QJsonObject m_kindRests;
+    std::string m_kept;
+    KindTable::Rests m_kindRests;
 };
 
 QuickStepStore& quickStepStore();

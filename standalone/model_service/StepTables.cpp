@@ -1,7 +1,7 @@
 #include "standalone/model_service/StepTables.h"
 
 #include "model/type_tables.h"
-#include "standalone/model_service/LoadReport.h"
+#include "standalone/model_service/FieldReader.h"
 #include "standalone/model_service/json_text.h"
 #include "standalone/model_service/property_json.h"
 
@@ -78,11 +78,12 @@ StepTables& stepTables()
 void StepTables::load(const std::string& json)
 {
     LoadReport report(QStringLiteral("默认步骤表"));
-    QJsonObject object;
-    if (!parseObject(json, report, object))
+    JsonTree document;
+    if (!parseObject(QByteArray::fromStdString(json), report, document))
         return;
-    m_defaults = readProperties(object.value(QLatin1String("steps")).toArray(), report,
-                                QStringLiteral("steps"));
+    const DocumentPlace whole;
+    FieldReader reader(document.root(), report, whole);
+    m_defaults = readProperties(reader.takeArray("steps"), report, {"steps", whole});
     m_isLoaded = true;
 }
 

@@ -2,8 +2,6 @@
 
 #include "model/BaseStepProperty.h"
 
-#include <QJsonObject>
-
 #include <string>
 #include <unordered_map>
 #include <vector>

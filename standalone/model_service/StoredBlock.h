@@ -2,9 +2,8 @@
 
 #include "model/IProcessBlock.h"
 
-#include <QJsonObject>
-
 #include <memory>
+#include <string>
 #include <utility>
 
 namespace standalone {
@@ -15,8 +14,9 @@ struct StoredMembers
 {
     virtual ~StoredMembers() = default;
 
-    /// Members of the block's JSON that this version doesn't know or could not read.
-    QJsonObject kept;
+    /// Members of the block's JSON that this version doesn't know or could not read, as an object;
+    /// empty if there are none.
+    std::string kept;
 };
 
 /// A block of class @p Block as the model service makes it. Copies carry the kept members along.

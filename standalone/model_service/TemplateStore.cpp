@@ -4,11 +4,26 @@
 #include "standalone/model_service/FieldWriter.h"
 #include "standalone/model_service/identifiers.h"
 #include "standalone/model_service/json_text.h"
+#include "standalone/model_service/json_write.h"
 #include "standalone/model_service/template_json.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace standalone {
+
+namespace {
+
+/// Sets a member of an object.
+void setText(std::string& object, const char* name, const std::string& text)
+{
+    FieldWriter writer(object);
+    writer.insert(name, [&](std::string& out) { appendJsonString(out, text); });
+    object.clear();
+    writer.finish(object);
+}
+
+} // namespace
 
 TemplateStore& templateStore()
 {
@@ -19,41 +34,47 @@ TemplateStore& templateStore()
 void TemplateStore::load(const QByteArray& json)
 {
     LoadReport report(QStringLiteral("读取模板"));
-    QJsonObject document;
+    JsonTree document;
     if (!parseObject(json, report, document))
         return;
-    FieldReader reader(document, report);
-    QJsonArray templates;
-    reader.takeArray("templates", templates);
+    const DocumentPlace whole;
+    FieldReader reader(document.root(), report, whole);
+    const auto templates = reader.takeArray("templates");
     m_kept = reader.rest();
     m_entries.clear();
-    int index = -1;
-    for (const auto& item : qAsConst(templates)) {
-        const QString where = QStringLiteral("templates[%1]").arg(++index);
-        QJsonObject object = item.toObject();
-        auto info = readTemplate(object, report, where);
-        if (info.mainSequence.id.empty()) {
+    std::unordered_set<std::string> ids;
+    const DocumentPlace list("templates", whole);
+    DocumentPlace where(-1, list);
+    for (auto item = templates.first(); !item.isMissing(); item = item.nextIn(templates)) {
+        where.setIndex(where.index() + 1);
+        Entry entry{readTemplate(item, report, where), {}};
+        if (entry.info.mainSequence.id.empty() || !appendJsonValue(entry.json, item)) {
             report.add(where, QStringLiteral("不是模板，已忽略"));
             continue;
         }
-        if (info.id.empty() || find(info.id)) {
-            info.id = newUuid();
-            object.insert(QLatin1String("id"), toText(info.id));
+        if (entry.info.id.empty() || ids.count(entry.info.id) > 0) {
+            entry.info.id = newUuid();
+            setText(entry.json, "id", entry.info.id);
             report.add(where, QStringLiteral("模板id缺少或重复"));
         }
-        m_entries.push_back({info, object});
+        ids.insert(entry.info.id);
+        m_entries.push_back(std::move(entry));
     }
     m_isLoaded = true;
 }
 
-QString TemplateStore::toFileText() const
+QString TemplateStore::fileText() const
 {
-    QJsonArray templates;
-    for (const auto& entry : m_entries)
-        templates.append(entry.json);
+    std::string templates = "[";
+    for (const auto& entry : m_entries) {
+        templates += templates.size() > 1 ? "," : "";
+        templates += entry.json;
+    }
     FieldWriter document(m_kept);
-    document.insert("templates", templates);
-    return toJson(document.object(), QJsonDocument::Indented);
+    document.insert("templates", [&](std::string& out) { out += templates + ']'; });
+    std::string json;
+    document.finish(json);
+    return QString::fromUtf8(toFileText(json));
 }
 
 std::vector<processTemplateInfo> TemplateStore::all() const
@@ -87,7 +108,7 @@ void TemplateStore::rename(const std::string& id, const std::string& name)
 {
     if (auto* renamed = entry(id)) {
         renamed->info.name = name;
-        renamed->json.insert(QLatin1String("name"), toText(name));
+        setText(renamed->json, "name", name);
     }
 }
 

@@ -3,7 +3,6 @@
 #include "model/process_records.h"
 
 #include <QByteArray>
-#include <QJsonObject>
 #include <QString>
 
 #include <string>
@@ -20,7 +19,7 @@ public:
     bool isLoaded() const { return m_isLoaded; }
     /// Replaces all by those of a JSON text; one that doesn't parse changes nothing.
     void load(const QByteArray& json);
-    QString toFileText() const;
+    QString fileText() const;
 
     std::vector<processTemplateInfo> all() const;
     const processTemplateInfo* find(const std::string& id) const; ///< null if there is none
@@ -35,13 +34,13 @@ private:
     struct Entry
     {
         processTemplateInfo info;
-        QJsonObject json; ///< as it was read or first written, but for the name
+        std::string json; ///< as it was read or first written, but for the name
     };
     Entry* entry(const std::string& id);
 
     bool m_isLoaded = false;
     std::vector<Entry> m_entries;
-    QJsonObject m_kept;
+    std::string m_kept;
 };
 
 TemplateStore& templateStore();

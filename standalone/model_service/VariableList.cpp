@@ -1,6 +1,6 @@
 #include "standalone/model_service/VariableList.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace standalone {
 
@@ -14,24 +14,27 @@ std::vector<processVariable> VariableList::records() const
     std::vector<processVariable> records;
     records.reserve(m_entries.size());
     for (const auto& entry : m_entries)
-        records.push_back(entry->variable);
+        records.push_back(entry.variable);
     return records;
 }
 
-void VariableList::append(const Entry& entry)
+VariableList::Position VariableList::append(StoredVariable variable)
 {
-    m_entries.push_back(entry);
-    ++m_names[entry->variable.name];
+    ++m_names[variable.variable.name];
+    return m_entries.insert(m_entries.end(), std::move(variable));
 }
 
-void VariableList::remove(const std::unordered_set<std::string>& uuids)
+void VariableList::remove(Position position)
 {
-    const auto isGone = [&](const Entry& entry) { return uuids.count(entry->variable.uuid) > 0; };
-    for (const auto& entry : m_entries) {
-        if (isGone(entry))
-            forgetName(entry->variable.name);
-    }
-    m_entries.erase(std::remove_if(m_entries.begin(), m_entries.end(), isGone), m_entries.end());
+    forgetName(position->variable.name);
+    m_entries.erase(position);
+}
+
+void VariableList::takeOver(VariableList& from, Position position)
+{
+    from.forgetName(position->variable.name);
+    ++m_names[position->variable.name];
+    m_entries.splice(m_entries.end(), from.m_entries, position);
 }
 
 void VariableList::renamed(const std::string& from, const std::string& to)
@@ -43,16 +46,19 @@ void VariableList::renamed(const std::string& from, const std::string& to)
 void VariableList::setOwner(const std::string& ownerId)
 {
     m_ownerId = ownerId;
-    for (const auto& entry : m_entries)
-        entry->variable.ownerId = ownerId;
+    for (auto& entry : m_entries)
+        entry.variable.ownerId = ownerId;
 }
 
-QJsonArray VariableList::write() const
+void VariableList::write(std::string& json) const
 {
-    QJsonArray array;
-    for (const auto& entry : m_entries)
-        array.append(writeVariable(*entry, m_scope, m_ownerId));
-    return array;
+    json += '[';
+    for (const auto& entry : m_entries) {
+        if (&entry != &m_entries.front())
+            json += ',';
+        writeVariable(json, entry, m_scope, m_ownerId);
+    }
+    json += ']';
 }
 
 void VariableList::forgetName(const std::string& name)

@@ -2,12 +2,9 @@
 
 #include "standalone/model_service/variable_json.h"
 
-#include <QJsonArray>
-
-#include <memory>
+#include <list>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace standalone {
@@ -16,16 +13,19 @@ namespace standalone {
 class VariableList
 {
 public:
-    using Entry = std::shared_ptr<StoredVariable>;
+    using Entries = std::list<StoredVariable>;
+    using Position = Entries::iterator; ///< holds till the entry is taken out
 
     VariableList(processVariableType scope, const std::string& ownerId);
 
-    const std::vector<Entry>& entries() const { return m_entries; }
+    const Entries& entries() const { return m_entries; }
     std::vector<processVariable> records() const;
     bool hasName(const std::string& name) const { return m_names.count(name) > 0; }
 
-    void append(const Entry& entry);
-    void remove(const std::unordered_set<std::string>& uuids);
+    Position append(StoredVariable variable);
+    void remove(Position position);
+    /// Moves an entry, whose position stays its own, to the end of this list.
+    void takeOver(VariableList& from, Position position);
     /// Tells the list that an entry's name changed.
     void renamed(const std::string& from, const std::string& to);
     /// Hands the list, and every variable in it, to another owner.
@@ -33,14 +33,14 @@ public:
 
     processVariableType scope() const { return m_scope; }
     const std::string& ownerId() const { return m_ownerId; }
-    QJsonArray write() const;
+    void write(std::string& json) const;
 
 private:
     void forgetName(const std::string& name);
 
     processVariableType m_scope;
     std::string m_ownerId;
-    std::vector<Entry> m_entries;
+    Entries m_entries;
     std::unordered_map<std::string, int> m_names; ///< how many bear it
 };
 

@@ -6,6 +6,8 @@
 #include "standalone/model_service/identifiers.h"
 #include "standalone/model_service/json_text.h"
 
+#include <unordered_set>
+
 namespace standalone {
 
 namespace {
@@ -126,24 +128,20 @@ void VariableStore::update(const std::string& appName, const processVariable& va
         stored.length = lengthOf(stored.type);
     home.list->renamed(former.name, stored.name);
     if (target != home.list) {
-        home.list->remove({stored.uuid});
-        target->append(home.entry);
+        target->takeOver(*home.list, home.entry);
         home.list = target;
     }
 }
 
 void VariableStore::remove(const std::vector<std::string>& uuids)
 {
-    std::map<VariableList*, std::unordered_set<std::string>> gone;
     for (const auto& uuid : uuids) {
         const auto home = m_homes.find(uuid);
         if (home == m_homes.end() || home->second.isDefault)
             continue;
-        gone[home->second.list].insert(uuid);
+        home->second.list->remove(home->second.entry);
         m_homes.erase(home);
     }
-    for (const auto& [list, ids] : gone)
-        list->remove(ids);
 }
 
 void VariableStore::removeApplet(const std::string& appName)
@@ -206,20 +204,19 @@ void VariableStore::enter(VariableList& list, StoredVariable stored, bool isDefa
     stored.variable.ownerId = list.ownerId();
     if (stored.variable.scope != FixedVariable)
         stored.variable.scope = list.scope();
-    const auto entry = std::make_shared<StoredVariable>(std::move(stored));
-    m_homes[entry->variable.uuid] = {entry, &list, isDefault};
-    list.append(entry);
+    const std::string uuid = stored.variable.uuid;
+    m_homes[uuid] = {list.append(std::move(stored)), &list, isDefault};
 }
 
 void VariableStore::clear(VariableList& list)
 {
     for (const auto& entry : list.entries())
-        m_homes.erase(entry->variable.uuid);
+        m_homes.erase(entry.variable.uuid);
     list = VariableList(list.scope(), list.ownerId());
 }
 
-void VariableStore::fill(VariableList& list, const QJsonArray& array, LoadReport& report,
-                         const QString& where, bool areDefault)
+void VariableStore::fill(VariableList& list, const JsonValue& array, LoadReport& report,
+                         const DocumentPlace& where, bool areDefault)
 {
     std::unordered_set<std::string> seen;
     for (auto& stored : readVariables(array, report, where, list.scope(), list.ownerId())) {
@@ -229,9 +226,12 @@ void VariableStore::fill(VariableList& list, const QJsonArray& array, LoadReport
         if (isFault || m_homes.count(variable.uuid))
             variable.uuid = newUuid();
         if (isFault)
-            report.add(where, QStringLiteral("变量%1的uuid缺少或重复").arg(toText(variable.name)));
+            report.add(
+                where,
+                QStringLiteral("变量%1的uuid缺少或重复").arg(LoadReport::shown(variable.name)));
         if (variable.name.empty())
-            report.add(where, QStringLiteral("变量%1没有名称").arg(toText(variable.uuid)));
+            report.add(where,
+                       QStringLiteral("变量%1没有名称").arg(LoadReport::shown(variable.uuid)));
         variable.isLocked = variable.isLocked || areDefault;
         enter(list, std::move(stored), areDefault);
     }
@@ -263,88 +263,99 @@ bool VariableStore::isNameInSight(const std::string& appName, const VariableList
 void VariableStore::loadDefaults(const std::string& json)
 {
     LoadReport report(QStringLiteral("读取默认变量"));
-    QJsonObject document;
-    if (!parseObject(json, report, document))
+    JsonTree document;
+    if (!parseObject(QByteArray::fromStdString(json), report, document))
         return;
     clear(m_defaults);
-    QJsonArray variables;
-    FieldReader(document, report).takeArray("variables", variables);
-    fill(m_defaults, variables, report, QStringLiteral("variables"), true);
+    const DocumentPlace whole;
+    FieldReader reader(document.root(), report, whole);
+    fill(m_defaults, reader.takeArray("variables"), report, {"variables", whole}, true);
     m_hasDefaults = true;
 }
 
 void VariableStore::loadGlobals(const std::string& json)
 {
     LoadReport report(QStringLiteral("读取全局变量"));
-    QJsonObject document;
-    if (!parseObject(json, report, document))
+    JsonTree document;
+    if (!parseObject(QByteArray::fromStdString(json), report, document))
         return;
     clear(m_globals);
-    QJsonArray variables;
-    FieldReader reader(document, report);
-    reader.takeArray("variables", variables);
+    const DocumentPlace whole;
+    FieldReader reader(document.root(), report, whole);
+    fill(m_globals, reader.takeArray("variables"), report, {"variables", whole});
     m_globalsKept = reader.rest();
-    fill(m_globals, variables, report, QStringLiteral("variables"));
     m_hasGlobals = true;
 }
 
 void VariableStore::forgetGlobals()
 {
     clear(m_globals);
-    m_globalsKept = QJsonObject();
+    m_globalsKept.clear();
     m_hasGlobals = false;
 }
 
 QByteArray VariableStore::globalsFileText() const
 {
     FieldWriter document(m_globalsKept);
-    document.insert("variables", m_globals.write());
-    return QJsonDocument(document.object()).toJson();
+    document.insert("variables", [this](std::string& json) { m_globals.write(json); });
+    std::string json;
+    document.finish(json);
+    return toFileText(json);
 }
 
 void VariableStore::loadApplet(const std::string& appName, const std::string& json)
 {
     LoadReport report(QStringLiteral("读取变量%1").arg(toAppName(appName)));
-    QJsonObject document;
-    if (!parseObject(json, report, document))
+    JsonTree document;
+    if (!parseObject(QByteArray::fromStdString(json), report, document, BrokenText::ReadOn))
+        return;
+    if (document.fault() && document.root().first().isMissing())
         return;
     removeApplet(appName);
-    if (document.isEmpty())
+    if (document.root().first().isMissing())
         return;
-    FieldReader reader(document, report);
-    QJsonArray process;
-    QJsonObject sequences;
-    reader.takeArray("process", process);
-    reader.takeObject("sequences", sequences);
+    const DocumentPlace whole;
+    FieldReader reader(document.root(), report, whole);
     auto& applet = appletFor(appName);
-    applet.kept = reader.rest();
-    fill(applet.process, process, report, QStringLiteral("process"));
-    for (auto it = sequences.constBegin(); it != sequences.constEnd(); ++it) {
-        const QString where = QLatin1String("sequences.") + it.key();
-        if (!it.value().isArray())
+    fill(applet.process, reader.takeArray("process"), report, {"process", whole});
+    const auto sequences = reader.takeObject("sequences");
+    const DocumentPlace all("sequences", whole);
+    FieldReader bySequence(sequences, report, all);
+    bySequence.eachMember([&](std::string_view id, const JsonValue& list) {
+        const DocumentPlace where(id, all);
+        auto* variables =
+            list.isArray() ? listFor(appName, SequenceVariable, std::string(id)) : nullptr;
+        if (variables)
+            fill(*variables, list, report, where);
+        else
             report.add(where, QStringLiteral("成员类型错误"));
-        fill(*listFor(appName, SequenceVariable, toUtf8(it.key())), it.value().toArray(), report,
-             where);
-    }
+        return variables != nullptr;
+    });
+    const auto unread = bySequence.rest();
+    if (!unread.empty())
+        reader.keep("sequences", unread);
+    applet.kept = reader.rest();
 }
 
 std::string VariableStore::appletText(const std::string& appName) const
 {
+    std::string json;
     const auto found = m_applets.find(appName);
     if (found == m_applets.end())
         return "{}";
     const auto& applet = found->second;
     FieldWriter document(applet.kept);
     if (!applet.process.entries().empty())
-        document.insert("process", applet.process.write());
-    QJsonObject sequences;
+        document.insert("process", [&](std::string& out) { applet.process.write(out); });
+    FieldWriter sequences(document.keptText("sequences"));
     for (const auto& [id, list] : applet.sequences) {
         if (!list.entries().empty())
-            sequences.insert(toText(id), list.write());
+            sequences.insert(id, [&each = list](std::string& out) { each.write(out); });
     }
     if (!sequences.isEmpty())
-        document.insert("sequences", sequences);
-    return toUtf8(toJson(document.object(), QJsonDocument::Compact));
+        document.insert("sequences", [&](std::string& out) { sequences.finish(out); });
+    document.finish(json);
+    return json;
 }
 
 } // namespace standalone

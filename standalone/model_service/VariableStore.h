@@ -2,6 +2,8 @@
 
 #include "standalone/model_service/VariableList.h"
 
+#include <QByteArray>
+
 #include <map>
 #include <string>
 #include <unordered_map>
@@ -56,11 +58,11 @@ private:
         explicit AppletVariables(const std::string& appName) : process(ProcessVariable, appName) {}
         VariableList process;
         std::map<std::string, VariableList> sequences; ///< by sequence id
-        QJsonObject kept;
+        std::string kept; ///< members of the document that this version doesn't know
     };
     struct Home
     {
-        VariableList::Entry entry;
+        VariableList::Position entry;
         VariableList* list = nullptr;
         bool isDefault = false;
     };
@@ -71,8 +73,8 @@ private:
     AppletVariables& appletFor(const std::string& appName);
     void enter(VariableList& list, StoredVariable stored, bool isDefault = false);
     void clear(VariableList& list);
-    void fill(VariableList& list, const QJsonArray& array, LoadReport& report, const QString& where,
-              bool areDefault = false);
+    void fill(VariableList& list, const JsonValue& array, LoadReport& report,
+              const DocumentPlace& where, bool areDefault = false);
     bool isNameInSight(const std::string& appName, const VariableList& list,
                        const std::string& name) const;
 
@@ -80,7 +82,7 @@ private:
     VariableList m_defaults;
     VariableList m_globals;
     std::map<std::string, AppletVariables> m_applets;
-    QJsonObject m_globalsKept;
+    std::string m_globalsKept;
     bool m_hasDefaults = false;
     bool m_hasGlobals = false;
 };

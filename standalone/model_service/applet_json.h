@@ -1,17 +1,20 @@
 #pragma once
 
-#include <QJsonObject>
 #include <QString>
+
+#include <string>
 
 namespace standalone {
 
 class AppletModel;
+class JsonTree;
+class LoadReport;
 
-/// The sequences and blocks of an applet as a document:
+/// The sequences and blocks of an applet as a document on one line:
 /// {"sequences": [...], "stepKinds": {...}, "version": 1}.
-QJsonObject writeApplet(const AppletModel& applet);
+std::string writeApplet(const AppletModel& applet);
 
-/// Replaces the applet's content by a document's. Faults go to the host's log under @p appName.
-void readApplet(AppletModel& applet, const QJsonObject& document, const QString& appName);
+/// Replaces the applet's content by a document's, which is an object.
+void readApplet(AppletModel& applet, const JsonTree& document, LoadReport& report);
 
 } // namespace standalone

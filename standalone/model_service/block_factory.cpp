@@ -1,6 +1,7 @@
 #include "standalone/model_service/block_factory.h"
 
 #include "model/process_blocks.h"
+#include "standalone/model_service/BlockMemory.h"
 #include "standalone/model_service/StoredBlock.h"
 
 namespace standalone {
@@ -9,7 +10,7 @@ namespace {
 
 template <class Block> std::shared_ptr<IProcessBlock> stored()
 {
-    return std::make_shared<StoredBlock<Block>>();
+    return std::allocate_shared<StoredBlock<Block>>(BlockAllocator<StoredBlock<Block>>());
 }
 
 std::shared_ptr<IProcessBlock> makeBasicBlock(int stepType)
@@ -65,7 +66,8 @@ std::shared_ptr<IProcessBlock> makeBasicBlock(int stepType)
 
 std::shared_ptr<IProcessBlock> makePlaceholder(int stepType)
 {
-    return std::make_shared<StoredBlock<PlainProcessBlock>>(stepType);
+    using Placeholder = StoredBlock<PlainProcessBlock>;
+    return std::allocate_shared<Placeholder>(BlockAllocator<Placeholder>(), stepType);
 }
 
 std::shared_ptr<IProcessBlock> makeBlock(logicBlockType baseType, int stepType)

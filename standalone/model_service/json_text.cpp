@@ -1,39 +1,48 @@
 #include "standalone/model_service/json_text.h"
 
+#include "standalone/model_service/DocumentPlace.h"
 #include "standalone/model_service/LoadReport.h"
+
+#include <QJsonDocument>
+
+#include <algorithm>
 
 namespace standalone {
 
-bool parseObject(const QByteArray& json, LoadReport& report, QJsonObject& object)
+bool parseObject(const QByteArray& json, LoadReport& report, JsonTree& tree, BrokenText rule)
 {
-    object = {};
-    if (json.trimmed().isEmpty())
-        return true;
-    QJsonParseError error;
-    const auto document = QJsonDocument::fromJson(json, &error);
-    if (error.error != QJsonParseError::NoError) {
+    const auto isSpace = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
+    const bool isBlank = std::all_of(json.begin(), json.end(), isSpace);
+    tree.read(isBlank ? QByteArrayLiteral("{}") : json);
+    if (tree.fault()) {
         report.add({}, QStringLiteral("json解析错误: %1 (位置 %2)")
-                           .arg(error.errorString())
-                           .arg(error.offset));
-        return false;
+                           .arg(QString::fromUtf8(tree.fault()))
+                           .arg(tree.faultOffset()));
+        return rule == BrokenText::ReadOn && tree.root().isObject();
     }
-    if (!document.isObject()) {
+    if (!tree.root().isObject())
         report.add({}, QStringLiteral("json不是对象"));
-        return false;
+    return tree.root().isObject();
+}
+
+QByteArray utf8Of(const QString& text)
+{
+    constexpr int piece = 16 * 1024;
+    QByteArray bytes;
+    bytes.reserve(text.size() + text.size() / 8);
+    for (int begin = 0; begin < text.size();) {
+        int end = std::min(begin + piece, text.size());
+        if (end < text.size() && text.at(end - 1).isHighSurrogate())
+            --end;
+        bytes += text.midRef(begin, end - begin).toUtf8();
+        begin = end;
     }
-    object = document.object();
-    return true;
+    return bytes;
 }
 
-bool parseObject(const std::string& json, LoadReport& report, QJsonObject& object)
+QByteArray toFileText(const std::string& json)
 {
-    return parseObject(QByteArray::fromRawData(json.data(), static_cast<int>(json.size())), report,
-                       object);
-}
-
-QString toJson(const QJsonObject& object, QJsonDocument::JsonFormat format)
-{
-    return QString::fromUtf8(QJsonDocument(object).toJson(format));
+    return QJsonDocument::fromJson(QByteArray::fromStdString(json)).toJson();
 }
 
 } // namespace standalone

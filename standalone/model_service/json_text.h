@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "standalone/model_service/JsonTree.h"
+
+#include <QByteArray>
 #include <QString>
 
 #include <string>
@@ -10,12 +11,22 @@ namespace standalone {
 
 class LoadReport;
 
-/// Parses a JSON text of one object. A blank text is an empty object; a text that is no object is
-/// reported, and false returned.
-bool parseObject(const QByteArray& json, LoadReport& report, QJsonObject& object);
-bool parseObject(const std::string& json, LoadReport& report, QJsonObject& object);
+/// What becomes of a text that breaks off or is broken somewhere.
+enum class BrokenText {
+    Refuse, ///< nothing is read
+    ReadOn  ///< what stands before the fault is read
+};
 
-/// On one line, or indented for files that people compare. Members are in alphabetical order.
-QString toJson(const QJsonObject& object, QJsonDocument::JsonFormat format);
+/// Parses a JSON text of one object. A blank text is an empty object. A text that is no object, or
+/// is broken, is reported; false if nothing is to be read of it.
+bool parseObject(const QByteArray& json, LoadReport& report, JsonTree& tree,
+                 BrokenText rule = BrokenText::Refuse);
+
+/// UTF-8 of a long text. QString::toUtf8() asks for three bytes a character, which for a document
+/// is time spent on memory that nobody uses.
+QByteArray utf8Of(const QString& text);
+
+/// An object on one line as a file has it that people compare: indented.
+QByteArray toFileText(const std::string& json);
 
 } // namespace standalone

@@ -69,16 +69,17 @@ void loadAppVariableJson(const std::string& appName, const std::string& json)
 
 std::string generateOneTemplateJsonStr(const processTemplateInfo& info)
 {
-    return toUtf8(toJson(writeTemplate(info), QJsonDocument::Compact));
+    return writeTemplate(info);
 }
 
 processTemplateInfo readOneTemplateJsonStr(const std::string& json)
 {
     LoadReport report(QStringLiteral("读取模板"));
-    QJsonObject object;
-    if (!parseObject(json, report, object) || object.isEmpty())
+    JsonTree document;
+    if (!parseObject(QByteArray::fromStdString(json), report, document) ||
+        document.root().first().isMissing())
         return {};
-    return readTemplate(object, report, {});
+    return readTemplate(document.root(), report, {});
 }
 
 } // namespace process_json_edit

@@ -23,18 +23,22 @@ bool getCAppletDataIsExist(const QString& appName)
 QString generateProcessJson(const QString& appName)
 {
     const auto* applet = appletStore().find(appName);
-    return applet ? toJson(writeApplet(*applet), QJsonDocument::Compact) : QStringLiteral("{}");
+    return applet ? toText(writeApplet(*applet)) : QStringLiteral("{}");
 }
 
 void loadProcessJson(const QString& appName, const QString& json)
 {
     LoadReport report(QStringLiteral("读取流程%1").arg(appName));
-    QJsonObject document;
-    if (appName.isEmpty() || !parseObject(json.toUtf8(), report, document))
+    JsonTree document;
+    if (appName.isEmpty() || !parseObject(utf8Of(json), report, document, BrokenText::ReadOn))
         return;
-    if (document.isEmpty() && !appletStore().find(appName))
+    const auto root = document.root();
+    if (root.first().isMissing() && !appletStore().find(appName))
         return;
-    readApplet(appletStore().findOrMake(appName), document, appName);
+    // Of a broken text only what brings sequences is worth more than what is there.
+    if (document.fault() && root.member("sequences").first().isMissing())
+        return;
+    readApplet(appletStore().findOrMake(appName), document, report);
     markChanged(toLocalName(appName));
 }
 

@@ -15,7 +15,7 @@ void loadQuickStepJsonStr(const QString& json)
 
 void saveQuickStepJsonStr(const QString& path, BUSINESSTYPE /*business*/)
 {
-    writeFile(path, quickStepStore().toFileText());
+    writeFile(path, quickStepStore().fileText());
 }
 
 void saveGlobalVarJsonStr(const QString& projectPath, BUSINESSTYPE /*business*/)

@@ -15,7 +15,7 @@ void loadTemplateJsonStr(const QString& json)
 
 QString generateTemplateJsonStr()
 {
-    return templateStore().toFileText();
+    return templateStore().fileText();
 }
 
 std::vector<processTemplateInfo> getAllProcessTemplate()

@@ -5,15 +5,20 @@
 #include "standalone/model_service/FieldWriter.h"
 #include "standalone/model_service/block_factory.h"
 #include "standalone/model_service/identifiers.h"
+#include "standalone/model_service/json_write.h"
 
 #include <algorithm>
+#include <list>
 #include <tuple>
 
 namespace standalone {
 
 namespace {
 
-template <class Archive, class Property> void visitProperty(Archive& ar, Property& p)
+/// Deeper nesting stays among the members that are kept unread.
+constexpr int MaxNesting = 32;
+
+template <class Archive, class Property> void visitProperty(Archive& ar, Property& p, int depth)
 {
     int baseType = p.baseType;
     ar.field("name", p.name);
@@ -32,6 +37,10 @@ template <class Archive, class Property> void visitProperty(Archive& ar, Propert
     ar.field("postActionEnabled", p.postActionEnabled, false);
     ar.field("statementsEnabled", p.statementsEnabled, false);
     ar.field("reserved3", p.reserved3, true);
+    ar.map("extra", p.extra);
+    if (depth < MaxNesting)
+        ar.list("children", p.children,
+                [depth](auto& element, auto& child) { visitProperty(element, child, depth + 1); });
     if constexpr (Archive::Reads)
         p.baseType = static_cast<logicBlockType>(baseType);
 }
@@ -44,71 +53,65 @@ auto valuesOf(const BaseStepProperty& p)
                     p.reserved3, p.extra);
 }
 
-std::string kindKey(int baseType, int stepType)
+std::uint64_t numberOf(int baseType, int stepType)
+{
+    return std::uint64_t(std::uint32_t(baseType)) << 32 | std::uint32_t(stepType);
+}
+
+std::string nameOf(int baseType, int stepType)
 {
     return std::to_string(baseType) + '/' + std::to_string(stepType);
 }
 
-/// A kind of a newer version: its record is written again as it was read.
-bool isForeign(const QString& key)
+/// The kind that a record of the document is for; false for a name that tells none.
+bool kindOf(const std::string& name, int& baseType, int& stepType)
 {
-    const auto baseType = static_cast<logicBlockType>(key.section(QLatin1Char('/'), 0, 0).toInt());
-    return !makeBlock(baseType, key.section(QLatin1Char('/'), 1).toInt());
+    const QString text = toText(name);
+    baseType = text.section(QLatin1Char('/'), 0, 0).toInt();
+    stepType = text.section(QLatin1Char('/'), 1).toInt();
+    return nameOf(baseType, stepType) == name;
+}
+
+/// Not a kind of this version: its record is written again as it was read.
+bool isForeign(const std::string& name)
+{
+    int baseType = 0;
+    int stepType = 0;
+    return !kindOf(name, baseType, stepType) ||
+           !makeBlock(static_cast<logicBlockType>(baseType), stepType);
 }
 
 } // namespace
 
-QJsonObject writeProperty(const BaseStepProperty& property, const QJsonObject& kept)
+void writeProperty(std::string& json, const BaseStepProperty& property, const std::string& kept)
 {
     FieldWriter writer(kept);
-    visitProperty(writer, property);
-    if (!property.extra.empty()) {
-        QJsonObject extra;
-        for (const auto& [key, value] : property.extra)
-            extra.insert(toText(key), toText(value));
-        writer.insert("extra", extra);
-    }
-    if (!property.children.empty()) {
-        QJsonArray children;
-        for (const auto& child : property.children)
-            children.append(writeProperty(child));
-        writer.insert("children", children);
-    }
-    return writer.object();
+    visitProperty(writer, property, 0);
+    writer.finish(json);
 }
 
-BaseStepProperty readProperty(const QJsonObject& object, LoadReport& report, const QString& where,
-                              QJsonObject* kept)
+BaseStepProperty readProperty(const JsonValue& object, LoadReport& report,
+                              const DocumentPlace& where, std::string* kept)
 {
     BaseStepProperty property;
     FieldReader reader(object, report, where);
-    visitProperty(reader, property);
-    QJsonObject extra;
-    if (reader.takeObject("extra", extra)) {
-        for (auto it = extra.constBegin(); it != extra.constEnd(); ++it) {
-            if (!it.value().isString())
-                report.add(where + QLatin1String(".extra.") + it.key(),
-                           QStringLiteral("成员类型错误"));
-            property.extra[toUtf8(it.key())] = toUtf8(it.value().toString());
-        }
-    }
-    QJsonArray children;
-    if (reader.takeArray("children", children))
-        property.children = readProperties(children, report, where);
+    visitProperty(reader, property, 0);
     if (kept)
         *kept = reader.rest();
     return property;
 }
 
-std::vector<BaseStepProperty> readProperties(const QJsonArray& array, LoadReport& report,
-                                             const QString& where)
+std::vector<BaseStepProperty> readProperties(const JsonValue& array, LoadReport& report,
+                                             const DocumentPlace& where)
 {
     std::vector<BaseStepProperty> properties;
-    for (const auto& item : array) {
+    DocumentPlace place(0, where);
+    for (auto item = array.first(); !item.isMissing(); item = item.nextIn(array)) {
         if (item.isObject())
-            properties.push_back(readProperty(item.toObject(), report, where));
+            properties.push_back(readProperty(item, report, place));
         else
-            report.add(where, QStringLiteral("步骤类型不是对象"));
+            report.add(place, QStringLiteral("步骤类型不是对象"));
+        place.setIndex(place.index() + 1);
     }
     return properties;
 }
@@ -120,49 +123,69 @@ bool isSameProperty(const BaseStepProperty& a, const BaseStepProperty& b)
                       isSameProperty);
 }
 
-KindTable::KindTable(const QJsonObject& rests) : m_rests(rests) {}
-
-void KindTable::read(const QJsonObject& object, LoadReport& report)
+KindTable::KindTable(const Rests& rests) : m_rests(rests)
 {
-    for (auto it = object.begin(); it != object.end(); ++it) {
-        const QString where = QLatin1String("stepKinds.") + it.key();
-        if (!it.value().isObject()) {
+    for (const auto& [name, json] : m_rests) {
+        if (isForeign(name) || json.front() != '{')
+            m_foreign.emplace(name, json);
+    }
+}
+
+void KindTable::read(const JsonValue& object, LoadReport& report)
+{
+    const DocumentPlace whole;
+    const DocumentPlace table("stepKinds", whole);
+    for (auto key = object.first(); !key.isMissing(); key = key.valueOfName().nextIn(object)) {
+        const auto name = key.text();
+        const auto value = key.valueOfName();
+        const DocumentPlace where(name, table);
+        if (!value.isObject())
             report.add(where, QStringLiteral("成员类型错误"));
-            continue;
+        std::string rest;
+        int baseType = 0;
+        int stepType = 0;
+        if (value.isObject() && kindOf(name, baseType, stepType))
+            m_records[numberOf(baseType, stepType)] = readProperty(value, report, where, &rest);
+        if (!value.isObject() || isForeign(name)) {
+            rest.clear();
+            if (!appendJsonValue(rest, value))
+                report.add(where, QStringLiteral("嵌套过深或数字超出范围，已舍弃"));
         }
-        QJsonObject rest;
-        m_records[toUtf8(it.key())] = readProperty(it.value().toObject(), report, where, &rest);
-        if (isForeign(it.key()))
-            m_rests.insert(it.key(), it.value());
-        else if (!rest.isEmpty())
-            m_rests.insert(it.key(), rest);
+        if (!rest.empty())
+            m_rests[name] = rest;
     }
 }
 
 const BaseStepProperty* KindTable::find(int baseType, int stepType) const
 {
-    const auto found = m_records.find(kindKey(baseType, stepType));
+    const auto found = m_records.find(numberOf(baseType, stepType));
     return found == m_records.end() ? nullptr : &found->second;
 }
 
 bool KindTable::covers(int baseType, int stepType, const BaseStepProperty& property)
 {
-    const auto [record, isNew] = m_records.try_emplace(kindKey(baseType, stepType), property);
+    const auto [record, isNew] = m_records.try_emplace(numberOf(baseType, stepType), property);
     return isNew || isSameProperty(record->second, property);
 }
 
-QJsonObject KindTable::write() const
+void KindTable::write(std::string& json) const
 {
-    QJsonObject object;
-    for (auto it = m_rests.begin(); it != m_rests.end(); ++it) {
-        if (isForeign(it.key()))
-            object.insert(it.key(), it.value());
+    FieldWriter table;
+    auto foreign = m_foreign;
+    std::list<std::string> names;
+    for (const auto& [number, property] : m_records) {
+        const auto& name = names.emplace_back(
+            nameOf(static_cast<int>(number >> 32), static_cast<int>(number & 0xFFFFFFFFu)));
+        const auto rest = m_rests.find(name);
+        const bool isKept = rest != m_rests.end() && foreign.erase(name) == 0;
+        const auto kept = isKept ? rest->second : std::string();
+        table.insert(name, [&record = property, kept](std::string& out) {
+            writeProperty(out, record, kept);
+        });
     }
-    for (const auto& [key, property] : m_records) {
-        const QString name = toText(key);
-        object.insert(name, writeProperty(property, m_rests.value(name).toObject()));
-    }
-    return object;
+    for (const auto& [name, record] : foreign)
+        table.insert(name, [&text = record](std::string& out) { out += text; });
+    table.finish(json);
 }
 
 } // namespace standalone

@@ -46,34 +46,29 @@ SequenceInfo SequenceContent::record() const
     return info;
 }
 
-QJsonObject writeSequence(const SequenceContent& sequence, BlockWriter& writer)
+void writeSequence(std::string& json, const SequenceContent& sequence, BlockWriter& writer)
 {
     FieldWriter fields(sequence.kept);
     visitHead(fields, sequence.head);
     for (int flow = InitialFlow; flow <= EndFlow; ++flow) {
         const auto& blocks = sequence.flows[static_cast<std::size_t>(flow)];
-        const QLatin1String name(flowNames[flow]);
-        if (!blocks.empty() || !sequence.kept.contains(name))
-            fields.insert(flowNames[flow], writer.write(blocks));
+        if (!blocks.empty() || !fields.keeps(flowNames[flow]))
+            fields.insert(flowNames[flow], [&](std::string& out) { writer.write(out, blocks); });
     }
-    return fields.object();
+    fields.finish(json);
 }
 
-SequenceContent readSequence(const QJsonObject& object, BlockReader& reader, LoadReport& report,
-                             const QString& where)
+void readSequence(SequenceContent& sequence, const JsonValue& object, BlockReader& reader,
+                  LoadReport& report, const DocumentPlace& where)
 {
-    SequenceContent sequence;
     FieldReader fields(object, report, where);
     visitHead(fields, sequence.head);
     for (int flow = InitialFlow; flow <= EndFlow; ++flow) {
-        QJsonArray blocks;
-        if (fields.takeArray(flowNames[flow], blocks)) {
-            const QString place = where + QLatin1Char('.') + QLatin1String(flowNames[flow]);
-            sequence.flows[static_cast<std::size_t>(flow)] = reader.read(blocks, place);
-        }
+        const DocumentPlace place(flowNames[flow], where);
+        sequence.flows[static_cast<std::size_t>(flow)] = reader.read(
+            fields.takeArray(flowNames[flow]), place, {nullptr, nullptr, &sequence, flow});
     }
     sequence.kept = fields.rest();
-    return sequence;
 }
 
 } // namespace standalone

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "model/SequenceInfo.h"
-
-#include <QJsonObject>
+#include "standalone/model_service/JsonTree.h"
 
 #include <array>
 #include <memory>
+#include <string>
 #include <vector>
 
 class IProcessBlock;
@@ -14,6 +14,7 @@ namespace standalone {
 
 class BlockReader;
 class BlockWriter;
+class DocumentPlace;
 class LoadReport;
 
 /// One sequence with its blocks: what a document holds of it.
@@ -26,11 +27,12 @@ struct SequenceContent
 
     SequenceInfo head; ///< its flows are not used: flows has them
     std::array<Blocks, 3> flows;
-    QJsonObject kept; ///< members that reading left over
+    std::string kept; ///< members that reading left over, as an object
 };
 
-QJsonObject writeSequence(const SequenceContent& sequence, BlockWriter& writer);
-SequenceContent readSequence(const QJsonObject& object, BlockReader& reader, LoadReport& report,
-                             const QString& where);
+void writeSequence(std::string& json, const SequenceContent& sequence, BlockWriter& writer);
+/// Fills @p sequence, to which the places of its blocks lead.
+void readSequence(SequenceContent& sequence, const JsonValue& object, BlockReader& reader,
+                  LoadReport& report, const DocumentPlace& where);
 
 } // namespace standalone

@@ -90,38 +90,12 @@ public:
 private:
     void add(const std::string& id)
     {
-        if (!id.empty() && std::find(ids.begin(), ids.end(), id) == ids.end())
+        if (!id.empty() && m_known.insert(id).second)
             ids.push_back(id);
     }
 
     bool m_withDisabled;
-};
-
-/// A search in depth: a sequence that is met again while it is open closes a loop.
-class LoopSearch
-{
-public:
-    explicit LoopSearch(const AppletModel& applet) : m_applet(applet) {}
-
-    bool leadsIntoLoop(const std::string& sequenceId)
-    {
-        const auto [state, isNew] = m_isOpen.try_emplace(sequenceId, true);
-        if (!isNew)
-            return state->second;
-        const auto* sequence = m_applet.sequence(sequenceId);
-        if (sequence) {
-            for (const auto& called : calledSequences(*sequence, false)) {
-                if (leadsIntoLoop(called))
-                    return true;
-            }
-        }
-        m_isOpen[sequenceId] = false;
-        return false;
-    }
-
-private:
-    const AppletModel& m_applet;
-    std::unordered_map<std::string, bool> m_isOpen;
+    std::unordered_set<std::string> m_known;
 };
 
 } // namespace
@@ -136,7 +110,38 @@ std::vector<std::string> calledSequences(const SequenceContent& sequence, bool w
 
 bool hasCallLoop(const AppletModel& applet, const std::string& sequenceId)
 {
-    return LoopSearch(applet).leadsIntoLoop(sequenceId);
+    // A search in depth: a sequence that is met again while it is open closes a loop. Chains of
+    // calls may be as long as the document, so the walk keeps its own stack.
+    struct Level
+    {
+        std::string id;
+        std::vector<std::string> called;
+        std::size_t next = 0;
+    };
+    std::unordered_map<std::string, bool> isOpen;
+    std::vector<Level> levels;
+    const auto open = [&](const std::string& id) {
+        const auto* sequence = applet.sequence(id);
+        isOpen[id] = true;
+        levels.push_back(
+            {id, sequence ? calledSequences(*sequence, false) : std::vector<std::string>()});
+    };
+    open(sequenceId);
+    while (!levels.empty()) {
+        auto& level = levels.back();
+        if (level.next == level.called.size()) {
+            isOpen[level.id] = false;
+            levels.pop_back();
+            continue;
+        }
+        const std::string called = level.called[level.next++];
+        const auto known = isOpen.find(called);
+        if (known == isOpen.end())
+            open(called);
+        else if (known->second)
+            return true;
+    }
+    return false;
 }
 
 std::unordered_set<std::string> usedWords(const std::vector<std::shared_ptr<IProcessBlock>>& blocks)

@@ -49,84 +49,117 @@ SequenceInfo infoOf(const SequenceContent& content, Blocks& blocks)
     return content.record();
 }
 
-QJsonArray writeVariables(const std::vector<processVariable>& variables, processVariableType scope)
+void writeVariables(std::string& json, const std::vector<processVariable>& variables,
+                    processVariableType scope)
 {
-    QJsonArray array;
-    for (const auto& variable : variables)
-        array.append(writeVariable({variable, {}}, scope, {}));
-    return array;
+    json += '[';
+    for (std::size_t i = 0; i < variables.size(); ++i) {
+        json += i > 0 ? "," : "";
+        writeVariable(json, {variables[i], {}}, scope, {});
+    }
+    json += ']';
 }
 
 std::vector<processVariable> readRecords(FieldReader& reader, const char* name, LoadReport& report,
-                                         processVariableType scope)
+                                         const DocumentPlace& where, processVariableType scope)
 {
-    QJsonArray array;
-    reader.takeArray(name, array);
     std::vector<processVariable> variables;
-    for (const auto& stored : readVariables(array, report, QLatin1String(name), scope, {}))
-        variables.push_back(stored.variable);
+    const auto array = reader.takeArray(name);
+    for (auto& stored : readVariables(array, report, {name, where}, scope, {}))
+        variables.push_back(std::move(stored.variable));
     return variables;
 }
 
-} // namespace
+/// Templates in templates: deeper ones are left out.
+constexpr int MaxNesting = 32;
 
-QJsonObject writeTemplate(const processTemplateInfo& info)
-{
-    KindTable kinds;
-    BlockWriter writer(kinds);
-    FieldWriter fields;
-    fields.field("id", info.id);
-    fields.field("name", info.name);
-    fields.insert("mainSequence",
-                  writeSequence(contentOf(info.mainSequence, byUuid(info.blocks)), writer));
-    const auto subBlocks = byUuid(info.subBlocks);
-    QJsonArray sequences;
-    for (const auto& sequence : info.subSequences)
-        sequences.append(writeSequence(contentOf(sequence, subBlocks), writer));
-    fields.insert("subSequences", sequences);
-    fields.insert("sequenceVariables", writeVariables(info.sequenceVariables, SequenceVariable));
-    fields.insert("processVariables", writeVariables(info.processVariables, ProcessVariable));
-    QJsonArray templates;
-    for (const auto& entry : info.subTemplates)
-        templates.append(writeTemplate(entry.second));
-    fields.insert("subTemplates", templates);
-    fields.insert("stepKinds", kinds.write());
-    return fields.object();
-}
-
-processTemplateInfo readTemplate(const QJsonObject& object, LoadReport& report,
-                                 const QString& where)
+processTemplateInfo readNested(const JsonValue& object, LoadReport& report,
+                               const DocumentPlace& where, int depth)
 {
     processTemplateInfo info;
     FieldReader reader(object, report, where);
     reader.field("id", info.id);
     reader.field("name", info.name);
-    QJsonObject mainSequence;
-    if (!reader.takeObject("mainSequence", mainSequence))
+    const auto mainSequence = reader.takeObject("mainSequence");
+    if (mainSequence.isMissing())
         return {};
 
-    QJsonObject kindRecords;
-    reader.takeObject("stepKinds", kindRecords);
     KindTable kinds;
-    kinds.read(kindRecords, report);
-    BlockReader blocks(kinds, report);
-    info.mainSequence = infoOf(readSequence(mainSequence, blocks, report, where), info.blocks);
-    QJsonArray sequences;
-    reader.takeArray("subSequences", sequences);
-    for (const auto& sequence : qAsConst(sequences)) {
-        const auto content = readSequence(sequence.toObject(), blocks, report, where);
+    kinds.read(reader.takeObject("stepKinds"), report);
+    BlockPlaces places;
+    BlockReader blocks(kinds, places, report);
+    SequenceContent main;
+    readSequence(main, mainSequence, blocks, report, {"mainSequence", where});
+    info.mainSequence = infoOf(main, info.blocks);
+    const auto sequences = reader.takeArray("subSequences");
+    const DocumentPlace allSequences("subSequences", where);
+    DocumentPlace place(0, allSequences);
+    for (auto item = sequences.first(); !item.isMissing(); item = item.nextIn(sequences)) {
+        SequenceContent content;
+        readSequence(content, item, blocks, report, place);
         info.subSequences.push_back(infoOf(content, info.subBlocks));
+        place.setIndex(place.index() + 1);
     }
-    info.sequenceVariables = readRecords(reader, "sequenceVariables", report, SequenceVariable);
-    info.processVariables = readRecords(reader, "processVariables", report, ProcessVariable);
-    QJsonArray templates;
-    reader.takeArray("subTemplates", templates);
-    for (const auto& item : qAsConst(templates)) {
-        const auto sub = readTemplate(item.toObject(), report, where);
+    info.sequenceVariables =
+        readRecords(reader, "sequenceVariables", report, where, SequenceVariable);
+    info.processVariables = readRecords(reader, "processVariables", report, where, ProcessVariable);
+    const auto templates = reader.takeArray("subTemplates");
+    const DocumentPlace allTemplates("subTemplates", where);
+    DocumentPlace subPlace(0, allTemplates);
+    for (auto item = templates.first(); !item.isMissing(); item = item.nextIn(templates)) {
+        if (depth == MaxNesting) {
+            report.add(subPlace, QStringLiteral("嵌套过深，已舍弃"));
+            break;
+        }
+        auto sub = readNested(item, report, subPlace, depth + 1);
         if (!sub.id.empty())
-            info.subTemplates[sub.id] = sub;
+            info.subTemplates[sub.id] = std::move(sub);
+        subPlace.setIndex(subPlace.index() + 1);
     }
     return info;
+}
+
+} // namespace
+
+std::string writeTemplate(const processTemplateInfo& info)
+{
+    KindTable kinds;
+    BlockWriter writer(kinds);
+    std::string mainSequence;
+    writeSequence(mainSequence, contentOf(info.mainSequence, byUuid(info.blocks)), writer);
+    const auto subBlocks = byUuid(info.subBlocks);
+    std::string sequences = "[";
+    for (const auto& sequence : info.subSequences) {
+        sequences += sequences.size() > 1 ? "," : "";
+        writeSequence(sequences, contentOf(sequence, subBlocks), writer);
+    }
+    std::string templates = "[";
+    for (const auto& entry : info.subTemplates) {
+        templates += templates.size() > 1 ? "," : "";
+        templates += writeTemplate(entry.second);
+    }
+    FieldWriter fields;
+    fields.field("id", info.id);
+    fields.field("name", info.name);
+    fields.insert("mainSequence", [&](std::string& out) { out += mainSequence; });
+    fields.insert("subSequences", [&](std::string& out) { out += sequences + ']'; });
+    fields.insert("sequenceVariables", [&](std::string& out) {
+        writeVariables(out, info.sequenceVariables, SequenceVariable);
+    });
+    fields.insert("processVariables", [&](std::string& out) {
+        writeVariables(out, info.processVariables, ProcessVariable);
+    });
+    fields.insert("subTemplates", [&](std::string& out) { out += templates + ']'; });
+    fields.insert("stepKinds", [&](std::string& out) { kinds.write(out); });
+    std::string json;
+    fields.finish(json);
+    return json;
+}
+
+processTemplateInfo readTemplate(const JsonValue& object, LoadReport& report,
+                                 const DocumentPlace& where)
+{
+    return readNested(object, report, where, 0);
 }
 
 } // namespace standalone

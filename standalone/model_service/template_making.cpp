@@ -10,6 +10,7 @@
 #include "standalone/model_service/template_json.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace standalone {
 
@@ -30,10 +31,11 @@ std::vector<const SequenceContent*> reachedFrom(const AppletModel& applet,
                                                 const SequenceContent& first)
 {
     std::vector<const SequenceContent*> reached{&first};
+    std::unordered_set<const SequenceContent*> known{&first};
     for (std::size_t next = 0; next < reached.size(); ++next) {
         for (const auto& id : calledSequences(*reached[next], true)) {
             const auto* called = applet.sequence(id);
-            if (called && std::find(reached.begin(), reached.end(), called) == reached.end())
+            if (called && known.insert(called).second)
                 reached.push_back(called);
         }
     }
@@ -46,9 +48,10 @@ processTemplateInfo templateOf(const SequenceProcessBlock& call)
         return *known;
     const auto& json = call.templateJson.empty() ? call.carried.json : call.templateJson;
     LoadReport report(QStringLiteral("读取模板%1").arg(toText(call.templateName)));
-    QJsonObject object;
-    return parseObject(json, report, object) && !object.isEmpty() ? readTemplate(object, report, {})
-                                                                  : processTemplateInfo();
+    JsonTree document;
+    return parseObject(QByteArray::fromStdString(json), report, document)
+               ? readTemplate(document.root(), report, {})
+               : processTemplateInfo();
 }
 
 void collectTemplates(const Blocks& blocks, std::map<std::string, processTemplateInfo>& templates)

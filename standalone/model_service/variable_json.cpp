@@ -17,7 +17,7 @@ void visitVariable(Archive& ar, Variable& v, processVariableType scopeHere,
     ar.field("type", v.type);
     ar.field("value", v.value);
     ar.field("description", v.description);
-    ar.field("ownerId", v.ownerId, ownerHere.c_str());
+    ar.field("ownerId", v.ownerId, ownerHere);
     ar.field("scope", scope, scopeHere);
     ar.field("isLocked", v.isLocked, false);
     ar.field("isEditable", v.isEditable, true);
@@ -28,36 +28,30 @@ void visitVariable(Archive& ar, Variable& v, processVariableType scopeHere,
 
 } // namespace
 
-QJsonObject writeVariable(const StoredVariable& stored, processVariableType scope,
-                          const std::string& ownerId)
+void writeVariable(std::string& json, const StoredVariable& stored, processVariableType scope,
+                   const std::string& ownerId)
 {
     FieldWriter writer(stored.kept);
     visitVariable(writer, stored.variable, scope, ownerId);
-    return writer.object();
+    writer.finish(json);
 }
 
-StoredVariable readVariable(const QJsonObject& object, LoadReport& report, const QString& where,
-                            processVariableType scope, const std::string& ownerId)
-{
-    StoredVariable stored;
-    FieldReader reader(object, report, where);
-    visitVariable(reader, stored.variable, scope, ownerId);
-    stored.kept = reader.rest();
-    return stored;
-}
-
-std::vector<StoredVariable> readVariables(const QJsonArray& array, LoadReport& report,
-                                          const QString& where, processVariableType scope,
+std::vector<StoredVariable> readVariables(const JsonValue& array, LoadReport& report,
+                                          const DocumentPlace& where, processVariableType scope,
                                           const std::string& ownerId)
 {
     std::vector<StoredVariable> variables;
-    int index = -1;
-    for (const auto& item : array) {
-        const QString place = QStringLiteral("%1[%2]").arg(where).arg(++index);
-        if (item.isObject())
-            variables.push_back(readVariable(item.toObject(), report, place, scope, ownerId));
-        else
+    DocumentPlace place(0, where);
+    for (auto item = array.first(); !item.isMissing(); item = item.nextIn(array)) {
+        if (item.isObject()) {
+            FieldReader reader(item, report, place);
+            auto& stored = variables.emplace_back();
+            visitVariable(reader, stored.variable, scope, ownerId);
+            stored.kept = reader.rest();
+        } else {
             report.add(place, QStringLiteral("变量不是对象，已忽略"));
+        }
+        place.setIndex(place.index() + 1);
     }
     return variables;
 }

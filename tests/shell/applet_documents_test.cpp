@@ -4,6 +4,7 @@
 #include "standalone/host/Host.h"
 #include "tests/support/applet_fixture.h"
 
+#include <QDirIterator>
 #include <QtTest>
 
 namespace processedit = sdk_ui_interface::processedit;
@@ -22,6 +23,10 @@ private slots:
     void damagedDocumentIsKept_data();
     void damagedDocumentIsKept();
     void readsOldVersions();
+    void hostileDocumentsAreReadAsFarAsTheyGo_data();
+    void hostileDocumentsAreReadAsFarAsTheyGo();
+    void foreignMembersAndTheVersionStay();
+    void examplesComeBackByteForByte();
 
 private:
     QString makeApplet(bool withBlock);
@@ -196,6 +201,119 @@ void AppletDocumentsTest::readsOldVersions()
     applet_documents::read(m_name, folder(), false);
     QCOMPARE(int(processedit::getAllSequenceByAppName(m_name).size()), 1);
     QVERIFY(!QFile::exists(document()));
+}
+
+void AppletDocumentsTest::hostileDocumentsAreReadAsFarAsTheyGo_data()
+{
+    QTest::addColumn<QByteArray>(
+        "head"); // of the main flow's blocks; the text breaks off or goes on
+    QTest::addColumn<QByteArray>("tail");
+    QTest::addColumn<int>("blocks");
+    QTest::addColumn<QString>("complaint");
+    QTest::addColumn<bool>("isKeptAside");
+    const QByteArray step("{\"stepType\":24,\"uuid\":\"a\",\"name\":\"");
+    const QByteArray end("]}]}}");
+    constexpr int deep = 10000;
+    QTest::newRow("nested 10,000 deep")
+        << QByteArray("{\"stepType\":1,\"children\":[").repeated(deep) +
+               QByteArray("]}").repeated(deep)
+        << end << deep << QStringLiteral("嵌套过深") << false;
+    QTest::newRow("nested 20,000 deep, never closed")
+        << QByteArray("{\"stepType\":1,\"children\":[").repeated(2 * deep) << QByteArray()
+        << 2 * deep << QStringLiteral("内容不完整 (行 1 列 ") << true;
+    QTest::newRow("an unknown member nested 100,000 deep")
+        << step + "\",\"x\":" + QByteArray(10 * deep, '[') + QByteArray(10 * deep, ']') + '}' << end
+        << 1 << QStringLiteral("sequences[0].mainFlow[0].x: 嵌套过深") << false;
+    QTest::newRow("one string of 100 MB")
+        << step + QByteArray(100 * 1000 * 1000, 'x') + "\"}" << end << 1 << QString() << false;
+    QTest::newRow("a member's name of 5 MB, twice")
+        << step + "\",\"" + QByteArray(5 * 1000 * 1000, 'x') + "\":1,\"" +
+               QByteArray(5 * 1000 * 1000, 'x') + "\":2}"
+        << end << 1 << QStringLiteral("成员重复") << false;
+    QTest::newRow("100,000 steps of one uuid")
+        << (step + "\"},").repeated(10 * deep) + step + "\"}" << end << 10 * deep + 1
+        << QStringLiteral("另有") << false;
+    QTest::newRow("not UTF-8") << step + "\xCE\xC4\xBC\xFE\"}" << end << 1
+                               << QStringLiteral("非UTF-8字符, 已替换: 行 1 列") << true;
+    QTest::newRow("NUL in a text and as a byte")
+        << step + QByteArray("a\\u0000b\0c\"}", 12) << end << 1 << QString() << false;
+    QTest::newRow("cut in the second step")
+        << step + "\"}," + step << QByteArray() << 1 << QStringLiteral("内容不完整") << true;
+    QTest::newRow("a comma too few")
+        << step + "\"}{" << end << 1 << QStringLiteral("缺少逗号") << true;
+}
+
+void AppletDocumentsTest::hostileDocumentsAreReadAsFarAsTheyGo()
+{
+    QFETCH(QByteArray, head);
+    QFETCH(QByteArray, tail);
+    QFETCH(int, blocks);
+    QFETCH(QString, complaint);
+    QFETCH(bool, isKeptAside);
+    ScopedApplet applet(m_name);
+    const QByteArray text =
+        "{\"logicview\":{\"sequences\":[{\"id\":\"s\",\"name\":\"n\",\"mainFlow\":[" + head + tail;
+    put(applet_documents::documentName, text);
+    QSignalSpy errors(&standalone::Host::instance(), &standalone::Host::errorLogged);
+    applet_documents::read(m_name, folder(), false);
+    const auto read = processedit::getAllProcessBySequenceID(m_name, QStringLiteral("s"),
+                                                             IProcessBlock::MainFlowBlocks);
+    // A step that the text breaks off in is there or not; none before it is lost.
+    QVERIFY2(int(read.size()) == blocks || (tail.isEmpty() && int(read.size()) == blocks + 1),
+             qPrintable(QString::number(read.size())));
+    QString log;
+    for (const auto& error : errors) {
+        log += error.at(0).toString() + QLatin1Char('\n');
+        QVERIFY(error.at(0).toString().size() < 500);
+    }
+    QVERIFY2(complaint.isEmpty() ? log.isEmpty() : log.contains(complaint), qPrintable(log));
+    QVERIFY(errors.size() < 30);
+    QCOMPARE(content(applet_documents::documentName), text);
+    QCOMPARE(QFile::exists(document() + QStringLiteral(".damaged")), isKeptAside);
+
+    // What is saved holds all that was read, and the bare library reads it.
+    QVERIFY(applet_documents::write(m_name, document(), {}));
+    const QByteArray first = content(applet_documents::documentName);
+    QVERIFY(QJsonDocument::fromJson(first).isObject());
+    applet_documents::read(m_name, folder(), false);
+    QVERIFY(applet_documents::write(m_name, document(), {}));
+    QCOMPARE(content(applet_documents::documentName), first);
+}
+
+void AppletDocumentsTest::foreignMembersAndTheVersionStay()
+{
+    ScopedApplet applet(m_name);
+    const QByteArray text =
+        QJsonDocument::fromJson(R"({"future": {"a": [1, {}]}, "logicvar": {"x": 1},
+        "logicview": {"version": 7, "sequences": [{"id": "s", "name": "n", "initialFlow": [],
+        "endFlow": [], "mainFlow": [{"stepType": 4711, "uuid": "u", "z": [true]}]}]}})")
+            .toJson();
+    put(applet_documents::documentName, text);
+    QSignalSpy errors(&standalone::Host::instance(), &standalone::Host::errorLogged);
+    applet_documents::read(m_name, folder(), false);
+    QCOMPARE(errors.size(), 2);
+    QVERIFY(errors.at(0).at(0).toString().contains(QStringLiteral("文档版本 7")));
+    QVERIFY(errors.at(1).at(0).toString().contains(QStringLiteral("未知的步骤类型 3/4711")));
+    const auto step = processedit::getProcess(m_name, QStringLiteral("u"));
+    QVERIFY(step && !step->property.editable && !step->property.nameEditable);
+    QVERIFY(applet_documents::write(m_name, document(), {}));
+    QCOMPARE(content(applet_documents::documentName), text);
+}
+
+void AppletDocumentsTest::examplesComeBackByteForByte()
+{
+    QDirIterator documents(QFINDTESTDATA("../../examples"), {applet_documents::documentName},
+                           QDir::Files, QDirIterator::Subdirectories);
+    QVERIFY(documents.hasNext());
+    while (documents.hasNext()) {
+        const QFileInfo example(documents.next());
+        ScopedApplet applet(m_name);
+        applet_documents::read(m_name, example.path() + QLatin1Char('/'), false);
+        QVERIFY(applet_documents::write(m_name, document(), {}));
+        QFile file(example.filePath());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(content(applet_documents::documentName), file.readAll());
+    }
 }
 
 QTEST_GUILESS_MAIN(AppletDocumentsTest)

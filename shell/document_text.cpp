@@ -1,0 +1,254 @@
+#include "shell/document_text.h"
+
+#include "model/json_scan.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+namespace document_text {
+
+namespace {
+
+/// Finds the members of the outermost object.
+class Splitter
+{
+public:
+    Splitter(std::string_view text, Parts& parts) : m_text(text), m_parts(parts) {}
+
+    void begin(char bracket, std::size_t at)
+    {
+        if (m_depth == 0)
+            m_parts.isObject = bracket == '{';
+        if (m_depth == 1)
+            m_valueBegin = at;
+        ++m_depth;
+    }
+    void end(std::size_t at)
+    {
+        if (--m_depth == 1)
+            take(m_valueBegin, at + 1);
+    }
+    void key(std::size_t begin, std::size_t end, bool)
+    {
+        if (m_depth != 1)
+            return;
+        m_name = m_text.substr(begin, end - begin);
+        m_valueBegin = 0;
+    }
+    void string(std::size_t begin, std::size_t end, bool)
+    {
+        if (m_depth == 1)
+            take(begin - 1, end + 1);
+    }
+    void scalar(std::size_t begin, std::size_t end)
+    {
+        if (m_depth == 1)
+            take(begin, end);
+    }
+    /// Takes what the text breaks off in.
+    void finish(std::size_t at)
+    {
+        if (m_depth > 1)
+            take(m_valueBegin, at);
+    }
+
+private:
+    void take(std::size_t begin, std::size_t end)
+    {
+        if (m_parts.isObject)
+            m_parts.members[m_name] = m_text.substr(begin, end - begin);
+    }
+
+    std::string_view m_text;
+    Parts& m_parts;
+    std::string_view m_name;
+    std::size_t m_valueBegin = 0;
+    std::size_t m_depth = 0;
+};
+
+/// Whether a string with escapes has them where QJsonDocument has them.
+bool isUsual(std::string_view string)
+{
+    for (auto at = string.find('\\'); at != std::string_view::npos;
+         at = string.find('\\', at + 2)) {
+        const char c = string[at + 1];
+        const bool isControl = c == 'u' && string.substr(at + 2, 2) == "00" &&
+                               (string[at + 4] == '0' || string[at + 4] == '1');
+        if (c == '/' || (c == 'u' && !isControl))
+            return false;
+    }
+    return true;
+}
+
+/// Writes what it is shown, indented.
+class Indenter
+{
+public:
+    Indenter(std::string_view text, std::string& out) : m_text(text), m_out(out) {}
+
+    void begin(char bracket, std::size_t)
+    {
+        openElement();
+        m_out += bracket;
+        m_out += '\n';
+        m_levels.push_back({bracket, true, {}});
+    }
+    void end(std::size_t)
+    {
+        if (!m_levels.back().isEmpty)
+            m_out += '\n';
+        const char bracket = m_levels.back().bracket;
+        m_levels.pop_back();
+        indent();
+        m_out += bracket == '{' ? '}' : ']';
+    }
+    void key(std::size_t begin, std::size_t end, bool isPlain)
+    {
+        const auto name = m_text.substr(begin, end - begin);
+        auto& level = m_levels.back();
+        m_isUsual =
+            m_isUsual && isPlain && (level.isEmpty || json_scan::isBefore(level.lastName, name));
+        level.lastName = name;
+        openElement();
+        append(begin - 1, end + 1);
+        m_out += ": ";
+        m_isNamed = true;
+    }
+    void string(std::size_t begin, std::size_t end, bool isPlain)
+    {
+        m_isUsual = m_isUsual && (isPlain || isUsual(m_text.substr(begin, end - begin)));
+        openElement();
+        append(begin - 1, end + 1);
+    }
+    void scalar(std::size_t begin, std::size_t end)
+    {
+        openElement();
+        append(begin, end);
+    }
+
+    bool isUsualSoFar() const { return m_isUsual; }
+
+private:
+    struct Level
+    {
+        char bracket;
+        bool isEmpty;
+        std::string_view lastName;
+    };
+
+    void openElement()
+    {
+        if (m_isNamed) {
+            m_isNamed = false;
+            return;
+        }
+        if (m_levels.empty())
+            return;
+        if (!m_levels.back().isEmpty)
+            m_out += ",\n";
+        m_levels.back().isEmpty = false;
+        indent();
+    }
+    void indent()
+    {
+        // One step for the object that the text stands in.
+        m_out.append((m_levels.size() + 1) * 4, ' ');
+    }
+    void append(std::size_t begin, std::size_t end) { m_out.append(m_text, begin, end - begin); }
+
+    std::string_view m_text;
+    std::string& m_out;
+    std::vector<Level> m_levels;
+    bool m_isNamed = false; ///< a name was written whose value comes
+    bool m_isUsual = true;
+};
+
+/// How many bytes of @p text make its first character; 0 if they are none.
+std::size_t lengthOfCharacter(std::string_view text)
+{
+    const auto byte = [&](std::size_t i) {
+        return i < text.size() ? static_cast<unsigned char>(text[i]) : 0u;
+    };
+    const auto follows = [&](std::size_t i, unsigned least, unsigned most) {
+        return byte(i) >= least && byte(i) <= most;
+    };
+    const unsigned lead = byte(0);
+    if (lead < 0x80)
+        return 1;
+    if (lead >= 0xC2 && lead <= 0xDF)
+        return follows(1, 0x80, 0xBF) ? 2 : 0;
+    if (lead >= 0xE0 && lead <= 0xEF) {
+        const bool isSecond = follows(1, lead == 0xE0 ? 0xA0 : 0x80, lead == 0xED ? 0x9F : 0xBF);
+        return isSecond && follows(2, 0x80, 0xBF) ? 3 : 0;
+    }
+    if (lead >= 0xF0 && lead <= 0xF4) {
+        const bool isSecond = follows(1, lead == 0xF0 ? 0x90 : 0x80, lead == 0xF4 ? 0x8F : 0xBF);
+        return isSecond && follows(2, 0x80, 0xBF) && follows(3, 0x80, 0xBF) ? 4 : 0;
+    }
+    return 0;
+}
+
+} // namespace
+
+Parts split(std::string_view text)
+{
+    Parts parts;
+    Splitter splitter(text, parts);
+    const auto result = json_scan::scan(text, splitter);
+    splitter.finish(result.offset);
+    parts.fault = result.fault;
+    parts.faultOffset = result.offset;
+    return parts;
+}
+
+QString lineAndColumn(std::string_view text, std::size_t offset)
+{
+    const auto before = text.substr(0, offset);
+    const auto line = std::count(before.begin(), before.end(), '\n') + 1;
+    const auto lineBegin = before.rfind('\n') + 1; // npos + 1 is 0
+    return QStringLiteral("行 %1 列 %2").arg(line).arg(before.size() - lineBegin + 1);
+}
+
+std::size_t firstForeignByte(std::string_view text)
+{
+    for (std::size_t at = 0; at < text.size();) {
+        while (text.size() - at >= 8) {
+            std::uint64_t bytes;
+            std::memcpy(&bytes, text.data() + at, sizeof bytes);
+            if ((bytes & 0x8080808080808080u) != 0)
+                break;
+            at += 8;
+        }
+        if (at == text.size())
+            break;
+        const auto length = lengthOfCharacter(text.substr(at));
+        if (length == 0)
+            return at;
+        at += length;
+    }
+    return std::string_view::npos;
+}
+
+bool join(const std::map<std::string_view, std::string_view>& members, std::string& text)
+{
+    std::size_t size = 64;
+    for (const auto& member : members)
+        size += member.second.size() * 2;
+    text.reserve(size);
+    text = '{';
+    for (const auto& [name, json] : members) {
+        text += text.size() == 1 ? "\n" : ",\n";
+        text += "    \"";
+        text += name;
+        text += "\": ";
+        Indenter indenter(json, text);
+        if (json_scan::scan(json, indenter).fault || !indenter.isUsualSoFar())
+            return false;
+    }
+    text += "\n}\n";
+    return true;
+}
+
+} // namespace document_text
