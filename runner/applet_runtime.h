@@ -126,11 +126,13 @@ inline bool step_begin(u32 step)
     return running();
 }
 
+/// A step that failed doesn't come to 100: its end is another report than a good one, wherever
+/// reports of equal progress are taken as one.
 inline bool step_end(u32 step)
 {
     const int result = failure;
     failure = 0;
-    api->report(step, 100.0, result);
+    api->report(step, result < 0 ? 99.0 : 100.0, result);
     return running();
 }
 

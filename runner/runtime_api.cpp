@@ -21,7 +21,7 @@ void report(u32 step, double progress, int result)
 {
     if (step >= current->step_count)
         return;
-    if (progress == 100.0)
+    if (progress == 100.0 || result < 0)
         run_tracer::end(step);
     else if (progress == 0.0)
         run_tracer::begin(step);

@@ -4,7 +4,7 @@
 #include "model/services/capplet.h"
 #include "model/services/processedit.h"
 #include "model/type_tables.h"
-#include "standalone/codegen/statement_functions.h"
+#include "standalone/codegen/function_head.h"
 
 #include <algorithm>
 #include <cstring>
@@ -35,7 +35,7 @@ DrelVarType typeOf(std::string type)
     return varTypeFromKeyword(type);
 }
 
-_DrelFunction recordOf(const codegen::StatementFunction& function)
+_DrelFunction recordOf(const codegen::FunctionHead& function)
 {
     _DrelFunction record = {};
     copyText(record.name, function.name);
@@ -67,8 +67,9 @@ int getCAppletUserFuncs(const QString& appName, QList<QPair<_DrelFunction, int>>
                 const auto* statement = dynamic_cast<const StatementProcessBlock*>(block.get());
                 if (!statement)
                     continue;
-                for (const auto& function : codegen::statementFunctions(statement->customCode()))
-                    functions.append({recordOf(function), OrdinaryKind});
+                const std::string code = statement->customCode();
+                for (const codegen::FunctionDefinition& function : codegen::functionsIn(code))
+                    functions.append({recordOf(codegen::headOf(code, function)), OrdinaryKind});
             }
         }
     }

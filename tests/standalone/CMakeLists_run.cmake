@@ -4,7 +4,7 @@ set(run_tests ${CMAKE_CURRENT_LIST_DIR})
 
 pe_add_test(runtime_protocol_test SOURCES ${run_tests}/runtime_protocol_test.cpp
             LINK pe_standalone)
-pe_add_test(statement_functions_test SOURCES ${run_tests}/statement_functions_test.cpp
+pe_add_test(user_functions_test SOURCES ${run_tests}/user_functions_test.cpp
             LINK pe_standalone)
 pe_add_test(runtime_reports_test
             SOURCES ${run_tests}/runtime_reports_test.cpp ${run_tests}/runtime_harness.cpp

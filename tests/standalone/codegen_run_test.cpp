@@ -168,7 +168,7 @@ void CodegenRunTest::controlFlow_data()
               statement("s", "")}),
         "end:0 end:100 s:0 s:100", "");
     row("failure", main({statement("bad", "step_fail(7);"), statement("good", "")}),
-        "bad:0 bad:100!-7 good:0 good:100", "");
+        "bad:0 bad:99!-7 good:0 good:100", "");
     row("statements around and a step's own loop",
         main({with(statement("s", "log_info(\"%d %d\", k, i);"),
                    [](IProcessBlock& block) {
@@ -266,7 +266,7 @@ void CodegenRunTest::controlFlow_data()
                        block.loopStep = "++k;";
                        block.loopResultInReport = true;
                    })}),
-        "s:0 s:100!-9", "1 步骤“s”第 1 次循环: 成功|1 步骤“s”第 2 次循环: 失败(-9)");
+        "s:0 s:99!-9", "1 步骤“s”第 1 次循环: 成功|1 步骤“s”第 2 次循环: 失败(-9)");
     row("texts keep to their length",
         main({statement(
                  "s",
@@ -286,7 +286,7 @@ void CodegenRunTest::controlFlow_data()
               statement("end", "log_info(\"%d\", a[0]);")},
              {variable("a", "u8*", "", 3), variable("b", "s32*", "9,9,9,9", 4),
               variable("text", "string", "abc", 9)}),
-        "in:0 in:100 out:0 out:100!-1 element:0 element:100 end:0 end:100",
+        "in:0 in:100 out:0 out:99!-1 element:0 element:100 end:0 end:100",
         "1 1 255 3 0|3 下标 3 超出范围, 有效范围为 0 到 2|1 3 0|1 4");
     row("records are passed on",
         main({statement("s",

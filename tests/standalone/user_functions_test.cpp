@@ -1,0 +1,81 @@
+#include "model/process_blocks.h"
+#include "model/services/capplet.h"
+#include "model/type_tables.h"
+#include "standalone/codegen/function_head.h"
+#include "tests/support/applet_fixture.h"
+
+#include <QtTest>
+
+class UserFunctionsTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void heads_data();
+    void heads();
+    void listed();
+};
+
+void UserFunctionsTest::heads_data()
+{
+    QTest::addColumn<QByteArray>("code");
+    QTest::addColumn<QByteArray>("heads"); ///< "type name(type name, ...)", parted by "; "
+    const auto row = [](const char* name, const char* code, const char* heads) {
+        QTest::newRow(name) << QByteArray(code) << QByteArray(heads);
+    };
+    row("one and a call", "int twice(int x)\n{\n  return 2 * x;\n}\ntotal = twice(3);",
+        "int twice(int x)");
+    row("types", "const u8* at(const u8* data, int size, double) { return data; }",
+        "const u8* at(const u8* data, int size, double p3)");
+    row("no parameters", "void a() {} void b(void) {}", "void a(); void b()");
+    row("arrays and defaults",
+        "s32 sum(s32 v[], unsigned int n = most(1, 2), char c = ',') { return 0; }",
+        "s32 sum(s32* v, unsigned int n, char c)");
+    row("comment amid", "int f(int a /* , int b */, int c) { return a; }", "int f(int a, int c)");
+}
+
+void UserFunctionsTest::heads()
+{
+    QFETCH(QByteArray, code);
+    QFETCH(QByteArray, heads);
+    const std::string text = code.toStdString();
+    QStringList found;
+    for (const codegen::FunctionDefinition& definition : codegen::functionsIn(text)) {
+        const codegen::FunctionHead head = codegen::headOf(text, definition);
+        QStringList parameters;
+        for (const auto& parameter : head.parameters)
+            parameters << QString::fromStdString(parameter.type + ' ' + parameter.name);
+        found << QString::fromStdString(head.returnType + ' ' + head.name) + QLatin1Char('(') +
+                     parameters.join(QStringLiteral(", ")) + QLatin1Char(')');
+    }
+    QCOMPARE(found.join(QStringLiteral("; ")).toUtf8(), heads);
+}
+
+void UserFunctionsTest::listed()
+{
+    namespace processedit = sdk_ui_interface::processedit;
+    const QString app = QStringLiteral("用户函数");
+    const applet_fixture::ScopedApplet applet(app);
+    const QString sequence = processedit::createSeuqence(app, QStringLiteral("Sequence_0"));
+    const auto branch = applet_fixture::addStep<IProcessBlock>(app, sequence, QStringLiteral("1"),
+                                                               step_type::If, "if");
+    const auto statement = applet_fixture::addStep<StatementProcessBlock>(
+        app, sequence, QString::fromStdString(branch->uuid), step_type::Statement, "语句");
+    statement->setCustomCode(
+        "// 求和\n// of two\ndouble add(const string& a, u8* b) { return 0; }");
+    processedit::updateProcess(app, sequence, statement);
+
+    QList<QPair<_DrelFunction, int>> functions;
+    QCOMPARE(sdk_ui_interface::capplet::getCAppletUserFuncs(app, functions), 0);
+    QCOMPARE(functions.size(), 1);
+    const _DrelFunction& function = functions.first().first;
+    QCOMPARE(function.name, "add");
+    QCOMPARE(function.description, "求和 of two");
+    QCOMPARE(function.returnType, int(DrelDouble));
+    QCOMPARE(function.params[0].type, int(varTypeFromKeyword("string")));
+    QCOMPARE(function.params[1].name, "b");
+    QCOMPARE(function.params[1].type, int(varTypeFromKeyword("u8*")));
+    QCOMPARE(function.params[2].name, "");
+}
+
+QTEST_GUILESS_MAIN(UserFunctionsTest)
+#include "user_functions_test.moc"
