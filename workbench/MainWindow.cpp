@@ -245,7 +245,7 @@ void MainWindow::connectBuild()
             m_isBuilt = true;
             m_editor->setRuntimeStaleHint(false);
         } else {
-            m_outcome = tr("编译失败");
+            m_progress->finish(tr("编译失败"));
         }
         emit attemptFinished(success);
         // Queued: a run begins after this, and one that can't begin sends no end.

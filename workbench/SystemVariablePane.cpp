@@ -65,6 +65,9 @@ SystemVariablePane::SystemVariablePane(QWidget* parent)
     m_table->horizontalHeader()->setHighlightSections(false);
     m_table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     m_table->horizontalHeader()->setStretchLastSection(true);
+    const int widths[] = {150, 80, 180};
+    for (int column = 0; column < SystemVariableModel::DescriptionColumn; ++column)
+        m_table->setColumnWidth(column, StyleManager::scale(widths[column]));
     connect(m_model, &SystemVariableModel::refused, this, &SystemVariablePane::refused);
 
     auto* bar = new QToolBar(this);

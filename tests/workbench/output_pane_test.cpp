@@ -9,6 +9,7 @@
 #include "workbench/OutputPane.h"
 
 #include <QDockWidget>
+#include <QLabel>
 #include <QSettings>
 #include <QTextBlock>
 #include <QTreeView>
@@ -66,6 +67,8 @@ void OutputPaneTest::errorsLeadToTheirSteps()
     window.editor()->onToolWidgetButtonClickedSlot(ProcessEditToolBar::Compile);
     QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 60000);
     QCOMPARE(finished[0][0].toBool(), false);
+    QCOMPARE(window.findChild<QLabel*>(QStringLiteral("activity"))->text(),
+             QStringLiteral("编译失败"));
 
     auto* pane = qobject_cast<OutputPane*>(
         window.findChild<QDockWidget*>(QStringLiteral("outputDock"))->widget());
