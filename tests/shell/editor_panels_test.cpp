@@ -39,6 +39,7 @@ private slots:
     void removedSequencesLeaveThePanels();
     void hostAddsVariables();
     void changedSystemVariableReloadsThePanel();
+    void stepsOfUnknownKindsAreShownAndKept();
 
 private:
     QTreeWidgetItem* paletteItem(int stepType) const;
@@ -245,6 +246,42 @@ void EditorPanelsTest::changedSystemVariableReloadsThePanel()
     variables.setValue(QStringLiteral("speed"), QStringLiteral("3"));
     variables.waitForListeners();
     QTRY_COMPARE(ownRows(), 1);
+}
+
+void EditorPanelsTest::stepsOfUnknownKindsAreShownAndKept()
+{
+    addDelay(10);
+    m_editor->save(QString());
+    QFile file(folder() + QStringLiteral("processInfo.pedt"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QByteArray text = file.readAll();
+    file.close();
+    text.replace("\"stepType\": 24", "\"stepType\": 977,\n\"wings\": {\"span\": [1.50, null]}");
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
+    file.close();
+
+    m_editor->load(false);
+    QCOMPARE(mainRows(), QStringList(QStringLiteral("[x] 等待")));
+    auto* tree =
+        m_editor->findChild<LogicView*>()->findChild<QTreeView*>(QStringLiteral("treeView"));
+    const QModelIndex step = tree->model()->index(0, 0, tree->model()->index(MainFlow, 0));
+    emit tree->clicked(step);
+    const auto says = [](const QWidget* panel) {
+        for (const QLabel* label : panel->findChildren<QLabel*>()) {
+            if (label->isVisibleTo(panel) && label->text() == QStringLiteral("该节点不可编辑"))
+                return true;
+        }
+        return false;
+    };
+    QTRY_VERIFY(says(m_editor->getControlWgt()) && says(m_editor->getSettingWgt()));
+    addDelay(20);
+    m_editor->save(QString());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray saved = file.readAll().simplified();
+    QVERIFY2(saved.contains("\"stepType\": 977") &&
+                 saved.contains("\"wings\": { \"span\": [ 1.50, null ] }"),
+             saved.constData());
+    QVERIFY(saved.contains("\"delay\": 20"));
 }
 
 QTEST_MAIN(EditorPanelsTest)
