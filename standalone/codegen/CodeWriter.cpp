@@ -78,8 +78,9 @@ void CodeWriter::userCode(const std::string& code, const char* userText, int fir
             line(text);
         begin = end + 1;
     }
-    // A backslash at the end would take the next line with it.
-    if (!code.empty() && code.back() == '\\')
+    // A backslash at the end would take the next line with it, also with blanks behind it.
+    const std::size_t last = code.find_last_not_of(" \t\r\v\f");
+    if (last != std::string::npos && code[last] == '\\')
         blankLine();
     m_ranges.push_back({m_file, m_line, m_owner, nullptr, 0});
 }

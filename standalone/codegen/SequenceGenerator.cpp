@@ -184,8 +184,7 @@ void SequenceGenerator::generateFor(const ForProcessBlock& block, const std::str
     const int end = block.getEndValue();
     const int increment = block.getStepValue();
     const bool isNameless = block.getVariableName().empty();
-    const std::string name = isNameless ? "turn_" + std::to_string(m_sequence.steps.at(block.uuid))
-                                        : block.getVariableName();
+    const std::string name = counterOf(block);
     if (!isIdentifier(name))
         addProblem(block, QT_TRANSLATE_NOOP("codegen", "“%1”不能用作循环变量名"), {name});
     if (increment == 0)
@@ -209,6 +208,14 @@ void SequenceGenerator::generateFor(const ForProcessBlock& block, const std::str
     own(block);
     m_writer.close();
     m_writer.close();
+}
+
+/// The name of a fixed loop's variable.
+std::string SequenceGenerator::counterOf(const ForProcessBlock& block) const
+{
+    return block.getVariableName().empty()
+               ? "turn_" + std::to_string(m_sequence.steps.at(block.uuid))
+               : block.getVariableName();
 }
 
 void SequenceGenerator::generateJumpOut(const IProcessBlock& block, bool inLoop)

@@ -61,6 +61,7 @@ private:
     bool generateBranch(const IProcessBlock& branch, bool inLoop);
     void generateLoop(const IProcessBlock& block);
     void generateFor(const ForProcessBlock& block, const std::string& step);
+    std::string counterOf(const ForProcessBlock& block) const;
     void generateJumpOut(const IProcessBlock& block, bool inLoop);
     void generateClosing(const IProcessBlock& block);
     void generateDisabled(const IProcessBlock& block);

@@ -80,8 +80,8 @@ std::string SequencePlan::spaceFor(const SequenceGroup* group)
 {
     auto& space = m_spaces[group];
     if (space.empty()) {
-        space = group == &m_source.applet ? "process"
-                                          : uniqueName("template_" + identifierText(group->name));
+        space = uniqueName(group == &m_source.applet ? "process"
+                                                     : "template_" + identifierText(group->name));
         m_groups.push_back(group);
         if (group != &m_source.applet)
             reserve(group->variables);

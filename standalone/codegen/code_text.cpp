@@ -1,5 +1,7 @@
 #include "standalone/codegen/code_text.h"
 
+#include "model/type_tables.h"
+
 #include <cstdio>
 #include <unordered_set>
 
@@ -84,7 +86,10 @@ std::string stringLiteral(const std::string& text)
 std::string expressionText(const std::string& text)
 {
     std::string result = trimmed(text);
-    if (result.find("//") != std::string::npos || (!result.empty() && result.back() == '\\'))
+    // A backslash joins the line that follows, which is an empty one then.
+    if (!result.empty() && result.back() == '\\')
+        result += '\n';
+    if (result.find("//") != std::string::npos || (!result.empty() && result.back() == '\n'))
         result += '\n';
     return result;
 }
@@ -149,13 +154,24 @@ bool isIdentifier(const std::string& text)
                                                              "void",         "volatile",
                                                              "wchar_t",      "while",
                                                              "xor",          "xor_eq"};
+    // What applet_values.h offers in the namespace of the variables.
+    static const std::unordered_set<std::string> formatting = {
+        "log_debug", "log_info", "log_warning", "log_error",
+        "printf",    "sprintf",  "snprintf",    "text_format"};
     if (text.empty() || !isAsciiLetter(text[0]))
         return false;
     for (const char c : text) {
         if (!isAsciiLetter(c) && !isDigit(c))
             return false;
     }
-    return keywords.count(text) == 0;
+    return keywords.count(text) == 0 && formatting.count(text) == 0 &&
+           varTypeFromKeyword(text) == DrelVoid;
+}
+
+std::string macroRemoval(const std::string& name)
+{
+    const char first = name.empty() ? 'a' : name[0];
+    return (first >= 'A' && first <= 'Z') || first == '_' ? "#undef " + name : std::string();
 }
 
 std::string identifierText(const std::string& text)

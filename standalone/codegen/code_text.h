@@ -21,8 +21,13 @@ std::string operandText(const std::string& text);
 
 bool isBlank(const std::string& text);
 
-/// Whether it can name a variable: an identifier and no keyword.
+/// Whether it can name a variable: an identifier, no keyword, and nothing that the code around a
+/// variable is made of: a type, a function that formats.
 bool isIdentifier(const std::string& text);
+
+/// What lets a name be a variable's though a header of the C library has it for a macro; empty if
+/// no macro is named so.
+std::string macroRemoval(const std::string& name);
 
 /// An identifier that resembles the text.
 std::string identifierText(const std::string& text);

@@ -30,6 +30,9 @@ void writeVariables(const char* title, const std::vector<processVariable>& varia
             result.problems.push_back({{}, code.problem});
             continue;
         }
+        const std::string removal = macroRemoval(variable.name);
+        if (!removal.empty())
+            header.line(removal);
         header.line("extern " + code.declaration + ';');
         if (!variable.description.empty())
             module.comment(variable.description);

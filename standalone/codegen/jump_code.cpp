@@ -38,9 +38,9 @@ void SequenceGenerator::findLoopsWithTargets(const Blocks& blocks,
             for (const ForProcessBlock* loop : around) {
                 if (loop->getCustom() && definesVariable(loop->getFun1()))
                     closed.push_back(loop);
-                else if (!loop->getCustom() && isIdentifier(loop->getVariableName()) &&
-                         !isKnownVariable(loop->getVariableName()))
-                    m_loopVariables.emplace(loop->getVariableName(), loop->getBeginValue());
+                else if (!loop->getCustom() && isIdentifier(counterOf(*loop)) &&
+                         !isKnownVariable(counterOf(*loop)))
+                    m_loopVariables.emplace(counterOf(*loop), loop->getBeginValue());
             }
         }
         const auto* loop = dynamic_cast<const ForProcessBlock*>(&block);

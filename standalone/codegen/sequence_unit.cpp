@@ -1,6 +1,7 @@
 #include "standalone/codegen/SequenceGenerator.h"
 
 #include "model/blocks/StatementProcessBlock.h"
+#include "standalone/codegen/code_text.h"
 #include "standalone/codegen/problem_text.h"
 #include "standalone/codegen/user_texts.h"
 #include "standalone/codegen/variable_code.h"
@@ -67,6 +68,9 @@ void SequenceGenerator::generateVariables()
             place.owner = m_context.result.owners[static_cast<std::size_t>(m_owner)];
             m_context.result.problems.push_back({place, code.problem});
         }
+        const std::string removal = macroRemoval(variable.name);
+        if (!removal.empty())
+            m_writer.line(removal);
         for (const std::string& line : code.lines)
             m_writer.line(line);
     }

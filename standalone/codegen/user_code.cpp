@@ -27,7 +27,10 @@ bool isWordCharacter(char c)
 class Masker
 {
 public:
-    explicit Masker(const std::string& code) : m_code(code), m_masked(code) {}
+    explicit Masker(const std::string& code, bool masksLiterals = true)
+        : m_code(code), m_masked(code), m_masksLiterals(masksLiterals)
+    {
+    }
 
     void run()
     {
@@ -91,7 +94,7 @@ private:
         const std::string name =
             bracket == std::string::npos ? std::string() : m_code.substr(at + 1, bracket - at - 1);
         const char* words = QT_TRANSLATE_NOOP("codegen", "文本没有结束的引号");
-        return mask(at + 1, behind(at, at + 1, ')' + name + '"', words) - 1) + 1;
+        return maskLiteral(at + 1, behind(at, at + 1, ')' + name + '"', words) - 1) + 1;
     }
 
     std::size_t literal(std::size_t at)
@@ -100,10 +103,15 @@ private:
             if (m_code[end] == '\\')
                 ++end;
             else if (m_code[end] == m_code[at])
-                return mask(at + 1, end) + 1;
+                return maskLiteral(at + 1, end) + 1;
         }
         setFault(at, QT_TRANSLATE_NOOP("codegen", "文本没有结束的引号"));
-        return mask(at + 1, lineEnd(at));
+        return maskLiteral(at + 1, lineEnd(at));
+    }
+
+    std::size_t maskLiteral(std::size_t begin, std::size_t end)
+    {
+        return m_masksLiterals ? mask(begin, end) : std::max(begin, end);
     }
 
     std::size_t mask(std::size_t begin, std::size_t end)
@@ -117,6 +125,7 @@ private:
 
     const std::string& m_code;
     std::string m_masked;
+    bool m_masksLiterals;
     CodeFault m_fault;
 };
 
@@ -153,9 +162,9 @@ std::string trimmed(const std::string& text)
 std::string functionName(const std::string& masked)
 {
     static const std::unordered_set<std::string> never = {
-        "if",     "else",   "for",  "while",    "do",        "switch", "return", "struct",
-        "class",  "union",  "enum", "try",      "catch",     "new",    "case",   "goto",
-        "static", "inline", "auto", "template", "namespace", "throw",  "delete", "typedef"};
+        "if",    "else",     "for",       "while", "do",     "switch", "return", "struct",
+        "class", "union",    "enum",      "try",   "catch",  "new",    "case",   "goto",
+        "auto",  "template", "namespace", "throw", "delete", "typedef"};
     const std::string head = trimmed(masked);
     const std::size_t bracket = head.find('(');
     if (bracket == std::string::npos || bracket == 0 || head.back() != ')')
@@ -173,17 +182,39 @@ std::string functionName(const std::string& masked)
     return isHead ? words.back() : std::string();
 }
 
-/// Default arguments stand where a function is declared and not where it is defined.
-std::string withoutDefaults(const std::string& head)
+/// Default arguments stand where a function is declared and not where it is defined. @p masked is
+/// the head with its literals blanked.
+std::string withoutDefaults(const std::string& head, const std::string& masked)
 {
     std::string result;
     bool isDefault = false;
+    int depth = 0;
     for (std::size_t at = 0; at < head.size(); ++at) {
-        isDefault = (isDefault || head[at] == '=') && head[at] != ',' && at + 1 != head.size();
-        if (!isDefault)
+        const char c = masked[at];
+        depth -= c == ')' || c == ']' || c == '}';
+        if (depth == 0 || (c == ',' && depth == 1))
+            isDefault = false;
+        isDefault |= c == '=' && depth == 1;
+        if (!isDefault || c == '\n')
             result += head[at];
+        depth += c == '(' || c == '[' || c == '{';
     }
     return result;
+}
+
+/// Behind the words that say how far a function is known: here it is known everywhere.
+std::size_t behindLinkage(const std::string& masked, std::size_t at)
+{
+    for (;;) {
+        at = masked.find_first_not_of(" \t\r\n", at);
+        std::size_t end = at;
+        while (isWordCharacter(masked[end]))
+            ++end;
+        const std::string word = masked.substr(at, end - at);
+        if (word != "static" && word != "inline" && word != "extern")
+            return at;
+        at = end;
+    }
 }
 
 } // namespace
@@ -225,6 +256,9 @@ std::vector<FunctionDefinition> functionsIn(const std::string& code)
     if (code.find('{') == std::string::npos || faultIn(code).words)
         return functions;
     const std::string masked = withoutLiterals(code);
+    Masker masker(code, false);
+    masker.run();
+    const std::string& commentless = masker.masked();
     std::size_t begin = 0; // of what may be a head
     std::size_t body = 0;
     int depth = 0;
@@ -242,11 +276,12 @@ std::vector<FunctionDefinition> functionsIn(const std::string& code)
             function.begin = masked.find_first_not_of(" \t\r\n", begin);
             function.end = at + 1;
             function.name = name;
-            function.head = trimmed(code.substr(function.begin, body - function.begin));
-            function.code = withoutDefaults(function.head);
-            const std::size_t behindHead = function.begin + function.head.size();
-            function.code += code.substr(behindHead, at + 1 - behindHead);
-            function.line = lineAt(code, function.begin);
+            const std::size_t head = behindLinkage(masked, begin);
+            function.head = trimmed(commentless.substr(head, body - head));
+            const std::size_t behindHead = head + function.head.size();
+            function.code = withoutDefaults(function.head, masked.substr(head)) +
+                            code.substr(behindHead, at + 1 - behindHead);
+            function.line = lineAt(code, head);
             functions.push_back(std::move(function));
         }
         begin = at + 1;

@@ -89,7 +89,11 @@ std::optional<std::string> realLiteral(const std::string& text)
         return std::nullopt;
     char printed[40];
     const auto result = std::to_chars(printed, printed + sizeof printed, value);
-    return std::string(printed, result.ptr);
+    std::string literal(printed, result.ptr);
+    // Without a point it would be an integer, which may be too small for it.
+    if (literal.find_first_of(".e") == std::string::npos)
+        literal += ".0";
+    return literal;
 }
 
 std::optional<std::string> scalarLiteral(DrelVarType type, const std::string& value)
@@ -178,7 +182,8 @@ std::string pointedTo(DrelVarType type)
 /// A pointer to a record of its own, so that it can be passed on and filled.
 VariableCode recordPointerCode(const processVariable& variable, const std::string& record)
 {
-    const std::string storage = variable.name + "_storage";
+    // Longer than names of variables are, so that it is no other's.
+    const std::string storage = "record_of_the_pointer_" + variable.name;
     VariableCode code = defined(record + '*', variable.name, '&' + storage);
     code.lines.insert(code.lines.begin(), record + ' ' + storage + " = {};");
     return code;

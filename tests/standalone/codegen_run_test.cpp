@@ -305,10 +305,32 @@ void CodegenRunTest::controlFlow_data()
     row("functions of statements are known everywhere",
         applet({sequence("main", {statement("s", "log_info(\"%d\", twice(n));"), call("c", "sub")}),
                 sequence("sub",
-                         {statement("d", "s32 twice(s32 value, s32 factor = 2)\n{\n    n += 1;\n"
+                         {statement("d", "static s32 twice(s32 value, const char* name = \"a,)\",\n"
+                                         "s32 factor = fmax(1, 2)) // (\n{\n    n += 1;\n"
                                          "    return value * factor;\n}")})},
                {variable("n", "s32", "20")}),
         "s:0 s:100 c:0 >sub d:0 d:100 <sub c:100", "1 40");
+    row("comments that end in a backslash",
+        main({condition<IfProcessBlock>("if", "n // c:\\", "==", "3 // d:\\",
+                                        {statement("a", "n = 4; // e:\\ \r")}),
+              plain(step_type::EndIf, "end"), expression("e", "n", "n + 1 // f:\\"),
+              statement("s", "log_info(\"%d\", n); // g:\\\t")},
+             {variable("n", "s32", "3")}),
+        "if:0 a:0 a:100 if:100 end:0 end:100 e:0 e:100 s:0 s:100", "1 5");
+    row("goto into a loop without a variable",
+        main({jump("go", "in"), fixedFor("for", "", 0, 3, 1, {statement("in", "++n;")}),
+              plain(step_type::EndFor, "end"), statement("s", "log_info(\"%d\", n);")},
+             {variable("n", "s32", "0")}),
+        "go:0 go:100 in:0 in:100 for:33 in:0 in:100 for:66 in:0 in:100 for:100 end:0 end:100 s:0 "
+        "s:100",
+        "1 3");
+    auto clashes = main({statement("s", "log_info(\"%d %d %d %d %d\", process, NAN, EOF, "
+                                        "can->Id, can_storage);")},
+                        {variable("EOF", "s32", "3"), variable("can", "PDrelCan", ""),
+                         variable("can_storage", "s32", "4")});
+    clashes.applet.sequences.front().variables = {variable("NAN", "s32", "2")};
+    clashes.globalVariables = {variable("process", "s32", "1")};
+    row("names of macros and of the code itself", clashes, "s:0 s:100", "1 1 2 3 0 4");
     row("names that would clash elsewhere",
         main({statement("s", "log_info(\"%d %d %d\", y0, time, process);")},
              {variable("y0", "s32", "1"), variable("time", "s32", "2"),

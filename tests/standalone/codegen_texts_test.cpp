@@ -63,6 +63,7 @@ void CodegenTextsTest::variables_data()
     row("s64", "-9223372036854775808", 1, "s64 v = -9223372036854775807 - 1;");
     row("u64", "18446744073709551615", 1, "u64 v = 18446744073709551615ULL;");
     row("double", "-1.50", 1, "double v = -1.5;");
+    row("double", "98765432109876543210", 1, "double v = 98765432109876543488.0;");
     row("bool", "true", 1, "bool v = true;");
     row("string", "a\"\\\n", 9, "string v = string::limited(9, \"a\\\"\\\\\\012\");");
     row("string", "NULL", 1, "string v = string::limited(1, \"\");");
@@ -72,8 +73,10 @@ void CodegenTextsTest::variables_data()
     row("double*", "", 2, "rt::array<double, 2> v = {};");
     row("void*", "0", 1, "void* v = 0;");
     row("DrelCan", "0", 1, "DrelCan v = {};");
-    row("PDrelCan", "0", 1, "DrelCan v_storage = {};|DrelCan* v = &v_storage;");
-    row("XcpODTEntry*", "0", 1, "XcpODTEntry v_storage = {};|XcpODTEntry* v = &v_storage;");
+    row("PDrelCan", "0", 1,
+        "DrelCan record_of_the_pointer_v = {};|DrelCan* v = &record_of_the_pointer_v;");
+    row("XcpODTEntry*", "0", 1,
+        "XcpODTEntry record_of_the_pointer_v = {};|XcpODTEntry* v = &record_of_the_pointer_v;");
 }
 
 void CodegenTextsTest::variables()
@@ -146,6 +149,8 @@ void CodegenTextsTest::functions_data()
         "const char* f(const string& s)",
         "n = 1;\n                              \n              \nn = 2;");
     row("void f() {} u32 g(u8* d, int n) {}", "void f()|u32 g(u8* d, int n)", "");
+    row("static int f(char a, /* ( */ int b = g(1, 2)) // {\n{ return 0; }",
+        "int f(char a,         int b = g(1, 2))", "");
     row("if (a) { b(); } else if (c) { d(); }", "", "if (a) { b(); } else if (c) { d(); }");
     row("for (int i = 0; i < 3; ++i) { f(i); }", "", "for (int i = 0; i < 3; ++i) { f(i); }");
     row("auto f = [](int a) { return a; };", "", "auto f = [](int a) { return a; };");
