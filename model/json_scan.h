@@ -16,6 +16,7 @@
 ///   void key(std::size_t begin, std::size_t end, bool isPlain);
 ///   void string(std::size_t begin, std::size_t end, bool isPlain);
 ///   void scalar(std::size_t begin, std::size_t end);   a number, true, false or null
+///   void space(std::size_t begin, std::size_t end);   white space between them
 /// Strings are told without their quotes; a plain one has no escapes.
 namespace json_scan {
 
@@ -245,11 +246,14 @@ private:
     void skipSpace()
     {
         constexpr std::uint64_t spaces = 0x2020202020202020u;
+        const std::size_t begin = offset();
         while (m_at != m_end && (*m_at == ' ' || *m_at == '\n' || *m_at == '\r' || *m_at == '\t')) {
             ++m_at;
             while (m_end - m_at >= 8 && eightBytes(m_at) == spaces)
                 m_at += 8;
         }
+        if (offset() != begin)
+            m_handler.space(begin, offset());
     }
 
     const char* const m_begin;

@@ -18,6 +18,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -171,19 +172,25 @@ void readDocument(const QString& appName, const QString& fileName, const Reporte
         keepDamaged(fileName, report);
         return;
     }
-    const QByteArray text = file.readAll();
-    const auto parts = document_text::split(viewOf(text));
+    QByteArray text = file.readAll();
+    auto parts = document_text::split(viewOf(text));
     checkDocument(fileName, viewOf(text), parts, report);
     auto& foreign = remember(fileName, text).foreign;
     foreign.clear();
+    std::optional<QString> steps;
     for (const auto& [name, json] : parts.members) {
         if (name == logicViewKey)
-            processedit::loadProcessJson(appName, QString::fromUtf8(json.data(), int(json.size())));
+            steps = QString::fromUtf8(json.data(), int(json.size()));
         else if (name == variablesKey)
             process_json_edit::loadAppVariableJson(appletNameBytes(appName), soundUtf8(json));
         else if (!parts.fault)
             foreign.emplace(name, json);
     }
+    // Large texts go before the model is made, which then takes their memory.
+    parts = {};
+    text.clear();
+    if (steps)
+        processedit::loadProcessJson(appName, *steps);
 }
 
 // The text of a file of an older version; empty if there is none or it can't be parsed.

@@ -11,60 +11,82 @@ namespace document_text {
 
 namespace {
 
-/// Finds the members of the outermost object.
+/// Finds the members of the outermost object and takes the white space out of them.
 class Splitter
 {
 public:
-    Splitter(std::string_view text, Parts& parts) : m_text(text), m_parts(parts) {}
+    Splitter(std::string_view text, Parts& parts) : m_text(text), m_parts(parts)
+    {
+        m_parts.values.reset(new char[text.size()]); // pages that stay untouched cost nothing
+        m_valueBegin = m_out = m_parts.values.get();
+    }
 
     void begin(char bracket, std::size_t at)
     {
         if (m_depth == 0)
             m_parts.isObject = bracket == '{';
         if (m_depth == 1)
-            m_valueBegin = at;
+            openValue(at);
         ++m_depth;
     }
     void end(std::size_t at)
     {
         if (--m_depth == 1)
-            take(m_valueBegin, at + 1);
+            closeValue(at + 1);
     }
     void key(std::size_t begin, std::size_t end, bool)
     {
         if (m_depth != 1)
             return;
         m_name = m_text.substr(begin, end - begin);
-        m_valueBegin = 0;
     }
-    void string(std::size_t begin, std::size_t end, bool)
+    void string(std::size_t begin, std::size_t end, bool) { takeScalar(begin - 1, end + 1); }
+    void scalar(std::size_t begin, std::size_t end) { takeScalar(begin, end); }
+    void space(std::size_t begin, std::size_t end)
     {
-        if (m_depth == 1)
-            take(begin - 1, end + 1);
-    }
-    void scalar(std::size_t begin, std::size_t end)
-    {
-        if (m_depth == 1)
-            take(begin, end);
+        if (m_depth > 1)
+            copyTo(begin);
+        m_copied = end;
     }
     /// Takes what the text breaks off in.
     void finish(std::size_t at)
     {
         if (m_depth > 1)
-            take(m_valueBegin, at);
+            closeValue(at);
     }
 
 private:
-    void take(std::size_t begin, std::size_t end)
+    void takeScalar(std::size_t begin, std::size_t end)
     {
+        if (m_depth != 1)
+            return;
+        openValue(begin);
+        closeValue(end);
+    }
+    void openValue(std::size_t at)
+    {
+        m_valueBegin = m_out;
+        m_copied = at;
+    }
+    void closeValue(std::size_t at)
+    {
+        copyTo(at);
         if (m_parts.isObject)
-            m_parts.members[m_name] = m_text.substr(begin, end - begin);
+            m_parts.members[m_name] = {m_valueBegin,
+                                       static_cast<std::size_t>(m_out - m_valueBegin)};
+    }
+    void copyTo(std::size_t end)
+    {
+        m_out = std::copy(m_text.data() + m_copied, m_text.data() + end, m_out);
+        m_copied = end;
     }
 
     std::string_view m_text;
     Parts& m_parts;
     std::string_view m_name;
-    std::size_t m_valueBegin = 0;
+    char* m_valueBegin;       ///< in the values of the parts
+    char* m_out;              ///< where the values go on
+    std::size_t m_copied = 0; ///< how much of the text is copied, or left out
     std::size_t m_depth = 0;
 };
 
@@ -127,6 +149,7 @@ public:
         openElement();
         append(begin, end);
     }
+    void space(std::size_t, std::size_t) {}
 
     bool isUsualSoFar() const { return m_isUsual; }
 

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -10,13 +11,15 @@
 /// handed on without being taken apart. No state; any thread.
 namespace document_text {
 
-/// What stands in a text. Views point into it.
+/// What stands in a text.
 struct Parts
 {
     bool isObject = false;
     /// By name as it stands in the text; of two of one name the last. A member that the text breaks
-    /// off in reaches to the fault.
+    /// off in reaches to the fault. Names point into the text, values into @c values.
     std::map<std::string_view, std::string_view> members;
+    /// The values without the white space of the text: half of a document is indentation.
+    std::unique_ptr<char[]> values;
     const char* fault = nullptr; ///< what broke the text, UTF-8; null for a whole one
     std::size_t faultOffset = 0;
 };

@@ -10,13 +10,6 @@ namespace standalone {
 
 namespace {
 
-/// One of 64 bits for a name: a name whose bit no member has is missing, without a search.
-std::uint64_t hintOf(std::string_view name)
-{
-    const auto letter = name.empty() ? 0u : static_cast<unsigned char>(name.front());
-    return std::uint64_t(1) << ((letter * 5 + name.size()) & 63);
-}
-
 template <class Integer> bool isWholeOf(const JsonValue& value)
 {
     std::int64_t number = 0;
@@ -24,11 +17,14 @@ template <class Integer> bool isWholeOf(const JsonValue& value)
            number <= std::numeric_limits<Integer>::max();
 }
 
-template <class Integer> Integer wholeOf(const JsonValue& value, Integer standard)
+/// False for a value that is missing.
+template <class Integer> bool readWhole(const JsonValue& value, Integer& number)
 {
-    std::int64_t number = standard;
-    value.whole(number);
-    return static_cast<Integer>(number);
+    std::int64_t whole = 0;
+    const bool isThere = value.whole(whole);
+    if (isThere)
+        number = static_cast<Integer>(whole);
+    return isThere;
 }
 
 std::string textOf(const JsonValue& value, bool& isSound)
@@ -89,34 +85,34 @@ FieldReader::FieldReader(const JsonValue& object, LoadReport& report, const Docu
     }
 }
 
-void FieldReader::field(std::string_view name, std::string& value, std::string_view standard)
+bool FieldReader::read(std::string_view name, std::string& value)
 {
     const auto found = member(name, isText);
-    if (found.isMissing()) {
-        if (value != standard)
-            value = standard;
-        return;
-    }
+    if (found.isMissing())
+        return false;
     bool isSound = true;
     value = textOf(found, isSound);
     if (!isSound)
         m_report.add({name, m_where}, QStringLiteral("无效的字符已替换"));
+    return true;
 }
 
-void FieldReader::field(std::string_view name, bool& value, bool standard)
+bool FieldReader::read(std::string_view name, bool& value)
 {
     const auto found = member(name, [](const auto& v) { return v.isBool(); });
-    value = found.isMissing() ? standard : found.kind() == JsonValue::True;
+    if (!found.isMissing())
+        value = found.kind() == JsonValue::True;
+    return !found.isMissing();
 }
 
-void FieldReader::field(std::string_view name, int& value, int standard)
+bool FieldReader::read(std::string_view name, int& value)
 {
-    value = wholeOf(member(name, isInt), standard);
+    return readWhole(member(name, isInt), value);
 }
 
-void FieldReader::field(std::string_view name, std::uint32_t& value, std::uint32_t standard)
+bool FieldReader::read(std::string_view name, std::uint32_t& value)
 {
-    value = wholeOf(member(name, isUnsigned), standard);
+    return readWhole(member(name, isUnsigned), value);
 }
 
 void FieldReader::map(std::string_view name, std::map<std::string, std::string>& values)
@@ -156,7 +152,7 @@ JsonValue FieldReader::takeObjects(std::string_view name)
 
 template <class Fits> JsonValue FieldReader::member(std::string_view name, Fits fits)
 {
-    if ((m_hints & hintOf(name)) == 0)
+    if (!mayHave(name))
         return {};
     const auto found = std::find_if(m_members.rbegin(), m_members.rend(),
                                     [&](const Member& member) { return member.name == name; });

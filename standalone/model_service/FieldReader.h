@@ -34,10 +34,17 @@ public:
     /// Names and places are not copied.
     FieldReader(const JsonValue& object, LoadReport& report, const DocumentPlace& where = {});
 
-    void field(std::string_view name, std::string& value, std::string_view standard = {});
-    void field(std::string_view name, bool& value, bool standard);
-    void field(std::string_view name, int& value, int standard);
-    void field(std::string_view name, std::uint32_t& value, std::uint32_t standard);
+    /// The default is a std::string_view, a bool, an int or a std::uint32_t, as the value is.
+    template <class Value, class Standard>
+    void field(std::string_view name, Value& value, Standard standard)
+    {
+        if (!mayHave(name) || !read(name, value))
+            value = standard;
+    }
+    void field(std::string_view name, std::string& value)
+    {
+        field(name, value, std::string_view());
+    }
 
     template <class Record, class Visit>
     void record(std::string_view name, Record& value, Visit visit)
@@ -110,6 +117,21 @@ private:
         JsonValue value;
         bool isTaken;
     };
+
+    /// One of 64 bits for a name: a name whose bit no member has is missing, without a search. Most
+    /// fields of most records are.
+    static constexpr std::uint64_t hintOf(std::string_view name)
+    {
+        const auto letter = name.empty() ? 0u : static_cast<unsigned char>(name.front());
+        return std::uint64_t(1) << ((letter * 5 + name.size()) & 63);
+    }
+    bool mayHave(std::string_view name) const { return (m_hints & hintOf(name)) != 0; }
+
+    /// Reads a member; false, with the value as it was, if there is none that fits.
+    bool read(std::string_view name, std::string& value);
+    bool read(std::string_view name, bool& value);
+    bool read(std::string_view name, int& value);
+    bool read(std::string_view name, std::uint32_t& value);
 
     /// The member, or missing; marks it as read if @p fits.
     template <class Fits> JsonValue member(std::string_view name, Fits fits);

@@ -131,6 +131,7 @@ public:
                        : JsonValue::Number,
             begin, end, true);
     }
+    void space(std::size_t, std::size_t) {}
 
     /// Closes what a broken text left open; a name without a value goes.
     void finish(std::size_t at)
@@ -157,7 +158,7 @@ private:
 
 void JsonTree::read(const QByteArray& text)
 {
-    constexpr std::size_t bytesAValue = 16; // a guess for indented texts
+    constexpr std::size_t bytesAValue = 8; // a guess for texts without indentation
     m_text = text;
     m_nodes.clear();
     const std::string_view view(m_text.constData(), static_cast<std::size_t>(m_text.size()));

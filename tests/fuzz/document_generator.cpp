@@ -176,6 +176,7 @@ struct Spans
     }
     void string(std::size_t begin, std::size_t end, bool) { add(int(begin) - 1, int(end) + 1); }
     void scalar(std::size_t begin, std::size_t end) { add(int(begin), int(end)); }
+    void space(std::size_t, std::size_t) {}
 
 private:
     void open(std::size_t at)

@@ -25,6 +25,7 @@ private slots:
             std::string joined;
             QVERIFY(document_text::join(parts.members, joined));
             QCOMPARE(QByteArray::fromStdString(joined), QJsonDocument::fromJson(text).toJson());
+            QVERIFY(document_text::split(joined).members == parts.members);
         }
     }
 
