@@ -5,8 +5,9 @@
 
 ProcessEditNotifyTool* ProcessEditNotifyTool::instance()
 {
-    static ProcessEditNotifyTool tool;
-    return &tool;
+    // Never destroyed: threads of the services tell of changes until the process has ended.
+    static auto* const tool = new ProcessEditNotifyTool;
+    return tool;
 }
 
 ProcessEditNotifyTool::ProcessEditNotifyTool()

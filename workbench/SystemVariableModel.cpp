@@ -40,6 +40,8 @@ class SystemVariableModel::Listener : public IUIVariateListener
 {
 public:
     explicit Listener(SystemVariableModel& model) : m_model(model) {}
+    // Before anything of it goes: it may be told of a change at any moment.
+    ~Listener() override { SystemVariables::instance().removeListener(this); }
 
 private:
     void onVariateDirectChange(Operation, SystemVarDef variable) override

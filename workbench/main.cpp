@@ -2,6 +2,7 @@
 #include "standalone/compiler/compiler.h"
 #include "standalone/host/Host.h"
 #include "standalone/runtime/runtime.h"
+#include "standalone/variables/SystemVariables.h"
 #include "workbench/CommandLine.h"
 #include "workbench/MainWindow.h"
 #include "workbench/ProjectFolder.h"
@@ -153,5 +154,6 @@ int main(int argc, char** argv)
     const int status = runApplication(line);
     standalone::shutdownCompiler();
     standalone::shutdownRuntime();
+    standalone::SystemVariables::instance().waitForListeners();
     return status;
 }
