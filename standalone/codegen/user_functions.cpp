@@ -65,7 +65,7 @@ int getCAppletUserFuncs(const QString& appName, QList<QPair<_DrelFunction, int>>
         for (const auto flow : flows) {
             for (const auto& block : processedit::getAllProcessBySequenceID(appName, id, flow)) {
                 const auto* statement = dynamic_cast<const StatementProcessBlock*>(block.get());
-                if (!statement)
+                if (!statement || statement->enableState == 0)
                     continue;
                 const std::string code = statement->customCode();
                 for (const codegen::FunctionDefinition& function : codegen::functionsIn(code))

@@ -63,6 +63,11 @@ void UserFunctionsTest::listed()
     statement->setCustomCode(
         "// 求和\n// of two\ndouble add(const string& a, u8* b) { return 0; }");
     processedit::updateProcess(app, sequence, statement);
+    const auto disabled = applet_fixture::addStep<StatementProcessBlock>(
+        app, sequence, QStringLiteral("0"), step_type::Statement, "停用");
+    disabled->setCustomCode("int never() { return 0; }");
+    disabled->enableState = 0;
+    processedit::updateProcess(app, sequence, disabled);
 
     QList<QPair<_DrelFunction, int>> functions;
     QCOMPARE(sdk_ui_interface::capplet::getCAppletUserFuncs(app, functions), 0);
