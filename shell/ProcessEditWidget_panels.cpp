@@ -120,12 +120,8 @@ void ProcessEditWidget::connectPalette()
 {
     StepTree* palette = m->ui.treeWidget;
     palette->setContextMenuPolicy(Qt::CustomContextMenu);
-    // What was clicked is read at once: the palette may be filled anew before the step is made.
-    connect(palette, &QTreeWidget::itemDoubleClicked, this, [this](const QTreeWidgetItem* item) {
-        const auto step = palette_choice::stepOf(item, m->appName);
-        QMetaObject::invokeMethod(
-            this, [this, step] { addChosenStep(*m->ui.center_wgt, step); }, Qt::QueuedConnection);
-    });
+    connect(palette, &QTreeWidget::itemDoubleClicked, this,
+            &ProcessEditWidget::onItemDoubleClickedSlot);
     connect(palette, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& pos) { contextMenuEvent(pos); });
     const LogicView* view = m->ui.center_wgt;
@@ -148,7 +144,10 @@ void ProcessEditWidget::connectPalette()
 
 void ProcessEditWidget::onItemDoubleClickedSlot(QTreeWidgetItem* item, int)
 {
-    addChosenStep(*m->ui.center_wgt, palette_choice::stepOf(item, m->appName));
+    // Read at once: the palette may be filled anew before the step is made.
+    const auto step = palette_choice::stepOf(item, m->appName);
+    QMetaObject::invokeMethod(
+        this, [this, step] { addChosenStep(*m->ui.center_wgt, step); }, Qt::QueuedConnection);
 }
 
 void ProcessEditWidget::contextMenuEvent(QPoint pos)

@@ -83,6 +83,11 @@ Answer show(QWidget* parent, const Message& message)
 
 } // namespace
 
+bool hasHandler()
+{
+    return static_cast<bool>(currentHandler());
+}
+
 Handler setHandler(Handler handler)
 {
     return std::exchange(currentHandler(), std::move(handler));

@@ -45,6 +45,7 @@ using Handler = std::function<Answer(const Message& message)>;
 /// Puts @p handler in front of every dialog from now on; an empty one brings back the real ones.
 /// Returns the handler before it.
 Handler setHandler(Handler handler);
+bool hasHandler();
 
 /// A box with an Ok button.
 void information(QWidget* parent, const QString& title, const QString& text);

@@ -105,6 +105,12 @@ std::string operandText(const std::string& text)
     return result;
 }
 
+bool isWordCharacter(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
+           static_cast<unsigned char>(c) >= 0x80;
+}
+
 bool isBlank(const std::string& text)
 {
     return trimmed(text).empty();

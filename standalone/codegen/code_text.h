@@ -21,6 +21,9 @@ std::string operandText(const std::string& text);
 
 bool isBlank(const std::string& text);
 
+/// Whether it may be part of a word of C++: beyond ASCII anything may.
+bool isWordCharacter(char c);
+
 /// Whether it can name a variable: an identifier, no keyword, and nothing that the code around a
 /// variable is made of: a type, a function that formats.
 bool isIdentifier(const std::string& text);

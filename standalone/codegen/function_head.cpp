@@ -1,5 +1,7 @@
 #include "standalone/codegen/function_head.h"
 
+#include "standalone/codegen/code_text.h"
+
 #include <algorithm>
 #include <cctype>
 
@@ -8,11 +10,6 @@ namespace codegen {
 namespace {
 
 using Words = std::vector<std::string>;
-
-bool isWordPart(char c)
-{
-    return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || (c & 0x80);
-}
 
 bool isOneOf(const std::string& word, std::initializer_list<const char*> words)
 {
@@ -25,7 +22,7 @@ Words wordsOf(const std::string& text)
     Words words;
     for (std::size_t at = 0; at < text.size();) {
         std::size_t end = at + 1;
-        while (isWordPart(text[at]) && end < text.size() && isWordPart(text[end]))
+        while (isWordCharacter(text[at]) && end < text.size() && isWordCharacter(text[end]))
             ++end;
         if (!std::isspace(static_cast<unsigned char>(text[at])))
             words.push_back(text.substr(at, end - at));
@@ -40,7 +37,7 @@ std::string typeText(const Words& words)
     std::string text;
     bool wasName = false;
     for (const std::string& word : words) {
-        const bool isName = isWordPart(word.front());
+        const bool isName = isWordCharacter(word.front());
         text += (wasName && isName ? " " : "") + word;
         wasName = isName;
     }
@@ -54,7 +51,7 @@ FunctionHead::Parameter parameterOf(Words words, std::size_t number)
     });
     const std::string pointer = cut != words.end() && *cut == "[" ? "*" : "";
     words.erase(cut, words.end());
-    const bool isNamed = words.size() > 1 && isWordPart(words.back().front()) &&
+    const bool isNamed = words.size() > 1 && isWordCharacter(words.back().front()) &&
                          !isOneOf(words.back(), {"int", "char", "double", "float", "long", "short",
                                                  "unsigned", "signed", "const"});
     FunctionHead::Parameter parameter;

@@ -17,12 +17,6 @@ int lineAt(const std::string& code, std::size_t at)
                    std::count(code.begin(), code.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
 }
 
-bool isWordCharacter(char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
-           static_cast<unsigned char>(c) >= 0x80;
-}
-
 /// Walks over code from one literal or comment to the next.
 class Masker
 {

@@ -5,25 +5,15 @@
 #include "model/services/processedit.h"
 #include "model/type_tables.h"
 #include "standalone/codegen/function_head.h"
+#include "standalone/runtime/function_text.h"
 
 #include <algorithm>
-#include <cstring>
 #include <iterator>
 
 namespace {
 
 constexpr int Success = 0;
 constexpr int OrdinaryKind = 0;
-
-/// Cut at a character's border, so that what is left is text.
-template <std::size_t Size> void copyText(char (&target)[Size], const std::string& text)
-{
-    std::size_t size = std::min(text.size(), Size - 1);
-    while (size < text.size() && size > 0 && (text[size] & 0xC0) == 0x80)
-        --size;
-    std::memcpy(target, text.data(), size);
-    target[size] = 0;
-}
 
 DrelVarType typeOf(std::string type)
 {
@@ -38,13 +28,13 @@ DrelVarType typeOf(std::string type)
 _DrelFunction recordOf(const codegen::FunctionHead& function)
 {
     _DrelFunction record = {};
-    copyText(record.name, function.name);
-    copyText(record.description, function.comment);
+    standalone::copyText(record.name, function.name);
+    standalone::copyText(record.description, function.comment);
     record.kind = OrdinaryKind;
     record.returnType = typeOf(function.returnType);
     const std::size_t count = std::min(function.parameters.size(), std::size(record.params));
     for (std::size_t index = 0; index < count; ++index) {
-        copyText(record.params[index].name, function.parameters[index].name);
+        standalone::copyText(record.params[index].name, function.parameters[index].name);
         record.params[index].type = typeOf(function.parameters[index].type);
     }
     return record;

@@ -65,23 +65,12 @@ void AppletQuestions::close(quint64 id)
         QMetaObject::invokeMethod(application, reject, Qt::QueuedConnection);
 }
 
-/// Without widgets only a handler can answer.
-bool AppletQuestions::canShow()
-{
-    if (qobject_cast<QApplication*>(QCoreApplication::instance()))
-        return true;
-    user_dialogs::Handler handler = user_dialogs::setHandler({});
-    const bool isHandled = static_cast<bool>(handler);
-    user_dialogs::setHandler(std::move(handler));
-    return isHandled;
-}
-
 void AppletQuestions::show(quint64 id, const AppletQuestion& question, const Answer& answer)
 {
     // The dialog is found by its parent when it must go before it is answered.
     std::unique_ptr<QWidget> parent;
-    const bool isShown = canShow();
-    if (qobject_cast<QApplication*>(QCoreApplication::instance()))
+    const bool hasWidgets = qobject_cast<QApplication*>(QCoreApplication::instance());
+    if (hasWidgets)
         parent = std::make_unique<QWidget>();
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -92,7 +81,8 @@ void AppletQuestions::show(quint64 id, const AppletQuestion& question, const Ans
     }
     bool accepted = false;
     QString value;
-    if (isShown) {
+    // Without widgets only a handler can answer.
+    if (hasWidgets || user_dialogs::hasHandler()) {
         switch (question.kind) {
         case AppletQuestion::YesNo:
             accepted = user_dialogs::question(parent.get(), question.title, question.text);

@@ -40,7 +40,6 @@ public:
 private:
     AppletQuestions() = default;
     void show(quint64 id, const AppletQuestion& question, const Answer& answer);
-    static bool canShow();
 
     std::mutex m_mutex; ///< guards both
     quint64 m_lastId = 0;

@@ -1,8 +1,8 @@
 #include "standalone/runtime/inner_functions.h"
 
 #include "model/type_tables.h"
+#include "standalone/runtime/function_text.h"
 
-#include <cstring>
 #include <initializer_list>
 
 namespace standalone {
@@ -15,11 +15,6 @@ struct Parameter
     const char* name;
     const char* description;
 };
-
-template <std::size_t Size> void copyText(char (&target)[Size], const char* text)
-{
-    std::strncpy(target, text, Size - 1);
-}
 
 _DrelFunction function(DrelVarType returnType, const char* name, const char* description,
                        std::initializer_list<Parameter> parameters)

@@ -3,6 +3,7 @@
 
 #include "tests/standalone/codegen_builders.h"
 #include "tests/standalone/runtime_harness.h"
+#include "tests/support/child_processes.h"
 
 #include "model/services/processedit.h"
 #include "standalone/runtime/runtime.h"
@@ -28,16 +29,6 @@ const char* const System =
     "int do_setsid() __asm__(\"setsid\"); int do_getpid() __asm__(\"getpid\"); "
     "int do_kill(int, int) __asm__(\"kill\"); "
     "unsigned do_sleep(unsigned) __asm__(\"sleep\"); ";
-
-/// Whether a process lives and is no zombie.
-bool isAlive(const QString& pid)
-{
-    QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray stat = file.readAll();
-    return stat.mid(stat.lastIndexOf(')') + 2, 1) != "Z";
-}
 
 } // namespace
 
@@ -187,7 +178,7 @@ void RunawaysTest::childrenDieWithTheRun()
     QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{event}, Patience);
     const QStringList lines = m_harness->logLines(appName);
     for (int i = 0; i < 8; ++i)
-        QTRY_VERIFY_WITH_TIMEOUT(!isAlive(lines[i].mid(2)), Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(!test_support::isAlive(lines[i].mid(2).toLongLong()), Patience);
     QVERIFY(!m_harness->reports(appName).contains(QStringLiteral("forks:99!-1")));
     QCOMPARE(lines.filter(QStringLiteral("child")).size(), 0);
 }

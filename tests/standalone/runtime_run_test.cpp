@@ -1,5 +1,6 @@
 #include "tests/standalone/codegen_builders.h"
 #include "tests/standalone/runtime_harness.h"
+#include "tests/support/child_processes.h"
 
 #include "model/services/applet_runtime.h"
 #include "model/services/capplet.h"
@@ -28,16 +29,6 @@ const char* const TellPid = "char pid[64] = {0}; FILE* f = fopen(\"/proc/self/st
                             "if (fscanf(f, \"%63s\", pid) == 1) log_info(\"pid %s\", pid); "
                             "fclose(f); ";
 constexpr int Patience = 20000; // a loaded machine; no run comes near it
-
-/// Whether a process lives and is no zombie.
-bool isAlive(qint64 pid)
-{
-    QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray stat = file.readAll();
-    return stat.mid(stat.lastIndexOf(')') + 2, 1) != "Z";
-}
 
 } // namespace
 
@@ -292,9 +283,9 @@ void RuntimeRunTest::shutdownLeavesNothing()
     QVERIFY(m_harness->start(appName));
     QTRY_VERIFY_WITH_TIMEOUT(pidFromLog(appName) > 0, Patience);
     const qint64 pid = pidFromLog(appName);
-    QVERIFY(isAlive(pid));
+    QVERIFY(test_support::isAlive(pid));
     standalone::shutdownRuntime();
-    QVERIFY(!isAlive(pid));
+    QVERIFY(!test_support::isAlive(pid));
     QVERIFY(m_harness->events(appName).isEmpty());
 }
 
@@ -311,10 +302,10 @@ void RuntimeRunTest::deathOfTheEditorEndsTheChild()
                  {QStringLiteral("--editor"), m_harness->projectPath(), appName});
     QTRY_VERIFY_WITH_TIMEOUT(editor.canReadLine(), Patience);
     const qint64 pid = editor.readLine().trimmed().toLongLong();
-    QVERIFY(pid > 0 && isAlive(pid));
+    QVERIFY(pid > 0 && test_support::isAlive(pid));
     editor.kill();
     QTRY_COMPARE_WITH_TIMEOUT(editor.state(), QProcess::NotRunning, Patience);
-    QTRY_VERIFY_WITH_TIMEOUT(!isAlive(pid), Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!test_support::isAlive(pid), Patience);
 }
 
 /// However often the steps ran: what was reported last comes last, and a failure comes through.

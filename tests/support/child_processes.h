@@ -25,4 +25,14 @@ inline QList<qint64> childProcesses(qint64 parent, const QByteArray& name)
     return found;
 }
 
+/// Whether a process lives and is no zombie.
+inline bool isAlive(qint64 pid)
+{
+    QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray stat = file.readAll();
+    return stat.mid(stat.lastIndexOf(')') + 2, 1) != "Z";
+}
+
 } // namespace test_support
