@@ -92,21 +92,30 @@ QVector<system_variate::SystemVarInfo> SystemVariableFile::load(const QString& f
     m_document = QJsonObject();
     m_objects.clear();
     m_strangers.clear();
-    m_isChanged = false;
+    m_isLocked = m_isChanged = m_isDue = false;
 
     QVector<system_variate::SystemVarInfo> variables;
     QFile file(filePath(folder));
-    if (folder.isEmpty() || !file.open(QIODevice::ReadOnly))
+    if (folder.isEmpty() || !file.exists())
         return variables;
+    if (!file.open(QIODevice::ReadOnly)) {
+        m_isLocked = true;
+        sdk_ui_interface::log::log_error(
+            QStringLiteral("[流程编辑] 系统变量文件无法读取, 修改不会保存: %1 (%2)")
+                .arg(file.fileName(), file.errorString()));
+        return variables;
+    }
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
-    if (!document.isObject()) {
+    const QJsonValue listed = document.object().value(variablesMember);
+    if (!document.isObject() || !(listed.isArray() || listed.isUndefined())) {
         const QString aside = file.fileName() + QStringLiteral(".damaged");
         QFile::remove(aside);
-        QFile::copy(file.fileName(), aside);
-        sdk_ui_interface::log::log_error(
-            QStringLiteral("[流程编辑] 系统变量文件无法读取, 已另存为 %1: %2")
-                .arg(aside, error.errorString()));
+        m_isLocked = !QFile::copy(file.fileName(), aside);
+        const QString words =
+            m_isLocked ? QStringLiteral("[流程编辑] 系统变量文件无法解析, 也无法另存为 %1: %2")
+                       : QStringLiteral("[流程编辑] 系统变量文件无法读取, 已另存为 %1: %2");
+        sdk_ui_interface::log::log_error(words.arg(aside, error.errorString()));
         return variables;
     }
     m_document = document.object();
@@ -143,7 +152,8 @@ void SystemVariableFile::remove(const QString& name)
 void SystemVariableFile::change()
 {
     m_isChanged = !m_folder.isEmpty();
-    if (!m_isChanged)
+    m_isDue = m_isChanged && !m_isLocked;
+    if (!m_isDue)
         return;
     if (!m_writer.joinable())
         m_writer = std::thread(&SystemVariableFile::work, this);
@@ -154,7 +164,7 @@ void SystemVariableFile::work()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
     while (!m_isClosing) {
-        m_wake.wait(lock, [this] { return m_isChanged || m_isClosing; });
+        m_wake.wait(lock, [this] { return m_isDue || m_isClosing; });
         m_wake.wait_for(lock, Delay, [this] { return m_isClosing; });
         lock.unlock();
         save();
@@ -171,11 +181,18 @@ bool SystemVariableFile::save()
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (!m_isChanged)
             return true;
+        m_isDue = false;
+        if (m_isLocked)
+            return false;
         m_isChanged = false;
         path = filePath(m_folder);
         content = text();
     }
-    return writeFile(path, content);
+    if (writeFile(path, content))
+        return true;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_isChanged = m_isChanged || path == filePath(m_folder);
+    return false;
 }
 
 QByteArray SystemVariableFile::text() const

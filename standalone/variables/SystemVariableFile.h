@@ -30,7 +30,8 @@ public:
 
     /// Empty without a project.
     QString folder() const;
-    /// From now on the file in that folder. A file that can't be read is copied aside; a variable
+    /// From now on the file in that folder. A file that can't be read is copied aside, and is not
+    /// written where that can't be done either; a variable
     /// whose type isn't known, or that has no proper value, stays in the file only. Neither changes
     /// the file until something is put.
     QVector<system_variate::SystemVarInfo> load(const QString& folder);
@@ -51,7 +52,9 @@ private:
     QJsonObject m_document;               ///< without the variables
     QMap<QString, QJsonObject> m_objects; ///< of the variables, by name, with members of others
     QVector<QJsonValue> m_strangers;      ///< entries that are no variable of ours
-    bool m_isChanged = false;
+    bool m_isLocked = false;  ///< the file holds what can be neither read nor kept: hands off
+    bool m_isChanged = false; ///< the file lacks something
+    bool m_isDue = false;     ///< the writer is to write it
     bool m_isClosing = false;
     std::condition_variable m_wake;
     std::mutex m_writing; ///< held while the file is written; taken before m_mutex

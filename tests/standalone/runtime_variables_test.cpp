@@ -56,6 +56,7 @@ private slots:
     void fileOfTheProject();
     void foreignFiles_data();
     void foreignFiles();
+    void fileThatCannotBeKeptIsNotReplaced();
     void listenersHearInOrder();
 
 private:
@@ -166,7 +167,7 @@ void RuntimeVariablesTest::foreignFiles_data()
     QTest::newRow("an array") << QByteArray("[]") << 0 << true;
     QTest::newRow("empty") << QByteArray() << 0 << true;
     QTest::newRow("no variables") << QByteArray("{}") << 0 << false;
-    QTest::newRow("wrong kinds") << QByteArray("{\"variables\": {\"a\": 1}}") << 0 << false;
+    QTest::newRow("wrong kinds") << QByteArray("{\"variables\": {\"a\": 1}}") << 0 << true;
     QTest::newRow("doubled and wrong")
         << QByteArray("{\"variables\": [7, {\"name\": \"a\", \"type\": \"s32\", \"value\": \"1\"}, "
                       "{\"name\": \"a\", \"type\": \"s32\", \"value\": \"2\"}, {\"name\": 5}, "
@@ -188,6 +189,21 @@ void RuntimeVariablesTest::foreignFiles()
     QVERIFY(m_variables.save());
     QCOMPARE(readAll(file.fileName()), content); // until something changes
     QCOMPARE(QFileInfo::exists(file.fileName() + QStringLiteral(".damaged")), isKeptAside);
+}
+
+void RuntimeVariablesTest::fileThatCannotBeKeptIsNotReplaced()
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("systemVariable.json")));
+    const QByteArray content = "{\"variables\": [ cut off";
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    file.close();
+    const QString inTheWay = file.fileName() + QStringLiteral(".damaged");
+    QVERIFY(QDir().mkpath(inTheWay + QStringLiteral("/full")));
+    m_variables.setProjectFolder(folder.path());
+    QCOMPARE(m_variables.define(variable("a", SignedCategory, "1")), SystemVariables::Done);
+    QVERIFY(!m_variables.save() && !m_variables.save());
+    QCOMPARE(readAll(file.fileName()), content);
 }
 
 void RuntimeVariablesTest::listenersHearInOrder()
