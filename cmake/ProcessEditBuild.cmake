@@ -1,5 +1,5 @@
-# What every target of the project shares: language level, warnings, sanitizers, compiler cache and
-# the two precompiled headers (Qt Core alone, and Qt with widgets).
+# What every target of the project shares: language level, warnings, sanitizers, and what makes the
+# build fast. docs/architecture.md tells why each of them is there.
 
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -7,17 +7,26 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_AUTOMOC ON)
 set(CMAKE_AUTOUIC ON)
+# No header that moc reads is made by a target that is linked.
+set(CMAKE_AUTOGEN_ORIGIN_DEPENDS OFF)
 set(CMAKE_AUTOUIC_SEARCH_PATHS ${PROJECT_SOURCE_DIR}/resources/forms)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_UNITY_BUILD ${PROCESS_EDIT_UNITY})
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 10)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
-  set(CMAKE_CXX_COMPILER_LAUNCHER
-      ${CMAKE_COMMAND} -E env
-      CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
-      ${CCACHE_PROGRAM})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
 endif()
+
+foreach(linker mold lld)
+  find_program(PROCESS_EDIT_${linker} ld.${linker})
+  if(PROCESS_EDIT_${linker})
+    add_link_options(-fuse-ld=${linker})
+    break()
+  endif()
+endforeach()
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual)
 if(PROCESS_EDIT_WERROR)
@@ -37,7 +46,7 @@ add_compile_definitions(QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_DEPRECATED_
 include_directories(${PROJECT_SOURCE_DIR})
 
 # pe_add_library(NAME [WIDGETS] SOURCES ... [LINK ...])
-# A static library of one room. WIDGETS gives it Qt Widgets and that precompiled header.
+# A static library of one room. WIDGETS gives it Qt Widgets, else it has Qt Core alone.
 function(pe_add_library name)
   cmake_parse_arguments(arg "WIDGETS" "" "SOURCES;LINK" ${ARGN})
   add_library(${name} STATIC ${arg_SOURCES})
@@ -54,25 +63,9 @@ endfunction()
 function(pe_set_up name widgets link)
   if(widgets)
     target_link_libraries(${name} PUBLIC Qt5::Widgets ${link})
-    set(header ${PROJECT_SOURCE_DIR}/cmake/qt_widgets_pch.h)
-    set(owner pe_pch_widgets)
   else()
     target_link_libraries(${name} PUBLIC Qt5::Core ${link})
-    set(header ${PROJECT_SOURCE_DIR}/cmake/qt_core_pch.h)
-    set(owner pe_pch_core)
   endif()
-  if(NOT TARGET ${owner})
-    file(WRITE ${PROJECT_BINARY_DIR}/${owner}.cpp "")
-    add_library(${owner} STATIC ${PROJECT_BINARY_DIR}/${owner}.cpp)
-    set_target_properties(${owner} PROPERTIES AUTOMOC OFF AUTOUIC OFF)
-    if(widgets)
-      target_link_libraries(${owner} PRIVATE Qt5::Widgets)
-    else()
-      target_link_libraries(${owner} PRIVATE Qt5::Core)
-    endif()
-    target_precompile_headers(${owner} PRIVATE ${header})
-  endif()
-  target_precompile_headers(${name} REUSE_FROM ${owner})
   get_target_property(type ${name} TYPE)
   if(TARGET pe_tsan_qt AND type STREQUAL "EXECUTABLE")
     target_link_libraries(${name} PRIVATE pe_tsan_qt ${CMAKE_DL_LIBS})

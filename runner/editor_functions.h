@@ -4,6 +4,7 @@
 #pragma once
 
 #include "applet_runtime.h"
+#include "byte_functions.h"
 
 namespace rt {
 

@@ -10,8 +10,6 @@
 #include <algorithm>
 #include <iterator>
 
-using namespace entry_functions;
-
 namespace {
 
 constexpr int widths[] = {100, 100, 200, 300}; // the last column stretches
@@ -36,7 +34,7 @@ QTableWidgetItem* makeItem(const QString& text, bool canBePicked)
 
 EntryFunctionTable::EntryFunctionTable(QTableWidget& table) : m_table(table)
 {
-    m_table.setColumnCount(ColumnCount);
+    m_table.setColumnCount(entry_functions::ColumnCount);
     m_table.setHorizontalHeaderLabels(columnTitles());
     QHeaderView* header = m_table.horizontalHeader();
     header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -59,7 +57,7 @@ int EntryFunctionTable::show(const QList<_DrelFunction>& functions, const QStrin
     m_table.setRowCount(0);
     QVector<int> places;
     for (int place = 0; place < functions.size(); ++place) {
-        if (isOffered(functions[place]))
+        if (entry_functions::isOffered(functions[place]))
             places.append(place);
     }
     // All rows at once: each insertion would have the view lay out the ones before it again.
@@ -74,18 +72,19 @@ int EntryFunctionTable::show(const QList<_DrelFunction>& functions, const QStrin
     }
     if (current < 0)
         return -1;
-    m_table.setCurrentCell(current, NameColumn);
+    m_table.setCurrentCell(current, entry_functions::NameColumn);
     return places[current];
 }
 
 void EntryFunctionTable::setRow(int row, const _DrelFunction& function, int place)
 {
-    const Row content = entry_functions::row(function);
-    for (int column = 0; column < ColumnCount; ++column)
+    const entry_functions::Row content = entry_functions::row(function);
+    for (int column = 0; column < entry_functions::ColumnCount; ++column)
         m_table.setItem(row, column, makeItem(content.texts[column], content.canBePicked));
     m_table.item(row, 0)->setData(Qt::UserRole, place);
-    m_table.item(row, ParametersColumn)->setToolTip(content.parametersTip);
-    m_table.item(row, DescriptionColumn)->setToolTip(content.texts[DescriptionColumn]);
+    m_table.item(row, entry_functions::ParametersColumn)->setToolTip(content.parametersTip);
+    m_table.item(row, entry_functions::DescriptionColumn)
+        ->setToolTip(content.texts[entry_functions::DescriptionColumn]);
 }
 
 void EntryFunctionTable::filter(int column, const QString& text)
@@ -116,5 +115,5 @@ void EntryFunctionTable::moveCurrent(int step)
     while (row >= 0 && row < m_table.rowCount() && !canBecomeCurrent(row))
         row += direction;
     if (row >= 0 && row < m_table.rowCount())
-        m_table.setCurrentCell(row, NameColumn);
+        m_table.setCurrentCell(row, entry_functions::NameColumn);
 }

@@ -3,6 +3,7 @@
 #include "variables/SuggestionList.h"
 #include "variables/completion.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 #include <QScreen>

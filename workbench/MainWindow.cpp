@@ -12,6 +12,7 @@
 #include "workbench/OutputPane.h"
 #include "workbench/ProgressDisplay.h"
 #include "workbench/SystemVariablePane.h"
+#include "workbench/application_icon.h"
 #include "workbench/step_locator.h"
 
 #include <QAction>
@@ -34,12 +35,6 @@ const QString geometryKey = QStringLiteral("window/geometry");
 const QString stateKey = QStringLiteral("window/state");
 constexpr int StateVersion = 2;
 constexpr int NoticeMs = 15000;
-
-QIcon icon(const char* name)
-{
-    return StyleManager::scaledToolbarIcon(
-        QStringLiteral(":/icon/应用/%1.png").arg(QString::fromLatin1(name)), 26);
-}
 
 } // namespace
 
@@ -74,18 +69,23 @@ void MainWindow::buildActions()
     auto* bar = addToolBar(tr("工程"));
     bar->setObjectName(QStringLiteral("projectBar"));
     bar->setIconSize(StyleManager::toolbarButtonIconSize(26));
-    bar->addAction(icon("open_project"), tr("打开工程"), this, &MainWindow::chooseProject);
+    bar->addAction(applicationIcon("open_project"), tr("打开工程"), this,
+                   &MainWindow::chooseProject);
     m_appletBox->setObjectName(QStringLiteral("appletBox"));
     m_appletBox->setMinimumContentsLength(18);
     m_appletBox->setToolTip(tr("小程序"));
     bar->addWidget(m_appletBox);
     connect(m_appletBox, &QComboBox::textActivated, this, &MainWindow::chooseApplet);
-    bar->addAction(icon("applet_new"), tr("新建小程序"), this, &MainWindow::createApplet);
-    m_appletActions = {
-        bar->addAction(icon("applet_rename"), tr("重命名小程序"), this, &MainWindow::renameApplet),
-        bar->addAction(icon("applet_remove"), tr("删除小程序"), this, &MainWindow::removeApplet),
-        bar->addAction(icon("applet_reload"), tr("重新加载"), this, &MainWindow::reloadApplet),
-        bar->addAction(icon("applet_save_copy"), tr("另存副本"), this, &MainWindow::saveCopy)};
+    bar->addAction(applicationIcon("applet_new"), tr("新建小程序"), this,
+                   &MainWindow::createApplet);
+    m_appletActions = {bar->addAction(applicationIcon("applet_rename"), tr("重命名小程序"), this,
+                                      &MainWindow::renameApplet),
+                       bar->addAction(applicationIcon("applet_remove"), tr("删除小程序"), this,
+                                      &MainWindow::removeApplet),
+                       bar->addAction(applicationIcon("applet_reload"), tr("重新加载"), this,
+                                      &MainWindow::reloadApplet),
+                       bar->addAction(applicationIcon("applet_save_copy"), tr("另存副本"), this,
+                                      &MainWindow::saveCopy)};
     m_editorBar->setObjectName(QStringLiteral("editorBar"));
     addToolBar(m_editorBar);
 

@@ -4,6 +4,7 @@
 #include "model/services/widget_bases.h"
 #include "standalone/variables/SystemVariables.h"
 #include "workbench/SystemVariableModel.h"
+#include "workbench/application_icon.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -43,12 +44,6 @@ public:
     }
 };
 
-QIcon icon(const char* name)
-{
-    return StyleManager::scaledToolbarIcon(
-        QStringLiteral(":/icon/应用/%1.png").arg(QString::fromLatin1(name)), 26);
-}
-
 } // namespace
 
 SystemVariablePane::SystemVariablePane(QWidget* parent)
@@ -73,11 +68,11 @@ SystemVariablePane::SystemVariablePane(QWidget* parent)
     auto* bar = new QToolBar(this);
     bar->setOrientation(Qt::Vertical);
     bar->setIconSize(StyleManager::toolbarButtonIconSize(26));
-    QAction* add = bar->addAction(icon("variable_add"), tr("添加系统变量"), this,
+    QAction* add = bar->addAction(applicationIcon("variable_add"), tr("添加系统变量"), this,
                                   &SystemVariablePane::addVariable);
     add->setObjectName(QStringLiteral("addSystemVariable"));
-    QAction* remove = bar->addAction(icon("variable_remove"), tr("删除选中的系统变量"), this,
-                                     &SystemVariablePane::removeSelected);
+    QAction* remove = bar->addAction(applicationIcon("variable_remove"), tr("删除选中的系统变量"),
+                                     this, &SystemVariablePane::removeSelected);
     remove->setObjectName(QStringLiteral("removeSystemVariables"));
     const auto enableRemove = [this, remove] {
         remove->setEnabled(m_table->selectionModel()->hasSelection());

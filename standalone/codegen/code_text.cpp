@@ -35,7 +35,7 @@ bool isBidiMark(const std::string& text, std::size_t at)
            (second == 0x81 && third >= 0xa6 && third <= 0xa9);
 }
 
-std::string trimmed(const std::string& text)
+std::string withoutSemicolons(const std::string& text)
 {
     std::size_t begin = 0;
     std::size_t end = text.size();
@@ -85,7 +85,7 @@ std::string stringLiteral(const std::string& text)
 
 std::string expressionText(const std::string& text)
 {
-    std::string result = trimmed(text);
+    std::string result = withoutSemicolons(text);
     // A backslash joins the line that follows, which is an empty one then.
     if (!result.empty() && result.back() == '\\')
         result += '\n';
@@ -105,6 +105,14 @@ std::string operandText(const std::string& text)
     return result;
 }
 
+std::string trimmed(const std::string& text)
+{
+    const std::size_t begin = text.find_first_not_of(" \t\r\n");
+    if (begin == std::string::npos)
+        return std::string();
+    return text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
+}
+
 bool isWordCharacter(char c)
 {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
@@ -113,7 +121,7 @@ bool isWordCharacter(char c)
 
 bool isBlank(const std::string& text)
 {
-    return trimmed(text).empty();
+    return withoutSemicolons(text).empty();
 }
 
 bool isIdentifier(const std::string& text)

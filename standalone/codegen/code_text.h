@@ -19,6 +19,9 @@ std::string expressionText(const std::string& text);
 /// The same as an operand: in parentheses unless it is one simple term.
 std::string operandText(const std::string& text);
 
+/// Without blanks and line ends at both ends.
+std::string trimmed(const std::string& text);
+
 bool isBlank(const std::string& text);
 
 /// Whether it may be part of a word of C++: beyond ASCII anything may.

@@ -143,14 +143,6 @@ CodeFault bracketFault(const std::string& masked)
     return {QT_TRANSLATE_NOOP("codegen", "括号不匹配: 缺少右括号"), lineAt(masked, open.back())};
 }
 
-std::string trimmed(const std::string& text)
-{
-    const std::size_t begin = text.find_first_not_of(" \t\r\n");
-    if (begin == std::string::npos)
-        return std::string();
-    return text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
-}
-
 /// The name that a text defines a function by, from what stands before its body; empty if it isn't
 /// the head of a function: that is a type of one word or more, a name and parameters.
 std::string functionName(const std::string& masked)

@@ -45,14 +45,6 @@ std::optional<IntegerRange> integerRange(DrelVarType type)
     }
 }
 
-std::string trimmed(const std::string& text)
-{
-    const std::size_t begin = text.find_first_not_of(" \t\r\n");
-    if (begin == std::string::npos)
-        return std::string();
-    return text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
-}
-
 /// Decimal or, with 0x, hexadecimal; as a literal that has the value in any integer type.
 std::optional<std::string> integerLiteral(const std::string& text, const IntegerRange& range)
 {

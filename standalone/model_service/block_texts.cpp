@@ -3,18 +3,12 @@
 #include "model/process_blocks.h"
 #include "standalone/model_service/identifiers.h"
 
-#include <QCoreApplication>
 #include <QStringList>
 
 namespace standalone {
 namespace block_texts {
 
 namespace {
-
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("BlockTexts", text);
-}
 
 QString operand(const std::string& text)
 {
@@ -28,7 +22,8 @@ QString comparison(const ConditionProcessBlock& block)
             .arg(operand(block.getFun1()), toText(block.getOperator()), operand(block.getFun2()));
     if (!block.getOperatorIsArray())
         return text;
-    return tr("%1（数组，前 %2 个元素）").arg(text, QString::number(block.getArraySize()));
+    return BlockTexts::tr("%1（数组，前 %2 个元素）")
+        .arg(text, QString::number(block.getArraySize()));
 }
 
 } // namespace
@@ -37,21 +32,21 @@ QString plain(int stepType)
 {
     switch (stepType) {
     case step_type::Else:
-        return tr("否则");
+        return BlockTexts::tr("否则");
     case step_type::EndIf:
-        return tr("如果结束");
+        return BlockTexts::tr("如果结束");
     case step_type::EndFor:
     case step_type::EndWhile:
     case step_type::EndDoWhile:
-        return tr("循环结束");
+        return BlockTexts::tr("循环结束");
     case step_type::Break:
-        return tr("跳出循环");
+        return BlockTexts::tr("跳出循环");
     case step_type::Continue:
-        return tr("继续下一次循环");
+        return BlockTexts::tr("继续下一次循环");
     case step_type::GotoTag:
-        return tr("跳转标签");
+        return BlockTexts::tr("跳转标签");
     default:
-        return tr("未知的步骤类型 %1").arg(stepType);
+        return BlockTexts::tr("未知的步骤类型 %1").arg(stepType);
     }
 }
 
@@ -60,13 +55,13 @@ QString condition(const ConditionProcessBlock& block)
     const QString text = comparison(block);
     switch (block.stepType()) {
     case step_type::If:
-        return tr("如果 %1").arg(text);
+        return BlockTexts::tr("如果 %1").arg(text);
     case step_type::ElseIf:
-        return tr("否则如果 %1").arg(text);
+        return BlockTexts::tr("否则如果 %1").arg(text);
     case step_type::While:
-        return tr("当 %1 时循环").arg(text);
+        return BlockTexts::tr("当 %1 时循环").arg(text);
     case step_type::DoWhile:
-        return tr("循环，直到 %1 不成立").arg(text);
+        return BlockTexts::tr("循环，直到 %1 不成立").arg(text);
     default:
         return text;
     }
@@ -75,7 +70,7 @@ QString condition(const ConditionProcessBlock& block)
 QString forLoop(const ForProcessBlock& block)
 {
     if (block.getCustom()) {
-        return tr("循环 %1; %2; %3")
+        return BlockTexts::tr("循环 %1; %2; %3")
             .arg(toText(block.getFun1()), toText(block.getFun2()), toText(block.getFun3()));
     }
     const qint64 begin = block.getBeginValue();
@@ -83,24 +78,28 @@ QString forLoop(const ForProcessBlock& block)
     const qint64 step = block.getStepValue();
     const QString name = toText(block.getVariableName());
     if (end <= begin)
-        return tr("循环 0 次（%1 = %2，不小于 %3）").arg(name).arg(begin).arg(end);
+        return BlockTexts::tr("循环 0 次（%1 = %2，不小于 %3）").arg(name).arg(begin).arg(end);
     if (step <= 0)
-        return tr("循环 %1 = %2，到不了 %3，步长 %4").arg(name).arg(begin).arg(end).arg(step);
+        return BlockTexts::tr("循环 %1 = %2，到不了 %3，步长 %4")
+            .arg(name)
+            .arg(begin)
+            .arg(end)
+            .arg(step);
     const qint64 last = begin + (end - begin - 1) / step * step;
-    return tr("循环 %1 = %2 … %3，步长 %4").arg(name).arg(begin).arg(last).arg(step);
+    return BlockTexts::tr("循环 %1 = %2 … %3，步长 %4").arg(name).arg(begin).arg(last).arg(step);
 }
 
 QString jump(const GotoProcessBlock& block, const TargetNames& names)
 {
     if (block.targetTag.empty() && block.targetUuid.empty())
-        return tr("不跳转");
+        return BlockTexts::tr("不跳转");
     const QString tag = toText(block.targetTag);
     if (!names.step)
-        return tr("跳转到 %1").arg(tag);
+        return BlockTexts::tr("跳转到 %1").arg(tag);
     const QString name = names.step(block.targetUuid);
     if (name.isNull())
-        return tr("跳转到 %1（步骤不存在）").arg(tag);
-    return tr("跳转到 %1(%2)").arg(tag, name);
+        return BlockTexts::tr("跳转到 %1（步骤不存在）").arg(tag);
+    return BlockTexts::tr("跳转到 %1(%2)").arg(tag, name);
 }
 
 QString sequenceCall(const SequenceProcessBlock& block, const TargetNames& names)
@@ -109,22 +108,22 @@ QString sequenceCall(const SequenceProcessBlock& block, const TargetNames& names
     case SequenceProcessBlock::AppletSequence: {
         const QString name = toText(block.sequenceName);
         if (!names.sequence)
-            return tr("调用序列 %1").arg(name);
+            return BlockTexts::tr("调用序列 %1").arg(name);
         const QString present = names.sequence(block.sequenceId);
-        return present.isNull() ? tr("调用序列 %1（序列不存在）").arg(name)
-                                : tr("调用序列 %1").arg(present);
+        return present.isNull() ? BlockTexts::tr("调用序列 %1（序列不存在）").arg(name)
+                                : BlockTexts::tr("调用序列 %1").arg(present);
     }
     case SequenceProcessBlock::TemplateSequence:
-        return tr("调用模板 %1").arg(toText(block.templateName));
+        return BlockTexts::tr("调用模板 %1").arg(toText(block.templateName));
     default:
-        return tr("未选择序列");
+        return BlockTexts::tr("未选择序列");
     }
 }
 
 QString statement(const StatementProcessBlock& block)
 {
     const QString code = toText(block.customCode());
-    return code.trimmed().isEmpty() ? tr("空语句") : code;
+    return code.trimmed().isEmpty() ? BlockTexts::tr("空语句") : code;
 }
 
 QString expression(const ExpressionProcessBlock& block)
@@ -132,15 +131,16 @@ QString expression(const ExpressionProcessBlock& block)
     const QString left = toText(block.leftValue);
     const QString right = toText(block.rightExpression);
     if (left.isEmpty())
-        return right.isEmpty() ? tr("空表达式") : right;
-    return right.isEmpty() ? tr("%1 未赋值").arg(left) : QStringLiteral("%1 = %2").arg(left, right);
+        return right.isEmpty() ? BlockTexts::tr("空表达式") : right;
+    return right.isEmpty() ? BlockTexts::tr("%1 未赋值").arg(left)
+                           : QStringLiteral("%1 = %2").arg(left, right);
 }
 
 QString apiCall(const ApiProcessBlock& block)
 {
     const QString call = toText(block.callText).trimmed();
     if (call.isEmpty())
-        return tr("未选择函数");
+        return BlockTexts::tr("未选择函数");
     QStringList values;
     for (const auto& parameter : block.parameters())
         values.append(toText(parameter.value.empty() ? parameter.type : parameter.value));
@@ -153,7 +153,7 @@ QString apiCall(const ApiProcessBlock& block)
 
 QString delay(const DelayProcessBlock& block)
 {
-    return tr("延时 %1 毫秒").arg(block.delay);
+    return BlockTexts::tr("延时 %1 毫秒").arg(block.delay);
 }
 
 } // namespace block_texts

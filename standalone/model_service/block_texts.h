@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <functional>
@@ -20,6 +21,12 @@ class SequenceProcessBlock;
 class StatementProcessBlock;
 
 namespace standalone {
+
+/// The translation context of what rows say of their blocks.
+struct BlockTexts
+{
+    Q_DECLARE_TR_FUNCTIONS(BlockTexts)
+};
 
 /// Looks up what a text has to name beside its block. Both may be empty functions: then nothing is
 /// known of targets, and the texts don't say that one is missing.

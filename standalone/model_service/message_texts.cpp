@@ -3,7 +3,6 @@
 #include "model/process_blocks.h"
 #include "standalone/model_service/identifiers.h"
 
-#include <QCoreApplication>
 #include <QStringList>
 
 namespace standalone {
@@ -13,19 +12,15 @@ namespace {
 
 constexpr int ShownBytes = 8;
 
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("BlockTexts", text);
-}
-
 QString frameKind(const SendMessageProcessBlock& block)
 {
     static const char* const formats[] = {"CAN", "CAN FD", "CAN FD BRS"};
     const int format = qBound(0, block.frameFormat, 2);
     const bool isStandard = block.idType == SendMessageProcessBlock::StandardId;
     const bool isRemote = block.frameType == SendMessageProcessBlock::RemoteFrame;
-    const QString kind = isRemote ? (isStandard ? tr("标准远程帧") : tr("扩展远程帧"))
-                                  : (isStandard ? tr("标准帧") : tr("扩展帧"));
+    const QString kind =
+        isRemote ? (isStandard ? BlockTexts::tr("标准远程帧") : BlockTexts::tr("扩展远程帧"))
+                 : (isStandard ? BlockTexts::tr("标准帧") : BlockTexts::tr("扩展帧"));
     return QLatin1String(formats[format]) + QLatin1Char(' ') + kind;
 }
 
@@ -50,9 +45,9 @@ QString assignedType(int kind)
 QString send(const SendMessageProcessBlock& block)
 {
     if (!block.messageVariable.empty())
-        return tr("发送报文变量 %1").arg(toText(block.messageVariable));
+        return BlockTexts::tr("发送报文变量 %1").arg(toText(block.messageVariable));
     const QString id = QString::number(block.frameId, 16).toUpper();
-    const QString head = tr("发送 %1 0x%2，通道 %3，%4 字节")
+    const QString head = BlockTexts::tr("发送 %1 0x%2，通道 %3，%4 字节")
                              .arg(frameKind(block), id)
                              .arg(block.channel)
                              .arg(block.dataSize);
@@ -68,18 +63,19 @@ QString receive(const RecvMessageProcessBlock& block)
         if (!variable.empty())
             stores.append(QStringLiteral("%1 → %2").arg(part, toText(variable)));
     };
-    add(tr("报文"), block.messageVariable);
-    add(tr("ID"), block.id.variable);
-    add(tr("长度"), block.dataSize.variable);
-    add(tr("通道"), block.channel.variable);
-    add(tr("数据"), block.data.variable);
-    const QString head = tr("接收 CAN，最多等待 %1 毫秒").arg(block.waitTime);
-    return stores.isEmpty() ? head : head + QStringLiteral("：") + stores.join(tr("，"));
+    add(BlockTexts::tr("报文"), block.messageVariable);
+    add(BlockTexts::tr("ID"), block.id.variable);
+    add(BlockTexts::tr("长度"), block.dataSize.variable);
+    add(BlockTexts::tr("通道"), block.channel.variable);
+    add(BlockTexts::tr("数据"), block.data.variable);
+    const QString head = BlockTexts::tr("接收 CAN，最多等待 %1 毫秒").arg(block.waitTime);
+    return stores.isEmpty() ? head
+                            : head + QStringLiteral("：") + stores.join(BlockTexts::tr("，"));
 }
 
 QString popup(const PopupWindowProcessBlock& block)
 {
-    QString text = tr("弹窗“%1”").arg(toText(block.title));
+    QString text = BlockTexts::tr("弹窗“%1”").arg(toText(block.title));
     if (!block.content.empty())
         text += QStringLiteral("：") + toText(block.content);
     QStringList names;
@@ -89,15 +85,15 @@ QString popup(const PopupWindowProcessBlock& block)
         text += QLatin1Char(' ') + names.join(QLatin1Char(' '));
     if (block.assignmentKind != 0) {
         const QString variable =
-            block.variableName.empty() ? tr("未选择变量") : toText(block.variableName);
-        text += tr("，输入 %1 → %2").arg(assignedType(block.assignmentKind), variable);
+            block.variableName.empty() ? BlockTexts::tr("未选择变量") : toText(block.variableName);
+        text += BlockTexts::tr("，输入 %1 → %2").arg(assignedType(block.assignmentKind), variable);
     }
     return text;
 }
 
 QString buzz(const BuzzProcessBlock& block)
 {
-    return tr("蜂鸣器通道 %1：%2 Hz %3 毫秒，%4 Hz %5 毫秒，重复 %6 次")
+    return BlockTexts::tr("蜂鸣器通道 %1：%2 Hz %3 毫秒，%4 Hz %5 毫秒，重复 %6 次")
         .arg(block.channel)
         .arg(block.firstFrequency)
         .arg(block.firstDuration)

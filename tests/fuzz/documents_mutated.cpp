@@ -1,5 +1,6 @@
 #include "tests/fuzz/document_check.h"
 #include "tests/fuzz/document_generator.h"
+#include "tests/support/test_program.h"
 
 #include "shell/document_text.h"
 
@@ -41,5 +42,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(DocumentsMutated)
+PE_TEST("documents_mutated", DocumentsMutated)
 #include "documents_mutated.moc"

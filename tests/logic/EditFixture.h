@@ -8,6 +8,7 @@
 #include "tests/logic/LogicFixture.h"
 #include "tests/logic/drop_rows.h"
 #include "tests/support/print_tree.h"
+#include "tests/support/text.h"
 
 #include <QSignalSpy>
 #include <QTableView>
@@ -39,12 +40,6 @@ public:
     {
         user_dialogs::setHandler(nullptr);
         process_edit::removeAllCustomStepProperty(owner());
-    }
-
-    static QString text(const char* utf8) { return QString::fromUtf8(utf8); }
-    static QStringList lines(const char* utf8)
-    {
-        return text(utf8).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     }
 
     std::string owner() const { return applet.appName.toLocal8Bit().toStdString(); }

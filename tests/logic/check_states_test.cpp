@@ -7,6 +7,7 @@
 #include "logic/logic_roles.h"
 #include "tests/logic/step_names.h"
 #include "tests/support/print_tree.h"
+#include "tests/support/test_program.h"
 
 #include <QHash>
 #include <QStandardItemModel>
@@ -383,5 +384,5 @@ void CheckStatesTest::flowWritesEachRowOnce()
     QCOMPARE(tree.writes, 3 * Pairs);
 }
 
-QTEST_GUILESS_MAIN(CheckStatesTest)
+PE_TEST("logic_check_states", CheckStatesTest)
 #include "check_states_test.moc"

@@ -6,6 +6,7 @@
 #include "logic/step_rows.h"
 #include "logic/structure_rules.h"
 #include "tests/logic/EditFixture.h"
+#include "tests/support/test_program.h"
 
 #include <QCoreApplication>
 #include <QMap>
@@ -323,5 +324,5 @@ void EditRandomWalkTest::walk()
     QCOMPARE(walk.boxes, QStringList());
 }
 
-QTEST_MAIN(EditRandomWalkTest)
+PE_WIDGET_TEST("edit_random_walk", EditRandomWalkTest)
 #include "edit_random_walk_test.moc"

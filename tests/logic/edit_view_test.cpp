@@ -6,6 +6,8 @@
 #include "logic/logic_roles.h"
 #include "tests/logic/LogicFixture.h"
 #include "tests/support/print_tree.h"
+#include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QAbstractItemModelTester>
 #include <QHeaderView>
@@ -21,11 +23,6 @@ using test_support::printTree;
 namespace {
 
 const QList<int> AllColumns{0, 1, 2};
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 } // namespace
 
@@ -435,5 +432,5 @@ void EditViewTest::deepTree()
     QCOMPARE(depth, Depth + 1);
 }
 
-QTEST_MAIN(EditViewTest)
+PE_WIDGET_TEST("logic_edit_view", EditViewTest)
 #include "edit_view_test.moc"

@@ -2,6 +2,8 @@
 // and several threads at once.
 
 #include "logic/RunReportQueue.h"
+#include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QSet>
 #include <QTest>
@@ -11,12 +13,7 @@
 
 namespace {
 
-QString text(const char* latin)
-{
-    return QString::fromLatin1(latin);
-}
-
-QStringList lines(const std::vector<runProcessState>& states)
+QStringList linesOf(const std::vector<runProcessState>& states)
 {
     QStringList result;
     for (const runProcessState& state : states) {
@@ -57,10 +54,10 @@ void ReportQueueTest::equalReportsWaitOnce()
     queue.report(sequence, text("b"), 0, 0.0);
     queue.report(sequence, text("a"), 0, 0.0);
     queue.report(text("t"), text("a"), 0, 0.0);
-    QCOMPARE(lines(queue.take()),
+    QCOMPARE(linesOf(queue.take()),
              QStringList({text("s/a 0 0"), text("s/a 100 0"), text("s/b 0 0"), text("t/a 0 0")}));
     queue.report(sequence, text("a"), 0, 0.0); // nothing waits any more
-    QCOMPARE(lines(queue.take()), QStringList({text("s/a 0 0")}));
+    QCOMPARE(linesOf(queue.take()), QStringList({text("s/a 0 0")}));
 }
 
 void ReportQueueTest::changesOfSequence()
@@ -71,12 +68,12 @@ void ReportQueueTest::changesOfSequence()
     queue.report(text("t"), text("x"), 0, 100.0);
     queue.attachGoto(text("t"), true, text("T1"));
     queue.report(text("s"), text("call"), 0, 100.0);
-    QCOMPARE(lines(queue.take()),
+    QCOMPARE(linesOf(queue.take()),
              QStringList({text("s/call 0 0 enters T1:t"), text("t/x 100 0 in T1 leaves T1:t"),
                           text("s/call 100 0")}));
     // The report before it has been drawn already: the change must not get lost.
     queue.attachGoto(text("u"), false, QString());
-    QCOMPARE(lines(queue.take()), QStringList({text("/ 0 -1 enters :u")}));
+    QCOMPARE(linesOf(queue.take()), QStringList({text("/ 0 -1 enters :u")}));
 }
 
 void ReportQueueTest::progress()
@@ -133,5 +130,5 @@ void ReportQueueTest::manyThreads()
     QCOMPARE(told.load(), Threads * PerThread);
 }
 
-QTEST_GUILESS_MAIN(ReportQueueTest)
+PE_TEST("logic_report_queue", ReportQueueTest)
 #include "report_queue_test.moc"

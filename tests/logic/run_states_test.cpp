@@ -1,6 +1,7 @@
 // What a report means for its row, and for the progress of the whole run.
 
 #include "logic/run_states.h"
+#include "tests/support/test_program.h"
 
 #include <QTest>
 
@@ -73,5 +74,5 @@ void RunStatesTest::totalProgress()
     QVERIFY(run_states::totalProgress(place, count, progress) == expected);
 }
 
-QTEST_GUILESS_MAIN(RunStatesTest)
+PE_TEST("logic_run_states", RunStatesTest)
 #include "run_states_test.moc"

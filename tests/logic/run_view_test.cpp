@@ -4,6 +4,8 @@
 #include "logic/logic_roles.h"
 #include "tests/logic/LogicFixture.h"
 #include "tests/support/print_tree.h"
+#include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QAbstractItemModelTester>
 #include <QProgressBar>
@@ -13,15 +15,6 @@
 #include <QTreeView>
 
 using test_support::printTree;
-
-namespace {
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-} // namespace
 
 class RunViewTest : public QObject
 {
@@ -346,5 +339,5 @@ void RunViewTest::doubleClickLeadsToTheStep()
     QCOMPARE(clicked.count(), 0);
 }
 
-QTEST_MAIN(RunViewTest)
+PE_WIDGET_TEST("logic_run_view", RunViewTest)
 #include "run_view_test.moc"

@@ -2,16 +2,12 @@
 // current, and what the view tells.
 
 #include "tests/logic/EditFixture.h"
+#include "tests/support/test_program.h"
 
 #include <QTest>
 
 using namespace sdk_ui_interface;
 using test_support::printTree;
-
-namespace {
-const auto text = &EditFixture::text;
-const auto lines = &EditFixture::lines;
-} // namespace
 
 class StepChangesTest : public QObject
 {
@@ -219,5 +215,5 @@ void StepChangesTest::refusedMove()
     QCOMPARE(e->tree->model(), e->model());
 }
 
-QTEST_MAIN(StepChangesTest)
+PE_WIDGET_TEST("logic_step_changes", StepChangesTest)
 #include "step_changes_test.moc"

@@ -4,17 +4,13 @@
 #include "model/blocks/UdsProcessBlock.h"
 #include "model/uds_records.h"
 #include "tests/logic/EditFixture.h"
+#include "tests/support/test_program.h"
 
 #include <QScrollBar>
 #include <QTest>
 
 using namespace sdk_ui_interface;
 using test_support::printTree;
-
-namespace {
-const auto text = &EditFixture::text;
-const auto lines = &EditFixture::lines;
-} // namespace
 
 class StepEditorTest : public QObject
 {
@@ -311,5 +307,5 @@ void StepEditorTest::editedDiagnosticStep()
     QCOMPARE(doubleClicked.count(), 1);
 }
 
-QTEST_MAIN(StepEditorTest)
+PE_WIDGET_TEST("logic_step_editor", StepEditorTest)
 #include "step_editor_test.moc"

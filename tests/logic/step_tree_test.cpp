@@ -8,6 +8,8 @@
 #include "model/services/process_json_edit.h"
 #include "tests/logic/LogicFixture.h"
 #include "tests/support/print_tree.h"
+#include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QTest>
 
@@ -27,11 +29,6 @@ BaseStepProperty kind(const char* name, int stepType, bool draggable = true)
 BaseStepProperty quickStepFolder()
 {
     return kind("quick", step_type::QuickStepFolder, false);
-}
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
 }
 
 } // namespace
@@ -170,5 +167,5 @@ void StepTreeTest::choicesOfQuickSteps()
     QVERIFY(!palette_choice::stepOf(item, applet.appName));
 }
 
-QTEST_MAIN(StepTreeTest)
+PE_WIDGET_TEST("logic_step_tree", StepTreeTest)
 #include "step_tree_test.moc"

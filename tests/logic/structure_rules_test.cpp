@@ -6,6 +6,7 @@
 
 #include "logic/StepOutline.h"
 #include "tests/logic/step_names.h"
+#include "tests/support/test_program.h"
 
 #include <QStringList>
 #include <QTest>
@@ -433,5 +434,5 @@ void StructureRulesTest::act()
              tree.contains(QLatin1Char('+')) || tree.contains(QLatin1String("\n-")));
 }
 
-QTEST_GUILESS_MAIN(StructureRulesTest)
+PE_TEST("logic_structure_rules", StructureRulesTest)
 #include "structure_rules_test.moc"

@@ -1,6 +1,7 @@
 #include "model/step_icons.h"
 #include "model/step_kinds.h"
 #include "model/type_tables.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
@@ -143,5 +144,5 @@ void TypeTablesTest::icons()
     QTEST(getStepIconName(baseType, stepType), "path");
 }
 
-QTEST_GUILESS_MAIN(TypeTablesTest)
+PE_TEST("type_tables_test", TypeTablesTest)
 #include "type_tables_test.moc"

@@ -3,6 +3,7 @@
 
 #include "panels/wgtGeneralSetting.h"
 #include "tests/panels/PanelFixture.h"
+#include "tests/support/test_program.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -233,5 +234,5 @@ void CommonControlTest::generalSettingsFollowAWrite()
     QVERIFY(written.isEmpty());
 }
 
-QTEST_MAIN(CommonControlTest)
+PE_WIDGET_TEST("common_control", CommonControlTest)
 #include "common_control_test.moc"

@@ -3,6 +3,7 @@
 #include "panels/condition_texts.h"
 #include "panels/loop_values.h"
 #include "panels/statement_texts.h"
+#include "tests/support/test_program.h"
 
 #include <QRegularExpressionValidator>
 #include <QtTest>
@@ -140,5 +141,5 @@ void PanelTextsTest::declarations()
     QTEST(statement_texts::functionDeclarations(code), "declarations");
 }
 
-QTEST_GUILESS_MAIN(PanelTextsTest)
+PE_TEST("panel_texts", PanelTextsTest)
 #include "panel_texts_test.moc"

@@ -2,8 +2,10 @@
 
 #include "panels/wgtCondition.h"
 #include "tests/panels/PanelFixture.h"
+#include "tests/support/test_program.h"
 #include "variables/wgtEntryValue.h"
 
+#include <QAbstractButton>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
@@ -280,5 +282,5 @@ void StepPanelsKeysTest::sequenceOfThePicker()
     }
 }
 
-QTEST_MAIN(StepPanelsKeysTest)
+PE_WIDGET_TEST("step_panels_keys", StepPanelsKeysTest)
 #include "step_panels_keys_test.moc"

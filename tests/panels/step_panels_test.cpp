@@ -2,6 +2,7 @@
 
 #include "panels/wgtFor.h"
 #include "tests/panels/PanelFixture.h"
+#include "tests/support/test_program.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -425,5 +426,5 @@ void StepPanelsTest::ownFileWarns()
     QVERIFY(!f.panel()->isTimerActive());
 }
 
-QTEST_MAIN(StepPanelsTest)
+PE_WIDGET_TEST("step_panels", StepPanelsTest)
 #include "step_panels_test.moc"

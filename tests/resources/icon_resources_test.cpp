@@ -2,6 +2,8 @@
 // resolutions, distinguishable and readable. The program runs at a device pixel ratio of 2, so that
 // QIcon's choice between the two resolutions is under test as well.
 
+#include "tests/support/test_program.h"
+
 #include <QApplication>
 #include <QDirIterator>
 #include <QIcon>
@@ -210,5 +212,5 @@ void IconResourcesTest::everySingleResolutionHasItsDouble()
     QVERIFY(singles > iconPaths().size());
 }
 
-QTEST_MAIN(IconResourcesTest)
+PE_WIDGET_TEST("icon_resources_test", IconResourcesTest)
 #include "icon_resources_test.moc"

@@ -7,6 +7,7 @@
 #include "tests/support/applet_fixture.h"
 
 #include <QLineEdit>
+#include <QMenu>
 #include <QStringList>
 
 /// A shown table with an applet of its own. Warnings are gathered instead of shown; all signals are

@@ -1,6 +1,7 @@
 // The rules of sequence names and of the main sequence.
 
 #include "sequences/sequence_rules.h"
+#include "tests/support/test_program.h"
 
 #include <QTest>
 
@@ -111,5 +112,5 @@ void SequenceRulesTest::mainFlags()
     QTEST(stored.join(QLatin1Char(' ')), "stored");
 }
 
-QTEST_GUILESS_MAIN(SequenceRulesTest)
+PE_TEST("sequence_rules", SequenceRulesTest)
 #include "sequence_rules_test.moc"

@@ -3,6 +3,7 @@
 #include "sequences/ProcessEditTableWidget.h"
 #include "sequences/sameNameScanDelegate.h"
 #include "tests/sequences/SequenceTableFixture.h"
+#include "tests/support/test_program.h"
 
 #include <QCheckBox>
 #include <QHeaderView>
@@ -170,5 +171,5 @@ void SequenceTableLookTest::rowHeights()
     QVERIFY(plain.rowHeight(0) >= 80);
 }
 
-QTEST_MAIN(SequenceTableLookTest)
+PE_WIDGET_TEST("sequence_table_look", SequenceTableLookTest)
 #include "sequence_table_look_test.moc"

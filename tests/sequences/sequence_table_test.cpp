@@ -3,6 +3,7 @@
 #include "model/applet_name.h"
 #include "model/services/process_edit.h"
 #include "tests/sequences/SequenceTableFixture.h"
+#include "tests/support/test_program.h"
 
 #include <QCheckBox>
 #include <QtTest>
@@ -272,5 +273,5 @@ void SequenceTableTest::addingTemplates()
     QCOMPARE(f.told, QStringList({QStringLiteral("template a,c,d")}));
 }
 
-QTEST_MAIN(SequenceTableTest)
+PE_WIDGET_TEST("sequence_table", SequenceTableTest)
 #include "sequence_table_test.moc"

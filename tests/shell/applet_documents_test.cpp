@@ -1,8 +1,10 @@
 #include "shell/applet_documents.h"
 
 #include "model/process_blocks.h"
+#include "model/services/process_json_edit.h"
 #include "standalone/host/Host.h"
 #include "tests/support/applet_fixture.h"
+#include "tests/support/test_program.h"
 
 #include <QDirIterator>
 #include <QtTest>
@@ -23,6 +25,8 @@ private slots:
     void damagedDocumentIsKept_data();
     void damagedDocumentIsKept();
     void readsOldVersions();
+    void reloadNeverEmptiesTheModel_data();
+    void reloadNeverEmptiesTheModel();
     void hostileDocumentsAreReadAsFarAsTheyGo_data();
     void hostileDocumentsAreReadAsFarAsTheyGo();
     void foreignMembersAndTheVersionStay();
@@ -203,6 +207,47 @@ void AppletDocumentsTest::readsOldVersions()
     QVERIFY(!QFile::exists(document()));
 }
 
+void AppletDocumentsTest::reloadNeverEmptiesTheModel_data()
+{
+    QTest::addColumn<QString>("file"); // what the folder holds, empty for nothing
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<bool>("isTold");
+    const QString& own = applet_documents::documentName;
+    const QByteArray cut(
+        "{\"logicvar\":{},\"logicview\":{\"sequences\":[{\"id\":\"s\",\"name\":\"n\"},{");
+    QTest::newRow("no document") << QString() << QByteArray() << false;
+    QTest::newRow("without steps") << own << QByteArray("{\"other\": 1}") << false;
+    QTest::newRow("cut") << own << cut << true;
+    QTest::newRow("empty") << own << QByteArray() << true;
+    QTest::newRow("old version, cut") << QStringLiteral("logicview.json") << cut << true;
+    QTest::newRow("old version, cut variables")
+        << QStringLiteral("variable.json") << QByteArray("{\"process\": [") << true;
+}
+
+void AppletDocumentsTest::reloadNeverEmptiesTheModel()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, text);
+    QFETCH(bool, isTold);
+    ScopedApplet applet(m_name);
+    makeApplet(true);
+    process_edit::addVariable(m_name.toStdString(), ProcessVariable, m_name.toStdString());
+    const QString before = processedit::generateProcessJson(m_name);
+    const auto variables = [this] {
+        return process_json_edit::generateAppAndSequenceVariableJson(m_name.toStdString());
+    };
+    const std::string variablesBefore = variables();
+    if (!file.isEmpty())
+        put(file, text);
+    QSignalSpy errors(&standalone::Host::instance(), &standalone::Host::errorLogged);
+    applet_documents::read(m_name, folder(), false);
+    QCOMPARE(processedit::generateProcessJson(m_name), before);
+    QCOMPARE(variables(), variablesBefore);
+    QCOMPARE(!errors.isEmpty() &&
+                 errors.last().at(0).toString().contains(QStringLiteral("保留内存中的内容")),
+             isTold);
+}
+
 void AppletDocumentsTest::hostileDocumentsAreReadAsFarAsTheyGo_data()
 {
     QTest::addColumn<QByteArray>(
@@ -316,5 +361,5 @@ void AppletDocumentsTest::examplesComeBackByteForByte()
     }
 }
 
-QTEST_GUILESS_MAIN(AppletDocumentsTest)
+PE_TEST("applet_documents_test", AppletDocumentsTest)
 #include "applet_documents_test.moc"

@@ -4,6 +4,7 @@
 #include "shell/LogicMaster.h"
 #include "standalone/host/Host.h"
 #include "tests/support/applet_fixture.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
@@ -252,5 +253,5 @@ void BuildControllerTest::resultOfAnotherWindow()
     QVERIFY(m_outcomes.isEmpty());
 }
 
-QTEST_MAIN(BuildControllerTest)
+PE_WIDGET_TEST("build_controller_test", BuildControllerTest)
 #include "build_controller_test.moc"

@@ -9,6 +9,7 @@
 #include "standalone/host/Host.h"
 #include "standalone/variables/SystemVariables.h"
 #include "tests/support/applet_fixture.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
@@ -182,5 +183,5 @@ void CallbackStormTest::storm()
     ProcessEditWidget::deleteCApplet(m_name, true);
 }
 
-QTEST_MAIN(CallbackStormTest)
+PE_WIDGET_TEST("callback_storm_test", CallbackStormTest)
 #include "callback_storm_test.moc"

@@ -9,7 +9,9 @@
 #include "standalone/variables/SystemVariables.h"
 #include "tests/support/applet_fixture.h"
 #include "tests/support/print_tree.h"
+#include "tests/support/test_program.h"
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QStandardItemModel>
@@ -284,5 +286,5 @@ void EditorPanelsTest::stepsOfUnknownKindsAreShownAndKept()
     QVERIFY(saved.contains("\"delay\": 20"));
 }
 
-QTEST_MAIN(EditorPanelsTest)
+PE_WIDGET_TEST("editor_panels_test", EditorPanelsTest)
 #include "editor_panels_test.moc"

@@ -7,6 +7,7 @@
 #include "tests/shell/EditorRecorder.h"
 #include "tests/support/applet_fixture.h"
 #include "tests/support/child_processes.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
@@ -90,5 +91,5 @@ void ManyAppletsTest::many_applets()
     standalone::shutdownRuntime();
 }
 
-QTEST_MAIN(ManyAppletsTest)
+PE_WIDGET_TEST("many_applets", ManyAppletsTest)
 #include "many_applets_test.moc"

@@ -4,6 +4,7 @@
 #include "shell/LogicMaster.h"
 #include "shell/ProcessEditNotifyTool.h"
 #include "standalone/variables/SystemVariables.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
@@ -114,5 +115,5 @@ void NotifyCallbacksTest::systemVariableNobodyUses()
     QCOMPARE(uses.count() + types.count(), 0);
 }
 
-QTEST_GUILESS_MAIN(NotifyCallbacksTest)
+PE_TEST("notify_callbacks_test", NotifyCallbacksTest)
 #include "notify_callbacks_test.moc"

@@ -1,4 +1,5 @@
 #include "shell/PanelSettings.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
@@ -63,5 +64,5 @@ void PanelSettingsTest::emptyListWritesNothing()
     QCOMPARE(settings.variableWidths(), QList<int>({7}));
 }
 
-QTEST_GUILESS_MAIN(PanelSettingsTest)
+PE_TEST("panel_settings_test", PanelSettingsTest)
 #include "panel_settings_test.moc"

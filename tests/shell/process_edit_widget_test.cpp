@@ -9,6 +9,7 @@
 #include "tests/support/applet_fixture.h"
 #include "tests/support/child_processes.h"
 #include "tests/support/folders.h"
+#include "tests/support/test_program.h"
 
 #include <QDragEnterEvent>
 #include <QLabel>
@@ -16,6 +17,7 @@
 #include <QMimeData>
 #include <QSettings>
 #include <QSplitter>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QtTest>
 
@@ -302,5 +304,5 @@ void ProcessEditWidgetTest::outlivesItsWidgetOnRequest()
     QVERIFY(ProcessEditWidget::ensureAppPedtLoaded(m_name));
 }
 
-QTEST_MAIN(ProcessEditWidgetTest)
+PE_WIDGET_TEST("process_edit_widget_test", ProcessEditWidgetTest)
 #include "process_edit_widget_test.moc"

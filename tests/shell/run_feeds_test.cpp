@@ -2,6 +2,7 @@
 #include "shell/AppletLogFeed.h"
 #include "shell/LatestProgress.h"
 #include "shell/RunReportGate.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
@@ -114,5 +115,5 @@ void RunFeedsTest::gateClosesDuringReports()
     runner.join();
 }
 
-QTEST_MAIN(RunFeedsTest)
+PE_WIDGET_TEST("run_feeds_test", RunFeedsTest)
 #include "run_feeds_test.moc"

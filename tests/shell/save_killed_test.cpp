@@ -3,6 +3,7 @@
 
 #include "model/process_blocks.h"
 #include "tests/support/applet_fixture.h"
+#include "tests/support/test_program.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
@@ -116,5 +117,5 @@ void SaveKilledTest::save_killed()
     QVERIFY(completed > Saves / 50 && completed < Saves - Saves / 50);
 }
 
-QTEST_GUILESS_MAIN(SaveKilledTest)
+PE_TEST("save_killed", SaveKilledTest)
 #include "save_killed_test.moc"

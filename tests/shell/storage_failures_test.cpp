@@ -12,6 +12,7 @@
 #include "tests/support/applet_fixture.h"
 #include "tests/support/folders.h"
 #include "tests/support/ordinary_user.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
@@ -333,5 +334,5 @@ void StorageFailuresTest::destroyed()
     QCOMPARE(m_record->count("runStart"), 0);
 }
 
-QTEST_MAIN(StorageFailuresTest)
+PE_WIDGET_TEST("storage_failures_test", StorageFailuresTest)
 #include "storage_failures_test.moc"

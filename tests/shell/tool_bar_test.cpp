@@ -1,4 +1,5 @@
 #include "shell/ProcessEditToolBar.h"
+#include "tests/support/test_program.h"
 
 #include <QMenu>
 #include <QToolButton>
@@ -121,5 +122,5 @@ void ToolBarTest::staleHint()
     QCOMPARE(compile->toolTip(), QStringLiteral("编译"));
 }
 
-QTEST_MAIN(ToolBarTest)
+PE_WIDGET_TEST("tool_bar_test", ToolBarTest)
 #include "tool_bar_test.moc"

@@ -11,6 +11,7 @@
 #include "standalone/variables/SystemVariables.h"
 #include "tests/support/applet_fixture.h"
 #include "tests/support/folders.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
@@ -278,5 +279,5 @@ void WithoutWidgetTest::changedTypeReachesDiagnosticSteps()
     Editor::setGetUDSProcessBlockUseVarsCallback({});
 }
 
-QTEST_GUILESS_MAIN(WithoutWidgetTest)
+PE_TEST("without_widget_test", WithoutWidgetTest)
 #include "without_widget_test.moc"

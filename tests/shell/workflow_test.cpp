@@ -12,6 +12,7 @@
 #include "standalone/runtime/runtime.h"
 #include "tests/shell/EditorRecorder.h"
 #include "tests/support/applet_fixture.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
@@ -453,5 +454,5 @@ void WorkflowTest::twoEditorsRunSideBySide()
     }
 }
 
-QTEST_MAIN(WorkflowTest)
+PE_WIDGET_TEST("workflow_test", WorkflowTest)
 #include "workflow_test.moc"

@@ -1,11 +1,10 @@
 #include "tests/standalone/codegen_builders.h"
 #include "tests/standalone/runtime_harness.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
 using namespace builders;
-
-Q_DECLARE_METATYPE(codegen::AppletSource)
 
 /// Compiles and runs each kind of control flow and compares all that it reports.
 class CodegenRunTest : public QObject
@@ -388,5 +387,5 @@ void CodegenRunTest::longSequence()
     QCOMPARE(m_harness->logLines(appName), QStringList{QStringLiteral("1 333 abc def 2")});
 }
 
-QTEST_GUILESS_MAIN(CodegenRunTest)
+PE_TEST("codegen_run_test", CodegenRunTest)
 #include "codegen_run_test.moc"

@@ -1,12 +1,11 @@
 #include "tests/standalone/codegen_builders.h"
+#include "tests/support/test_program.h"
 
 #include "standalone/compiler/error_lines.h"
 
 #include <QtTest>
 
 using namespace builders;
-
-Q_DECLARE_METATYPE(codegen::AppletSource)
 
 namespace {
 
@@ -471,5 +470,5 @@ void CodegenTest::statementFiles()
                                              "    n = 1;\n}\n"));
 }
 
-QTEST_GUILESS_MAIN(CodegenTest)
+PE_TEST("codegen_test", CodegenTest)
 #include "codegen_test.moc"

@@ -1,4 +1,5 @@
 #include "tests/standalone/codegen_builders.h"
+#include "tests/support/test_program.h"
 
 #include "standalone/codegen/code_text.h"
 #include "standalone/codegen/user_code.h"
@@ -173,5 +174,5 @@ void CodegenTextsTest::functions()
              rest);
 }
 
-QTEST_GUILESS_MAIN(CodegenTextsTest)
+PE_TEST("codegen_texts_test", CodegenTextsTest)
 #include "codegen_texts_test.moc"

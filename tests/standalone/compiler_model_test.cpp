@@ -1,4 +1,5 @@
 #include "tests/standalone/runtime_harness.h"
+#include "tests/support/test_program.h"
 
 #include "model/process_blocks.h"
 #include "model/services/process_edit.h"
@@ -140,5 +141,5 @@ void CompilerModelTest::templateOfAnotherSequence()
     QVERIFY(m_harness->reports(m_app).filter(u'>' + made.first + u'/').size() == 1);
 }
 
-QTEST_GUILESS_MAIN(CompilerModelTest)
+PE_TEST("compiler_model_test", CompilerModelTest)
 #include "compiler_model_test.moc"

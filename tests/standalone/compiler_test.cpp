@@ -1,5 +1,6 @@
 #include "tests/standalone/codegen_builders.h"
 #include "tests/standalone/runtime_harness.h"
+#include "tests/support/test_program.h"
 
 #include "standalone/compiler/CompileService.h"
 #include "standalone/runtime/applet_paths.h"
@@ -10,8 +11,6 @@
 
 using namespace builders;
 using standalone::CompileService;
-
-Q_DECLARE_METATYPE(codegen::AppletSource)
 
 namespace {
 
@@ -371,5 +370,5 @@ void CompilerTest::shutdownEndsACompile()
     QVERIFY(results().isEmpty());
 }
 
-QTEST_GUILESS_MAIN(CompilerTest)
+PE_TEST("compiler_test", CompilerTest)
 #include "compiler_test.moc"

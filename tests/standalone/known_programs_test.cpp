@@ -2,6 +2,7 @@
 // composes them, one sequence each, then generated, compiled and run.
 
 #include "tests/standalone/runtime_harness.h"
+#include "tests/support/test_program.h"
 
 #include "model/process_blocks.h"
 #include "model/services/process_edit.h"
@@ -349,5 +350,5 @@ void KnownProgramsTest::results()
         harness.reports(app).filter(QStringLiteral("!")).isEmpty()); // no step failed on the way
 }
 
-QTEST_GUILESS_MAIN(KnownProgramsTest)
+PE_TEST("known_programs", KnownProgramsTest)
 #include "known_programs_test.moc"

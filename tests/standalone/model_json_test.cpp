@@ -2,6 +2,8 @@
 #include "model/services/processedit.h"
 #include "standalone/model_service/AppletStore.h"
 #include "tests/standalone/model_samples.h"
+#include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -21,11 +23,6 @@ const QString copyApp = QStringLiteral("json_copy");
 QJsonObject parsed(const QString& json)
 {
     return QJsonDocument::fromJson(json.toUtf8()).object();
-}
-
-QString text(const char* json)
-{
-    return QString::fromUtf8(json);
 }
 
 /// The flow array of the document's first sequence.
@@ -382,5 +379,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ModelJsonTest)
+PE_TEST("model_json_test", ModelJsonTest)
 #include "model_json_test.moc"

@@ -3,6 +3,7 @@
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
 #include "tests/standalone/model_samples.h"
+#include "tests/support/test_program.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -15,7 +16,7 @@ using namespace process_json_edit;
 
 namespace {
 
-const QString app = QStringLiteral("library_app");
+const QString libraryApp = QStringLiteral("library_app");
 const std::string localApp = "library_app";
 
 std::string readTable(const char* name)
@@ -26,15 +27,16 @@ std::string readTable(const char* name)
 
 std::shared_ptr<SequenceProcessBlock> addCall(const QString& from, const QString& to)
 {
-    const QString uuid =
-        facade::createProcess(app, from, QStringLiteral("1"), BasicStep, step_type::Sequence, -1);
-    auto call = std::dynamic_pointer_cast<SequenceProcessBlock>(facade::getProcess(app, uuid));
+    const QString uuid = facade::createProcess(libraryApp, from, QStringLiteral("1"), BasicStep,
+                                               step_type::Sequence, -1);
+    auto call =
+        std::dynamic_pointer_cast<SequenceProcessBlock>(facade::getProcess(libraryApp, uuid));
     call->sourceKind = SequenceProcessBlock::AppletSequence;
     call->sequenceId = to.toStdString();
     return call;
 }
 
-void addVariable(processVariableType scope, const std::string& owner, const std::string& name)
+void putVariable(processVariableType scope, const std::string& owner, const std::string& name)
 {
     auto variable = process_edit::getVariable(process_edit::addVariable(localApp, scope, owner));
     variable.name = name;
@@ -56,14 +58,15 @@ class ModelLibraryTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void cleanup() { samples::forget(app); }
+    void cleanup() { samples::forget(libraryApp); }
 
     void defaultStepsHoldEveryKind()
     {
-        const QString sequence = facade::createSeuqence(app, QStringLiteral("s"));
+        const QString sequence = facade::createSeuqence(libraryApp, QStringLiteral("s"));
         QVERIFY(!isDefaultStepLoaded());
         const auto builtIn = facade::getProcess(
-            app, facade::createProcess(app, sequence, QStringLiteral("1"), BasicStep, 1, -1));
+            libraryApp,
+            facade::createProcess(libraryApp, sequence, QStringLiteral("1"), BasicStep, 1, -1));
         QCOMPARE(builtIn->name, std::string("if"));
         QVERIFY(builtIn->property.hasChildren && builtIn->property.editable);
 
@@ -72,13 +75,13 @@ private slots:
         QVERIFY2(log.lines.isEmpty(), qPrintable(log.lines.join(QLatin1Char('\n'))));
         QVERIFY(isDefaultStepLoaded());
         for (int type = 1; type <= 27; ++type) {
-            const QString uuid =
-                facade::createProcess(app, sequence, QStringLiteral("1"), BasicStep, type, -1);
+            const QString uuid = facade::createProcess(libraryApp, sequence, QStringLiteral("1"),
+                                                       BasicStep, type, -1);
             const auto kind = process_edit::getDefaultBaseStepProperty(BasicStep, type);
             QVERIFY2(uuid.isEmpty() == kind.name.empty(), qPrintable(QString::number(type)));
             if (uuid.isEmpty())
                 continue;
-            const auto block = facade::getProcess(app, uuid);
+            const auto block = facade::getProcess(libraryApp, uuid);
             QCOMPARE(block->name, kind.name);
             QCOMPARE(block->stepType(), type);
             QVERIFY(block->property.editable);
@@ -107,7 +110,7 @@ private slots:
 
     void customKindsMakeDiagnosticSteps()
     {
-        const QString sequence = facade::createSeuqence(app, QStringLiteral("s"));
+        const QString sequence = facade::createSeuqence(libraryApp, QStringLiteral("s"));
         BaseStepProperty folder;
         folder.name = "诊断";
         folder.baseType = NoBlock;
@@ -125,30 +128,32 @@ private slots:
             1);
         QVERIFY(process_edit::getCustomBaseStepProperty("other", DiagnosticStep, 4).name.empty());
         const auto block = facade::getProcess(
-            app, facade::createProcess(app, sequence, QStringLiteral("0"), DiagnosticStep, 4, 0));
+            libraryApp,
+            facade::createProcess(libraryApp, sequence, QStringLiteral("0"), DiagnosticStep, 4, 0));
         QVERIFY(std::dynamic_pointer_cast<UdsProcessBlock>(block));
         QCOMPARE(block->name, std::string("安全访问"));
         QCOMPARE(block->property.extra.at("udsJson"), std::string("{}"));
         process_edit::removeAllCustomStepProperty(localApp);
-        QVERIFY(facade::createProcess(app, sequence, QStringLiteral("0"), DiagnosticStep, 4, 0)
-                    .isEmpty());
+        QVERIFY(
+            facade::createProcess(libraryApp, sequence, QStringLiteral("0"), DiagnosticStep, 4, 0)
+                .isEmpty());
     }
 
     void quickStepsAreCopiesOfTheirOwn()
     {
-        const QString sequence = facade::createSeuqence(app, QStringLiteral("s"));
-        const QString loop = facade::createProcess(app, sequence, QStringLiteral("1"), BasicStep,
-                                                   step_type::While, -1);
+        const QString sequence = facade::createSeuqence(libraryApp, QStringLiteral("s"));
+        const QString loop = facade::createProcess(libraryApp, sequence, QStringLiteral("1"),
+                                                   BasicStep, step_type::While, -1);
         const QString delay =
-            facade::createProcess(app, sequence, loop, BasicStep, step_type::Delay, -1);
+            facade::createProcess(libraryApp, sequence, loop, BasicStep, step_type::Delay, -1);
         const QString jump =
-            facade::createProcess(app, sequence, loop, BasicStep, step_type::Goto, -1);
-        std::dynamic_pointer_cast<GotoProcessBlock>(facade::getProcess(app, jump))->targetUuid =
-            delay.toStdString();
-        const QString id = facade::addQuickStepInfo(app, loop);
+            facade::createProcess(libraryApp, sequence, loop, BasicStep, step_type::Goto, -1);
+        std::dynamic_pointer_cast<GotoProcessBlock>(facade::getProcess(libraryApp, jump))
+            ->targetUuid = delay.toStdString();
+        const QString id = facade::addQuickStepInfo(libraryApp, loop);
         QVERIFY(!id.isEmpty() && id != loop);
-        QVERIFY(facade::addQuickStepInfo(app, QStringLiteral("no such")).isEmpty());
-        facade::getProcess(app, loop)->name = "changed later";
+        QVERIFY(facade::addQuickStepInfo(libraryApp, QStringLiteral("no such")).isEmpty());
+        facade::getProcess(libraryApp, loop)->name = "changed later";
 
         QTemporaryDir folder;
         const QString path = folder.filePath(QStringLiteral("quickStep.json"));
@@ -162,36 +167,37 @@ private slots:
         QCOMPARE(facade::getQuickStepInfoVector({id, QStringLiteral("no such")}).size(), 1);
 
         const QString made =
-            facade::createProcessInfoByQuickStep(app, sequence, QStringLiteral("2"), id, 0);
-        const auto block = facade::getProcess(app, made);
+            facade::createProcessInfoByQuickStep(libraryApp, sequence, QStringLiteral("2"), id, 0);
+        const auto block = facade::getProcess(libraryApp, made);
         QCOMPARE(block->name, std::string("while"));
         QCOMPARE(block->children.size(), std::size_t(2));
         const auto copiedJump = std::dynamic_pointer_cast<GotoProcessBlock>(block->children[1]);
         QCOMPARE(copiedJump->targetUuid, block->children[0]->uuid);
         QVERIFY(block->children[0]->uuid != delay.toStdString());
-        QVERIFY(!facade::createProcessInfoByQuickStep(app, sequence, QStringLiteral("2"), id, 0)
-                     .isEmpty());
+        QVERIFY(
+            !facade::createProcessInfoByQuickStep(libraryApp, sequence, QStringLiteral("2"), id, 0)
+                 .isEmpty());
     }
 
     void templatesFreezeWhatASequenceNeeds()
     {
-        const QString first = facade::createSeuqence(app, QStringLiteral("first"));
-        const QString second = facade::createSeuqence(app, QStringLiteral("second"));
-        const QString third = facade::createSeuqence(app, QStringLiteral("third"));
-        facade::createSeuqence(app, QStringLiteral("not_called"));
+        const QString first = facade::createSeuqence(libraryApp, QStringLiteral("first"));
+        const QString second = facade::createSeuqence(libraryApp, QStringLiteral("second"));
+        const QString third = facade::createSeuqence(libraryApp, QStringLiteral("third"));
+        facade::createSeuqence(libraryApp, QStringLiteral("not_called"));
         const auto call = addCall(first, second);
         call->preStatements = "used = 1;";
         addCall(second, third);
         addCall(third, first);
-        addVariable(SequenceVariable, first.toStdString(), "a");
-        addVariable(SequenceVariable, third.toStdString(), "c");
-        addVariable(ProcessVariable, localApp, "used");
-        addVariable(ProcessVariable, localApp, "unused");
+        putVariable(SequenceVariable, first.toStdString(), "a");
+        putVariable(SequenceVariable, third.toStdString(), "c");
+        putVariable(ProcessVariable, localApp, "used");
+        putVariable(ProcessVariable, localApp, "unused");
 
-        const auto [id, name] = facade::addProcessTemplate(app, first);
+        const auto [id, name] = facade::addProcessTemplate(libraryApp, first);
         QCOMPARE(name, QStringLiteral("first"));
-        QCOMPARE(facade::addProcessTemplate(app, first).second, QStringLiteral("first_1"));
-        QVERIFY(facade::addProcessTemplate(app, QStringLiteral("no such")).first.isEmpty());
+        QCOMPARE(facade::addProcessTemplate(libraryApp, first).second, QStringLiteral("first_1"));
+        QVERIFY(facade::addProcessTemplate(libraryApp, QStringLiteral("no such")).first.isEmpty());
         call->name = "changed later";
 
         const auto info = facade::getProcessTemplateByID(id);
@@ -215,9 +221,9 @@ private slots:
 
     void templatesCallTemplates()
     {
-        const QString inner = facade::createSeuqence(app, QStringLiteral("inner"));
-        const auto [innerId, innerName] = facade::addProcessTemplate(app, inner);
-        const QString outer = facade::createSeuqence(app, QStringLiteral("outer"));
+        const QString inner = facade::createSeuqence(libraryApp, QStringLiteral("inner"));
+        const auto [innerId, innerName] = facade::addProcessTemplate(libraryApp, inner);
+        const QString outer = facade::createSeuqence(libraryApp, QStringLiteral("outer"));
         const auto call = addCall(outer, {});
         call->sourceKind = SequenceProcessBlock::TemplateSequence;
         call->templateId = innerId.toStdString();
@@ -226,7 +232,7 @@ private slots:
             if (!isInProject)
                 facade::removeProcessTemplate(innerId);
             QCOMPARE(process_edit::isHaveTemplateInfo(innerId.toStdString()), isInProject);
-            const QString id = facade::addProcessTemplate(app, outer).first;
+            const QString id = facade::addProcessTemplate(libraryApp, outer).first;
             const auto subs = facade::getProcessTemplateByID(id).subTemplates;
             QCOMPARE(subs.size(), std::size_t(1));
             QCOMPARE(subs.at(innerId.toStdString()).mainSequence.name, std::string("inner"));
@@ -235,8 +241,8 @@ private slots:
 
     void theTemplateFileKeepsItsTemplates()
     {
-        const QString first = facade::createSeuqence(app, QStringLiteral("first"));
-        const QString id = facade::addProcessTemplate(app, first).first;
+        const QString first = facade::createSeuqence(libraryApp, QStringLiteral("first"));
+        const QString id = facade::addProcessTemplate(libraryApp, first).first;
         facade::renameProcessTemplate(id, QStringLiteral("新的名字"));
         auto document =
             QJsonDocument::fromJson(facade::generateTemplateJsonStr().toUtf8()).object();
@@ -256,5 +262,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ModelLibraryTest)
+PE_TEST("model_library_test", ModelLibraryTest)
 #include "model_library_test.moc"

@@ -1,6 +1,8 @@
 #include "model/process_blocks.h"
 #include "model/services/processedit.h"
 #include "tests/standalone/model_samples.h"
+#include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QtTest>
 
@@ -10,14 +12,9 @@ namespace facade = sdk_ui_interface::processedit;
 
 namespace {
 
-const QString app = QStringLiteral("texts_app");
+const QString textsApp = QStringLiteral("texts_app");
 
 using Make = std::function<std::shared_ptr<IProcessBlock>()>;
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 template <class Block> Make make(std::function<void(Block&)> change = {})
 {
@@ -179,7 +176,7 @@ class ModelTextsTest : public QObject
     }
 
 private slots:
-    void cleanup() { samples::forget(app); }
+    void cleanup() { samples::forget(textsApp); }
 
     void descriptions_data()
     {
@@ -249,10 +246,11 @@ private slots:
 
     void targetsAreNamedAsTheyStand()
     {
-        const QString sequence = facade::createSeuqence(app, QStringLiteral("read_dtc"));
+        const QString sequence = facade::createSeuqence(textsApp, QStringLiteral("read_dtc"));
         const auto create = [&](int type) {
-            return facade::getProcess(app, facade::createProcess(app, sequence, QStringLiteral("1"),
-                                                                 BasicStep, type, -1));
+            return facade::getProcess(textsApp,
+                                      facade::createProcess(textsApp, sequence, QStringLiteral("1"),
+                                                            BasicStep, type, -1));
         };
         const auto target = create(step_type::Delay);
         target->name = "读取VIN";
@@ -267,7 +265,7 @@ private slots:
         QCOMPARE(QString::fromStdString(jump->settingText()),
                  text("条件成立→跳转到步骤 读取VIN | 条件不成立→跳转到序列 read_dtc"));
         QCOMPARE(QString::fromStdString(jump->clone()->description()), text("跳转到 retry"));
-        facade::removeProcess(app, sequence, QString::fromStdString(target->uuid));
+        facade::removeProcess(textsApp, sequence, QString::fromStdString(target->uuid));
         QCOMPARE(QString::fromStdString(jump->description()), text("跳转到 retry（步骤不存在）"));
         QVERIFY(jump->settingText().find("跳转到步骤（不存在）") != std::string::npos);
     }
@@ -293,5 +291,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ModelTextsTest)
+PE_TEST("model_texts_test", ModelTextsTest)
 #include "model_texts_test.moc"

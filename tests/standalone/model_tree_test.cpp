@@ -3,6 +3,8 @@
 #include "model/services/processedit.h"
 #include "standalone/model_service/compile_marks.h"
 #include "tests/standalone/model_samples.h"
+#include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QtTest>
 
@@ -11,16 +13,11 @@ using samples::printTree;
 
 namespace {
 
-const QString app = QStringLiteral("流程_1");
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
+const QString treeApp = QStringLiteral("流程_1");
 
 std::string localName()
 {
-    return app.toLocal8Bit().toStdString();
+    return treeApp.toLocal8Bit().toStdString();
 }
 
 } // namespace
@@ -35,9 +32,9 @@ class ModelTreeTest : public QObject
 
     QString add(const QString& name, const QString& parent, int index = -1)
     {
-        const QString uuid = facade::createProcess(app, m_sequence, m_uuids.value(parent, parent),
-                                                   BasicStep, step_type::While, index);
-        if (const auto block = facade::getProcess(app, uuid)) {
+        const QString uuid = facade::createProcess(
+            treeApp, m_sequence, m_uuids.value(parent, parent), BasicStep, step_type::While, index);
+        if (const auto block = facade::getProcess(treeApp, uuid)) {
             block->name = name.toStdString();
             m_uuids.insert(name, uuid);
         }
@@ -48,9 +45,9 @@ private slots:
     /// main: a(a1(a11) a2 a3) b c, end: z
     void init()
     {
-        samples::forget(app);
+        samples::forget(treeApp);
         m_uuids.clear();
-        m_sequence = facade::createSeuqence(app, QStringLiteral("main"));
+        m_sequence = facade::createSeuqence(treeApp, QStringLiteral("main"));
         for (const char* name : {"a", "b", "c"})
             add(text(name), QStringLiteral("1"));
         for (const char* name : {"a1", "a2", "a3"})
@@ -85,24 +82,26 @@ private slots:
         QFETCH(QString, parent);
         QFETCH(int, index);
         QVERIFY(!add(QStringLiteral("new"), parent, index).isEmpty());
-        QTEST(printTree(app, m_sequence), "tree");
+        QTEST(printTree(treeApp, m_sequence), "tree");
     }
 
     void impossibleInsertionsMakeNothing()
     {
-        const QString other = facade::createSeuqence(app, QStringLiteral("other"));
-        const QString tree = printTree(app, m_sequence);
+        const QString other = facade::createSeuqence(treeApp, QStringLiteral("other"));
+        const QString tree = printTree(treeApp, m_sequence);
         QVERIFY(add(QStringLiteral("new"), QStringLiteral("unknown")).isEmpty());
         QVERIFY(add(QStringLiteral("new"), QString()).isEmpty());
-        QVERIFY(facade::createProcess(app, other, m_uuids[QStringLiteral("a")], BasicStep,
+        QVERIFY(facade::createProcess(treeApp, other, m_uuids[QStringLiteral("a")], BasicStep,
                                       step_type::If, 0)
                     .isEmpty());
         for (const int type : {0, 11, 14, 18, 19, 28, 10000, 10001})
-            QVERIFY(facade::createProcess(app, m_sequence, QStringLiteral("1"), BasicStep, type, -1)
-                        .isEmpty());
-        QVERIFY(facade::createProcess(app, m_sequence, QStringLiteral("1"), DiagnosticStep, 1, -1)
+            QVERIFY(
+                facade::createProcess(treeApp, m_sequence, QStringLiteral("1"), BasicStep, type, -1)
                     .isEmpty());
-        QCOMPARE(printTree(app, m_sequence), tree);
+        QVERIFY(
+            facade::createProcess(treeApp, m_sequence, QStringLiteral("1"), DiagnosticStep, 1, -1)
+                .isEmpty());
+        QCOMPARE(printTree(treeApp, m_sequence), tree);
     }
 
     void movesReorderTheTree_data()
@@ -142,7 +141,7 @@ private slots:
         process_edit::updateProcessInfoIndex(localName(), m_sequence.toStdString(),
                                              m_uuids[block].toStdString(),
                                              m_uuids.value(parent, parent).toStdString(), index);
-        QTEST(printTree(app, m_sequence), "tree");
+        QTEST(printTree(treeApp, m_sequence), "tree");
     }
 
     /// After a move to another flow the nested blocks belong to it too.
@@ -156,13 +155,13 @@ private slots:
         move("a", QStringLiteral("2"));
         move("a11", QStringLiteral("0"));
         add(QStringLiteral("new"), QStringLiteral("a2"));
-        facade::removeProcess(app, m_sequence, m_uuids[QStringLiteral("a1")]);
+        facade::removeProcess(treeApp, m_sequence, m_uuids[QStringLiteral("a1")]);
         QCOMPARE(
-            printTree(app, m_sequence),
+            printTree(treeApp, m_sequence),
             text("initial\n  a11\nmain\n  b\n  c\nend\n  a\n    a2\n      new\n    a3\n  z\n"));
-        facade::removeAllProcessBySequenceID(app, m_sequence, EndFlow);
-        QVERIFY(!facade::getProcess(app, m_uuids[QStringLiteral("new")]));
-        QCOMPARE(printTree(app, m_sequence), text("initial\n  a11\nmain\n  b\n  c\n"));
+        facade::removeAllProcessBySequenceID(treeApp, m_sequence, EndFlow);
+        QVERIFY(!facade::getProcess(treeApp, m_uuids[QStringLiteral("new")]));
+        QCOMPARE(printTree(treeApp, m_sequence), text("initial\n  a11\nmain\n  b\n  c\n"));
     }
 
     void nestingHasALimit()
@@ -170,31 +169,31 @@ private slots:
         QString parent = QStringLiteral("1");
         int depth = 0;
         for (QString uuid; depth < 1000; ++depth, parent = uuid) {
-            uuid = facade::createProcess(app, m_sequence, parent, BasicStep, step_type::If, -1);
+            uuid = facade::createProcess(treeApp, m_sequence, parent, BasicStep, step_type::If, -1);
             if (uuid.isEmpty())
                 break;
         }
         QCOMPARE(depth, 200);
-        const QString tree = printTree(app, m_sequence);
+        const QString tree = printTree(treeApp, m_sequence);
         process_edit::updateProcessInfoIndex(localName(), m_sequence.toStdString(),
                                              m_uuids[QStringLiteral("b")].toStdString(),
                                              parent.toStdString(), 0);
-        QCOMPARE(printTree(app, m_sequence), tree);
-        facade::loadProcessJson(app, facade::generateProcessJson(app));
-        QCOMPARE(printTree(app, m_sequence), tree);
+        QCOMPARE(printTree(treeApp, m_sequence), tree);
+        facade::loadProcessJson(treeApp, facade::generateProcessJson(treeApp));
+        QCOMPARE(printTree(treeApp, m_sequence), tree);
     }
 
     void removalsTakeTheChildrenAlong()
     {
-        facade::removeProcess(app, m_sequence, m_uuids[QStringLiteral("a")]);
-        QCOMPARE(printTree(app, m_sequence), text("main\n  b\n  c\nend\n  z\n"));
+        facade::removeProcess(treeApp, m_sequence, m_uuids[QStringLiteral("a")]);
+        QCOMPARE(printTree(treeApp, m_sequence), text("main\n  b\n  c\nend\n  z\n"));
         for (const char* name : {"a", "a1", "a11", "a2", "a3"})
-            QVERIFY(!facade::getProcess(app, m_uuids[text(name)]));
-        facade::removeAllProcessBySequenceID(app, m_sequence, MainFlow);
-        QCOMPARE(printTree(app, m_sequence), text("end\n  z\n"));
+            QVERIFY(!facade::getProcess(treeApp, m_uuids[text(name)]));
+        facade::removeAllProcessBySequenceID(treeApp, m_sequence, MainFlow);
+        QCOMPARE(printTree(treeApp, m_sequence), text("end\n  z\n"));
         add(QStringLiteral("again"), QStringLiteral("1"));
-        facade::removeAllProcessBySequenceID(app, m_sequence, NoBlock);
-        QCOMPARE(printTree(app, m_sequence), QString());
+        facade::removeAllProcessBySequenceID(treeApp, m_sequence, NoBlock);
+        QCOMPARE(printTree(treeApp, m_sequence), QString());
     }
 
     void blocksAreListedParentsFirst()
@@ -202,7 +201,7 @@ private slots:
         const auto namesOf = [&](int flow) {
             QStringList names;
             for (const auto& block : facade::getAllProcessBySequenceID(
-                     app, m_sequence, static_cast<IProcessBlock::ProcessBlockBelong>(flow)))
+                     treeApp, m_sequence, static_cast<IProcessBlock::ProcessBlockBelong>(flow)))
                 names.append(QString::fromStdString(block->name));
             return names.join(QLatin1Char(' '));
         };
@@ -210,30 +209,30 @@ private slots:
         QCOMPARE(namesOf(IProcessBlock::MainFlowBlocks), text("a a1 a11 a2 a3 b c"));
         QCOMPARE(namesOf(IProcessBlock::EndFlowBlocks), text("z"));
         QCOMPARE(namesOf(0), text("a a1 a11 a2 a3 b c z"));
-        QCOMPARE(facade::getProcessListBySequenceID(app, m_sequence).size(), std::size_t(4));
+        QCOMPARE(facade::getProcessListBySequenceID(treeApp, m_sequence).size(), std::size_t(4));
     }
 
     void aWrittenBackCopyTakesThePlaceOfItsBlock()
     {
         const QString uuid = m_uuids[QStringLiteral("a")];
-        const auto copy = facade::getProcess(app, uuid)->copyAlone();
+        const auto copy = facade::getProcess(treeApp, uuid)->copyAlone();
         copy->name = "changed";
         copy->children.clear();
-        facade::updateProcess(app, m_sequence, copy);
-        facade::removeProcess(app, m_sequence, m_uuids[QStringLiteral("a2")]);
-        QCOMPARE(printTree(app, m_sequence),
+        facade::updateProcess(treeApp, m_sequence, copy);
+        facade::removeProcess(treeApp, m_sequence, m_uuids[QStringLiteral("a2")]);
+        QCOMPARE(printTree(treeApp, m_sequence),
                  text("main\n  changed\n    a1\n      a11\n    a3\n  b\n  c\nend\n  z\n"));
-        facade::updateProcess(app, m_sequence, nullptr);
+        facade::updateProcess(treeApp, m_sequence, nullptr);
     }
 
     void twoAppletsMayHoldTheSameUuids()
     {
         const QString other = QStringLiteral("other_app");
-        facade::loadProcessJson(other, facade::generateProcessJson(app));
+        facade::loadProcessJson(other, facade::generateProcessJson(treeApp));
         facade::removeProcess(other, m_sequence, m_uuids[QStringLiteral("a")]);
         QCOMPARE(printTree(other, m_sequence), text("main\n  b\n  c\nend\n  z\n"));
-        QVERIFY(printTree(app, m_sequence).contains(QLatin1String("a11")));
-        facade::renameProcessCAppletName(other, app);
+        QVERIFY(printTree(treeApp, m_sequence).contains(QLatin1String("a11")));
+        facade::renameProcessCAppletName(other, treeApp);
         QVERIFY(facade::getCAppletDataIsExist(other));
         facade::renameProcessCAppletName(other, QStringLiteral("renamed"));
         QVERIFY(!facade::getCAppletDataIsExist(other));
@@ -247,35 +246,36 @@ private slots:
         QStringList names;
         for (const char* wanted : {"main", "main", "main_7", "main_7", "", "",
                                    "a_name_of_20_letters", "a_name_of_20_letters"}) {
-            const QString id = facade::createSeuqence(app, text(wanted));
-            names.append(QString::fromStdString(facade::getSequence(app, id).name));
+            const QString id = facade::createSeuqence(treeApp, text(wanted));
+            names.append(QString::fromStdString(facade::getSequence(treeApp, id).name));
         }
         QCOMPARE(names.join(QLatin1Char(' ')),
                  text("main_1 main_2 main_7 main_8 Sequence_0 Sequence_1 a_name_of_20_letters "
                       "a_name_of_20_lette_1"));
-        const auto all = facade::getAllSequenceByAppName(app);
+        const auto all = facade::getAllSequenceByAppName(treeApp);
         QCOMPARE(std::count_if(all.begin(), all.end(), [](const auto& s) { return s.isMain; }), 1);
         QVERIFY(all.front().isMain);
     }
 
     void aRenamedSequenceIsRenamedInItsCalls()
     {
-        const QString called = facade::createSeuqence(app, QStringLiteral("called"));
-        const QString uuid = facade::createProcess(app, m_sequence, m_uuids[QStringLiteral("a11")],
-                                                   BasicStep, step_type::Sequence, -1);
+        const QString called = facade::createSeuqence(treeApp, QStringLiteral("called"));
+        const QString uuid =
+            facade::createProcess(treeApp, m_sequence, m_uuids[QStringLiteral("a11")], BasicStep,
+                                  step_type::Sequence, -1);
         const auto call =
-            std::dynamic_pointer_cast<SequenceProcessBlock>(facade::getProcess(app, uuid));
+            std::dynamic_pointer_cast<SequenceProcessBlock>(facade::getProcess(treeApp, uuid));
         call->sourceKind = SequenceProcessBlock::AppletSequence;
         call->sequenceId = called.toStdString();
         call->sequenceName = "called";
-        auto info = facade::getSequence(app, called);
+        auto info = facade::getSequence(treeApp, called);
         info.name = "renamed";
         info.mainFlow = {"x"};
-        facade::updateSequence(app, info);
+        facade::updateSequence(treeApp, info);
         QCOMPARE(call->sequenceName, std::string("renamed"));
-        QVERIFY(facade::getSequence(app, called).mainFlow.empty());
+        QVERIFY(facade::getSequence(treeApp, called).mainFlow.empty());
         QCOMPARE(call->description(), text("调用序列 renamed").toStdString());
-        facade::removeSequence(app, called);
+        facade::removeSequence(treeApp, called);
         QCOMPARE(call->description(), text("调用序列 renamed（序列不存在）").toStdString());
     }
 
@@ -298,15 +298,15 @@ private slots:
         QFETCH(QString, calls);
         QHash<QString, QString> ids{{QStringLiteral("main"), m_sequence}};
         for (const char* name : {"s1", "s2"})
-            ids.insert(text(name), facade::createSeuqence(app, text(name)));
+            ids.insert(text(name), facade::createSeuqence(treeApp, text(name)));
         for (QString call : calls.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
             const bool isDisabled = call.endsWith(QLatin1Char('!'));
             call.remove(QLatin1Char('!'));
             const QString from = ids[call.section(QLatin1Char('>'), 0, 0)];
-            const QString uuid = facade::createProcess(app, from, QStringLiteral("1"), BasicStep,
-                                                       step_type::Sequence, -1);
+            const QString uuid = facade::createProcess(treeApp, from, QStringLiteral("1"),
+                                                       BasicStep, step_type::Sequence, -1);
             const auto block =
-                std::dynamic_pointer_cast<SequenceProcessBlock>(facade::getProcess(app, uuid));
+                std::dynamic_pointer_cast<SequenceProcessBlock>(facade::getProcess(treeApp, uuid));
             block->sourceKind = SequenceProcessBlock::AppletSequence;
             block->sequenceId =
                 ids.value(call.section(QLatin1Char('>'), 1), QStringLiteral("gone")).toStdString();
@@ -334,25 +334,25 @@ private slots:
         if (change == QLatin1String("create"))
             add(QStringLiteral("new"), QStringLiteral("0"));
         if (change == QLatin1String("update"))
-            facade::updateProcess(app, m_sequence, facade::getProcess(app, a));
+            facade::updateProcess(treeApp, m_sequence, facade::getProcess(treeApp, a));
         if (change == QLatin1String("remove"))
-            facade::removeProcess(app, m_sequence, a);
+            facade::removeProcess(treeApp, m_sequence, a);
         if (change == QLatin1String("move"))
             process_edit::updateProcessInfoIndex(localName(), m_sequence.toStdString(),
                                                  a.toStdString(), "2", 0);
         if (change == QLatin1String("sequence"))
-            facade::createSeuqence(app, QStringLiteral("new"));
+            facade::createSeuqence(treeApp, QStringLiteral("new"));
         if (change == QLatin1String("variable"))
             process_edit::addVariable(localName(), ProcessVariable, localName());
         if (change == QLatin1String("global variable"))
             process_edit::removeVariables({}, {process_edit::addVariable({}, GlobalVariable, {})});
         if (change == QLatin1String("load"))
-            facade::loadProcessJson(app, QStringLiteral("{}"));
-        facade::generateProcessJson(app);
-        facade::getSequence(app, m_sequence);
+            facade::loadProcessJson(treeApp, QStringLiteral("{}"));
+        facade::generateProcessJson(treeApp);
+        facade::getSequence(treeApp, m_sequence);
         QCOMPARE(standalone::needsUpdate(localName()), change != QLatin1String("nothing"));
     }
 };
 
-QTEST_GUILESS_MAIN(ModelTreeTest)
+PE_TEST("model_tree_test", ModelTreeTest)
 #include "model_tree_test.moc"

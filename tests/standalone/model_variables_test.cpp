@@ -3,6 +3,7 @@
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
 #include "tests/standalone/model_samples.h"
+#include "tests/support/test_program.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -20,7 +21,7 @@ using namespace process_json_edit;
 
 namespace {
 
-const std::string app = "var_app";
+const std::string variablesApp = "var_app";
 const QString appName = QStringLiteral("var_app");
 
 QString listing(const std::vector<processVariable>& variables)
@@ -38,9 +39,9 @@ QJsonObject parsed(const std::string& json)
 
 std::string addNamed(processVariableType scope, const std::string& owner, const std::string& name)
 {
-    auto variable = getVariable(addVariable(app, scope, owner));
+    auto variable = getVariable(addVariable(variablesApp, scope, owner));
     variable.name = name;
-    updateVariable(app, variable, scope);
+    updateVariable(variablesApp, variable, scope);
     return variable.uuid;
 }
 
@@ -70,9 +71,9 @@ private slots:
         const QRegularExpression rule(QStringLiteral("^[a-zA-Z_][a-zA-Z0-9_]{0,19}$"));
         QStringList names;
         for (int round = 0; round < 3; ++round) {
-            for (const auto& uuid :
-                 {addVariable(app, SequenceVariable, "s1"), addVariable(app, ProcessVariable, app),
-                  addVariable(app, GlobalVariable, {})}) {
+            for (const auto& uuid : {addVariable(variablesApp, SequenceVariable, "s1"),
+                                     addVariable(variablesApp, ProcessVariable, variablesApp),
+                                     addVariable(variablesApp, GlobalVariable, {})}) {
                 const auto variable = getVariable(uuid);
                 QCOMPARE(variable.type, std::string("s32"));
                 QCOMPARE(variable.value, std::string("0"));
@@ -82,9 +83,9 @@ private slots:
         }
         QCOMPARE(names.removeDuplicates(), 0);
         // Another sequence doesn't see the first one's variables.
-        const auto other = getVariable(addVariable(app, SequenceVariable, "s2"));
+        const auto other = getVariable(addVariable(variablesApp, SequenceVariable, "s2"));
         QVERIFY(names.indexOf(QString::fromStdString(other.name)) % 3 <= 0);
-        QVERIFY(addVariable(app, SequenceVariable, {}).empty());
+        QVERIFY(addVariable(variablesApp, SequenceVariable, {}).empty());
         QVERIFY(addVariable({}, ProcessVariable, {}).empty());
         QVERIFY(getVariable("no such").uuid.empty());
     }
@@ -94,26 +95,28 @@ private slots:
         addNamed(SequenceVariable, "s1", "a");
         const auto b = addNamed(SequenceVariable, "s1", "b");
         addNamed(SequenceVariable, "s1", "c");
-        addNamed(ProcessVariable, app, "p");
-        QCOMPARE(listing(getAllSequenceVariable(app, "s1")), QStringLiteral("a:s1 b:s1 c:s1"));
+        addNamed(ProcessVariable, variablesApp, "p");
+        QCOMPARE(listing(getAllSequenceVariable(variablesApp, "s1")),
+                 QStringLiteral("a:s1 b:s1 c:s1"));
 
         auto variable = getVariable(b);
         variable.scope = ProcessVariable;
-        variable.ownerId = app;
-        updateVariable(app, variable, 0);
-        QCOMPARE(listing(getAllSequenceVariable(app, "s1")), QStringLiteral("a:s1 c:s1"));
-        QCOMPARE(listing(getAllCAppletVariable(app)), QStringLiteral("p:var_app b:var_app"));
+        variable.ownerId = variablesApp;
+        updateVariable(variablesApp, variable, 0);
+        QCOMPARE(listing(getAllSequenceVariable(variablesApp, "s1")), QStringLiteral("a:s1 c:s1"));
+        QCOMPARE(listing(getAllCAppletVariable(variablesApp)),
+                 QStringLiteral("p:var_app b:var_app"));
         variable.scope = GlobalVariable;
         variable.ownerId.clear();
-        updateVariable(app, variable, 0);
+        updateVariable(variablesApp, variable, 0);
         QCOMPARE(listing(getAllGlobalVariable()), QStringLiteral("global_ret: b:"));
 
-        removeVariables(app, {b, "no such", "ret"});
+        removeVariables(variablesApp, {b, "no such", "ret"});
         QCOMPARE(listing(getAllGlobalVariable()), QStringLiteral("global_ret:"));
-        removeAllVarBySequenceId(app, "s1");
-        QVERIFY(getAllSequenceVariable(app, "s1").empty());
-        removeAllVarByAppName(app);
-        QVERIFY(getAllCAppletVariable(app).empty());
+        removeAllVarBySequenceId(variablesApp, "s1");
+        QVERIFY(getAllSequenceVariable(variablesApp, "s1").empty());
+        removeAllVarByAppName(variablesApp);
+        QVERIFY(getAllCAppletVariable(variablesApp).empty());
     }
 
     void pastedVariablesAreNew()
@@ -124,16 +127,16 @@ private slots:
         for (const char* expected : {"speed_1", "speed_2"}) {
             auto pasted = copy;
             pasted.ownerId = "s1";
-            pasteVariable(app, pasted, SequenceVariable);
+            pasteVariable(variablesApp, pasted, SequenceVariable);
             QCOMPARE(pasted.name, std::string(expected));
             QCOMPARE(getVariable(pasted.uuid).name, std::string(expected));
         }
         auto elsewhere = copy;
         elsewhere.ownerId = "s2";
-        pasteVariable(app, elsewhere, SequenceVariable);
+        pasteVariable(variablesApp, elsewhere, SequenceVariable);
         QCOMPARE(elsewhere.name, std::string("speed"));
         auto fromDefault = copyVariable("ret");
-        pasteVariable(app, fromDefault, ProcessVariable);
+        pasteVariable(variablesApp, fromDefault, ProcessVariable);
         QCOMPARE(fromDefault.name, std::string("global_ret_1"));
         QVERIFY(!getVariable(fromDefault.uuid).isLocked);
     }
@@ -144,24 +147,24 @@ private slots:
         QVERIFY(variable.isLocked);
         variable.name = "mine";
         variable.value = "1";
-        updateVariable(app, variable, GlobalVariable);
+        updateVariable(variablesApp, variable, GlobalVariable);
         QCOMPARE(getVariable("ret").name, std::string("global_ret"));
         QCOMPARE(getVariable("ret").value, std::string("0"));
     }
 
     void aNewTypeBringsItsLength()
     {
-        auto variable = getVariable(addVariable(app, ProcessVariable, app));
+        auto variable = getVariable(addVariable(variablesApp, ProcessVariable, variablesApp));
         const std::vector<std::pair<std::string, int>> cases{
             {"u8*", 64}, {"string", 256}, {"pu16", 64}, {"double", 1}, {"char*", 256}};
         for (const auto& [type, length] : cases) {
             variable.type = type;
-            updateVariable(app, variable, 0);
+            updateVariable(variablesApp, variable, 0);
             variable = getVariable(variable.uuid);
             QCOMPARE(variable.length, length);
         }
         variable.length = 9;
-        updateVariable(app, variable, 0);
+        updateVariable(variablesApp, variable, 0);
         QCOMPARE(getVariable(variable.uuid).length, 9);
     }
 
@@ -173,9 +176,9 @@ private slots:
              "length": 64}],
           "sequences": {"s1": [{"uuid": "a", "name": "x", "type": "s32", "value": "0"},
                                {"uuid": "b", "name": "y", "type": "string", "value": ""}]}})";
-        loadAppVariableJson(app, json);
-        QCOMPARE(listing(getAllCAppletVariable(app)), QStringLiteral("speed:var_app"));
-        QCOMPARE(listing(getAllSequenceVariable(app, "s1")), QStringLiteral("x:s1 y:s1"));
+        loadAppVariableJson(variablesApp, json);
+        QCOMPARE(listing(getAllCAppletVariable(variablesApp)), QStringLiteral("speed:var_app"));
+        QCOMPARE(listing(getAllSequenceVariable(variablesApp, "s1")), QStringLiteral("x:s1 y:s1"));
         QCOMPARE(getVariable("p").description, std::string("第一行\n第二行"));
         auto expected = parsed(json);
         auto sequences = expected.value(QLatin1String("sequences")).toObject();
@@ -185,7 +188,7 @@ private slots:
         list.replace(1, second);
         sequences.insert(QStringLiteral("s1"), list);
         expected.insert(QStringLiteral("sequences"), sequences);
-        QCOMPARE(parsed(generateAppAndSequenceVariableJson(app)), expected);
+        QCOMPARE(parsed(generateAppAndSequenceVariableJson(variablesApp)), expected);
 
         // The same document in another applet: the variables are others, under ids of their own.
         loadAppVariableJson("copy", json);
@@ -193,18 +196,18 @@ private slots:
         QCOMPARE(getVariable("p").name, std::string("speed"));
         QCOMPARE(generateAppAndSequenceVariableJson("copy"), std::string("{}"));
 
-        loadAppVariableJson(app, "[]");
-        QCOMPARE(parsed(generateAppAndSequenceVariableJson(app)), expected);
-        loadAppVariableJson(app, "{}");
-        QCOMPARE(generateAppAndSequenceVariableJson(app), std::string("{}"));
+        loadAppVariableJson(variablesApp, "[]");
+        QCOMPARE(parsed(generateAppAndSequenceVariableJson(variablesApp)), expected);
+        loadAppVariableJson(variablesApp, "{}");
+        QCOMPARE(generateAppAndSequenceVariableJson(variablesApp), std::string("{}"));
     }
 
     void damagedDocumentsAreReadAsFarAsTheyGo()
     {
         samples::LogCatcher log;
-        loadAppVariableJson(app, R"({"process": [{"uuid": "a", "name": "x"}, 5,
+        loadAppVariableJson(variablesApp, R"({"process": [{"uuid": "a", "name": "x"}, 5,
             {"uuid": "a", "name": "y", "length": "long"}, {"name": "z"}], "sequences": {"s": 1}})");
-        QCOMPARE(listing(getAllCAppletVariable(app)),
+        QCOMPARE(listing(getAllCAppletVariable(variablesApp)),
                  QStringLiteral("x:var_app y:var_app z:var_app"));
         QVERIFY2(log.lines.size() == 5, qPrintable(log.lines.join(QLatin1Char('\n'))));
         QCOMPARE(getVariable("a").name, std::string("x"));
@@ -238,12 +241,12 @@ private slots:
     void aRenamedAppletTakesItsVariablesAlong()
     {
         facade::createSeuqence(appName, QStringLiteral("s"));
-        const auto p = addNamed(ProcessVariable, app, "p");
+        const auto p = addNamed(ProcessVariable, variablesApp, "p");
         addNamed(SequenceVariable, "s1", "a");
         facade::renameProcessCAppletName(appName, QStringLiteral("renamed"));
         QCOMPARE(listing(getAllCAppletVariable("renamed")), QStringLiteral("p:renamed"));
         QCOMPARE(listing(getAllSequenceVariable("renamed", "s1")), QStringLiteral("a:s1"));
-        QVERIFY(getAllCAppletVariable(app).empty());
+        QVERIFY(getAllCAppletVariable(variablesApp).empty());
         removeVariables("renamed", {p});
         QVERIFY(getAllCAppletVariable("renamed").empty());
     }
@@ -275,10 +278,10 @@ private slots:
             ->setCustomCode(code.toStdString());
         auto variable = getVariable(addNamed(SequenceVariable, sequence.toStdString(), "frame"));
         variable.type = type.toStdString();
-        updateVariable(app, variable, 0);
-        QTEST(isHaveStuVar(app, sequence.toStdString()), "isFound");
+        updateVariable(variablesApp, variable, 0);
+        QTEST(isHaveStuVar(variablesApp, sequence.toStdString()), "isFound");
     }
 };
 
-QTEST_GUILESS_MAIN(ModelVariablesTest)
+PE_TEST("model_variables_test", ModelVariablesTest)
 #include "model_variables_test.moc"

@@ -4,6 +4,7 @@
 #include "tests/standalone/codegen_builders.h"
 #include "tests/standalone/runtime_harness.h"
 #include "tests/support/child_processes.h"
+#include "tests/support/test_program.h"
 
 #include "model/services/processedit.h"
 #include "standalone/runtime/runtime.h"
@@ -12,14 +13,11 @@
 #include <QtTest>
 
 using namespace builders;
+using namespace run_events;
 namespace service = sdk_ui_interface::processedit;
 
 namespace {
 
-constexpr int Finished = 1;
-constexpr int Stopped = 2;
-constexpr int Crashed = 3;
-constexpr int Patience = 20000; // a loaded machine; no run comes near it
 constexpr qint64 MemoryLimit = qint64(96) << 20;
 
 /// Functions of the system that a step may name without its headers.
@@ -248,5 +246,5 @@ void RunawaysTest::tellsTheLastSteps()
     service::removeApp(appName);
 }
 
-QTEST_GUILESS_MAIN(RunawaysTest)
+PE_TEST("runaways", RunawaysTest)
 #include "runaways_test.moc"

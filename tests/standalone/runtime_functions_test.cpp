@@ -3,6 +3,7 @@
 
 #include "tests/standalone/codegen_builders.h"
 #include "tests/standalone/runtime_harness.h"
+#include "tests/support/test_program.h"
 
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/capplet.h"
@@ -13,16 +14,8 @@
 #include <QtTest>
 
 using namespace builders;
+using namespace run_events;
 using standalone::SystemVariables;
-
-namespace {
-
-constexpr int Finished = 1;
-constexpr int Stopped = 2;
-constexpr int Crashed = 3;
-constexpr int Patience = 20000;
-
-} // namespace
 
 class RuntimeFunctionsTest : public QObject
 {
@@ -268,5 +261,5 @@ void RuntimeFunctionsTest::questionGoesWithTheRun()
     user_dialogs::setHandler(before);
 }
 
-QTEST_GUILESS_MAIN(RuntimeFunctionsTest)
+PE_TEST("runtime_functions_test", RuntimeFunctionsTest)
 #include "runtime_functions_test.moc"

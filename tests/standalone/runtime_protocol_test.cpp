@@ -1,5 +1,6 @@
 #include "standalone/runtime/LineSplitter.h"
 #include "standalone/runtime/protocol.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
@@ -255,5 +256,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(RuntimeProtocolTest)
+PE_TEST("runtime_protocol_test", RuntimeProtocolTest)
 #include "runtime_protocol_test.moc"

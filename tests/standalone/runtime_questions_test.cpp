@@ -1,6 +1,7 @@
 // Questions of an applet as real dialogs: answered by a person, or gone with the run.
 
 #include "standalone/host/AppletQuestions.h"
+#include "tests/support/test_program.h"
 
 #include <QApplication>
 #include <QInputDialog>
@@ -86,5 +87,5 @@ void RuntimeQuestionsTest::closedBeforeShown()
     QVERIFY(!QApplication::activeModalWidget() && m_answers.isEmpty());
 }
 
-QTEST_MAIN(RuntimeQuestionsTest)
+PE_WIDGET_TEST("runtime_questions_test", RuntimeQuestionsTest)
 #include "runtime_questions_test.moc"

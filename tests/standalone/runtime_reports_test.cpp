@@ -2,6 +2,7 @@
 
 #include "runner/waiting_reports.h"
 #include "tests/standalone/runtime_harness.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
@@ -84,5 +85,5 @@ void RuntimeReportsTest::randomRuns()
     }
 }
 
-QTEST_GUILESS_MAIN(RuntimeReportsTest)
+PE_TEST("runtime_reports_test", RuntimeReportsTest)
 #include "runtime_reports_test.moc"

@@ -1,6 +1,7 @@
 #include "tests/standalone/codegen_builders.h"
 #include "tests/standalone/runtime_harness.h"
 #include "tests/support/child_processes.h"
+#include "tests/support/test_program.h"
 
 #include "model/services/applet_runtime.h"
 #include "model/services/capplet.h"
@@ -17,18 +18,15 @@
 #include <cstring>
 
 using namespace builders;
+using namespace run_events;
 namespace service = sdk_ui_interface::processedit;
 
 namespace {
 
-constexpr int Finished = 1;
-constexpr int Stopped = 2;
-constexpr int Crashed = 3;
 /// A step that logs the id of its process.
 const char* const TellPid = "char pid[64] = {0}; FILE* f = fopen(\"/proc/self/stat\", \"r\"); "
                             "if (fscanf(f, \"%63s\", pid) == 1) log_info(\"pid %s\", pid); "
                             "fclose(f); ";
-constexpr int Patience = 20000; // a loaded machine; no run comes near it
 
 } // namespace
 
@@ -299,7 +297,7 @@ void RuntimeRunTest::deathOfTheEditorEndsTheChild()
 
     QProcess editor;
     editor.start(QCoreApplication::applicationFilePath(),
-                 {QStringLiteral("--editor"), m_harness->projectPath(), appName});
+                 {QStringLiteral("editor_with_a_run"), m_harness->projectPath(), appName});
     QTRY_VERIFY_WITH_TIMEOUT(editor.canReadLine(), Patience);
     const qint64 pid = editor.readLine().trimmed().toLongLong();
     QVERIFY(pid > 0 && test_support::isAlive(pid));
@@ -356,23 +354,19 @@ static void printLog(const char*, DrelLogLevel, const char* text)
 }
 
 /// The editor's part of deathOfTheEditorEndsTheChild: prints the child's id and waits to be killed.
-static int playEditor(QCoreApplication& application, const QString& projectPath,
-                      const QString& appName)
+static int playEditor(QCoreApplication& application)
 {
-    standalone::Host::instance().setProjectPath(projectPath);
+    const QStringList arguments = application.arguments();
+    if (arguments.size() != 3)
+        return 2;
+    standalone::Host::instance().setProjectPath(arguments[1]);
+    const QString appName = arguments[2];
     capplet_sdk::registerLogCallBack(appName.toLocal8Bit().constData(), printLog);
     if (!service::runCApplet(appName, QStringLiteral("main"), [](void*, int) {}))
         return 1;
     return application.exec();
 }
 
-int main(int argc, char** argv)
-{
-    QCoreApplication application(argc, argv);
-    const QStringList arguments = application.arguments();
-    if (arguments.size() == 4 && arguments[1] == QStringLiteral("--editor"))
-        return playEditor(application, arguments[2], arguments[3]);
-    RuntimeRunTest test;
-    return QTest::qExec(&test, argc, argv);
-}
+static const bool isPlayEditorAdded = test_program::addPart("editor_with_a_run", playEditor);
+PE_TEST("runtime_run_test", RuntimeRunTest)
 #include "runtime_run_test.moc"

@@ -2,6 +2,7 @@
 // listeners.
 
 #include "standalone/variables/SystemVariables.h"
+#include "tests/support/test_program.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -221,5 +222,5 @@ void RuntimeVariablesTest::listenersHearInOrder()
     QVERIFY(listener.thread && listener.thread != QThread::currentThreadId());
 }
 
-QTEST_GUILESS_MAIN(RuntimeVariablesTest)
+PE_TEST("runtime_variables_test", RuntimeVariablesTest)
 #include "runtime_variables_test.moc"

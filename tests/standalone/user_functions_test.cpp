@@ -3,6 +3,7 @@
 #include "model/type_tables.h"
 #include "standalone/codegen/function_head.h"
 #include "tests/support/applet_fixture.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
@@ -82,5 +83,5 @@ void UserFunctionsTest::listed()
     QCOMPARE(function.params[2].name, "");
 }
 
-QTEST_GUILESS_MAIN(UserFunctionsTest)
+PE_TEST("user_functions_test", UserFunctionsTest)
 #include "user_functions_test.moc"

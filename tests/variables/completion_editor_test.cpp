@@ -1,5 +1,6 @@
 // The box that completes: when its list is there, what its keys do, and what a choice leaves.
 
+#include "tests/support/test_program.h"
 #include "variables/EntryValueTextEdit.h"
 #include "variables/SuggestionList.h"
 
@@ -232,5 +233,5 @@ void CompletionEditorTest::sizeAndPlace()
     QVERIFY(w->list->viewport()->rect().contains(w->list->visualItemRect(w->list->currentItem())));
 }
 
-QTEST_MAIN(CompletionEditorTest)
+PE_WIDGET_TEST("completion_editor", CompletionEditorTest)
 #include "completion_editor_test.moc"

@@ -1,5 +1,6 @@
 // The word that is being typed, the words that fit, and the place of their list.
 
+#include "tests/support/test_program.h"
 #include "variables/completion.h"
 
 #include <QRect>
@@ -168,5 +169,5 @@ void CompletionRulesTest::listPlace()
     QTEST(completion::listPlace(cursor, QSize(250, 150), screen), "place");
 }
 
-QTEST_GUILESS_MAIN(CompletionRulesTest)
+PE_TEST("completion_rules", CompletionRulesTest)
 #include "completion_rules_test.moc"

@@ -1,5 +1,6 @@
 // The picker as its user has it: what it lists, and what a pick leaves in the box.
 
+#include "tests/support/test_program.h"
 #include "tests/variables/EntryValuePicker.h"
 #include "variables/EntryFunctionTable.h"
 
@@ -229,5 +230,5 @@ void EntryValueDialogTest::userFunctions()
     QCOMPARE(p.shownFunctions(), inner);
 }
 
-QTEST_MAIN(EntryValueDialogTest)
+PE_WIDGET_TEST("entry_value_dialog", EntryValueDialogTest)
 #include "entry_value_dialog_test.moc"

@@ -5,6 +5,7 @@
 #include "model/type_tables.h"
 #include "tests/standalone/codegen_builders.h"
 #include "tests/standalone/runtime_harness.h"
+#include "tests/support/test_program.h"
 #include "variables/entry_functions.h"
 
 #include <QTest>
@@ -64,5 +65,5 @@ void EntryValueFunctionsTest::listedFunctionsCompile()
     QVERIFY(!harness.build(QStringLiteral("wrong"), applet({sequence("main", calls)})).isEmpty());
 }
 
-QTEST_GUILESS_MAIN(EntryValueFunctionsTest)
+PE_TEST("entry_value_functions", EntryValueFunctionsTest)
 #include "entry_value_functions_test.moc"

@@ -1,5 +1,6 @@
 // The picker's search, its keys, its completion, and how it ends.
 
+#include "tests/support/test_program.h"
 #include "tests/variables/EntryValuePicker.h"
 #include "variables/SuggestionList.h"
 
@@ -158,5 +159,5 @@ void EntryValueKeysTest::results()
     }
 }
 
-QTEST_MAIN(EntryValueKeysTest)
+PE_WIDGET_TEST("entry_value_keys", EntryValueKeysTest)
 #include "entry_value_keys_test.moc"

@@ -1,13 +1,12 @@
 // Which variables a value may be, and what is shown and composed of a function.
 
+#include "tests/support/test_program.h"
 #include "variables/entry_functions.h"
 #include "variables/entry_variables.h"
 
 #include <QTest>
 
 #include <cstring>
-
-using namespace entry_functions;
 
 namespace {
 
@@ -136,11 +135,11 @@ void EntryValueRulesTest::functions_data()
 void EntryValueRulesTest::functions()
 {
     QFETCH(_DrelFunction, record);
-    const Row shown = entry_functions::row(record);
+    const entry_functions::Row shown = entry_functions::row(record);
     QTEST(QStringList(shown.texts.begin(), shown.texts.end()).join(QLatin1Char('|')), "texts");
     QTEST(shown.parametersTip, "tip");
     QTEST(shown.canBePicked, "canBePicked");
-    QTEST(callText(record), "call");
+    QTEST(entry_functions::callText(record), "call");
 }
 
 void EntryValueRulesTest::fullFieldsHaveNoEnd()
@@ -152,17 +151,17 @@ void EntryValueRulesTest::fullFieldsHaveNoEnd()
         std::memset(parameter.name, 'p', sizeof parameter.name);
         parameter.type = DrelS32;
     }
-    QCOMPARE(name(record), QString(128, QLatin1Char('n')));
-    const Row shown = entry_functions::row(record);
-    QCOMPARE(shown.texts[DescriptionColumn], QStringLiteral("d"));
-    QCOMPARE(shown.texts[ParametersColumn].size(), 10 * 68 + 9 * 2);
+    QCOMPARE(entry_functions::name(record), QString(128, QLatin1Char('n')));
+    const entry_functions::Row shown = entry_functions::row(record);
+    QCOMPARE(shown.texts[entry_functions::DescriptionColumn], QStringLiteral("d"));
+    QCOMPARE(shown.texts[entry_functions::ParametersColumn].size(), 10 * 68 + 9 * 2);
 }
 
 void EntryValueRulesTest::hiddenFunctions()
 {
-    QVERIFY(!isOffered(function("", "show_procedure_box", DrelVoid, {})));
-    QVERIFY(!isOffered(function("", "show_capplet_box", DrelVoid, {})));
-    QVERIFY(isOffered(function("", "show_box", DrelVoid, {})));
+    QVERIFY(!entry_functions::isOffered(function("", "show_procedure_box", DrelVoid, {})));
+    QVERIFY(!entry_functions::isOffered(function("", "show_capplet_box", DrelVoid, {})));
+    QVERIFY(entry_functions::isOffered(function("", "show_box", DrelVoid, {})));
 
     QList<QPair<_DrelFunction, int>> all;
     for (int kind = 1; kind <= 4; ++kind) {
@@ -170,10 +169,10 @@ void EntryValueRulesTest::hiddenFunctions()
         all.last().first.kind = kind;
     }
     QStringList names;
-    for (const _DrelFunction& callable : callableUserFunctions(all))
-        names.append(name(callable));
+    for (const _DrelFunction& callable : entry_functions::callableUserFunctions(all))
+        names.append(entry_functions::name(callable));
     QCOMPARE(names.join(QLatin1Char(' ')), QStringLiteral("1 2 4"));
 }
 
-QTEST_GUILESS_MAIN(EntryValueRulesTest)
+PE_TEST("entry_value_rules", EntryValueRulesTest)
 #include "entry_value_rules_test.moc"

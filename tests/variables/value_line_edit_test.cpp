@@ -1,17 +1,10 @@
 // The field around the rules: which signals it emits, what it falls back to, when it completes.
 
+#include "tests/support/test_program.h"
+#include "tests/support/text.h"
 #include "variables/VarValueLineEdit.h"
 
 #include <QtTest>
-
-namespace {
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-} // namespace
 
 class ValueLineEditTest : public QObject
 {
@@ -125,5 +118,5 @@ void ValueLineEditTest::anotherTypeTakesTheRulesOff()
     QCOMPARE(edit.text(), text("变a"));
 }
 
-QTEST_MAIN(ValueLineEditTest)
+PE_WIDGET_TEST("value_line_edit", ValueLineEditTest)
 #include "value_line_edit_test.moc"

@@ -1,5 +1,7 @@
 // What can be typed as a value, key by key: the shape of the type decides first, then its range.
 
+#include "tests/support/test_program.h"
+#include "tests/support/text.h"
 #include "variables/value_rules.h"
 #include "variables/variable_values.h"
 
@@ -11,11 +13,6 @@ using value_rules::Verdict;
 namespace {
 
 constexpr int NoLimit = -1;
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 /// What stands in the field after @p keys, each of them a keystroke at its end.
 QString typed(const QString& keys, const QString& keyword, int length)
@@ -225,5 +222,5 @@ void ValueRulesTest::normalizing()
     QTEST(variable_values::normalized(value, type), "kept");
 }
 
-QTEST_GUILESS_MAIN(ValueRulesTest)
+PE_TEST("value_rules", ValueRulesTest)
 #include "value_rules_test.moc"

@@ -1,6 +1,8 @@
 // Editing the cells of the variable panel, and lengths: what is refused, what comes back, what the
 // model service gets and who is told.
 
+#include "tests/support/test_program.h"
+#include "tests/support/text.h"
 #include "tests/variables/PanelFixture.h"
 #include "variables/LengthDialog.h"
 #include "variables/VarValueLineEdit.h"
@@ -17,11 +19,6 @@
 using namespace variable_rows;
 
 namespace {
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 /// Presses the length button of a row. Sets the dialog's spin box, if it comes, and leaves it;
 /// returns the label and the highest number that it took, empty if none came.
@@ -403,5 +400,5 @@ void VariableCellsTest::lengthIsNotChanged()
     QCOMPARE(f.messages, QStringList{text("错误|变量不存在")});
 }
 
-QTEST_MAIN(VariableCellsTest)
+PE_WIDGET_TEST("variable_cells", VariableCellsTest)
 #include "variable_cells_test.moc"

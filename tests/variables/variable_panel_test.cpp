@@ -1,5 +1,7 @@
 // The rows of the variable panel: adding, removing, copying, moving, and what other sequences see.
 
+#include "tests/support/test_program.h"
+#include "tests/support/text.h"
 #include "tests/variables/PanelFixture.h"
 
 #include <QMenu>
@@ -9,11 +11,6 @@
 using namespace variable_rows;
 
 namespace {
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 QStringList namesOf(const std::vector<processVariable>& variables)
 {
@@ -434,5 +431,5 @@ void VariablePanelTest::columnWidths()
     QCOMPARE(f.tree->columnWidth(1), 95);
 }
 
-QTEST_MAIN(VariablePanelTest)
+PE_WIDGET_TEST("variable_panel", VariablePanelTest)
 #include "variable_panel_test.moc"

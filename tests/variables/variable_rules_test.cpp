@@ -1,5 +1,7 @@
 // The rules of names, types and lengths, and where a drop lands.
 
+#include "tests/support/test_program.h"
+#include "tests/support/text.h"
 #include "variables/drop_rules.h"
 #include "variables/variable_rules.h"
 
@@ -8,15 +10,6 @@
 using variable_rules::NameRefusal;
 
 Q_DECLARE_METATYPE(NameRefusal)
-
-namespace {
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-} // namespace
 
 class VariableRulesTest : public QObject
 {
@@ -182,5 +175,5 @@ void VariableRulesTest::rowsWithoutTheDragged()
     QTEST(drop_rules::rowWithout(dragged, row), "rowWithout");
 }
 
-QTEST_GUILESS_MAIN(VariableRulesTest)
+PE_TEST("variable_rules", VariableRulesTest)
 #include "variable_rules_test.moc"

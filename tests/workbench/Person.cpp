@@ -1,4 +1,5 @@
 #include "tests/workbench/Person.h"
+#include "tests/support/text.h"
 
 #include "logic/LogicView.h"
 #include "shell/ProcessEditWidget.h"
@@ -27,11 +28,6 @@
 #include <stdexcept>
 
 namespace {
-
-QString text(const char* utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 [[noreturn]] void missing(const QString& what)
 {

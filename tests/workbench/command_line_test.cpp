@@ -1,3 +1,4 @@
+#include "tests/support/test_program.h"
 #include "workbench/CommandLine.h"
 
 #include <QtTest>
@@ -71,5 +72,5 @@ void CommandLineTest::help()
         QVERIFY2(line.text.contains(QLatin1String(option)), option);
 }
 
-QTEST_GUILESS_MAIN(CommandLineTest)
+PE_TEST("command_line_test", CommandLineTest)
 #include "command_line_test.moc"

@@ -7,6 +7,7 @@
 #include "shell/ProcessEditWidget.h"
 #include "standalone/runtime/runtime.h"
 #include "tests/support/print_tree.h"
+#include "tests/support/test_program.h"
 #include "workbench/MainWindow.h"
 
 #include <QDir>
@@ -286,5 +287,5 @@ void ComposeFromNothingTest::composeFromNothing()
     QCOMPARE(m_person->boxes(), QStringList());
 }
 
-QTEST_MAIN(ComposeFromNothingTest)
+PE_WIDGET_TEST("compose_from_nothing", ComposeFromNothingTest)
 #include "compose_from_nothing_test.moc"

@@ -1,5 +1,6 @@
 #include "tests/support/child_processes.h"
 #include "tests/support/folders.h"
+#include "tests/support/test_program.h"
 
 #include <QImage>
 #include <QtTest>
@@ -268,5 +269,5 @@ void HeadlessTest::screenshots()
     QVERIFY(run != edit);
 }
 
-QTEST_GUILESS_MAIN(HeadlessTest)
+PE_TEST("headless_test", HeadlessTest)
 #include "headless_test.moc"

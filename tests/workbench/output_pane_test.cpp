@@ -5,6 +5,7 @@
 #include "shell/ProcessEditToolBar.h"
 #include "shell/ProcessEditWidget.h"
 #include "tests/support/folders.h"
+#include "tests/support/test_program.h"
 #include "workbench/MainWindow.h"
 #include "workbench/OutputPane.h"
 
@@ -110,5 +111,5 @@ void OutputPaneTest::errorsLeadToTheirSteps()
     QCOMPARE(view->currentSequenceId(), QLatin1String(identity));
 }
 
-QTEST_MAIN(OutputPaneTest)
+PE_WIDGET_TEST("output_pane_test", OutputPaneTest)
 #include "output_pane_test.moc"

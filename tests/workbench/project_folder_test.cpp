@@ -1,6 +1,7 @@
 #include "workbench/ProjectFolder.h"
 
 #include "tests/support/folders.h"
+#include "tests/support/test_program.h"
 
 #include <QtTest>
 
@@ -110,5 +111,5 @@ void ProjectFolderTest::lastAppletIsKeptByProject()
     QVERIFY(ProjectFolder(other.path()).lastApplet().isEmpty());
 }
 
-QTEST_GUILESS_MAIN(ProjectFolderTest)
+PE_TEST("project_folder_test", ProjectFolderTest)
 #include "project_folder_test.moc"

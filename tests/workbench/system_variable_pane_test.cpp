@@ -2,6 +2,7 @@
 
 #include "model/dialogs/user_dialogs.h"
 #include "standalone/variables/SystemVariables.h"
+#include "tests/support/test_program.h"
 
 #include <QAbstractItemModelTester>
 #include <QAction>
@@ -146,5 +147,5 @@ void SystemVariablePaneTest::addsAndRemoves()
     user_dialogs::setHandler(previous);
 }
 
-QTEST_MAIN(SystemVariablePaneTest)
+PE_WIDGET_TEST("system_variable_pane_test", SystemVariablePaneTest)
 #include "system_variable_pane_test.moc"

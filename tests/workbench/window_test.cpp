@@ -5,6 +5,7 @@
 #include "tests/support/child_processes.h"
 #include "tests/support/folders.h"
 #include "tests/support/print_tree.h"
+#include "tests/support/test_program.h"
 #include "workbench/MainWindow.h"
 
 #include <QComboBox>
@@ -349,5 +350,5 @@ void WindowTest::windowStateIsRemembered()
     QSettings().clear();
 }
 
-QTEST_MAIN(WindowTest)
+PE_WIDGET_TEST("window_test", WindowTest)
 #include "window_test.moc"
