@@ -162,6 +162,16 @@ void checkDocument(const QString& fileName, std::string_view text,
         keepDamaged(fileName, report);
 }
 
+// What is whole in memory is worth more than the beginning of a broken file.
+bool staysAsItIs(const QString& appName, const QString& fileName, const Reporter& report)
+{
+    if (!processedit::getCAppletDataIsExist(appName))
+        return false;
+    report(QStringLiteral("[流程编辑] 流程文件已损坏, 小程序 %1 保留内存中的内容: %2")
+               .arg(appName, fileName));
+    return true;
+}
+
 void readDocument(const QString& appName, const QString& fileName, const Reporter& report)
 {
     constexpr qint64 mostBytes = 512 * 1024 * 1024; // strings of the toolkit end at four times that
@@ -176,6 +186,8 @@ void readDocument(const QString& appName, const QString& fileName, const Reporte
     auto parts = document_text::split(viewOf(text));
     checkDocument(fileName, viewOf(text), parts, report);
     auto& foreign = remember(fileName, text).foreign;
+    if (parts.fault && staysAsItIs(appName, fileName, report))
+        return;
     foreign.clear();
     std::optional<QString> steps;
     for (const auto& [name, json] : parts.members) {
@@ -193,30 +205,37 @@ void readDocument(const QString& appName, const QString& fileName, const Reporte
         processedit::loadProcessJson(appName, *steps);
 }
 
-// The text of a file of an older version; empty if there is none or it can't be parsed.
-QByteArray readOldFile(const QString& fileName, const QString& complaint, const Reporter& report)
+// The text of a file of an older version; nothing if there is none, or one that may not replace
+// what is in memory.
+std::optional<QByteArray> readOldFile(const QString& appName, const QString& fileName,
+                                      const QString& complaint, const Reporter& report)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        return QByteArray();
+        return std::nullopt;
     const QByteArray text = file.readAll();
     QJsonParseError error;
     QJsonDocument::fromJson(text, &error);
-    if (error.error != QJsonParseError::NoError)
+    if (error.error != QJsonParseError::NoError) {
         report(complaint + error.errorString());
+        if (staysAsItIs(appName, fileName, report))
+            return std::nullopt;
+    }
     return text;
 }
 
 void readOldDocument(const QString& appName, const QString& folder, const Reporter& report)
 {
-    const QByteArray steps =
-        readOldFile(folder + QStringLiteral("logicview.json"),
-                    QStringLiteral("[流程编辑] 旧工程读取步骤json错误: "), report);
-    processedit::loadProcessJson(appName, QString::fromUtf8(steps));
-    const QByteArray variables =
-        readOldFile(folder + QStringLiteral("variable.json"),
+    // Both before either is loaded: of a first load, each is read as far as it goes.
+    const auto steps = readOldFile(appName, folder + QStringLiteral("logicview.json"),
+                                   QStringLiteral("[流程编辑] 旧工程读取步骤json错误: "), report);
+    const auto variables =
+        readOldFile(appName, folder + QStringLiteral("variable.json"),
                     QStringLiteral("[流程编辑] 旧工程读取变量json错误: "), report);
-    process_json_edit::loadAppVariableJson(appletNameBytes(appName), variables.toStdString());
+    if (steps)
+        processedit::loadProcessJson(appName, QString::fromUtf8(*steps));
+    if (variables)
+        process_json_edit::loadAppVariableJson(appletNameBytes(appName), variables->toStdString());
 }
 
 // A document of texts that can't be joined as they are: by way of the JSON library.

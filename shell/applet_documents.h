@@ -39,8 +39,9 @@ bool write(const QString& appName, const QString& fileName, const StripFunction&
 void keepBackup(const QString& appName, const QString& fileName, Backup rule);
 
 /// Reads the applet's document, or that of an older version, into the model. A document that does
-/// not parse is copied aside first (".damaged"), since the next save replaces it. @p quiet writes
-/// nothing to the log.
+/// not parse is copied aside first (".damaged"), since the next save replaces it; it is read as far
+/// as it goes, unless the model holds the applet already, which then stays as it is. So does what a
+/// file would bring that isn't there. @p quiet writes nothing to the log.
 void read(const QString& appName, const QString& jsonFolder, bool quiet);
 
 } // namespace applet_documents
