@@ -74,7 +74,10 @@ public:
     /// Read and remove the entry. Any thread, under m_compileMutex.
     PendingCompile takePendingCompile(const QString& appName);
     PendingCompile takePendingVciCompile(const QString& appName);
-    void cancelAllConversions();
+    /// Cancels every conversion and removes every conversion thread: an idle one at the next turn
+    /// of the event loop, a running one, which can't be interrupted, when it has ended. An applet
+    /// gets a thread again only when it is created anew.
+    void clearTransVciThread();
 
     // Variables ----------------------------------------------------------------------------------
     /// Gives the variable its new type in every diagnostic step that uses it; the applets with

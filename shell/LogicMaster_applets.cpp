@@ -13,6 +13,19 @@
 namespace capplet = sdk_ui_interface::capplet;
 namespace processedit = sdk_ui_interface::processedit;
 
+namespace {
+
+// A running one is deleted at its end: its destructor waits, and with it the window would.
+void letGo(VciTransThread* thread)
+{
+    if (thread && thread->isRunning())
+        thread->cancel();
+    else if (thread)
+        thread->deleteLater();
+}
+
+} // namespace
+
 bool LogicMaster::createApplet(const QString& appName, const QString& defaultPath)
 {
     if (capplet::isCAppletExist(appName))
@@ -60,8 +73,7 @@ void LogicMaster::forgetApplet(const QString& appName)
     takePendingVciCompile(appName);
     m_appletPaths.remove(appName);
     m_settingPaths.remove(appName);
-    if (VciTransThread* thread = m_vciThreads.take(appName))
-        thread->deleteLater();
+    letGo(m_vciThreads.take(appName));
     m_panelBind.remove(appName);
     forgetVariableUse({appName});
     m_variablePanels.remove(appName);
@@ -181,10 +193,9 @@ void LogicMaster::onVciThreadFinished(VciTransThread* thread)
         emit vciTransFinish(thread->result(), thread->appName());
 }
 
-void LogicMaster::cancelAllConversions()
+void LogicMaster::clearTransVciThread()
 {
-    for (VciTransThread* thread : qAsConst(m_vciThreads)) {
-        if (thread->isRunning())
-            thread->cancel();
-    }
+    for (VciTransThread* thread : qAsConst(m_vciThreads))
+        letGo(thread);
+    m_vciThreads.clear();
 }

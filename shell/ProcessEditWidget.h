@@ -156,8 +156,10 @@ public:
     /// Loads the document into the model if it isn't there; whether it is there afterwards.
     static bool ensureAppPedtLoaded(const QString& appName);
     static void deleteCApplet(const QString& appName, bool force);
-    /// Nothing but a line in the log for a new name that is empty or taken.
-    static void renameCApplet(const QString& oldName, const QString& newName);
+    /// False, with a line in the log and nothing changed, for a new name that is empty or that an
+    /// applet bears. Paths that were set for the new name before don't count: the applet keeps its
+    /// own, and they go.
+    static bool renameCApplet(const QString& oldName, const QString& newName);
     /// Sets the document's folder and keeps the VCI path; false if a text is empty.
     static bool bindAppletScriptPath(const QString& appName, const QString& jsonPath);
     /// Empty for an applet without paths.

@@ -5,6 +5,7 @@
 #include "shell/applet_documents.h"
 #include "shell/variable_use.h"
 
+#include "model/services/capplet.h"
 #include "model/services/log.h"
 #include "model/services/processedit.h"
 #include "model/step_icons.h"
@@ -30,18 +31,19 @@ void ProcessEditWidget::deleteCApplet(const QString& appName, bool force)
     LogicMaster::instance()->removeApplet(appName, force);
 }
 
-void ProcessEditWidget::renameCApplet(const QString& oldName, const QString& newName)
+bool ProcessEditWidget::renameCApplet(const QString& oldName, const QString& newName)
 {
     // Two applets under one name would save into each other's documents.
     if (newName.isEmpty() || processedit::getCAppletDataIsExist(newName) ||
-        !appletJsonPath(newName).isEmpty()) {
+        sdk_ui_interface::capplet::isCAppletExist(newName)) {
         sdk_ui_interface::log::log_error(
             QStringLiteral("[流程编辑] 无法将小程序 %1 重命名为 %2: 名称为空或已存在")
                 .arg(oldName, newName));
-        return;
+        return false;
     }
     processedit::renameProcessCAppletName(oldName, newName);
     LogicMaster::instance()->renameApplet(oldName, newName);
+    return true;
 }
 
 bool ProcessEditWidget::bindAppletScriptPath(const QString& appName, const QString& jsonPath)
@@ -137,7 +139,7 @@ void ProcessEditWidget::clearVarWidget()
 
 void ProcessEditWidget::clearTransVciThread()
 {
-    LogicMaster::instance()->cancelAllConversions();
+    LogicMaster::instance()->clearTransVciThread();
 }
 
 void ProcessEditWidget::clearUDSVarInfo()
