@@ -11,6 +11,7 @@
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/processedit.h"
 
+#include <QCoreApplication>
 #include <QSignalBlocker>
 #include <QTreeView>
 
@@ -96,7 +97,7 @@ void StepEditor::addStep(const NewStep& step)
     if (QStandardItem* row = create(step))
         show(row);
     else if (step.baseType == BasicStep)
-        warn(tr("添加步骤失败"));
+        warn(QT_TRANSLATE_NOOP("LogicView", "添加步骤失败"));
 }
 
 bool StepEditor::mayAdd(const NewStep& step)
@@ -119,7 +120,7 @@ bool StepEditor::mayAdd(const NewStep& step)
         return false;
     if (placeOf(step, target))
         return true;
-    warn(tr("添加失败"));
+    warn(QT_TRANSLATE_NOOP("LogicView", "添加失败"));
     return false;
 }
 
@@ -225,7 +226,8 @@ void StepEditor::tellRowCount()
     emit rowCountChanged(currentModel()->rows().items().size());
 }
 
-void StepEditor::warn(const QString& text)
+void StepEditor::warn(const char* text)
 {
-    user_dialogs::warning(&m_tree, tr("警告"), text);
+    user_dialogs::warning(&m_tree, QCoreApplication::translate("LogicView", "警告"),
+                          QCoreApplication::translate("LogicView", text));
 }

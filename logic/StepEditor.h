@@ -104,7 +104,7 @@ private:
     void tellOfUdsBlocks(const QStandardItem* row, void (StepEditor::*tell)(QString),
                          int levels = AllLevels);
     void tellRowCount();
-    void warn(const QString& text);
+    void warn(const char* text); ///< of the context LogicView
 
     QTreeView& m_tree;
     CheckStateEditor& m_checkStates;

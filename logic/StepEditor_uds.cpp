@@ -24,7 +24,7 @@ void StepEditor::addUdsStep(const NewStep& step)
         return;
     QStandardItem* row = create(step);
     if (!row) {
-        warn(tr("添加步骤失败"));
+        warn(QT_TRANSLATE_NOOP("LogicView", "添加步骤失败"));
         return;
     }
     takeOver(row, kind, info);

@@ -12,11 +12,19 @@
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
 
+#include <QCoreApplication>
+
 namespace processedit = sdk_ui_interface::processedit;
 
 namespace {
 
 constexpr int KindRun = 0;
+
+/// The texts are the editor's, whichever of its parts says them.
+struct EditorTexts
+{
+    Q_DECLARE_TR_FUNCTIONS(ProcessEditWidget)
+};
 
 } // namespace
 
@@ -68,7 +76,7 @@ void BuildController::build(Target target)
     if (!LogicMaster::instance()->compile(m_appName, sequenceId, text, false, skipped, current,
                                           !compileOnly)) {
         tellFinished(false);
-        m_view.warn(tr("警告"), text);
+        m_view.warn(EditorTexts::tr("警告"), text);
         return;
     }
     if (!skipped) {
@@ -94,7 +102,8 @@ bool BuildController::refuseBoundPanel() const
         return false;
     getWindowManager()->showNotice(
         IWindowManager::NoticeWarning,
-        tr("当前流程已绑定到面板且处于运行模式，请在面板退出运行模式后重新运行该流程。"));
+        EditorTexts::tr(
+            "当前流程已绑定到面板且处于运行模式，请在面板退出运行模式后重新运行该流程。"));
     return true;
 }
 
@@ -120,13 +129,13 @@ void BuildController::runSkipped(Target target, const QString& sequenceId, QStri
 {
     tellFinished(true);
     setRunningApp(m_appName);
-    text = tr("内容无更新, 跳过编译即将运行。");
+    text = EditorTexts::tr("内容无更新, 跳过编译即将运行。");
     if (target == Target::Current)
         m_view.setRunMode(true, m_appName, sequenceId);
     ResetCycleTaskEnable();
     const bool started = processedit::runCApplet(m_appName, sequenceId, notify_callbacks::runEvent);
     if (!started) {
-        text += tr("运行失败");
+        text += EditorTexts::tr("运行失败");
         if (target == Target::Current)
             m_view.setRunMode(false, m_appName, sequenceId);
         setRunningApp(QString());
@@ -170,7 +179,7 @@ void BuildController::onCompileResult(CAppCompileResult result, QString outputIn
 void BuildController::startAfterCompile(const CAppCompileResult& result, QString& text)
 {
     m_compilingApp.clear();
-    text += tr("即将开始运行\n");
+    text += EditorTexts::tr("即将开始运行\n");
     setRunningApp(result.appName);
     m_view.setRunMode(true, result.appName, result.sequenceId);
     m_view.updateRunTreeWidth();
@@ -178,7 +187,7 @@ void BuildController::startAfterCompile(const CAppCompileResult& result, QString
     if (processedit::runCApplet(result.appName, result.sequenceId, notify_callbacks::runEvent)) {
         m_view.setToolBarState(ProcessEditToolBar::State::Running);
     } else {
-        text += tr("运行失败\n");
+        text += EditorTexts::tr("运行失败\n");
         m_view.setToolBarState(ProcessEditToolBar::State::Idle);
     }
 }
@@ -192,8 +201,9 @@ void BuildController::stop()
         sdk_ui_interface::capplet::getStatusRunnerFunction(QString::fromStdString(state.first),
                                                            status);
         if (status == 0 &&
-            !m_view.ask(tr("警告"), tr("当前流程正在运行，若存在死循环，强制停止流程可能会导致"
-                                       "未知的风险（有可能会卡死），是否继续？")))
+            !m_view.ask(EditorTexts::tr("警告"),
+                        EditorTexts::tr("当前流程正在运行，若存在死循环，强制停止流程可能会导致"
+                                        "未知的风险（有可能会卡死），是否继续？")))
             return;
     }
     if (!appName.isEmpty())

@@ -1,5 +1,7 @@
 #include "variables/LengthDialog.h"
 
+#include "variables/VariablePanelTexts.h"
+
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
@@ -10,7 +12,7 @@ LengthDialog::LengthDialog(const QString& name, const QString& type, int length,
                            QWidget* parent)
     : QDialog(parent), m_length(new QSpinBox)
 {
-    setWindowTitle(tr("修改长度"));
+    setWindowTitle(VariablePanelTexts::tr("修改长度"));
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_length->setRange(1, greatest);
     m_length->setValue(length);
@@ -21,10 +23,10 @@ LengthDialog::LengthDialog(const QString& name, const QString& type, int length,
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
     auto* form = new QFormLayout;
-    form->addRow(tr("长度:"), m_length);
+    form->addRow(VariablePanelTexts::tr("长度:"), m_length);
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(new QLabel(
-        tr("变量: %1 (类型: %2, 最大长度: %3)").arg(name, type, QString::number(greatest))));
+    layout->addWidget(new QLabel(VariablePanelTexts::tr("变量: %1 (类型: %2, 最大长度: %3)")
+                                     .arg(name, type, QString::number(greatest))));
     layout->addLayout(form);
     layout->addWidget(buttons);
     m_length->setFocus();

@@ -2,6 +2,7 @@
 
 #include "model/applet_name.h"
 #include "model/services/process_edit.h"
+#include "variables/VariablePanelTexts.h"
 #include "variables/varStandModel.h"
 #include "variables/variable_rows.h"
 
@@ -12,7 +13,9 @@ varStandModel* VariableSheets::sheet(const QString& sequenceId)
     Sheet& sheet = m_sheets[sequenceId];
     if (!sheet.model) {
         sheet.model = new varStandModel(this);
-        sheet.model->setHorizontalHeaderLabels({tr("名称"), tr("值"), tr("类型"), tr("备注")});
+        sheet.model->setHorizontalHeaderLabels(
+            {VariablePanelTexts::tr("名称"), VariablePanelTexts::tr("值"),
+             VariablePanelTexts::tr("类型"), VariablePanelTexts::tr("备注")});
         connect(sheet.model, &varStandModel::dropEnd, this, &VariableSheets::dropEnd);
     }
     if (sheet.isOutdated) {
@@ -49,10 +52,10 @@ void VariableSheets::fill(varStandModel* model, const QString& sequenceId) const
     model->removeRows(0, model->rowCount());
     // A group has its children before the model has it: one insertion for all of them.
     model->appendRow(variable_rows::makeGroup(
-        tr("序列变量"), SequenceVariable,
+        VariablePanelTexts::tr("序列变量"), SequenceVariable,
         process_edit::getAllSequenceVariable(appName, sequenceId.toStdString())));
-    model->appendRow(variable_rows::makeGroup(tr("流程变量"), ProcessVariable,
+    model->appendRow(variable_rows::makeGroup(VariablePanelTexts::tr("流程变量"), ProcessVariable,
                                               process_edit::getAllCAppletVariable(appName)));
-    model->appendRow(variable_rows::makeGroup(tr("全局变量"), GlobalVariable,
+    model->appendRow(variable_rows::makeGroup(VariablePanelTexts::tr("全局变量"), GlobalVariable,
                                               process_edit::getAllGlobalVariable()));
 }

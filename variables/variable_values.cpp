@@ -1,6 +1,22 @@
 #include "variables/variable_values.h"
 
+#include <QLocale>
+
+#include <cmath>
+
 namespace variable_values {
+
+namespace {
+
+// Without an exponent, which the editors of values refuse, and with as few digits as give the same
+// number again.
+QString plainNumber(double number)
+{
+    return std::isfinite(number) ? QString::number(number, 'f', QLocale::FloatingPointShortest)
+                                 : QStringLiteral("0");
+}
+
+} // namespace
 
 QString normalized(const QString& text, DrelVarType type)
 {
@@ -19,7 +35,7 @@ QString normalized(const QString& text, DrelVarType type)
         return QString::number(value.toULongLong());
     case DrelFloat:
     case DrelDouble:
-        return QString::number(value.toDouble(), 'g', 15);
+        return plainNumber(value.toDouble());
     case DrelBool:
         return value == QLatin1String("true") ? value : QStringLiteral("false");
     case DrelString:

@@ -194,7 +194,8 @@ void wgtLocalVariable::onLengthButtonClicked(const QModelIndex& index)
 
 bool wgtLocalVariable::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::Drop && watched == m_treeView->viewport()) {
+    const bool isDrop = event->type() == QEvent::Drop && watched == m_treeView->viewport();
+    if (isDrop && m_treeView->model()) {
         QItemSelectionModel* selection = m_treeView->selectionModel();
         for (int group = 0; group < m_treeView->model()->rowCount(); ++group)
             selection->select(m_treeView->model()->index(group, NameColumn),
