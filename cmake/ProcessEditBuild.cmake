@@ -15,11 +15,6 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(CMAKE_UNITY_BUILD ${PROCESS_EDIT_UNITY})
 set(CMAKE_UNITY_BUILD_BATCH_SIZE 10)
 
-find_program(CCACHE_PROGRAM ccache)
-if(CCACHE_PROGRAM)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
-endif()
-
 foreach(linker mold lld)
   find_program(PROCESS_EDIT_${linker} ld.${linker})
   if(PROCESS_EDIT_${linker})
@@ -29,6 +24,10 @@ foreach(linker mold lld)
 endforeach()
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual)
+if(PROCESS_EDIT_UNITY AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # It takes the sources of a batch for headers.
+  add_compile_options(-Wno-subobject-linkage)
+endif()
 if(PROCESS_EDIT_WERROR)
   add_compile_options(-Werror)
 endif()

@@ -3,7 +3,7 @@
 # ends with one sentence that says what to do.
 
 packages=(
-  g++ cmake ninja-build ccache
+  g++ cmake ninja-build
   qtbase5-dev libqt5svg5-dev
   fonts-noto-cjk
 )

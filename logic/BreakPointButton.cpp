@@ -25,3 +25,5 @@ BreakPointButton::BreakPointButton(QWidget* parent) : QWidget(parent), m_button(
                                   : QIcon());
     });
 }
+
+#include "moc_BreakPointButton.cpp"

@@ -126,3 +126,5 @@ void BreakPointColumn::placeButtons()
     }
     m_buttons = wanted;
 }
+
+#include "moc_BreakPointColumn.cpp"

@@ -69,3 +69,5 @@ void CustonStandModel::tellTextsChanged(const QStandardItem* row)
         emit dataChanged(cell, cell, {Qt::DisplayRole, Qt::ToolTipRole});
     }
 }
+
+#include "moc_CustonStandModel.cpp"

@@ -70,3 +70,5 @@ void EditSheets::refreshCalls() const
     for (CustonStandModel* model : m_editModels)
         row_texts::refreshCalls(*model, m_appName);
 }
+
+#include "moc_EditSheets.cpp"

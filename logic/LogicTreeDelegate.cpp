@@ -28,3 +28,5 @@ void LogicTreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     coloured.palette.setColor(QPalette::Text, disabled ? QColor(150, 150, 150) : QColor(0, 0, 0));
     RowHeightDelegate::paint(painter, coloured, index);
 }
+
+#include "moc_LogicTreeDelegate.cpp"

@@ -13,6 +13,7 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QSignalBlocker>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -81,9 +82,10 @@ void LogicView::setUpSteps()
             &BreakPointColumn::setRowCount);
     connect(steps, &StepEditor::rowsRemoved, this,
             [this] { m->sheets->refreshJumps(m_currentSequenceId); });
+    connect(steps, &StepEditor::rowsRemoved, this, &LogicView::sigStepsRemoved);
     connect(steps, &StepEditor::blockChanged, this, &LogicView::refreshRow);
     connect(steps, &StepEditor::rowChosen, this, &LogicView::onItemClicked);
-    connect(steps, &StepEditor::refused, this, &LogicView::sigRefused);
+    connect(steps, &StepEditor::refused, this, &LogicView::showRefusal);
     // The model that is told of the move would not outlive a new load.
     connect(steps, &StepEditor::moveRefused, this, &LogicView::addNewModelSlot,
             Qt::QueuedConnection);
@@ -300,6 +302,15 @@ void LogicView::setUdsEditor(UdsEditor editor)
     m->steps->setUdsEditor(std::move(editor));
 }
 
+// No box: a rule of the tree, which the user meets in passing.
+void LogicView::showRefusal(const QString& reason)
+{
+    QWidget* viewport = m->ui.treeView->viewport();
+    const QRect row = m->ui.treeView->visualRect(m->ui.treeView->currentIndex());
+    const QPoint below = row.isValid() ? row.bottomLeft() : QPoint();
+    QToolTip::showText(viewport->mapToGlobal(below), reason, viewport);
+}
+
 void LogicView::removeRowSlot()
 {
     m->steps->removeStep();
@@ -364,6 +375,11 @@ void LogicView::setRunMode(bool start, const QString& appName, const QString& se
     m->run->start(appName, sequenceId, progressText);
 }
 
+void LogicView::expectRun()
+{
+    m->run->expect();
+}
+
 void LogicView::notifyRunState(const QString& seqUuid, const QString& blockuuid, int result,
                                double iProgress)
 {
@@ -389,3 +405,5 @@ void LogicView::onRunTimerTimeout()
 {
     m->run->landReports();
 }
+
+#include "moc_LogicView.cpp"

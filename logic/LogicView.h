@@ -64,6 +64,9 @@ public:
     /// stands in the host's progress display.
     void setRunMode(bool start, const QString& appName, const QString& sequenceId,
                     const QString& progressText);
+    /// A run is about to start: the reports from here on are its own, though they may come before
+    /// setRunMode; what an earlier run still says is nobody's.
+    void expectRun();
     /// A step's report: @p iProgress from 0 to 100, a negative @p result is a failure. Any thread.
     void notifyRunState(const QString& seqUuid, const QString& blockuuid, int result,
                         double iProgress);
@@ -95,8 +98,8 @@ signals:
     void sigUdsRuntimeStaleRequired();
     /// The user changed the document through this view.
     void sigModified();
-    /// A step can't be added or moved as the user wants it; no box says so.
-    void sigRefused(QString reason);
+    /// Steps of the sequence on the edit tab were removed, or all of them.
+    void sigStepsRemoved();
     /// Diagnostic steps came and went; one that was edited goes and comes.
     void sigUdsBlockAdded(QString blockUuid);
     void sigUdsBlockRemoved(QString blockUuid);
@@ -129,6 +132,7 @@ private:
     void setUpSteps();
     void setUpRunTab();
     CustonStandModel* currentModel() const;
+    void showRefusal(const QString& reason);
 
     std::unique_ptr<LogicViewParts> m;
     QString m_appName;

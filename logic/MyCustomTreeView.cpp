@@ -69,3 +69,5 @@ void MyCustomTreeView::followArrowKey()
     if (index.isValid())
         emit clicked(index);
 }
+
+#include "moc_MyCustomTreeView.cpp"

@@ -21,3 +21,5 @@ QSize RowHeightDelegate::sizeHint(const QStyleOptionViewItem& option,
     size.setHeight(rowHeight());
     return size;
 }
+
+#include "moc_RowHeightDelegate.cpp"

@@ -91,3 +91,5 @@ void RowIndex::removeRows(const QModelIndex& parent, int first, int last)
             set->remove(item);
     });
 }
+
+#include "moc_RowIndex.cpp"

@@ -4,6 +4,19 @@
 
 #include <QMutexLocker>
 
+void CalledTemplates::enter(const QString& templateId)
+{
+    if (++m_depth <= MostKept)
+        m_ids.append(templateId.isEmpty() ? inForce() : templateId);
+}
+
+void CalledTemplates::leave()
+{
+    // A run that says so more often than it entered is at its beginning again.
+    if (m_depth > 0 && --m_depth < m_ids.size())
+        m_ids.removeLast();
+}
+
 RunReportQueue::RunReportQueue(ProgressSink sink) : m_sink(std::move(sink)) {}
 
 void RunReportQueue::setBlocks(const QVector<QString>& blockUuids)
@@ -28,7 +41,9 @@ void RunReportQueue::report(const QString& seqUuid, const QString& blockUuid, in
     state.result = result;
 
     const QMutexLocker lock(&m_stateMutex);
-    state.templateId = m_pendingTemplateId;
+    if (!m_isOpen)
+        return;
+    state.templateId = m_templates.inForce();
     m_stateQueue.append(std::move(state));
     const auto place = m_runBlockPlaces.constFind(blockUuid);
     if (place != m_runBlockPlaces.constEnd())
@@ -38,6 +53,8 @@ void RunReportQueue::report(const QString& seqUuid, const QString& blockUuid, in
 void RunReportQueue::attachGoto(const QString& gotoSeqUuid, bool isEnd, const QString& templateId)
 {
     const QMutexLocker lock(&m_stateMutex);
+    if (!m_isOpen)
+        return;
     runProcessState& last = m_stateQueue.last();
     last.gotoSeqUuid = gotoSeqUuid;
     last.isEnd = isEnd;
@@ -45,7 +62,10 @@ void RunReportQueue::attachGoto(const QString& gotoSeqUuid, bool isEnd, const QS
     if (last.hasGotoTemplate)
         last.gotoTemplateId = templateId;
     last.hasGoto = true;
-    m_pendingTemplateId = isEnd ? QString() : templateId;
+    if (isEnd)
+        m_templates.leave();
+    else
+        m_templates.enter(templateId);
 }
 
 std::vector<runProcessState> RunReportQueue::take()
@@ -54,10 +74,22 @@ std::vector<runProcessState> RunReportQueue::take()
     return m_stateQueue.take();
 }
 
-void RunReportQueue::clear()
+void RunReportQueue::open()
 {
-    take();
-    setBlocks({});
+    reset(true);
+}
+
+void RunReportQueue::close()
+{
+    reset(false);
+}
+
+void RunReportQueue::reset(bool isOpen)
+{
     const QMutexLocker lock(&m_stateMutex);
-    m_pendingTemplateId.clear();
+    m_isOpen = isOpen;
+    m_stateQueue.take();
+    m_templates = {};
+    m_runBlockPlaces.clear();
+    m_runBlockCount = 0;
 }

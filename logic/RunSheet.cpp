@@ -53,15 +53,14 @@ void RunSheet::closeRunning(Outcome outcome)
     m_running = nullptr;
 }
 
-bool RunSheet::finish(const QString& blockUuid, Outcome outcome)
+void RunSheet::finish(const QString& blockUuid, Outcome outcome)
 {
     QStandardItem* row = m_rows->find(blockUuid);
     if (!row)
-        return false;
+        return;
     if (m_running == row)
         m_running = nullptr;
     mark(row, outcome);
-    return true;
 }
 
 void RunSheet::reset()

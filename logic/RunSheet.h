@@ -38,8 +38,8 @@ public:
     /// Ends the running row, if there is one.
     void closeRunning(run_states::Outcome outcome);
 
-    /// Ends the row of @p blockUuid; false if there is none.
-    bool finish(const QString& blockUuid, run_states::Outcome outcome);
+    /// Ends the row of @p blockUuid, if there is one.
+    void finish(const QString& blockUuid, run_states::Outcome outcome);
 
     /// Takes all rows back to the state before the run: the sequence is entered anew.
     void reset();

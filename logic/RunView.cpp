@@ -39,10 +39,11 @@ RunView::~RunView()
 
 void RunView::start(const QString& appName, const QString& sequenceId, const QString& progressText)
 {
-    if (m_isRunning) {
-        m_queue.clear();
+    if (m_isRunning)
         finishLogProgress();
-    }
+    if (!m_isExpected)
+        m_queue.open();
+    m_isExpected = false;
     m_isRunning = true;
     m_progressHandle = sdk_ui_interface::log::create_progress(
         sdk_ui_interface::processedit::getCAppletShowName(appName), ProgressMaximum, progressText);
@@ -67,6 +68,12 @@ void RunView::start(const QString& appName, const QString& sequenceId, const QSt
     m_runTimer->start();
 }
 
+void RunView::expect()
+{
+    m_isExpected = true;
+    m_queue.open();
+}
+
 void RunView::stop()
 {
     if (!m_isRunning)
@@ -88,7 +95,7 @@ void RunView::stop()
     m_runSheets = std::move(kept);
     m_unreached.clear();
     m_sheetByIds.clear();
-    m_queue.clear();
+    m_queue.close();
     finishLogProgress();
     m_runAppName.clear();
     m_runStartSequenceId.clear();
@@ -288,3 +295,5 @@ void RunView::fitFirstColumn()
     const int digit = m_tree->fontMetrics().horizontalAdvance(QLatin1Char('0'));
     m_tree->setColumnWidth(logic_columns::Name, m_tree->columnWidth(logic_columns::Name) + digit);
 }
+
+#include "moc_RunView.cpp"

@@ -32,8 +32,11 @@ public:
     ~RunView() override;
 
     /// Builds the rows of everything that the run may reach, in place of those of an earlier run,
-    /// and starts to follow reports. Reports that came in before are kept.
+    /// and starts to follow reports. Reports that came in since expect() are kept, others aren't.
     void start(const QString& appName, const QString& sequenceId, const QString& progressText);
+
+    /// A run is about to start, whose reports may come before start().
+    void expect();
 
     /// Lands what waits and closes the running row; the rows on screen stay until the next start.
     void stop();
@@ -81,6 +84,7 @@ private:
     QString m_runAppName;
     QString m_runStartSequenceId;
     bool m_isRunning = false;
+    bool m_isExpected = false;
     int m_progressHandle = -1;
 
     std::vector<RunTarget> m_unreached;                     ///< planned, without rows yet

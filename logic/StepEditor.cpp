@@ -231,3 +231,5 @@ void StepEditor::warn(const char* text)
     user_dialogs::warning(&m_tree, QCoreApplication::translate("LogicView", "警告"),
                           QCoreApplication::translate("LogicView", text));
 }
+
+#include "moc_StepEditor.cpp"

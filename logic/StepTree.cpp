@@ -112,3 +112,5 @@ void StepTree::onUpdateQuickStep(QStringList quickStepIdList, bool isRemove)
             delete folder->takeChild(i);
     }
 }
+
+#include "moc_StepTree.cpp"

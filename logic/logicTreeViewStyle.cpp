@@ -36,3 +36,5 @@ void logicTreeViewStyle::drawPrimitive(PrimitiveElement element, const QStyleOpt
     }
     painter->restore();
 }
+
+#include "moc_logicTreeViewStyle.cpp"

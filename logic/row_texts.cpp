@@ -15,6 +15,7 @@ void refreshRow(CustonStandModel& model, QStandardItem* row, const QString& appN
     if (!block)
         return;
     row->setText(step_rows::translatedName(block->name));
+    step_rows::followProperty(row, *block);
     model.tellTextsChanged(row);
 }
 

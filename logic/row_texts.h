@@ -4,7 +4,7 @@
 
 class CustonStandModel;
 
-/// The texts of rows, shown anew as their blocks have them now. GUI thread only.
+/// The texts and flags of rows, shown anew as their blocks have them now. GUI thread only.
 namespace row_texts {
 
 /// The row of one block; nothing happens without a row or a block.

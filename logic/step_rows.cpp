@@ -128,6 +128,13 @@ QList<QStandardItem*> stepRow(const IProcessBlock& block, Purpose purpose)
     return row;
 }
 
+void followProperty(QStandardItem* nameItem, const IProcessBlock& block)
+{
+    const Qt::ItemFlags flags = stepFlags(block);
+    if (nameItem->flags() != flags)
+        nameItem->setFlags(flags);
+}
+
 QString cellText(const IProcessBlock& block, int column, bool stale)
 {
     if (column == logic_columns::Setting)

@@ -28,6 +28,10 @@ QList<QStandardItem*> flowRow(logicBlockType flow, Purpose purpose);
 /// a text are null on the run tree.
 QList<QStandardItem*> stepRow(const IProcessBlock& block, Purpose purpose);
 
+/// Brings an edit row to the flags that its block's property gives it: where it can be dragged, and
+/// whether steps can stand in it.
+void followProperty(QStandardItem* nameItem, const IProcessBlock& block);
+
 /// What the description or the settings column shows of a block; @p stale marks the description of
 /// one that must be compiled again.
 QString cellText(const IProcessBlock& block, int column, bool stale);

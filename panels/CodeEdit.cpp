@@ -18,3 +18,5 @@ bool CodeEdit::focusNextPrevChild(bool next)
 {
     return !next && QWidget::focusNextPrevChild(next);
 }
+
+#include "moc_CodeEdit.cpp"

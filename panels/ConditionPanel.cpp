@@ -52,3 +52,5 @@ void ConditionPanel::takeBlock(std::shared_ptr<ConditionProcessBlock> block)
     condition.setCondition(*m_block);
     m_editor->setConditionBlock(condition);
 }
+
+#include "moc_ConditionPanel.cpp"

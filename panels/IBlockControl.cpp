@@ -52,3 +52,5 @@ void IBlockControl::handBack(const std::shared_ptr<IProcessBlock>& block)
     sdk_ui_interface::processedit::updateProcess(m_cappletName, m_sequenceId, block);
     emit updateProcessData();
 }
+
+#include "moc_IBlockControl.cpp"

@@ -140,3 +140,5 @@ void wgtCommonControl::showNoPanel(const IProcessBlock& block)
             ? tr("此步骤类型无需设置属性")
             : tr("此步骤的属性暂为只读：\n\n%1").arg(QString::fromStdString(block.description())));
 }
+
+#include "moc_wgtCommonControl.cpp"

@@ -91,3 +91,5 @@ void wgtCondition::showLength(bool isArray)
     ui->lenLabel->setVisible(isArray);
     ui->lenSpinBox->setVisible(isArray);
 }
+
+#include "moc_wgtCondition.cpp"

@@ -82,3 +82,5 @@ void wgtCustomCode::onCheckBoxStateChanged(int state)
     if (alive)
         saveBlock();
 }
+
+#include "moc_wgtCustomCode.cpp"

@@ -11,3 +11,5 @@ void wgtElseIf::setSequenceId(const QString& sequenceId)
 {
     IBlockControl::setSequenceId(sequenceId);
 }
+
+#include "moc_wgtElseIf.cpp"

@@ -71,3 +71,5 @@ void wgtExpression::onTextEditTextChanged()
 {
     m_timer->start();
 }
+
+#include "moc_wgtExpression.cpp"

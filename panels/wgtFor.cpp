@@ -144,3 +144,5 @@ void wgtFor::onTimer()
     if (!m_embedded)
         saveBlock();
 }
+
+#include "moc_wgtFor.cpp"

@@ -156,3 +156,5 @@ void wgtGeneralSetting::saveGeneral()
     sdk_ui_interface::processedit::updateProcess(m_cappletName, m_sequenceId, m_block);
     emit updateTreeProcessData(QString::fromStdString(m_block->uuid));
 }
+
+#include "moc_wgtGeneralSetting.cpp"

@@ -14,3 +14,5 @@ void wgtIf::onCondWgtUpdate()
     m_timer->stop();
     ConditionPanel::onCondWgtUpdate();
 }
+
+#include "moc_wgtIf.cpp"

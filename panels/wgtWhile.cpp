@@ -6,3 +6,5 @@ void wgtWhile::loadBlock(std::shared_ptr<IProcessBlock> block)
 {
     takeBlock(std::dynamic_pointer_cast<WhileProcessBlock>(block));
 }
+
+#include "moc_wgtWhile.cpp"

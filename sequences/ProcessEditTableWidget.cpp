@@ -20,3 +20,5 @@ bool ProcessEditTableWidget::eventFilter(QObject* watched, QEvent* event)
         resizeRowsToContents();
     return QTableWidget::eventFilter(watched, event);
 }
+
+#include "moc_ProcessEditTableWidget.cpp"

@@ -12,3 +12,5 @@ QSize ProcessEditTableWidgetItemDelagate::sizeHint(const QStyleOptionViewItem& o
     size.setHeight(qMax(LeastRowHeight, 2 * option.fontMetrics.height()));
     return size;
 }
+
+#include "moc_ProcessEditTableWidgetItemDelagate.cpp"

@@ -102,6 +102,15 @@ void SequenceTable::makeCurrent(int row)
     setCurrentCell(row, NameColumn);
 }
 
+void SequenceTable::commitEditor()
+{
+    QWidget* editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr;
+    if (!editor)
+        return;
+    commitData(editor);
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
+}
+
 void SequenceTable::removeRowsAt(const QVector<int>& rows)
 {
     const QSignalBlocker blocker(this);
@@ -196,3 +205,5 @@ QMimeData* SequenceTable::mimeData(const QList<QTableWidgetItem*> items) const
     data->setData(QStringLiteral("application/capp_name"), m_appName.toUtf8());
     return data;
 }
+
+#include "moc_SequenceTable.cpp"

@@ -24,6 +24,9 @@ public:
     int appendSequence(const SequenceInfo& info);
     /// Makes a row the current one, selects it alone and scrolls to it.
     void makeCurrent(int row);
+    /// Ends an open editor with what has been typed, as Return does; a name that the delegate
+    /// refuses is refused with its message.
+    void commitEditor();
     /// Takes rows away, without a signal. @p rows is in table order, each once.
     void removeRowsAt(const QVector<int>& rows);
     /// Empties the table without a signal.

@@ -35,3 +35,5 @@ void TemplateTreeView::reload()
         m_model->appendRow(item);
     }
 }
+
+#include "moc_TemplateTreeView.cpp"

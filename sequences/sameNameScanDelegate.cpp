@@ -108,3 +108,5 @@ void sameNameScanDelegate::setModelData(QWidget* editor, QAbstractItemModel* mod
         model->setData(index, name, Qt::EditRole);
     }
 }
+
+#include "moc_sameNameScanDelegate.cpp"

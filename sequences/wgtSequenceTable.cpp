@@ -84,6 +84,11 @@ QString wgtSequenceTable::currentSequenceId() const
     return m_table->sequenceIdAt(m_table->currentRow());
 }
 
+void wgtSequenceTable::flushPending()
+{
+    m_table->commitEditor();
+}
+
 QMenu* wgtSequenceTable::makeContextMenu()
 {
     auto* menu = new QMenu(tr(MenuTitle), this);
@@ -111,6 +116,7 @@ void wgtSequenceTable::showContextMenu(const QPoint& position)
 
 void wgtSequenceTable::addSequenceSlot()
 {
+    flushPending();
     const QString name = sequence_rules::freeName(m_table->names());
     const QString id = processedit::createSeuqence(m_appName, name);
     if (id.isEmpty())
@@ -124,6 +130,7 @@ void wgtSequenceTable::addSequenceSlot()
 
 void wgtSequenceTable::removeSelectedSequence()
 {
+    flushPending();
     const QVector<int> rows = m_table->selectedRows();
     if (rows.isEmpty())
         return;
@@ -154,6 +161,7 @@ void wgtSequenceTable::removeAllSequence()
 
 void wgtSequenceTable::addSequenceToTemplate()
 {
+    flushPending();
     const QStringList ids = m_table->sequenceIdsAt(m_table->selectedRows());
     if (!ids.isEmpty())
         emit signalAddTemplate(ids);
@@ -221,3 +229,5 @@ void wgtSequenceTable::setMain(int row, bool isMain)
     processedit::updateSequence(m_appName, info);
     emit sigModified();
 }
+
+#include "moc_wgtSequenceTable.cpp"

@@ -30,6 +30,9 @@ public:
     /// Empty without a current row.
     QString currentSequenceId() const;
 
+    /// Writes what is being typed into a cell to the model.
+    void flushPending();
+
     /// A new context menu, with its entries enabled as they are now. A child of this widget that
     /// the caller deletes.
     QMenu* makeContextMenu();

@@ -74,3 +74,5 @@ void AppletStorage::saveShared()
     processedit::saveGlobalVarJsonStr(project, EveryBusiness);
     processedit::saveQuickStepJsonStr(project + QStringLiteral("/quickStep.json"), EveryBusiness);
 }
+
+#include "moc_AppletStorage.cpp"

@@ -234,3 +234,5 @@ void BuildController::tellFinished(bool success) const
     if (m_finished)
         m_finished(success);
 }
+
+#include "moc_BuildController.cpp"

@@ -33,3 +33,5 @@ void LatestProgress::tell()
     }
     emit changed(progress, state);
 }
+
+#include "moc_LatestProgress.cpp"

@@ -187,3 +187,5 @@ void LogicMaster::getVariableSlot(int type)
     if (type < 1 || type > 4)
         qDebug() << "Unknown operation type!";
 }
+
+#include "moc_LogicMaster.cpp"

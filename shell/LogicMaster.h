@@ -4,6 +4,7 @@
 #include "model/services/system_variate.h"
 #include "model/uds_records.h"
 
+#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QMutex>
@@ -32,6 +33,10 @@ public:
         QString sequenceId;
         bool flag = false;
     };
+
+    /// The names that each step of a sequence uses, by the step's uuid; steps that use none are
+    /// left out.
+    using VariableUse = QHash<QString, QSet<QString>>;
 
     static LogicMaster* instance();
 
@@ -85,11 +90,14 @@ public:
     QStringList retypeUdsVariable(const SystemVarDef& variable);
     /// Applet and sequence of every use of a system variable. Any thread, under m_udsMutex.
     QVector<QPair<QString, QString>> usersOfSystemVariable(const QString& name) const;
-    /// What follows is under m_udsMutex too. The names that an applet's steps use, by sequence.
-    void setVariableUse(const QString& appName, const QMap<QString, QSet<QString>>& uses);
-    /// Adds names to those of one sequence.
-    void addVariableUse(const QString& appName, const QString& sequenceId,
+    /// What follows is under m_udsMutex too. The names that steps use: of all of an applet's, and
+    /// of one step, in place of what was known of it.
+    void setVariableUse(const QString& appName, const QMap<QString, VariableUse>& bySequence);
+    void setVariableUse(const QString& appName, const QString& sequenceId, const QString& blockUuid,
                         const QSet<QString>& names);
+    /// The steps of a sequence that are known to use names.
+    QStringList blocksThatUseVariables(const QString& appName, const QString& sequenceId) const;
+    void removeVariableUse(const QString& appName, const QStringList& sequenceIds);
     /// Adds to what a diagnostic step uses, or forgets all of it.
     void addUdsVariables(const QString& appName, const QString& blockUuid,
                          const std::vector<UdsVarStruct>& variables);
@@ -152,6 +160,6 @@ private:
     /// Applet, block, the variables that a diagnostic step uses.
     QMap<QString, QMap<QString, std::vector<UdsVarStruct>>> m_udsVarInfo;
     /// Applet, sequence, the names that its steps use.
-    QMap<QString, QMap<QString, QSet<QString>>> m_udsVarUse;
+    QMap<QString, QMap<QString, VariableUse>> m_udsVarUse;
     QMap<QString, bool> m_panelBind;
 };

@@ -6,6 +6,8 @@
 
 #include <QMutexLocker>
 
+#include <algorithm>
+
 QStringList LogicMaster::retypeUdsVariable(const SystemVarDef& variable)
 {
     const DrelVarType type = varTypeFromDataCategory(variable.category);
@@ -34,7 +36,10 @@ QVector<QPair<QString, QString>> LogicMaster::usersOfSystemVariable(const QStrin
     QMutexLocker lock(&m_udsMutex);
     for (auto applet = m_udsVarUse.cbegin(); applet != m_udsVarUse.cend(); ++applet) {
         for (auto sequence = applet->cbegin(); sequence != applet->cend(); ++sequence) {
-            if (sequence->contains(name))
+            const bool isUser =
+                std::any_of(sequence->cbegin(), sequence->cend(),
+                            [&name](const QSet<QString>& names) { return names.contains(name); });
+            if (isUser)
                 users.append({applet.key(), sequence.key()});
         }
     }
@@ -54,17 +59,39 @@ void LogicMaster::refreshUsers(const QVector<QPair<QString, QString>>& users) co
     }
 }
 
-void LogicMaster::setVariableUse(const QString& appName, const QMap<QString, QSet<QString>>& uses)
+void LogicMaster::setVariableUse(const QString& appName,
+                                 const QMap<QString, VariableUse>& bySequence)
 {
     QMutexLocker lock(&m_udsMutex);
-    m_udsVarUse.insert(appName, uses);
+    m_udsVarUse.insert(appName, bySequence);
 }
 
-void LogicMaster::addVariableUse(const QString& appName, const QString& sequenceId,
-                                 const QSet<QString>& names)
+void LogicMaster::setVariableUse(const QString& appName, const QString& sequenceId,
+                                 const QString& blockUuid, const QSet<QString>& names)
 {
     QMutexLocker lock(&m_udsMutex);
-    m_udsVarUse[appName][sequenceId].unite(names);
+    VariableUse& uses = m_udsVarUse[appName][sequenceId];
+    if (names.isEmpty())
+        uses.remove(blockUuid);
+    else
+        uses.insert(blockUuid, names);
+}
+
+QStringList LogicMaster::blocksThatUseVariables(const QString& appName,
+                                                const QString& sequenceId) const
+{
+    QMutexLocker lock(&m_udsMutex);
+    return m_udsVarUse.value(appName).value(sequenceId).keys();
+}
+
+void LogicMaster::removeVariableUse(const QString& appName, const QStringList& sequenceIds)
+{
+    QMutexLocker lock(&m_udsMutex);
+    const auto applet = m_udsVarUse.find(appName);
+    if (applet == m_udsVarUse.end())
+        return;
+    for (const QString& id : sequenceIds)
+        applet->remove(id);
 }
 
 void LogicMaster::addUdsVariables(const QString& appName, const QString& blockUuid,

@@ -31,3 +31,5 @@ void ProcessEditNotifyTool::onSystemVariateChange(Operation operation, SystemVar
             emit systemVarChange(users);
     }
 }
+
+#include "moc_ProcessEditNotifyTool.cpp"

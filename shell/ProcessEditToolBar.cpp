@@ -191,3 +191,5 @@ void ProcessEditToolBar::onToolBtnClicked()
         function = OpenCodeFolder;
     emit defaultFunctionClicked(function);
 }
+
+#include "moc_ProcessEditToolBar.cpp"

@@ -429,3 +429,5 @@ void ProcessEditWidget::onSaveProcessTreeWidthSlot(QStringList widthList, bool i
 {
     m->settings.setTreeWidths(widthList, isRun);
 }
+
+#include "moc_ProcessEditWidget.cpp"

@@ -188,8 +188,7 @@ QString ProcessEditWidget::getCurrentShowSequenceId() const
 
 void ProcessEditWidget::setCurrentShowSequence(const QString& sequenceId)
 {
-    m->ui.center_wgt->showSequence(sequenceId);
-    m->ui.sequenceWidget->selectSequence(sequenceId);
+    m->buildView->showSequence(sequenceId);
     m->commonControl->setSequenceId(sequenceId);
     m->generalSetting->setSequenceId(sequenceId);
     m->ui.widget_para->showSequence(sequenceId);
@@ -209,9 +208,7 @@ void ProcessEditWidget::clearCurrentShowSequenceData()
 
 void ProcessEditWidget::syncAuthoringPanelsToSdk()
 {
-    m->generalSetting->flushPending();
-    m->commonControl->flushPending();
-    m->ui.widget_para->flushPending();
+    m->buildView->flushPanels();
     m->ui.center_wgt->syncCheckStatesToSdk();
 }
 

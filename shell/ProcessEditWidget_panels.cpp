@@ -8,7 +8,6 @@
 
 #include "logic/palette_choice.h"
 #include "model/blocks/UdsProcessBlock.h"
-#include "model/services/log.h"
 #include "model/services/processedit.h"
 #include "sequences/template_file.h"
 
@@ -61,6 +60,7 @@ void ProcessEditWidget::onRemoveSelectSequence(QStringList sequenceIdList)
 {
     m->ui.center_wgt->removeModelSlot(sequenceIdList);
     m->ui.widget_para->removeSequenceModels(sequenceIdList);
+    LogicMaster::instance()->removeVariableUse(m->appName, sequenceIdList);
 }
 
 void ProcessEditWidget::onRemoveAllSequence()
@@ -136,10 +136,8 @@ void ProcessEditWidget::connectPalette()
     connect(view, &LogicView::sigUdsBlockRemoved, this, [this](const QString& uuid) {
         LogicMaster::instance()->removeUdsVariables(m->appName, uuid);
     });
-    // Silent on the screen, as a rule of the tree; who wonders finds the reason in the log.
-    connect(view, &LogicView::sigRefused, this, [](const QString& reason) {
-        sdk_ui_interface::log::log_error(QStringLiteral("[流程编辑] ") + reason);
-    });
+    connect(view, &LogicView::sigStepsRemoved, this,
+            [this] { variable_use::forgetRemovedBlocks(m->appName, getCurrentShowSequenceId()); });
 }
 
 void ProcessEditWidget::onItemDoubleClickedSlot(QTreeWidgetItem* item, int)

@@ -84,3 +84,5 @@ void RunFeedHub::onLog(const QString& appName, int, const QString& message) cons
     for (const Window& window : *all)
         window.log->put(appName, message);
 }
+
+#include "moc_RunFeedHub.cpp"

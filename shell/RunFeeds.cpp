@@ -55,3 +55,5 @@ void RunFeeds::sequenceChange(const QString& appName, const QString& sequenceId,
 {
     m_gate->sequenceChange(appName, sequenceId, isEnd, templateId);
 }
+
+#include "moc_RunFeeds.cpp"

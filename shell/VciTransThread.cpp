@@ -39,3 +39,5 @@ void VciTransThread::run()
     m_result =
         sdk_ui_interface::capplet::transCCodeToVciCode(m_appName, m_targetPath, m_sequenceNames);
 }
+
+#include "moc_VciTransThread.cpp"

@@ -22,6 +22,8 @@ QString WidgetBuildView::shownSequence() const
 
 void WidgetBuildView::showSequence(const QString& sequenceId)
 {
+    // What waits belongs to the sequence that was shown.
+    flushPanels();
     m_parts.ui.center_wgt->showSequence(sequenceId);
     m_parts.ui.sequenceWidget->selectSequence(sequenceId);
 }
@@ -31,6 +33,7 @@ void WidgetBuildView::flushPanels()
     m_parts.commonControl->flushPending();
     m_parts.generalSetting->flushPending();
     m_parts.ui.widget_para->flushPending();
+    m_parts.ui.sequenceWidget->flushPending();
 }
 
 void WidgetBuildView::showEditTab()
@@ -70,6 +73,8 @@ void WidgetBuildView::finishRunRow(bool success)
 
 void WidgetBuildView::setReportingApp(const QString& appName)
 {
+    if (!appName.isEmpty())
+        m_parts.ui.center_wgt->expectRun();
     m_parts.feeds->setRunningApp(appName);
 }
 

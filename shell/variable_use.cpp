@@ -124,15 +124,17 @@ QSet<QString> namesIn(const IProcessBlock& block)
 
 void recordApplet(const QString& appName, bool defer)
 {
-    QMap<QString, QSet<QString>> uses;
+    QMap<QString, LogicMaster::VariableUse> uses;
     for (const SequenceInfo& sequence : processedit::getAllSequenceByAppName(appName)) {
         const QString sequenceId = QString::fromStdString(sequence.id);
-        QSet<QString>& names = uses[sequenceId];
+        LogicMaster::VariableUse& ofSequence = uses[sequenceId];
         for (const auto& block : processedit::getAllProcessBySequenceID(
                  appName, sequenceId, IProcessBlock::ProcessBlockBelong(0))) {
             const auto uds = std::dynamic_pointer_cast<UdsProcessBlock>(block);
             if (!uds) {
-                names.unite(namesIn(*block));
+                const QSet<QString> names = namesIn(*block);
+                if (!names.isEmpty())
+                    ofSequence.insert(QString::fromStdString(block->uuid), names);
                 continue;
             }
             if (defer)
@@ -149,7 +151,17 @@ void recordBlock(const QString& appName, const QString& sequenceId,
     if (std::dynamic_pointer_cast<UdsProcessBlock>(block))
         updateUdsVarInfo(appName, block);
     else if (block)
-        LogicMaster::instance()->addVariableUse(appName, sequenceId, namesIn(*block));
+        LogicMaster::instance()->setVariableUse(
+            appName, sequenceId, QString::fromStdString(block->uuid), namesIn(*block));
+}
+
+void forgetRemovedBlocks(const QString& appName, const QString& sequenceId)
+{
+    LogicMaster* master = LogicMaster::instance();
+    for (const QString& uuid : master->blocksThatUseVariables(appName, sequenceId)) {
+        if (!processedit::getProcess(appName, uuid))
+            master->setVariableUse(appName, sequenceId, uuid, {});
+    }
 }
 
 void addUdsVar(const std::shared_ptr<UdsProcessBlock>& block, const QString& appName)

@@ -35,9 +35,12 @@ QSet<QString> namesIn(const IProcessBlock& block);
 /// their generated code is dropped till the next compile.
 void recordApplet(const QString& appName, bool defer);
 
-/// Adds what a step uses now to what is recorded for its sequence.
+/// Records what a step uses now, in place of what was recorded for it.
 void recordBlock(const QString& appName, const QString& sequenceId,
                  const std::shared_ptr<IProcessBlock>& block);
+
+/// Forgets the steps of a sequence that the model no longer has.
+void forgetRemovedBlocks(const QString& appName, const QString& sequenceId);
 
 /// Appends the variables of one diagnostic step to what is recorded for it.
 void addUdsVar(const std::shared_ptr<UdsProcessBlock>& block, const QString& appName);

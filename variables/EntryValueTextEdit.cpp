@@ -150,3 +150,5 @@ bool EntryValueTextEdit::focusNextPrevChild(bool next)
 {
     return !(next && m_suggestionList->isVisible()) && QTextEdit::focusNextPrevChild(next);
 }
+
+#include "moc_EntryValueTextEdit.cpp"

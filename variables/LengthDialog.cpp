@@ -36,3 +36,5 @@ int LengthDialog::length() const
 {
     return m_length->value();
 }
+
+#include "moc_LengthDialog.cpp"

@@ -12,3 +12,5 @@ SuggestionList::SuggestionList(QWidget* parent)
     setTextElideMode(Qt::ElideMiddle);
     hide();
 }
+
+#include "moc_SuggestionList.cpp"

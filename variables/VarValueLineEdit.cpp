@@ -69,3 +69,5 @@ bool VarValueLineEdit::eventFilter(QObject* watched, QEvent* event)
         valueCalibrationSlot();
     return QLineEdit::eventFilter(watched, event);
 }
+
+#include "moc_VarValueLineEdit.cpp"

@@ -155,3 +155,5 @@ QItemSelection VariableEditor::insertRows(const QModelIndex& group, int row,
     return QItemSelection(m_sheet->index(first, NameColumn, group),
                           m_sheet->index(row - 1, ColumnCount - 1, group));
 }
+
+#include "moc_VariableEditor.cpp"

@@ -59,3 +59,5 @@ void VariableSheets::fill(varStandModel* model, const QString& sequenceId) const
     model->appendRow(variable_rows::makeGroup(VariablePanelTexts::tr("全局变量"), GlobalVariable,
                                               process_edit::getAllGlobalVariable()));
 }
+
+#include "moc_VariableSheets.cpp"

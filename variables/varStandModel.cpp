@@ -66,3 +66,5 @@ bool varStandModel::dropMimeData(const QMimeData* data, Qt::DropAction action, i
                  uuids.split(QLatin1Char(',')), target.row);
     return false;
 }
+
+#include "moc_varStandModel.cpp"

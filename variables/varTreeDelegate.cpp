@@ -81,3 +81,5 @@ bool varTreeDelegate::editorEvent(QEvent* event, QAbstractItemModel* model,
     }
     return QItemDelegate::editorEvent(event, model, option, index);
 }
+
+#include "moc_varTreeDelegate.cpp"

@@ -46,3 +46,5 @@ void varTreeViewStyle::drawControl(ControlElement element, const QStyleOption* o
     tree_colours::applySelection(coloured.palette);
     QApplication::style()->drawControl(element, &coloured, painter, widget);
 }
+
+#include "moc_varTreeViewStyle.cpp"

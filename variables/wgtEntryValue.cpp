@@ -310,3 +310,5 @@ bool wgtEntryValue::handleSearchKey(int key)
         return isEnter(key);
     return true;
 }
+
+#include "moc_wgtEntryValue.cpp"

@@ -229,3 +229,5 @@ void wgtLocalVariable::onSectionResized(int logicalIndex, int, int)
     }
     emit sigUpdateVarTreeWidth(widths);
 }
+
+#include "moc_wgtLocalVariable.cpp"

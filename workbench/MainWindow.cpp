@@ -376,3 +376,5 @@ void MainWindow::closeEvent(QCloseEvent* event)
     closeEditor();
     event->accept();
 }
+
+#include "moc_MainWindow.cpp"

@@ -71,3 +71,5 @@ void OutputPane::mouseDoubleClickEvent(QMouseEvent* event)
     event->accept();
     emit stepActivated(target->sequenceId, target->stepId);
 }
+
+#include "moc_OutputPane.cpp"

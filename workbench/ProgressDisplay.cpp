@@ -64,3 +64,5 @@ void ProgressDisplay::showElapsed()
 {
     m_elapsedLabel->setText(tr("%1 秒").arg(m_elapsed.elapsed() / 1000.0, 0, 'f', 1));
 }
+
+#include "moc_ProgressDisplay.cpp"

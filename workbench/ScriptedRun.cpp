@@ -204,3 +204,5 @@ void ScriptedRun::end(int exitStatus)
     m_ended = true;
     emit finished(exitStatus);
 }
+
+#include "moc_ScriptedRun.cpp"

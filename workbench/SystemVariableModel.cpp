@@ -187,3 +187,5 @@ void SystemVariableModel::follow(const QString& name)
         endInsertRows();
     }
 }
+
+#include "moc_SystemVariableModel.cpp"

@@ -120,3 +120,5 @@ void SystemVariablePane::removeSelected()
     for (const QString& name : qAsConst(names))
         SystemVariables::instance().remove(name);
 }
+
+#include "moc_SystemVariablePane.cpp"

@@ -116,3 +116,5 @@ void finish_progress(int handle)
 
 } // namespace log
 } // namespace sdk_ui_interface
+
+#include "moc_Host.cpp"

@@ -40,6 +40,8 @@ class ReportQueueTest : public QObject
 private slots:
     void equalReportsWaitOnce();
     void changesOfSequence();
+    void templatesWithinTemplates();
+    void onlyWhileOpen();
     void progress();
     void manyThreads();
 };
@@ -47,6 +49,7 @@ private slots:
 void ReportQueueTest::equalReportsWaitOnce()
 {
     RunReportQueue queue([](double, int) {});
+    queue.open();
     const QString sequence = text("s");
     queue.report(sequence, text("a"), 0, 0.0);
     queue.report(sequence, text("a"), 0, 100.0);
@@ -63,6 +66,7 @@ void ReportQueueTest::equalReportsWaitOnce()
 void ReportQueueTest::changesOfSequence()
 {
     RunReportQueue queue([](double, int) {});
+    queue.open();
     queue.report(text("s"), text("call"), 0, 0.0);
     queue.attachGoto(text("t"), false, text("T1"));
     queue.report(text("t"), text("x"), 0, 100.0);
@@ -76,10 +80,58 @@ void ReportQueueTest::changesOfSequence()
     QCOMPARE(linesOf(queue.take()), QStringList({text("/ 0 -1 enters :u")}));
 }
 
+void ReportQueueTest::templatesWithinTemplates()
+{
+    RunReportQueue queue([](double, int) {});
+    queue.open();
+    const auto inForce = [&queue] {
+        queue.report(text("s"), text("x"), 0, 0.0);
+        return queue.take().back().templateId;
+    };
+    queue.attachGoto(text("t"), false, text("T1"));
+    queue.attachGoto(text("inner"), false, QString()); // a sequence of the template itself
+    QCOMPARE(inForce(), text("T1"));
+    queue.attachGoto(text("u"), false, text("T2"));
+    QCOMPARE(inForce(), text("T2"));
+    queue.attachGoto(text("u"), true, text("T2"));
+    queue.attachGoto(text("inner"), true, QString());
+    QCOMPARE(inForce(), text("T1"));
+    queue.attachGoto(text("t"), true, text("T1"));
+    queue.attachGoto(text("t"), true, text("T1")); // once too often
+    QCOMPARE(inForce(), QString());
+    constexpr int Deep = 100000;
+    for (int depth = 0; depth < Deep; ++depth)
+        queue.attachGoto(text("t"), false, text(depth == 0 ? "T1" : "T2"));
+    for (int depth = 1; depth < Deep; ++depth)
+        queue.attachGoto(text("t"), true, text("T2"));
+    QCOMPARE(inForce(), text("T1"));
+}
+
+void ReportQueueTest::onlyWhileOpen()
+{
+    int told = 0;
+    RunReportQueue queue([&told](double, int) { ++told; });
+    queue.setBlocks({text("a")});
+    const auto reportAll = [&queue] {
+        queue.report(text("s"), text("a"), 0, 100.0);
+        queue.attachGoto(text("t"), false, text("T1"));
+    };
+    reportAll();
+    queue.open();
+    reportAll();
+    queue.close();
+    reportAll();
+    queue.open();
+    queue.report(text("s"), text("b"), 0, 0.0);
+    QCOMPARE(linesOf(queue.take()), QStringList({text("s/b 0 0")}));
+    QCOMPARE(told, 0);
+}
+
 void ReportQueueTest::progress()
 {
     QList<QPair<double, int>> told;
     RunReportQueue queue([&](double progress, int result) { told.append({progress, result}); });
+    queue.open();
     queue.setBlocks({text("a"), text("b"), text("a"), text("c")});
     queue.report(text("s"), text("a"), 0, 0.0);
     queue.report(text("s"), text("b"), -2, 50.0);
@@ -96,6 +148,7 @@ void ReportQueueTest::manyThreads()
     constexpr int PerThread = 5000;
     std::atomic<int> told{0};
     RunReportQueue queue([&](double, int) { ++told; });
+    queue.open();
     QVector<QString> blocks;
     for (int i = 0; i < Threads * PerThread; ++i)
         blocks.append(QString::number(i));

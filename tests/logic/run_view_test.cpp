@@ -30,6 +30,7 @@ private slots:
     void callWithoutAWaitingReport();
     void enteredAnewAndReturned();
     void secondStart();
+    void reportsBetweenRuns();
     void finishedRow_data();
     void finishedRow();
     void endOfARun_data();
@@ -263,6 +264,24 @@ void RunViewTest::secondStart()
     QCOMPARE(rows(), QStringList({text("x"), text("y")}));
     start();
     QCOMPARE(rows(), QStringList({text("a"), text("b"), text("call"), text("c")}));
+}
+
+/// A run may report before its rows are there; what an earlier run says late is nobody's.
+void RunViewTest::reportsBetweenRuns()
+{
+    start();
+    stop();
+    report(m_a, 100.0, -1);
+    start();
+    land();
+    QCOMPARE(rows(), QStringList({text("a"), text("b"), text("call"), text("c")}));
+    stop();
+    report(m_a, 100.0, -1);
+    m_view->expectRun();
+    report(m_b, 0.0);
+    start();
+    land();
+    QCOMPARE(rows(), QStringList({text("a"), text("b 0%"), text("call"), text("c")}));
 }
 
 void RunViewTest::finishedRow_data()

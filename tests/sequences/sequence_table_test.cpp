@@ -42,6 +42,8 @@ private slots:
     void editing_data();
     void editing();
     void arrowKeyEndsAnEdit();
+    void typedTextCounts_data();
+    void typedTextCounts();
     void mainSequence();
     void removing_data();
     void removing();
@@ -180,6 +182,50 @@ void SequenceTableTest::arrowKeyEndsAnEdit()
     QCOMPARE(f.panel.currentSequenceId(), f.ids[2]);
     QCOMPARE(f.record(f.ids[1]).name, std::string("typed"));
     QCOMPARE(f.record(f.ids[2]).name, std::string("c"));
+}
+
+void SequenceTableTest::typedTextCounts_data()
+{
+    QTest::addColumn<QString>("act");
+    for (const char* act : {"flush", "add", "remove", "template"})
+        QTest::newRow(act) << QString::fromLatin1(act);
+}
+
+/// What reads the sequences finds the name as it has been typed, though the editor is still open.
+void SequenceTableTest::typedTextCounts()
+{
+    QFETCH(QString, act);
+    SequenceTableFixture f(fiveNames());
+    f.edit(1, 0)->setText(QStringLiteral("typed"));
+    std::string seen;
+    const auto look = [&] { seen = f.record(f.ids[1]).name; };
+    if (act == QLatin1String("flush")) {
+        f.panel.flushPending();
+        look();
+    } else if (act == QLatin1String("add")) {
+        f.panel.addSequenceSlot();
+        look();
+    } else if (act == QLatin1String("template")) {
+        connect(&f.panel, &wgtSequenceTable::signalAddTemplate, &f.panel, look);
+        f.panel.addSequenceToTemplate();
+    } else {
+        f.select({3});
+        f.panel.removeSelectedSequence();
+        look();
+    }
+    QCOMPARE(seen, std::string("typed"));
+    QCOMPARE(f.table->item(1, 0)->text(), QStringLiteral("typed"));
+    QVERIFY(f.told.contains(QStringLiteral("renamed")));
+
+    QTRY_VERIFY(!f.table->findChild<QLineEdit*>());
+
+    // A name that may not be is refused as after Return, once.
+    f.edit(0, 0)->setText(QStringLiteral("typed"));
+    f.panel.flushPending();
+    f.panel.flushPending();
+    QCOMPARE(f.messages, QStringList({QStringLiteral("warning|存在同名序列，请重新命名")}));
+    QCOMPARE(f.record(f.ids[0]).name, std::string("a"));
+    QCOMPARE(f.table->item(0, 0)->text(), QStringLiteral("a"));
 }
 
 void SequenceTableTest::mainSequence()

@@ -5,6 +5,7 @@
 #include "standalone/host/Host.h"
 #include "tests/support/applet_fixture.h"
 #include "tests/support/test_program.h"
+#include "tests/support/told_context.h"
 
 #include <QtTest>
 
@@ -164,6 +165,12 @@ void BuildControllerTest::refusals()
     QCOMPARE(m_view.calls,
              QStringList({QStringLiteral("flush"), QStringLiteral("warn:警告:") + warning}));
     QCOMPARE(m_outcomes, QList<bool>{false});
+
+    const ToldContext context;
+    m_build->compileMain();
+    const QString told = m_view.calls.last();
+    QVERIFY2(told.startsWith(QStringLiteral("warn:ProcessEditWidget:警告:LogicMaster:")),
+             qPrintable(told));
 }
 
 void BuildControllerTest::boundPanelIsANotice()

@@ -4,6 +4,7 @@
 #include "model/process_blocks.h"
 #include "sequences/wgtSequenceTable.h"
 #include "shell/LogicMaster.h"
+#include "shell/ProcessEditToolBar.h"
 #include "standalone/host/Host.h"
 #include "standalone/runtime/runtime.h"
 #include "standalone/variables/SystemVariables.h"
@@ -11,9 +12,12 @@
 #include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
 
+#include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMimeData>
+#include <QPlainTextEdit>
 #include <QStandardItemModel>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -36,7 +40,9 @@ private slots:
     void paletteAddsSteps();
     void quickStepsComeAndGo();
     void hostAppendsStatements();
-    void refusedStepIsLogged();
+    void typedTextIsSaved_data();
+    void typedTextIsSaved();
+    void textTypedInAnotherSequence();
     void sequenceTableDrivesThePanels();
     void removedSequencesLeaveThePanels();
     void hostAddsVariables();
@@ -153,14 +159,52 @@ void EditorPanelsTest::hostAppendsStatements()
     QVERIFY(modified.count() > 0);
 }
 
-void EditorPanelsTest::refusedStepIsLogged()
+void EditorPanelsTest::typedTextIsSaved_data()
 {
-    QSignalSpy log(&standalone::Host::instance(), &standalone::Host::errorLogged);
-    emit find<QTreeWidget>(m_editor.get(), "treeWidget")
-        ->itemDoubleClicked(paletteItem(step_type::Else), 0);
-    QTRY_COMPARE(log.count(), 1);
-    QVERIFY(log.at(0).at(0).toString().contains(QStringLiteral("else")));
-    QVERIFY(mainRows().isEmpty());
+    QTest::addColumn<int>("column");
+    QTest::newRow("name") << 0;
+    QTest::newRow("comment") << 2;
+}
+
+// A press on the tool bar doesn't take the focus away from an open editor.
+void EditorPanelsTest::typedTextIsSaved()
+{
+    QFETCH(int, column);
+    auto* table = m_editor->findChild<wgtSequenceTable*>()->findChild<QTableWidget*>();
+    table->setCurrentCell(0, column);
+    table->editItem(table->item(0, column));
+    auto* editor = table->findChild<QLineEdit*>();
+    QVERIFY(editor);
+    editor->setText(QStringLiteral("typed"));
+    QSignalSpy modified(m_editor.get(), &ProcessEditWidget::sigAuthoringModified);
+    m_editor->onToolWidgetButtonClickedSlot(ProcessEditToolBar::Save);
+    QFile file(folder() + QStringLiteral("processInfo.pedt"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll().contains("typed"));
+    QCOMPARE(modified.count(), 1);
+}
+
+// A press of Run shows the main sequence: what is still being typed belongs to the one before.
+void EditorPanelsTest::textTypedInAnotherSequence()
+{
+    const QString main = sequence();
+    const QString other = processedit::createSeuqence(m_name, QStringLiteral("other"));
+    auto step = applet_fixture::addStep<StatementProcessBlock>(m_name, other, QStringLiteral("1"),
+                                                               step_type::Statement, "语句");
+    step->setCustomCode("speed = 1;");
+    m_editor->loadDataToUI(m_name, false);
+    m_editor->setCurrentShowSequence(other);
+    click(step);
+    find<QLineEdit>(m_editor->getSettingWgt(), "nameLineEdit")->setText(QStringLiteral("typed"));
+    m_editor->onToolWidgetButtonClickedSlot(ProcessEditToolBar::RunMain);
+    QCOMPARE(sequence(), main);
+    const QStandardItemModel* rows = m_editor->findChild<LogicView*>()->editModel(other);
+    QVERIFY(test_support::printTree(*rows).contains(QStringLiteral("  [x] typed")));
+    using Users = QVector<QPair<QString, QString>>;
+    QCOMPARE(LogicMaster::instance()->usersOfSystemVariable(QStringLiteral("speed")),
+             Users({{m_name, other}}));
+    QSignalSpy ended(LogicMaster::instance(), &LogicMaster::NotifyRunResultSig);
+    QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, 60000);
 }
 
 void EditorPanelsTest::sequenceTableDrivesThePanels()
@@ -195,12 +239,15 @@ void EditorPanelsTest::removedSequencesLeaveThePanels()
     const QString second = processedit::createSeuqence(m_name, QStringLiteral("second"));
     m_editor->loadDataToUI(m_name, false);
     const QString first = sequence();
-    const auto* variables = find<QWidget>(m_editor.get(), "widget_para")->findChild<QTreeView*>();
+    auto* variables = find<QWidget>(m_editor.get(), "widget_para")->findChild<QTreeView*>();
     const auto* view = m_editor->findChild<LogicView*>();
     QVERIFY(variables->model() && view->editModel(second));
     m_editor->onRemoveSelectSequence({first});
     QVERIFY(!view->editModel(first) && view->editModel(second));
     QVERIFY(!variables->model());
+    QMimeData nothing;
+    QDropEvent drop(QPointF(5, 5), Qt::MoveAction, &nothing, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(variables->viewport(), &drop); // there are no rows to deselect
     QCOMPARE(sequence(), QString());
     m_editor->setCurrentShowSequence(second);
     QVERIFY(variables->model());
@@ -248,6 +295,26 @@ void EditorPanelsTest::changedSystemVariableReloadsThePanel()
     variables.setValue(QStringLiteral("speed"), QStringLiteral("3"));
     variables.waitForListeners();
     QTRY_COMPARE(ownRows(), 1);
+
+    // A step that no longer uses it, or is gone, is no user any more.
+    const auto users = [] {
+        return LogicMaster::instance()->usersOfSystemVariable(QStringLiteral("speed")).size();
+    };
+    m_editor->loadDataToUI(m_name, false);
+    QCOMPARE(users(), 1);
+    click(step);
+    auto* code = m_editor->getControlWgt()->findChild<QPlainTextEdit*>(QStringLiteral("textEdit"));
+    code->setPlainText(QStringLiteral("torque = 1;"));
+    m_editor->syncAuthoringPanelsToSdk();
+    QCOMPARE(users(), 0);
+    code->setPlainText(QStringLiteral("speed = 2;"));
+    m_editor->syncAuthoringPanelsToSdk();
+    QCOMPARE(users(), 1);
+    auto* view = m_editor->findChild<LogicView*>();
+    const auto* rows = view->editModel(sequence());
+    find<QTreeView>(view, "treeView")->setCurrentIndex(rows->index(0, 0, rows->index(MainFlow, 0)));
+    view->removeRowSlot();
+    QCOMPARE(users(), 0);
 }
 
 void EditorPanelsTest::stepsOfUnknownKindsAreShownAndKept()

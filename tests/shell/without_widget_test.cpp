@@ -5,6 +5,7 @@
 #include "model/services/process_edit.h"
 #include "shell/LogicMaster.h"
 #include "shell/ProcessEditNotifyTool.h"
+#include "shell/VciTransThread.h"
 #include "shell/variable_use.h"
 #include "standalone/compiler/compiler.h"
 #include "standalone/host/Host.h"
@@ -32,6 +33,7 @@ private slots:
     void loadsADocument_data();
     void loadsADocument();
     void renamed();
+    void clearedConversionThreadsAreGone();
     void compiles();
     void namesThatStepsUse_data();
     void namesThatStepsUse();
@@ -130,7 +132,8 @@ void WithoutWidgetTest::renamed()
     process_edit::addVariable("headless", ProcessVariable, "headless");
     Editor::setAppletJsonAndVciPath(m_name, folder(), folder());
     QSignalSpy told(LogicMaster::instance(), &LogicMaster::sigRename);
-    Editor::renameCApplet(m_name, fresh);
+    Editor::setAppletJsonAndVciPath(fresh, folder() + QStringLiteral("wrong/"), QString());
+    QVERIFY(Editor::renameCApplet(m_name, fresh));
     QCOMPARE(told.at(0), QList<QVariant>({m_name, fresh}));
     QCOMPARE(Editor::appletJsonPath(fresh), folder());
     QCOMPARE(Editor::appletJsonPath(m_name), QString());
@@ -141,12 +144,40 @@ void WithoutWidgetTest::renamed()
     // A name that is taken would mix two documents.
     makeSequence();
     QSignalSpy errors(&standalone::Host::instance(), &standalone::Host::errorLogged);
-    Editor::renameCApplet(m_name, fresh);
-    Editor::renameCApplet(m_name, QString());
+    QVERIFY(!Editor::renameCApplet(m_name, fresh));
+    QVERIFY(!Editor::renameCApplet(m_name, QString()));
     QCOMPARE(told.count(), 1);
     QCOMPARE(errors.count(), 2);
     QCOMPARE(Editor::appletJsonPath(fresh), folder());
     Editor::deleteCApplet(fresh, true);
+}
+
+void WithoutWidgetTest::clearedConversionThreadsAreGone()
+{
+    QVERIFY(Editor::createAppletShell(QStringLiteral("one")));
+    QVERIFY(Editor::createAppletShell(QStringLiteral("two")));
+    const auto threads = [] {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return LogicMaster::instance()->findChildren<QThread*>().size();
+    };
+    const int before = threads();
+    QVERIFY(before >= 2);
+    auto* running = LogicMaster::instance()->findChildren<VciTransThread*>().last();
+    const QString target = folder() + QStringLiteral("converted");
+    running->setTargetPath(target);
+    running->startConversion({QStringLiteral("Sequence_0")});
+    QSignalSpy told(LogicMaster::instance(), &LogicMaster::vciTransFinish);
+    Editor::clearTransVciThread();
+    QTRY_COMPARE(threads(), 0);
+    QVERIFY(told.count() <= 1); // it may have ended before
+    // Only an applet that is created anew has one again.
+    QVERIFY(Editor::createAppletShell(QStringLiteral("one")));
+    QCOMPARE(threads(), 0);
+    for (const char* name : {"one", "two"})
+        Editor::deleteCApplet(QString::fromLatin1(name), true);
+    QVERIFY(Editor::createAppletShell(QStringLiteral("one")));
+    QCOMPARE(threads(), 1);
+    Editor::deleteCApplet(QStringLiteral("one"), true);
 }
 
 void WithoutWidgetTest::compiles()

@@ -208,6 +208,11 @@ void ValueRulesTest::normalizing_data()
     QTest::newRow("no number") << DrelU8 << text("0x10") << text("0");
     QTest::newRow("leading zeros") << DrelU16 << text("007") << text("7");
     QTest::newRow("fraction") << DrelDouble << text("1.50") << text("1.5");
+    QTest::newRow("a third") << DrelDouble << text("0.3333333333333333")
+                             << text("0.3333333333333333");
+    QTest::newRow("large") << DrelDouble << text("1e20") << text("100000000000000000000");
+    QTest::newRow("small") << DrelFloat << text("-2.5e-7") << text("-0.00000025");
+    QTest::newRow("no finite number") << DrelDouble << text("1e999") << text("0");
     QTest::newRow("true") << DrelBool << text("true") << text("true");
     QTest::newRow("not true") << DrelBool << text("1") << text("false");
     QTest::newRow("no text") << DrelString << QString() << text("NULL");
@@ -219,7 +224,12 @@ void ValueRulesTest::normalizing()
 {
     QFETCH(DrelVarType, type);
     QFETCH(QString, value);
-    QTEST(variable_values::normalized(value, type), "kept");
+    const QString kept = variable_values::normalized(value, type);
+    QTEST(kept, "kept");
+    // What is kept can be typed.
+    const QString keyword = QString::fromStdString(varTypeKeyword(type));
+    const QRegularExpression shape(value_rules::pattern(keyword));
+    QVERIFY2(value_rules::isArray(keyword) || shape.match(kept).hasMatch(), qPrintable(keyword));
 }
 
 PE_TEST("value_rules", ValueRulesTest)
