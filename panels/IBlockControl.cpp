@@ -5,10 +5,6 @@
 #include <QLineEdit>
 #include <QTimer>
 
-namespace {
-constexpr int DebounceMs = 1000;
-}
-
 IBlockControl::IBlockControl(QWidget* parent) : QWidget(parent), m_timer(new QTimer(this))
 {
     m_timer->setSingleShot(true);

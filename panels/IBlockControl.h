@@ -19,6 +19,9 @@ class IBlockControl : public QWidget
 {
     Q_OBJECT
 public:
+    /// From the last key to the write, in milliseconds.
+    static constexpr int DebounceMs = 1000;
+
     explicit IBlockControl(QWidget* parent = nullptr);
 
     /// The kind of block that this panel serves. Of base type 5 one panel serves every step type.

@@ -3,6 +3,7 @@
 #include "model/IProcessBlock.h"
 #include "model/name_rules.h"
 #include "model/services/processedit.h"
+#include "panels/IBlockControl.h"
 
 #include <QCheckBox>
 #include <QFormLayout>
@@ -14,17 +15,13 @@
 #include <QSignalBlocker>
 #include <QTimer>
 
-namespace {
-constexpr int DebounceMs = 1000;
-}
-
 wgtGeneralSetting::wgtGeneralSetting(QWidget* parent)
     : QWidget(parent), m_timer(new QTimer(this)), m_mainArea(new QWidget),
       m_messageLabel(new QLabel), m_nameEdit(new QLineEdit), m_tagCheckBox(new QCheckBox),
       m_tagEdit(new QLineEdit), m_preview(new QLineEdit), m_remarkEdit(new QPlainTextEdit)
 {
     m_timer->setSingleShot(true);
-    m_timer->setInterval(DebounceMs);
+    m_timer->setInterval(IBlockControl::DebounceMs);
     buildForm();
     connect(m_timer, &QTimer::timeout, this, &wgtGeneralSetting::saveGeneral);
     connect(m_nameEdit, &QLineEdit::textChanged, this, &wgtGeneralSetting::startTimer);

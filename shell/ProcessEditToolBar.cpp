@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr int IconSize = 26;
 constexpr int RunButtonWidth = 40;
 constexpr int RowHeight = 28;
 

@@ -33,6 +33,9 @@ public:
     /// Which buttons of the run can be pressed.
     enum class State { Idle, Started, Running };
 
+    /// The side of the editor's icons, in pixels before scaling.
+    static constexpr int IconSize = 26;
+
     explicit ProcessEditToolBar(QWidget* parent = nullptr);
 
     void setState(State state);

@@ -30,7 +30,6 @@ namespace processedit = sdk_ui_interface::processedit;
 
 namespace {
 
-constexpr int IconSize = 26;
 constexpr int StretchFactors[] = {2, 5, 4};
 const QList<int> runTabSizes{0, 700, 300};
 
@@ -53,7 +52,8 @@ void ProcessEditWidget::initUI()
 {
     m->loading = new LoadingUI(this);
     m->ui.treeWidget->setHeaderHidden(true);
-    m->ui.treeWidget->setIconSize(StyleManager::toolbarButtonIconSize(IconSize));
+    m->ui.treeWidget->setIconSize(
+        StyleManager::toolbarButtonIconSize(ProcessEditToolBar::IconSize));
     m->ui.treeWidget->initStepList();
     m->commonControl = new wgtCommonControl(this);
     m->commonControl->hide();
@@ -63,7 +63,7 @@ void ProcessEditWidget::initUI()
     m->ui.func_menue_layout->addWidget(m->toolBar);
 
     const auto icon = [](const QString& path) {
-        return StyleManager::scaledToolbarIcon(path, IconSize);
+        return StyleManager::scaledToolbarIcon(path, ProcessEditToolBar::IconSize);
     };
     m->ui.import_toolButton->setIcon(icon(QStringLiteral(":/icon/存读/import_2.png")));
     m->ui.export_toolButton->setIcon(icon(QStringLiteral(":/icon/存读/export_2.png")));

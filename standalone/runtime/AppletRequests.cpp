@@ -16,7 +16,7 @@ void send(RunCommands& commands, std::uint32_t id, int status, const std::string
     commands.send(command, protocol::putAnswer(command, id, status, text.data(), text.size()));
 }
 
-QString text(const char* source)
+QString translated(const char* source)
 {
     return QCoreApplication::translate("standalone::AppletRequests", source);
 }
@@ -55,7 +55,7 @@ void AppletRequests::take(std::uint32_t id, protocol::RequestKind kind,
     const QString name = QString::fromStdString(texts[0]);
     system_variate::SystemVarInfo info;
     if (!variables.find(name, info)) {
-        refuse(id, text("没有系统变量“%1”").arg(name));
+        refuse(id, translated("没有系统变量“%1”").arg(name));
     } else if (kind == protocol::ReadVariable) {
         answer(id, info.value);
     } else {
@@ -63,7 +63,7 @@ void AppletRequests::take(std::uint32_t id, protocol::RequestKind kind,
         if (variables.setValue(name, value) == SystemVariables::Done)
             answer(id, QString());
         else
-            refuse(id, text("系统变量“%1”不接受值“%2”").arg(name, value));
+            refuse(id, translated("系统变量“%1”不接受值“%2”").arg(name, value));
     }
 }
 
@@ -71,7 +71,7 @@ void AppletRequests::answer(std::uint32_t id, const QString& value) const
 {
     const std::string bytes = value.toStdString();
     if (bytes.size() > protocol::MaxText)
-        refuse(id, text("系统变量的值过长, 无法传给小程序"));
+        refuse(id, translated("系统变量的值过长, 无法传给小程序"));
     else
         send(*m_commands, id, protocol::Done, bytes);
 }
