@@ -1,12 +1,11 @@
 #include "sequences/template_file.h"
 
+#include "base/file_reading.h"
+#include "base/file_writing.h"
 #include "model/services/host.h"
 #include "model/services/log.h"
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
-
-#include <QFile>
-#include <QSaveFile>
 
 namespace processedit = sdk_ui_interface::processedit;
 
@@ -27,9 +26,12 @@ void loadOnce()
 {
     if (process_json_edit::isTempldateLoaded())
         return;
-    QFile file(path());
-    if (file.open(QIODevice::ReadOnly))
-        processedit::loadTemplateJsonStr(QString::fromUtf8(file.readAll()));
+    const auto file = file_reading::read(path(), file_reading::MostOfDocument);
+    if (file.isRead)
+        processedit::loadTemplateJsonStr(QString::fromUtf8(file.content));
+    else if (!file.isMissing)
+        sdk_ui_interface::log::log_error(
+            QStringLiteral("[流程编辑] 无法读取 %1: %2").arg(path(), file.complaint));
 }
 
 void save()
@@ -37,11 +39,11 @@ void save()
     const QString fileName = path();
     if (fileName.isEmpty())
         return;
-    QSaveFile file(fileName);
-    const QByteArray text = processedit::generateTemplateJsonStr().toUtf8();
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
+    const QString complaint =
+        file_writing::replace(fileName, processedit::generateTemplateJsonStr().toUtf8());
+    if (!complaint.isEmpty())
         sdk_ui_interface::log::log_error(
-            QStringLiteral("[流程编辑] 无法写入 %1: %2").arg(fileName, file.errorString()));
+            QStringLiteral("[流程编辑] 无法写入 %1: %2").arg(fileName, complaint));
 }
 
 } // namespace template_file

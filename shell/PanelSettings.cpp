@@ -1,5 +1,7 @@
 #include "shell/PanelSettings.h"
 
+#include "base/file_writing.h"
+
 #include <QFile>
 #include <QSettings>
 
@@ -21,11 +23,8 @@ void PanelSettings::open(const QString& folder)
         return;
     const QString separator = folder.endsWith(QLatin1Char('/')) ? QString() : QStringLiteral("/");
     const QString fileName = folder + separator + QStringLiteral("settings.ini");
-    if (!QFile::exists(fileName)) {
-        QFile file(fileName);
-        if (!file.open(QIODevice::WriteOnly))
-            return;
-    }
+    if (!QFile::exists(fileName) && !file_writing::replace(fileName, QByteArray()).isEmpty())
+        return;
     m_settings = std::make_unique<QSettings>(fileName, QSettings::IniFormat);
 }
 

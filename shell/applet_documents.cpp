@@ -1,7 +1,9 @@
 #include "shell/applet_documents.h"
 
-#include "shell/document_text.h"
-#include "shell/kept_copies.h"
+#include "base/document_text.h"
+#include "base/file_reading.h"
+#include "base/file_writing.h"
+#include "base/kept_copies.h"
 
 #include "model/applet_name.h"
 #include "model/services/log.h"
@@ -14,7 +16,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 
 #include <functional>
 #include <map>
@@ -70,15 +71,6 @@ QJsonObject parseOwn(const QByteArray& json, const QString& complaint)
     return document.object();
 }
 
-bool writeFile(const QString& fileName, const QByteArray& content)
-{
-    QSaveFile file(fileName);
-    // Without this the file would be written in place where the folder can't take a second one.
-    file.setDirectWriteFallback(false);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() &&
-           file.commit();
-}
-
 bool hasAnyBlock(const QString& appName)
 {
     for (const SequenceInfo& info : processedit::getAllSequenceByAppName(appName)) {
@@ -125,9 +117,10 @@ KnownContent& remember(const QString& fileName, const QByteArray& content)
 void keepIfReplaced(const QString& fileName)
 {
     const auto known = knownContents().constFind(QFileInfo(fileName).absoluteFilePath());
-    QFile file(fileName);
-    if (known == knownContents().constEnd() || !file.open(QIODevice::ReadOnly) ||
-        known->isOf(file.readAll()))
+    if (known == knownContents().constEnd())
+        return;
+    const auto file = file_reading::read(fileName, file_reading::MostOfDocument);
+    if (!file.isRead || known->isOf(file.content))
         return;
     const QString copy = kept_copies::keep(fileName, kept_copies::replaced);
     sdk_ui_interface::log::log_error(
@@ -142,23 +135,28 @@ void keepDamaged(const QString& fileName, const Reporter& report)
                           : QStringLiteral("[流程编辑] 已保留损坏的流程文件: ") + copy);
 }
 
+QString faultIn(std::string_view text, const document_text::Parts& parts)
+{
+    if (!parts.fault && parts.isObject)
+        return QString();
+    const QString fault = parts.fault ? QString::fromUtf8(parts.fault) : QStringLiteral("不是对象");
+    return QStringLiteral("%1 (%2)").arg(fault,
+                                         document_text::lineAndColumn(text, parts.faultOffset));
+}
+
 // Tells what is wrong with a document, and keeps a copy of one that a save would not give back.
 void checkDocument(const QString& fileName, std::string_view text,
                    const document_text::Parts& parts, const Reporter& report)
 {
-    const bool isBroken = parts.fault || !parts.isObject;
-    if (isBroken) {
-        const QString fault =
-            parts.fault ? QString::fromUtf8(parts.fault) : QStringLiteral("不是对象");
-        report(QStringLiteral("[流程编辑] 流程json文件解析失败: %1 (%2)")
-                   .arg(fault, document_text::lineAndColumn(text, parts.faultOffset)));
-    }
+    const QString fault = faultIn(text, parts);
+    if (!fault.isEmpty())
+        report(QStringLiteral("[流程编辑] 流程json文件解析失败: ") + fault);
     const auto foreign = document_text::firstForeignByte(text);
     const bool isForeign = foreign != std::string_view::npos;
     if (isForeign)
         report(QStringLiteral("[流程编辑] 流程文件含有非UTF-8字符, 已替换: ") +
                document_text::lineAndColumn(text, foreign));
-    if (isBroken || isForeign)
+    if (!fault.isEmpty() || isForeign)
         keepDamaged(fileName, report);
 }
 
@@ -174,15 +172,14 @@ bool staysAsItIs(const QString& appName, const QString& fileName, const Reporter
 
 void readDocument(const QString& appName, const QString& fileName, const Reporter& report)
 {
-    constexpr qint64 mostBytes = 512 * 1024 * 1024; // strings of the toolkit end at four times that
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > mostBytes) {
-        report(QStringLiteral("[流程编辑] 无法读取流程文件: %1 (%2)")
-                   .arg(fileName, file.isOpen() ? QStringLiteral("文件过大") : file.errorString()));
+    auto file = file_reading::read(fileName, file_reading::MostOfDocument);
+    if (!file.isRead) {
+        report(
+            QStringLiteral("[流程编辑] 无法读取流程文件: %1 (%2)").arg(fileName, file.complaint));
         keepDamaged(fileName, report);
         return;
     }
-    QByteArray text = file.readAll();
+    QByteArray text = std::move(file.content);
     auto parts = document_text::split(viewOf(text));
     checkDocument(fileName, viewOf(text), parts, report);
     auto& foreign = remember(fileName, text).foreign;
@@ -210,10 +207,14 @@ void readDocument(const QString& appName, const QString& fileName, const Reporte
 std::optional<QByteArray> readOldFile(const QString& appName, const QString& fileName,
                                       const QString& complaint, const Reporter& report)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
+    const auto file = file_reading::read(fileName, file_reading::MostOfDocument);
+    if (file.isMissing)
         return std::nullopt;
-    const QByteArray text = file.readAll();
+    if (!file.isRead) {
+        report(complaint + file.complaint);
+        return std::nullopt;
+    }
+    const QByteArray text = file.content;
     QJsonParseError error;
     QJsonDocument::fromJson(text, &error);
     if (error.error != QJsonParseError::NoError) {
@@ -302,7 +303,7 @@ bool write(const QString& appName, const QString& fileName, const StripFunction&
     const std::string document = documentText(appName, strip, knownContents().value(path).foreign);
     const auto text = QByteArray::fromRawData(document.data(), int(document.size()));
     keepIfReplaced(fileName);
-    if (!writeFile(fileName, text))
+    if (!file_writing::replace(fileName, text).isEmpty())
         return false;
     remember(fileName, text);
     return true;
@@ -314,9 +315,20 @@ void keepBackup(const QString& appName, const QString& fileName, Backup rule)
         QFileInfo(fileName).path() + QLatin1Char('/') + documentName + QStringLiteral(".bak");
     if (!hasAnyBlock(appName) || (rule == Backup::KeepFirst && QFile::exists(backup)))
         return;
-    QFile written(fileName);
-    if (!written.open(QIODevice::ReadOnly) || !writeFile(backup, written.readAll()))
-        sdk_ui_interface::log::log_error(QStringLiteral("[流程编辑] 无法写入备份: ") + backup);
+    const auto written = file_reading::read(fileName, file_reading::MostOfDocument);
+    const QString complaint =
+        written.isRead ? file_writing::replace(backup, written.content) : written.complaint;
+    if (!complaint.isEmpty())
+        sdk_ui_interface::log::log_error(
+            QStringLiteral("[流程编辑] 无法写入备份: %1 (%2)").arg(backup, complaint));
+}
+
+QString faultOf(const QString& jsonFolder)
+{
+    const auto file = file_reading::read(documentPath(jsonFolder), file_reading::MostOfDocument);
+    if (!file.isRead)
+        return file.complaint;
+    return faultIn(viewOf(file.content), document_text::split(viewOf(file.content)));
 }
 
 void read(const QString& appName, const QString& jsonFolder, bool quiet)
@@ -325,7 +337,7 @@ void read(const QString& appName, const QString& jsonFolder, bool quiet)
         return;
     const Reporter report(quiet);
     const QString document = documentPath(jsonFolder);
-    if (QFile::exists(document))
+    if (QFileInfo::exists(document))
         readDocument(appName, document, report);
     else
         readOldDocument(appName, jsonFolder, report);

@@ -44,4 +44,8 @@ void keepBackup(const QString& appName, const QString& fileName, Backup rule);
 /// file would bring that isn't there. @p quiet writes nothing to the log.
 void read(const QString& appName, const QString& jsonFolder, bool quiet);
 
+/// What is wrong with the applet's document as @c read would find it, in a few words with its
+/// place; empty for a document that is whole, and for an applet without one.
+QString faultOf(const QString& jsonFolder);
+
 } // namespace applet_documents

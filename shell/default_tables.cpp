@@ -1,15 +1,16 @@
 #include "shell/default_tables.h"
 
-#include "shell/kept_copies.h"
-
+#include "base/document_text.h"
+#include "base/file_reading.h"
+#include "base/kept_copies.h"
 #include "model/services/host.h"
 #include "model/services/log.h"
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
 
 #include <QCoreApplication>
-#include <QFile>
-#include <QJsonDocument>
+
+#include <string>
 
 namespace default_tables {
 
@@ -20,21 +21,16 @@ namespace {
 // save of the project's tables would replace it.
 QByteArray readTable(const QString& fileName)
 {
-    QFile file(fileName);
-    if (!file.exists())
+    const auto file = file_reading::read(fileName, file_reading::MostOfTable);
+    if (file.isMissing)
         return QByteArray();
-    QString complaint;
-    QJsonDocument document;
-    if (!file.open(QIODevice::ReadOnly)) {
-        complaint = file.errorString();
-    } else {
-        QJsonParseError error;
-        document = QJsonDocument::fromJson(file.readAll(), &error);
-        if (error.error != QJsonParseError::NoError)
-            complaint = error.errorString();
+    QString complaint = file.complaint;
+    if (file.isRead) {
+        std::string text;
+        if (document_text::indent({file.content.constData(), std::size_t(file.content.size())},
+                                  text, complaint))
+            return QByteArray::fromStdString(text);
     }
-    if (complaint.isEmpty())
-        return document.toJson();
     const QString copy = kept_copies::keep(fileName, kept_copies::damaged);
     sdk_ui_interface::log::log_error(
         QStringLiteral("[流程编辑] 无法读取 %1: %2; 已保留为 %3").arg(fileName, complaint, copy));

@@ -1,7 +1,9 @@
 # The arrows between the rooms, held against the include lines: the editor sees its services through
-# model/ only, nobody below shell/ sees the shell, and the model sees nobody.
+# model/ only, nobody below shell/ sees the shell, the model sees nobody but
+# base/, and base/ nobody at all.
 
 # A room and what a line of it may not include.
+set(forbidden_base "model|standalone|runner|shell|logic|panels|variables|sequences|workbench")
 set(forbidden_model "standalone|runner|shell|logic|panels|variables|sequences|workbench")
 set(forbidden_logic "standalone|runner|shell|panels|variables|sequences|workbench")
 set(forbidden_panels "standalone|runner|shell|logic|sequences|workbench")
@@ -12,7 +14,7 @@ set(forbidden_standalone "runner|shell|logic|panels|variables|sequences|workbenc
 set(forbidden_runner "model|standalone/[a-qs-z]|shell|logic|panels|variables|sequences|workbench")
 
 set(wrong "")
-foreach(room model logic panels variables sequences shell standalone runner)
+foreach(room base model logic panels variables sequences shell standalone runner)
   file(GLOB_RECURSE files ${ROOT}/${room}/*.h ${ROOT}/${room}/*.cpp)
   list(LENGTH files count)
   if(count EQUAL 0)

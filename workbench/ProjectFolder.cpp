@@ -1,12 +1,14 @@
 #include "workbench/ProjectFolder.h"
 
+#include "base/file_reading.h"
+#include "base/file_writing.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QSettings>
 
 namespace {
@@ -25,10 +27,8 @@ QString settingsKey(const QString& projectPath)
 // Empty if there is none or it can't be read: the order is a convenience.
 QJsonObject readOrderFile(const QString& projectPath)
 {
-    QFile file(projectPath + orderFileName);
-    if (!file.open(QIODevice::ReadOnly))
-        return QJsonObject();
-    return QJsonDocument::fromJson(file.readAll()).object();
+    const auto file = file_reading::read(projectPath + orderFileName, file_reading::MostOfTable);
+    return QJsonDocument::fromJson(file.content).object();
 }
 
 } // namespace
@@ -71,7 +71,7 @@ QStringList ProjectFolder::applets() const
     return ordered + names;
 }
 
-void ProjectFolder::keepOrder(const QString& oldName, const QString& newName) const
+QString ProjectFolder::keepOrder(const QString& oldName, const QString& newName) const
 {
     QJsonArray order;
     bool isPlaced = newName.isEmpty();
@@ -87,11 +87,7 @@ void ProjectFolder::keepOrder(const QString& oldName, const QString& newName) co
         order.append(newName);
     QJsonObject root = readOrderFile(m_path);
     root.insert(orderKey, order);
-    QSaveFile file(m_path + orderFileName);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(QJsonDocument(root).toJson());
-        file.commit();
-    }
+    return file_writing::replace(m_path + orderFileName, QJsonDocument(root).toJson());
 }
 
 QString ProjectFolder::appletFolder(const QString& name) const
@@ -126,9 +122,10 @@ QString ProjectFolder::createApplet(const QString& name) const
         return complaint;
     if (!QDir().mkpath(appletFolder(name)))
         return QStringLiteral("无法创建文件夹: ") + appletFolder(name);
-    QFile document(appletFolder(name) + documentName);
-    if (!document.open(QIODevice::WriteOnly) || document.write("{\n}\n") < 0)
-        return QStringLiteral("无法写入: ") + document.fileName();
+    const QString document = appletFolder(name) + documentName;
+    const QString reason = file_writing::replace(document, "{\n}\n");
+    if (!reason.isEmpty())
+        return QStringLiteral("无法写入 %1: %2").arg(document, reason);
     keepOrder(QString(), name);
     return QString();
 }

@@ -1,5 +1,8 @@
 #include "workbench/example_project.h"
 
+#include "base/file_reading.h"
+#include "base/file_writing.h"
+
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
@@ -30,18 +33,12 @@ QByteArray stampOf(const QString& folder)
 {
     QCryptographicHash hash(QCryptographicHash::Sha1);
     for (const QString& name : filesBelow(folder)) {
-        QFile file(folder + QLatin1Char('/') + name);
         hash.addData(name.toUtf8());
-        if (file.open(QIODevice::ReadOnly))
-            hash.addData(&file);
+        hash.addData(
+            file_reading::read(folder + QLatin1Char('/') + name, file_reading::MostOfDocument)
+                .content);
     }
     return hash.result().toHex();
-}
-
-QByteArray readAll(const QString& fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 bool copyTo(const QString& source, const QString& target, const QByteArray& stamp)
@@ -54,8 +51,7 @@ bool copyTo(const QString& source, const QString& target, const QByteArray& stam
         // The shipped files may be read-only; the copy is there to be changed.
         QFile::setPermissions(copy, QFile::permissions(copy) | QFile::WriteOwner);
     }
-    QFile stampFile(target + QLatin1Char('/') + stampName);
-    return stampFile.open(QIODevice::WriteOnly) && stampFile.write(stamp) == stamp.size();
+    return file_writing::replace(target + QLatin1Char('/') + stampName, stamp).isEmpty();
 }
 
 // Beside the application where that can be written to, as in a build folder; else with the user's
@@ -81,7 +77,11 @@ QString openCopy(QString& complaint)
         complaint = QStringLiteral("示例工程不存在: ") + source;
         return QString();
     }
-    if (readAll(target + QLatin1Char('/') + stampName) == stamp)
+    const auto isCurrent = [&] {
+        const QString stampFile = target + QLatin1Char('/') + stampName;
+        return file_reading::read(stampFile, file_reading::MostOfTable).content == stamp;
+    };
+    if (isCurrent())
         return target;
 
     QDir().mkpath(copies);
@@ -90,8 +90,7 @@ QString openCopy(QString& complaint)
         complaint = QStringLiteral("无法复制示例工程到: ") + copies;
         return QString();
     }
-    const QString stampFile = target + QLatin1Char('/') + stampName;
-    for (int number = 1; QFileInfo::exists(target) && readAll(stampFile) != stamp; ++number) {
+    for (int number = 1; QFileInfo::exists(target) && !isCurrent(); ++number) {
         const QString aside = QStringLiteral("%1_%2").arg(target).arg(number);
         if (!QDir().rename(target, aside) && !QFileInfo::exists(aside)) {
             complaint = QStringLiteral("无法移开示例工程的旧副本: ") + target;

@@ -1,4 +1,5 @@
 #include "shell/ProcessEditWidget.h"
+#include "shell/applet_documents.h"
 #include "standalone/compiler/compiler.h"
 #include "standalone/host/Host.h"
 #include "standalone/runtime/runtime.h"
@@ -10,9 +11,7 @@
 #include "workbench/example_project.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QIcon>
-#include <QJsonDocument>
 #include <QTextCodec>
 #include <QTextStream>
 #include <QTimer>
@@ -51,17 +50,6 @@ QString chosenApplet(const CommandLine& line, const ProjectFolder& project, QStr
     return applets.value(0);
 }
 
-// With nobody at the screen a document that can't be read is the end; a person is shown the log and
-// may go on with what there is.
-bool isDocumentReadable(const ProjectFolder& project, const QString& applet)
-{
-    QFile document(project.appletFolder(applet) + QStringLiteral("processInfo.pedt"));
-    if (!document.exists())
-        return true;
-    return document.open(QIODevice::ReadOnly) &&
-           QJsonDocument::fromJson(document.readAll()).isObject();
-}
-
 int runApplication(const CommandLine& line)
 {
     QString complaint;
@@ -81,10 +69,15 @@ int runApplication(const CommandLine& line)
     QObject::connect(&standalone::Host::instance(), &standalone::Host::errorLogged, &window,
                      [](const QString& text) { complain(text); });
     window.openProject(project);
-    if (line.headless && !isDocumentReadable(project, applet)) {
-        complain(QStringLiteral("小程序的流程文件无法读取: ") + project.appletFolder(applet) +
-                 QStringLiteral("processInfo.pedt"));
-        return exit_status::NoSuchProject;
+    // With nobody at the screen a document that can't be read is the end; a person is shown the log
+    // and may go on with what there is.
+    if (line.headless && !applet.isEmpty()) {
+        const QString fault = applet_documents::faultOf(project.appletFolder(applet));
+        if (!fault.isEmpty()) {
+            complain(QStringLiteral("小程序的流程文件无法读取: %1processInfo.pedt (%2)")
+                         .arg(project.appletFolder(applet), fault));
+            return exit_status::NoSuchProject;
+        }
     }
     // What a script opens is not what a person opened last.
     if (!line.headless)

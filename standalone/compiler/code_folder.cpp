@@ -1,28 +1,45 @@
 #include "standalone/compiler/code_folder.h"
 
+#include "base/file_reading.h"
+#include "base/file_writing.h"
+
 #include <QDir>
-#include <QFile>
-#include <QSaveFile>
+#include <QFileInfo>
+#include <QSet>
 
 namespace standalone {
 
 namespace {
 
-bool holds(const QString& path, const QByteArray& text)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) && file.size() == text.size() && file.readAll() == text;
-}
+/// The names of what the generator wrote, a line each: nothing else is removed.
+const QString listName = QStringLiteral("generated_files.txt");
 
 bool writeFile(const QString& path, const QByteArray& text, QString& error)
 {
-    if (holds(path, text))
-        return true;
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit())
-        return true;
-    error = path + QStringLiteral(": ") + file.errorString();
-    return false;
+    const QString complaint = file_writing::replace(path, text, file_writing::Content::Derived);
+    if (!complaint.isEmpty())
+        error = path + QStringLiteral(": ") + complaint;
+    return complaint.isEmpty();
+}
+
+QSet<QString> listedFiles(const QDir& dir)
+{
+    QSet<QString> names;
+    const auto list = file_reading::read(dir.filePath(listName), file_reading::MostOfTable);
+    for (const QByteArray& line : list.content.split('\n')) {
+        const QString name = QString::fromUtf8(line);
+        // A name and no path: the list may be anybody's.
+        if (!name.isEmpty() && QFileInfo(name).fileName() == name && !name.startsWith(u'.'))
+            names.insert(name);
+    }
+    return names;
+}
+
+/// An applet whose name ends as code folders do has its document where another's code would go.
+bool isDocumentFolder(const QDir& dir)
+{
+    return dir.exists(QStringLiteral("processInfo.pedt")) ||
+           dir.exists(QStringLiteral("logicview.json"));
 }
 
 } // namespace
@@ -31,28 +48,33 @@ bool writeCodeFolder(const QString& folder, const std::vector<codegen::Generated
                      QString& error)
 {
     QDir dir(folder);
+    if (isDocumentFolder(dir)) {
+        error = QStringLiteral("%1 是另一个小程序的文件夹, 请重命名其中一个小程序").arg(folder);
+        return false;
+    }
     if (!dir.mkpath(QStringLiteral("."))) {
         error = folder;
         return false;
     }
+    QSet<QString> stale = listedFiles(dir);
+    QByteArray list;
+    const auto write = [&](const QString& name, const QByteArray& text) {
+        stale.remove(name);
+        list += name.toUtf8() + '\n';
+        return writeFile(dir.filePath(name), text, error);
+    };
     for (const RuntimeHeader& header : runtimeHeaders()) {
         const QByteArray text = QByteArray::fromRawData(header.text, int(qstrlen(header.text)));
-        if (!writeFile(dir.filePath(QString::fromLatin1(header.name)), text, error))
+        if (!write(QString::fromLatin1(header.name), text))
             return false;
     }
-    QStringList stale =
-        dir.entryList({QStringLiteral("statement_*.inc"), QStringLiteral("sequence_*.cpp"),
-                       QStringLiteral("template_*.cpp")},
-                      QDir::Files);
     for (const codegen::GeneratedFile& file : files) {
-        const QString name = QString::fromStdString(file.name);
-        stale.removeOne(name);
-        if (!writeFile(dir.filePath(name), QByteArray::fromStdString(file.text), error))
+        if (!write(QString::fromStdString(file.name), QByteArray::fromStdString(file.text)))
             return false;
     }
     for (const QString& name : qAsConst(stale))
         dir.remove(name);
-    return true;
+    return writeFile(dir.filePath(listName), list, error);
 }
 
 } // namespace standalone

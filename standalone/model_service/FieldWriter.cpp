@@ -1,6 +1,6 @@
 #include "standalone/model_service/FieldWriter.h"
 
-#include "model/json_scan.h"
+#include "base/json_scan.h"
 #include "standalone/model_service/FieldReader.h"
 #include "standalone/model_service/json_write.h"
 

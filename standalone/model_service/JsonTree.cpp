@@ -1,6 +1,6 @@
 #include "standalone/model_service/JsonTree.h"
 
-#include "model/json_scan.h"
+#include "base/json_scan.h"
 
 #include <charconv>
 #include <cmath>

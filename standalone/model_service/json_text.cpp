@@ -1,9 +1,8 @@
 #include "standalone/model_service/json_text.h"
 
+#include "base/document_text.h"
 #include "standalone/model_service/DocumentPlace.h"
 #include "standalone/model_service/LoadReport.h"
-
-#include <QJsonDocument>
 
 #include <algorithm>
 
@@ -42,7 +41,11 @@ QByteArray utf8Of(const QString& text)
 
 QByteArray toFileText(const std::string& json)
 {
-    return QJsonDocument::fromJson(QByteArray::fromStdString(json)).toJson();
+    std::string text;
+    QString complaint;
+    // What the services write is whole.
+    return document_text::indent(json, text, complaint) ? QByteArray::fromStdString(text)
+                                                        : QByteArray::fromStdString(json);
 }
 
 } // namespace standalone

@@ -1,6 +1,6 @@
 #include "standalone/model_service/json_write.h"
 
-#include "model/json_scan.h"
+#include "base/json_scan.h"
 
 #include <algorithm>
 #include <charconv>
@@ -118,7 +118,12 @@ bool appendJsonValue(std::string& json, const JsonValue& value)
     std::vector<OpenValue> open;
     const auto append = [&](const JsonValue& v) {
         if (v.isString()) {
-            appendJsonString(json, v.text());
+            bool isSound = true;
+            const std::string text = v.text(&isSound);
+            if (isSound)
+                appendJsonString(json, text);
+            else // half a character, which only its escape can say
+                json.append("\"").append(v.source()).append("\"");
         } else if (v.isObject() || v.isArray()) {
             json += v.isObject() ? '{' : '[';
             open.emplace_back(v);

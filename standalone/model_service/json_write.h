@@ -19,7 +19,7 @@ void appendJsonText(std::string& json, std::string_view text);
 /// document that holds it.
 constexpr int MaxKeptNesting = 256;
 
-/// A value as it was read, numbers digit by digit. False, with nothing appended, for a value that
+/// A value as it was read, numbers digit by digit and half a pair of surrogates as its escape. False, with nothing appended, for a value that
 /// other programs would refuse the document for: nested too deep, or with a number that is beyond
 /// any double.
 bool appendJsonValue(std::string& json, const JsonValue& value);

@@ -1,7 +1,7 @@
 #include "model/services/processedit.h"
 #include "standalone/model_service/QuickStepStore.h"
 #include "standalone/model_service/VariableStore.h"
-#include "standalone/model_service/file_writing.h"
+#include "standalone/model_service/project_file.h"
 
 using namespace standalone;
 
@@ -15,13 +15,13 @@ void loadQuickStepJsonStr(const QString& json)
 
 void saveQuickStepJsonStr(const QString& path, BUSINESSTYPE /*business*/)
 {
-    writeFile(path, quickStepStore().fileText());
+    writeProjectFile(path, quickStepStore().fileText());
 }
 
 void saveGlobalVarJsonStr(const QString& projectPath, BUSINESSTYPE /*business*/)
 {
-    writeFile(projectPath + QStringLiteral("/globalVariable.json"),
-              variableStore().globalsFileText());
+    writeProjectFile(projectPath + QStringLiteral("/globalVariable.json"),
+                     variableStore().globalsFileText());
 }
 
 } // namespace processedit

@@ -1,68 +1,28 @@
 #include "standalone/variables/SystemVariableFile.h"
 
+#include "base/file_reading.h"
+#include "base/kept_copies.h"
 #include "model/services/log.h"
-#include "standalone/model_service/file_writing.h"
-#include "standalone/variables/system_values.h"
+#include "standalone/model_service/project_file.h"
 
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
+#include <QLockFile>
 
 namespace standalone {
 
 namespace {
 
-const QLatin1String variablesMember("variables");
-const QLatin1String nameMember("name");
-const QLatin1String typeMember("type");
-const QLatin1String valueMember("value");
-const QLatin1String descriptionMember("description");
-const QLatin1String kindMember("kind");
-const QLatin1String precisionMember("precision");
-const QLatin1String versionMember("version");
-constexpr int Version = 1;
+namespace json = system_variable_json;
+
+constexpr int LockPatience = 1000; // ms that another workbench may take for its write
 
 QString filePath(const QString& folder)
 {
     return folder + QStringLiteral("/systemVariable.json");
 }
 
-QString keyword(DataCategoryType category)
+void logError(const QString& text)
 {
-    return QString::fromStdString(varTypeKeyword(varTypeFromDataCategory(category)));
-}
-
-/// False for a keyword of none; an empty one is no category.
-bool categoryOf(const QString& text, DataCategoryType& category)
-{
-    for (int value = NoCategory; value <= DoubleArrayCategory; ++value) {
-        category = static_cast<DataCategoryType>(value);
-        if (keyword(category) == text)
-            return true;
-    }
-    return false;
-}
-
-bool read(const QJsonObject& object, system_variate::SystemVarInfo& info)
-{
-    info.name = object[nameMember].toString();
-    info.value = object[valueMember].toString();
-    info.description = object[descriptionMember].toString();
-    info.kind = object[kindMember].toInt(info.kind);
-    info.precision = object[precisionMember].toInt(info.precision);
-    return object[valueMember].isString() && system_values::isName(info.name) &&
-           categoryOf(object[typeMember].toString(), info.category) &&
-           system_values::fits(info.category, info.value);
-}
-
-void write(const system_variate::SystemVarInfo& info, QJsonObject& object)
-{
-    object[nameMember] = info.name;
-    object[typeMember] = keyword(info.category);
-    object[valueMember] = info.value;
-    object[descriptionMember] = info.description;
-    object[kindMember] = info.kind;
-    object[precisionMember] = info.precision;
+    sdk_ui_interface::log::log_error(QStringLiteral("[流程编辑] ") + text);
 }
 
 } // namespace
@@ -89,62 +49,55 @@ QVector<system_variate::SystemVarInfo> SystemVariableFile::load(const QString& f
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_folder = folder;
-    m_document = QJsonObject();
-    m_objects.clear();
-    m_strangers.clear();
+    m_content = {};
+    m_base.clear();
+    m_lastText.clear();
     m_isLocked = m_isChanged = m_isDue = false;
-
-    QVector<system_variate::SystemVarInfo> variables;
-    QFile file(filePath(folder));
-    if (folder.isEmpty() || !file.exists())
-        return variables;
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (folder.isEmpty())
+        return {};
+    const QString path = filePath(folder);
+    const auto file = file_reading::read(path, file_reading::MostOfTable);
+    if (file.isMissing)
+        return {};
+    if (!file.isRead) {
         m_isLocked = true;
-        sdk_ui_interface::log::log_error(
-            QStringLiteral("[流程编辑] 系统变量文件无法读取, 修改不会保存: %1 (%2)")
-                .arg(file.fileName(), file.errorString()));
-        return variables;
+        logError(QStringLiteral("系统变量文件无法读取, 修改不会保存: %1 (%2)")
+                     .arg(path, file.complaint));
+        return {};
     }
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
-    const QJsonValue listed = document.object().value(variablesMember);
-    if (!document.isObject() || !(listed.isArray() || listed.isUndefined())) {
-        const QString aside = file.fileName() + QStringLiteral(".damaged");
-        QFile::remove(aside);
-        m_isLocked = !QFile::copy(file.fileName(), aside);
-        const QString words =
-            m_isLocked ? QStringLiteral("[流程编辑] 系统变量文件无法解析, 也无法另存为 %1: %2")
-                       : QStringLiteral("[流程编辑] 系统变量文件无法读取, 已另存为 %1: %2");
-        sdk_ui_interface::log::log_error(words.arg(aside, error.errorString()));
-        return variables;
+    QStringList strangers;
+    const QString complaint = json::read(file.content, m_content, strangers);
+    if (!complaint.isEmpty()) {
+        const QString aside = kept_copies::keep(path, kept_copies::damaged);
+        m_isLocked = aside.isEmpty();
+        logError(
+            m_isLocked
+                ? QStringLiteral("系统变量文件无法解析, 也无法另存: %1 (%2)").arg(path, complaint)
+                : QStringLiteral("系统变量文件无法读取, 已另存为 %1: %2").arg(aside, complaint));
+        m_lastText = file.content;
+        return {};
     }
-    m_document = document.object();
-    const QJsonArray entries = m_document.take(variablesMember).toArray();
-    for (const QJsonValue& entry : entries) {
-        system_variate::SystemVarInfo info;
-        if (!read(entry.toObject(), info) || m_objects.contains(info.name)) {
-            m_strangers.append(entry);
-            sdk_ui_interface::log::log_error(
-                QStringLiteral("[流程编辑] 系统变量“%1”无法识别, 已原样保留").arg(info.name));
-            continue;
-        }
-        m_objects.insert(info.name, entry.toObject());
-        variables.append(info);
-    }
+    for (const QString& name : qAsConst(strangers))
+        logError(QStringLiteral("系统变量“%1”无法识别, 已原样保留").arg(name));
+    m_base = json::entryTexts(m_content);
+    m_lastText = file.content;
+    QVector<system_variate::SystemVarInfo> variables;
+    for (const auto& entry : qAsConst(m_content.entries))
+        variables.append(entry.info);
     return variables;
 }
 
 void SystemVariableFile::put(const system_variate::SystemVarInfo& variable)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    write(variable, m_objects[variable.name]);
+    m_content.entries[variable.name].info = variable;
     change();
 }
 
 void SystemVariableFile::remove(const QString& name)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_objects.remove(name) > 0)
+    if (m_content.entries.remove(name) > 0)
         change();
 }
 
@@ -176,7 +129,6 @@ bool SystemVariableFile::save()
 {
     const std::lock_guard<std::mutex> writing(m_writing);
     QString path;
-    QByteArray content;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (!m_isChanged)
@@ -184,29 +136,66 @@ bool SystemVariableFile::save()
         m_isDue = false;
         if (m_isLocked)
             return false;
-        m_isChanged = false;
         path = filePath(m_folder);
-        content = text();
     }
-    if (writeFile(path, content))
-        return true;
+    // Two that write at once: each finds what the other has written. Where no lock can be made,
+    // nothing can be written either, which is told then.
+    QLockFile turn(path + QStringLiteral(".lock"));
+    turn.tryLock(LockPatience);
+    takeInOther(path);
+
+    QByteArray text;
+    QMap<QString, std::string> entries;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (path != filePath(m_folder))
+            return false; // another project was opened meanwhile
+        m_isChanged = false;
+        text = json::write(m_content);
+        entries = json::entryTexts(m_content);
+    }
+    const bool isWritten = writeProjectFile(path, text);
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_isChanged = m_isChanged || path == filePath(m_folder);
-    return false;
+    if (path == filePath(m_folder)) {
+        m_isChanged = m_isChanged || !isWritten;
+        if (isWritten) {
+            m_base = entries;
+            m_lastText = text;
+        }
+    }
+    return isWritten;
 }
 
-QByteArray SystemVariableFile::text() const
+/// What another program has made of the file since it was read or written here.
+void SystemVariableFile::takeInOther(const QString& path)
 {
-    QJsonArray entries;
-    for (const QJsonObject& object : m_objects)
-        entries.append(object);
-    for (const QJsonValue& stranger : m_strangers)
-        entries.append(stranger);
-    QJsonObject document = m_document;
-    document[variablesMember] = entries;
-    if (!document.contains(versionMember))
-        document[versionMember] = Version;
-    return QJsonDocument(document).toJson();
+    const auto file = file_reading::read(path, file_reading::MostOfTable);
+    if (file.isMissing)
+        return;
+    SystemVariableContent other;
+    QStringList strangers;
+    QStringList both;
+    QString complaint = file.complaint;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (path != filePath(m_folder) || (file.isRead && file.content == m_lastText))
+            return;
+        if (complaint.isEmpty())
+            complaint = json::read(file.content, other, strangers);
+        if (complaint.isEmpty())
+            both = json::merge(m_base, other, m_content);
+    }
+    if (complaint.isEmpty() && both.isEmpty()) {
+        logError(QStringLiteral("系统变量文件已被其他程序修改, 其修改已合并: ") + path);
+        return;
+    }
+    const QString copy = kept_copies::keep(path, kept_copies::replaced);
+    logError(
+        complaint.isEmpty()
+            ? QStringLiteral("系统变量文件已被其他程序修改, 双方都改了 %1; 对方的内容保留为 %2")
+                  .arg(both.join(QStringLiteral(", ")), copy)
+            : QStringLiteral("系统变量文件已被其他程序修改且无法读取 (%1), 其内容保留为 %2")
+                  .arg(complaint, copy));
 }
 
 } // namespace standalone

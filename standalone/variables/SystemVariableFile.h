@@ -1,8 +1,8 @@
 #pragma once
 
-#include "model/services/system_variate.h"
+#include "standalone/variables/system_variable_json.h"
 
-#include <QJsonObject>
+#include <QByteArray>
 #include <QMap>
 #include <QString>
 #include <QVector>
@@ -31,27 +31,28 @@ public:
     /// Empty without a project.
     QString folder() const;
     /// From now on the file in that folder. A file that can't be read is copied aside, and is not
-    /// written where that can't be done either; a variable
-    /// whose type isn't known, or that has no proper value, stays in the file only. Neither changes
-    /// the file until something is put.
+    /// written where that can't be done either; a variable whose type isn't known, or that has no
+    /// proper value, stays in the file only. Neither changes the file until something is put.
     QVector<system_variate::SystemVarInfo> load(const QString& folder);
 
     void put(const system_variate::SystemVarInfo& variable);
     void remove(const QString& name);
 
-    /// Writes now; false if that failed, which the host's log tells.
+    /// Writes now; false if that failed, which the host's log tells. What another program has
+    /// changed in the file since is taken in, variable by variable; where both have changed one, a
+    /// copy of the other's file is kept (".replaced"). Memory hears of it at the next load.
     bool save();
 
 private:
     void change();
     void work();
-    QByteArray text() const;
+    void takeInOther(const QString& path);
 
     mutable std::mutex m_mutex; ///< guards all below
     QString m_folder;
-    QJsonObject m_document;               ///< without the variables
-    QMap<QString, QJsonObject> m_objects; ///< of the variables, by name, with members of others
-    QVector<QJsonValue> m_strangers;      ///< entries that are no variable of ours
+    SystemVariableContent m_content;
+    QMap<QString, std::string> m_base; ///< the variables as they were when file and memory agreed
+    QByteArray m_lastText;             ///< the file when it was last read or written here
     bool m_isLocked = false;  ///< the file holds what can be neither read nor kept: hands off
     bool m_isChanged = false; ///< the file lacks something
     bool m_isDue = false;     ///< the writer is to write it

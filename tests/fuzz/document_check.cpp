@@ -1,10 +1,10 @@
 #include "tests/fuzz/document_check.h"
 
+#include "base/document_text.h"
 #include "model/IProcessBlock.h"
 #include "model/services/process_edit.h"
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
-#include "shell/document_text.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,6 +1,6 @@
 #include "tests/fuzz/document_generator.h"
 
-#include "model/json_scan.h"
+#include "base/json_scan.h"
 #include "standalone/model_service/AppletModel.h"
 #include "standalone/model_service/VariableStore.h"
 #include "standalone/model_service/applet_json.h"

@@ -2,7 +2,7 @@
 #include "tests/fuzz/document_generator.h"
 #include "tests/support/test_program.h"
 
-#include "shell/document_text.h"
+#include "base/document_text.h"
 
 #include <QJsonDocument>
 #include <QtTest>

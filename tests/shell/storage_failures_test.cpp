@@ -30,6 +30,7 @@ private slots:
     void askedForWritePermission_data();
     void askedForWritePermission();
     void folderWithoutPermission();
+    void fullDisk_data();
     void fullDisk();
     void deletedUnderTheEditor();
     void replacedUnderTheEditor();
@@ -162,15 +163,23 @@ void StorageFailuresTest::folderWithoutPermission()
     QVERIFY(content(document()).contains("second"));
 }
 
+void StorageFailuresTest::fullDisk_data()
+{
+    QTest::addColumn<int>("room");
+    QTest::newRow("for half of it") << 50000;
+    QTest::newRow("for nothing") << 10;
+}
+
 void StorageFailuresTest::fullDisk()
 {
+    QFETCH(int, room);
     m_editor->save(QString());
     const QByteArray before = content(document());
-    m_step->setCustomCode(std::string(100000, 'x'));
+    m_step->setCustomCode(std::string(room > 10 ? 100000 : 1, 'x'));
     changeStep("second");
     m_record->take();
     {
-        const test_support::FullDisk disk(50000);
+        const test_support::FullDisk disk{rlim_t(room)};
         m_editor->save(QString());
     }
     QCOMPARE(m_record->take(), QStringList{QStringLiteral("sigSave [idle]")});

@@ -2,6 +2,7 @@
 // listeners.
 
 #include "standalone/variables/SystemVariables.h"
+#include "tests/support/ordinary_user.h"
 #include "tests/support/test_program.h"
 
 #include <QJsonArray>
@@ -199,10 +200,16 @@ void RuntimeVariablesTest::fileThatCannotBeKeptIsNotReplaced()
     const QByteArray content = "{\"variables\": [ cut off";
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
     file.close();
-    const QString inTheWay = file.fileName() + QStringLiteral(".damaged");
-    QVERIFY(QDir().mkpath(inTheWay + QStringLiteral("/full")));
-    m_variables.setProjectFolder(folder.path());
+    QVERIFY(QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner));
+    QVERIFY(test_support::OrdinaryUser::own(folder.path()));
+    {
+        const test_support::OrdinaryUser user;
+        QVERIFY(user.isOrdinary());
+        m_variables.setProjectFolder(folder.path()); // which this user can't write to
+    }
     QCOMPARE(m_variables.define(variable("a", SignedCategory, "1")), SystemVariables::Done);
+    QVERIFY(QFile::setPermissions(folder.path(),
+                                  QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     QVERIFY(!m_variables.save() && !m_variables.save());
     QCOMPARE(readAll(file.fileName()), content);
 }

@@ -6,6 +6,7 @@
 #include <QtTest>
 
 #include <signal.h>
+#include <sys/stat.h>
 
 // The program as a whole, with nobody at the screen.
 class HeadlessTest : public QObject
@@ -22,6 +23,7 @@ private slots:
     void runnerThatIsMissing();
     void badProjects_data();
     void badProjects();
+    void oddDocuments();
     void wrongUsage();
     void screenshots();
 
@@ -245,6 +247,26 @@ void HeadlessTest::badProjects()
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QCOMPARE(status, 66);
     QVERIFY2(QString::fromUtf8(m_errors).contains(complaint), m_errors);
+}
+
+// With nobody at the screen a document is judged by what reads it: what is nested too deep for
+// other programs is no fault, and what is no file no end of waiting.
+void HeadlessTest::oddDocuments()
+{
+    const QStringList arguments{QStringLiteral("--project"), project(), QStringLiteral("--applet"),
+                                QStringLiteral("crash"), QStringLiteral("--headless")};
+    QFile file(document("crash"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QByteArray text = file.readAll();
+    file.close();
+    text.replace(text.lastIndexOf('}'), 1,
+                 ", \"x\": " + QByteArray(2000, '[') + QByteArray(2000, ']') + "}");
+    QVERIFY(test_support::putFile(document("crash"), text));
+    QCOMPARE(run(arguments), 0);
+    QVERIFY(QFile::remove(document("crash")));
+    QCOMPARE(mkfifo(QFile::encodeName(document("crash")).constData(), 0600), 0);
+    QCOMPARE(run(arguments), 66);
+    QVERIFY2(QString::fromUtf8(m_errors).contains(QStringLiteral("不是普通文件")), m_errors);
 }
 
 void HeadlessTest::wrongUsage()

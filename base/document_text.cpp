@@ -1,6 +1,6 @@
-#include "shell/document_text.h"
+#include "base/document_text.h"
 
-#include "model/json_scan.h"
+#include "base/json_scan.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -90,6 +90,12 @@ private:
     std::size_t m_depth = 0;
 };
 
+/// Half a pair of surrogates, as \ud800, which only an escape can say.
+bool isSurrogate(std::string_view digits)
+{
+    return (digits[0] == 'd' || digits[0] == 'D') && digits[1] >= '8';
+}
+
 /// Whether a string with escapes has them where QJsonDocument has them.
 bool isUsual(std::string_view string)
 {
@@ -98,7 +104,7 @@ bool isUsual(std::string_view string)
         const char c = string[at + 1];
         const bool isControl = c == 'u' && string.substr(at + 2, 2) == "00" &&
                                (string[at + 4] == '0' || string[at + 4] == '1');
-        if (c == '/' || (c == 'u' && !isControl))
+        if (c == '/' || (c == 'u' && !isControl && !isSurrogate(string.substr(at + 2, 2))))
             return false;
     }
     return true;
@@ -108,7 +114,11 @@ bool isUsual(std::string_view string)
 class Indenter
 {
 public:
-    Indenter(std::string_view text, std::string& out) : m_text(text), m_out(out) {}
+    /// @p outer levels stand around the text.
+    Indenter(std::string_view text, std::string& out, std::size_t outer)
+        : m_text(text), m_out(out), m_outer(outer)
+    {
+    }
 
     void begin(char bracket, std::size_t)
     {
@@ -174,18 +184,29 @@ private:
         m_levels.back().isEmpty = false;
         indent();
     }
-    void indent()
-    {
-        // One step for the object that the text stands in.
-        m_out.append((m_levels.size() + 1) * 4, ' ');
-    }
+    void indent() { m_out.append((m_levels.size() + m_outer) * 4, ' '); }
     void append(std::size_t begin, std::size_t end) { m_out.append(m_text, begin, end - begin); }
 
     std::string_view m_text;
     std::string& m_out;
+    std::size_t m_outer;
     std::vector<Level> m_levels;
     bool m_isNamed = false; ///< a name was written whose value comes
     bool m_isUsual = true;
+};
+
+/// How deep a text is nested.
+struct DepthMeter
+{
+    int depth = 0;
+    int deepest = 0;
+
+    void begin(char, std::size_t) { deepest = std::max(deepest, ++depth); }
+    void end(std::size_t) { --depth; }
+    void key(std::size_t, std::size_t, bool) {}
+    void string(std::size_t, std::size_t, bool) {}
+    void scalar(std::size_t, std::size_t) {}
+    void space(std::size_t, std::size_t) {}
 };
 
 /// How many bytes of @p text make its first character; 0 if they are none.
@@ -254,6 +275,25 @@ std::size_t firstForeignByte(std::string_view text)
     return std::string_view::npos;
 }
 
+bool indent(std::string_view json, std::string& text, QString& complaint)
+{
+    constexpr int MostLevels = 1024; // as the library reads
+    DepthMeter meter;
+    const auto result = json_scan::scan(json, meter);
+    if (result.fault)
+        complaint = QStringLiteral("%1 (%2)").arg(QString::fromUtf8(result.fault),
+                                                  lineAndColumn(json, result.offset));
+    else if (meter.deepest > MostLevels)
+        complaint = QStringLiteral("嵌套过深");
+    if (!complaint.isEmpty())
+        return false;
+    text.clear();
+    Indenter indenter(json, text, 0);
+    json_scan::scan(json, indenter);
+    text += '\n';
+    return true;
+}
+
 bool join(const std::map<std::string_view, std::string_view>& members, std::string& text)
 {
     std::size_t size = 64;
@@ -266,7 +306,7 @@ bool join(const std::map<std::string_view, std::string_view>& members, std::stri
         text += "    \"";
         text += name;
         text += "\": ";
-        Indenter indenter(json, text);
+        Indenter indenter(json, text, 1); // they stand in the object
         if (json_scan::scan(json, indenter).fault || !indenter.isUsualSoFar())
             return false;
     }

@@ -33,6 +33,11 @@ QString lineAndColumn(std::string_view text, std::size_t offset);
 /// The first byte that is not part of UTF-8 text; npos if all is.
 std::size_t firstForeignByte(std::string_view text);
 
+/// A text of one value on lines of its own, indented as QJsonDocument::toJson() does it, members in
+/// their order and numbers digit by digit. False, with @p complaint set, for a broken text and for
+/// one nested deeper than other programs read.
+bool indent(std::string_view json, std::string& text, QString& complaint);
+
 /// Writes one object of named JSON texts, indented as QJsonDocument::toJson() does it. Numbers stay
 /// digit by digit. False if one of the texts is broken or has members in another order than that
 /// library's, or characters otherwise escaped.

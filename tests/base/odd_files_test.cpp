@@ -1,0 +1,132 @@
+// What may stand in the place of a file of ours: reading it ends at once, with what it holds or
+// with one clear reason, and what is kept aside is lost to nobody.
+
+#include "base/document_text.h"
+#include "base/file_reading.h"
+#include "base/kept_copies.h"
+#include "tests/support/folders.h"
+#include "tests/support/test_program.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/stat.h>
+
+class OddFilesTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void read_data();
+    void read();
+    void keptAside();
+    void indented_data();
+    void indented();
+
+private:
+    QString make(const QString& kind) const;
+
+    QTemporaryDir m_folder;
+};
+
+// Brings it about that there is something of that kind; its name.
+QString OddFilesTest::make(const QString& kind) const
+{
+    const QString path = m_folder.filePath(QString(kind).replace(u' ', u'_'));
+    if (kind == QLatin1String("file"))
+        test_support::putFile(path, "0123456789");
+    else if (kind == QLatin1String("pipe") || kind == QLatin1String("link to a pipe"))
+        mkfifo(QFile::encodeName(path + QStringLiteral(".fifo")).constData(), 0600);
+    else if (kind == QLatin1String("folder"))
+        QDir().mkpath(path);
+    if (kind == QLatin1String("pipe"))
+        return path + QStringLiteral(".fifo");
+    if (kind == QLatin1String("link to a pipe"))
+        QFile::link(path + QStringLiteral(".fifo"), path);
+    if (kind == QLatin1String("device"))
+        QFile::link(QStringLiteral("/dev/zero"), path);
+    if (kind == QLatin1String("link to nothing"))
+        QFile::link(path + QStringLiteral(".gone"), path);
+    return path;
+}
+
+void OddFilesTest::read_data()
+{
+    QTest::addColumn<qint64>("most");
+    QTest::addColumn<QString>("content");
+    QTest::addColumn<QString>("complaint");
+    const QString whole = QStringLiteral("0123456789");
+    const QString none;
+    QTest::newRow("file") << qint64(10) << whole << none;
+    QTest::newRow("file, too large")
+        << qint64(9) << none << QStringLiteral("文件过大, 超过 9 字节");
+    QTest::newRow("pipe") << qint64(10) << none << QStringLiteral("不是普通文件");
+    QTest::newRow("link to a pipe") << qint64(10) << none << QStringLiteral("不是普通文件");
+    QTest::newRow("device") << qint64(10) << none << QStringLiteral("不是普通文件");
+    QTest::newRow("folder") << qint64(10) << none << QStringLiteral("是文件夹");
+    QTest::newRow("missing") << qint64(10) << none << none;
+    QTest::newRow("link to nothing") << qint64(10) << none << none;
+}
+
+void OddFilesTest::read()
+{
+    QFETCH(qint64, most);
+    QFETCH(QString, content);
+    const QString kind = QString::fromLatin1(QTest::currentDataTag()).section(u',', 0, 0);
+    const auto result = file_reading::read(make(kind), most);
+    QCOMPARE(QString::fromUtf8(result.content), content);
+    QTEST(result.complaint, "complaint");
+    QCOMPARE(result.isRead, !content.isEmpty());
+    QCOMPARE(result.isMissing, !result.isRead && result.complaint.isEmpty());
+}
+
+void OddFilesTest::keptAside()
+{
+    const QString file = m_folder.filePath(QStringLiteral("table.json"));
+    const auto keep = [&](const QByteArray& content) {
+        test_support::putFile(file, content);
+        return QFileInfo(kept_copies::keep(file, kept_copies::damaged)).fileName();
+    };
+    QCOMPARE(keep("first"), QStringLiteral("table.json.damaged"));
+    QCOMPARE(keep("second"), QStringLiteral("table.json.damaged2"));
+    QCOMPARE(keep("first"), QStringLiteral("table.json.damaged")); // it is kept already
+    QVERIFY(QFile::exists(file));
+    for (const char* kind : {"pipe", "folder"}) {
+        const QString odd = make(QString::fromLatin1(kind));
+        const QString kept = kept_copies::keep(odd, kept_copies::damaged);
+        QVERIFY2(!kept.isEmpty() && QFileInfo::exists(kept) && !QFileInfo::exists(odd), kind);
+    }
+}
+
+void OddFilesTest::indented_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("order and digits")
+        << QByteArray(R"({"b":9007199254740993,"a":[1.10,{}],"c":"\ud800"})")
+        << QByteArray("{\n    \"b\": 9007199254740993,\n    \"a\": [\n        1.10,\n        {\n"
+                      "        }\n    ],\n    \"c\": \"\\ud800\"\n}\n");
+    QTest::newRow("cut off") << QByteArray("{\"a\": [") << QByteArray();
+    QTest::newRow("100,000 deep") << QByteArray(100000, '[') + QByteArray(100000, ']')
+                                  << QByteArray();
+}
+
+void OddFilesTest::indented()
+{
+    QFETCH(QByteArray, json);
+    std::string text;
+    QString complaint;
+    const bool isDone = document_text::indent(json.toStdString(), text, complaint);
+    QTEST(QByteArray::fromStdString(text), "text");
+    QCOMPARE(isDone, complaint.isEmpty());
+    QCOMPARE(isDone, !text.empty());
+    if (isDone) {
+        std::string again;
+        QVERIFY(document_text::indent(text, again, complaint));
+        QCOMPARE(again, text);
+    }
+}
+
+PE_TEST("odd_files", OddFilesTest)
+#include "odd_files_test.moc"

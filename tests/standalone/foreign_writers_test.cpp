@@ -1,0 +1,219 @@
+// The files of a project belong to others too: another workbench, a person with an editor, a newer
+// version. What they write is neither lost nor changed on the way.
+
+#include "base/file_reading.h"
+#include "model/services/process_json_edit.h"
+#include "model/services/processedit.h"
+#include "standalone/compiler/code_folder.h"
+#include "standalone/variables/SystemVariableFile.h"
+#include "tests/standalone/model_samples.h"
+#include "tests/support/folders.h"
+#include "tests/support/test_program.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+using standalone::SystemVariableFile;
+
+class ForeignWritersTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void twoWorkbenches();
+    void bothChangedOne();
+    void unreadableMeanwhile();
+    void whatIsNotOursStays_data();
+    void whatIsNotOursStays();
+    void halfACharacter();
+    void damagedTwice();
+    void globalsStayAsTheyStand();
+    void codeOfANeighbour();
+
+private:
+    static system_variate::SystemVarInfo variable(const char* name, const char* value)
+    {
+        return {QString::fromLatin1(name),  QString(), 1, SignedCategory,
+                QString::fromLatin1(value), 2};
+    }
+    /// "name=value" of each variable in the file, as another program reads them.
+    QString listing() const
+    {
+        SystemVariableFile reader;
+        QStringList lines;
+        for (const auto& each : reader.load(m_folder->path()))
+            lines.append(each.name + QLatin1Char('=') + each.value);
+        return lines.join(QLatin1Char(' '));
+    }
+    QString path(const char* name) const { return m_folder->filePath(QString::fromLatin1(name)); }
+    QByteArray content(const char* name) const
+    {
+        return file_reading::read(path(name), file_reading::MostOfTable).content;
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void ForeignWritersTest::twoWorkbenches()
+{
+    SystemVariableFile first, second;
+    first.load(m_folder->path());
+    for (const char* name : {"a", "b", "c"})
+        first.put(variable(name, "1"));
+    QVERIFY(first.save());
+    second.load(m_folder->path());
+    first.put(variable("a", "2"));
+    first.put(variable("new", "1"));
+    second.put(variable("b", "3"));
+    second.remove(QStringLiteral("c"));
+    samples::LogCatcher log;
+    QVERIFY(first.save() && second.save());
+    QCOMPARE(listing(), QStringLiteral("a=2 b=3 new=1"));
+    QVERIFY2(log.lines.join(u'\n').contains(QStringLiteral("其修改已合并")),
+             qPrintable(log.lines.join(u'\n')));
+    // And on, each from where the file is now.
+    first.put(variable("a", "4"));
+    QVERIFY(first.save());
+    second.put(variable("b", "5"));
+    QVERIFY(second.save());
+    QCOMPARE(listing(), QStringLiteral("a=4 b=5 new=1"));
+    QVERIFY(!QFile::exists(path("systemVariable.json.replaced")));
+}
+
+void ForeignWritersTest::bothChangedOne()
+{
+    SystemVariableFile first, second;
+    first.load(m_folder->path());
+    first.put(variable("a", "1"));
+    QVERIFY(first.save());
+    second.load(m_folder->path());
+    first.put(variable("a", "2"));
+    QVERIFY(first.save());
+    const QByteArray theirs = content("systemVariable.json");
+    second.put(variable("a", "3"));
+    samples::LogCatcher log;
+    QVERIFY(second.save());
+    QCOMPARE(listing(), QStringLiteral("a=3"));
+    QCOMPARE(content("systemVariable.json.replaced"), theirs);
+    QCOMPARE(log.lines.size(), 1);
+    QVERIFY2(log.lines.first().contains(QStringLiteral("双方都改了 a")),
+             qPrintable(log.lines.first()));
+}
+
+void ForeignWritersTest::unreadableMeanwhile()
+{
+    SystemVariableFile file;
+    file.load(m_folder->path());
+    QVERIFY(test_support::putFile(path("systemVariable.json"), "{\"variables\": ["));
+    file.put(variable("a", "1"));
+    QVERIFY(file.save());
+    QCOMPARE(listing(), QStringLiteral("a=1"));
+    QCOMPARE(content("systemVariable.json.replaced"), QByteArray("{\"variables\": ["));
+}
+
+void ForeignWritersTest::whatIsNotOursStays_data()
+{
+    QTest::addColumn<QByteArray>("member");
+    QTest::newRow("digits") << QByteArray("\"big\": 9007199254740993");
+    QTest::newRow("zeros") << QByteArray("\"exact\": 1.10");
+    QTest::newRow("exponent") << QByteArray("\"e\": 1E+2");
+    QTest::newRow("half a character") << QByteArray("\"half\": \"\\ud800\"");
+    QTest::newRow("nested") << QByteArray("\"n\": {\"x\": [1.0, null]}");
+}
+
+void ForeignWritersTest::whatIsNotOursStays()
+{
+    QFETCH(QByteArray, member);
+    const QByteArray entry =
+        "{\"name\": \"a\", \"type\": \"s32\", \"value\": \"1\", " + member + "}";
+    const QByteArray text = "{" + member + ", \"variables\": [{" + member + "}, " + entry + "]}";
+    QVERIFY(test_support::putFile(path("systemVariable.json"), text));
+    SystemVariableFile file;
+    QCOMPARE(file.load(m_folder->path()).size(), 1);
+    file.put(variable("a", "2"));
+    QVERIFY(file.save());
+    const QByteArray written = content("systemVariable.json").simplified().replace(" ", "");
+    QCOMPARE(written.count(QByteArray(member).replace(" ", "")), 3);
+    // A value put as it is writes nothing.
+    const QByteArray other = content("systemVariable.json") + "\n";
+    QVERIFY(file.save());
+    QVERIFY(test_support::putFile(path("systemVariable.json"), other));
+    QVERIFY(file.save());
+    QCOMPARE(content("systemVariable.json"), other);
+}
+
+// A value of ours that no text can hold: the entry stays as it stands and is none of the table.
+void ForeignWritersTest::halfACharacter()
+{
+    const QByteArray entry = R"({"name": "a", "type": "string", "value": "x\ud800"})";
+    QVERIFY(test_support::putFile(path("systemVariable.json"), "{\"variables\": [" + entry + "]}"));
+    SystemVariableFile file;
+    QCOMPARE(file.load(m_folder->path()).size(), 0);
+    file.put(variable("b", "2"));
+    QVERIFY(file.save());
+    QVERIFY(content("systemVariable.json").contains("\"x\\ud800\""));
+}
+
+void ForeignWritersTest::damagedTwice()
+{
+    for (const char* damage : {"{ first", "{ second", "{ third"}) {
+        QVERIFY(test_support::putFile(path("systemVariable.json"), damage));
+        SystemVariableFile file;
+        file.load(m_folder->path());
+        file.put(variable("a", "1"));
+        QVERIFY(file.save());
+    }
+    QCOMPARE(content("systemVariable.json.damaged"), QByteArray("{ first"));
+    QCOMPARE(content("systemVariable.json.damaged2"), QByteArray("{ second"));
+    QCOMPARE(content("systemVariable.json.damaged3"), QByteArray("{ third"));
+}
+
+void ForeignWritersTest::globalsStayAsTheyStand()
+{
+    const std::string text = R"({"other": 9007199254740993, "variables": [
+        {"uuid": "u", "name": "g", "type": "double", "value": "1", "scope": 2, "x": 1.10}]})";
+    process_json_edit::loadGlobalVariable(text);
+    namespace processedit = sdk_ui_interface::processedit;
+    processedit::saveGlobalVarJsonStr(m_folder->path(), EveryBusiness);
+    const QByteArray written = content("globalVariable.json");
+    QVERIFY2(written.contains("\"other\": 9007199254740993") && written.contains("\"x\": 1.10"),
+             written);
+    process_json_edit::loadGlobalVariable(written.toStdString());
+    processedit::saveGlobalVarJsonStr(m_folder->path(), EveryBusiness);
+    QCOMPARE(content("globalVariable.json"), written);
+    process_json_edit::loadGlobalVariable("{}");
+}
+
+// What the generator has not written it doesn't remove, and it writes to no applet's own folder.
+void ForeignWritersTest::codeOfANeighbour()
+{
+    using Files = std::vector<codegen::GeneratedFile>;
+    const auto file = [](const char* name) { return codegen::GeneratedFile{name, "// code\n"}; };
+    const QString folder = path("a_code");
+    QString error;
+    QVERIFY(standalone::writeCodeFolder(
+        folder, Files{file("sequence_1.cpp"), file("sequence_2.cpp")}, error));
+    const QString foreign = folder + QStringLiteral("/sequence_9.cpp");
+    QVERIFY(test_support::putFile(foreign, "mine"));
+    const QString list = folder + QStringLiteral("/generated_files.txt");
+    QFile listFile(list);
+    QVERIFY(listFile.open(QIODevice::Append) && listFile.write("../outside\n/etc/hosts\n") > 0);
+    listFile.close();
+    QVERIFY(test_support::putFile(path("outside"), "outside"));
+    QVERIFY(standalone::writeCodeFolder(folder, Files{file("sequence_2.cpp")}, error));
+    QVERIFY(!QFile::exists(folder + QStringLiteral("/sequence_1.cpp")));
+    QVERIFY(QFile::exists(foreign) && QFile::exists(path("outside")));
+
+    const QString document = folder + QStringLiteral("/processInfo.pedt");
+    QVERIFY(test_support::putFile(document, "{}"));
+    QVERIFY(!standalone::writeCodeFolder(folder, Files{file("sequence_3.cpp")}, error));
+    QVERIFY2(error.contains(QStringLiteral("另一个小程序")), qPrintable(error));
+    QVERIFY(QFile::exists(folder + QStringLiteral("/sequence_2.cpp")));
+    QVERIFY(!QFile::exists(folder + QStringLiteral("/sequence_3.cpp")));
+}
+
+PE_TEST("foreign_writers", ForeignWritersTest)
+#include "foreign_writers_test.moc"
