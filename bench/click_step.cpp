@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QFormLayout>
 #include <QLineEdit>
+#include <QStandardItemModel>
 #include <QStackedWidget>
 #include <QTreeView>
 #include <QVBoxLayout>
