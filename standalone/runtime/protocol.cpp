@@ -1,7 +1,10 @@
 #include "standalone/runtime/protocol.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
+#include <limits>
 
 namespace protocol {
 
@@ -57,13 +60,13 @@ static_assert(MaxPayload < (1u << 14), "a length takes two bytes");
 
 std::size_t cutText(const char* text, std::size_t size)
 {
-    if (size <= MaxText)
-        return size;
-    size = MaxText;
-    while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xc0) == 0x80)
-        --size;
-    return size;
+    return cutAtCharacter(text, size, MaxText);
 }
+
+constexpr char BadFields[] = "记录的字段不完整或超出范围";
+constexpr char UnknownText[] = "记录引用了没有声明的标识";
+
+} // namespace
 
 /// Reads the fields of one record; every read past its end makes it fail for good.
 class FieldReader
@@ -78,6 +81,8 @@ public:
             if (m_at == m_end)
                 break;
             const unsigned char byte = *m_at++;
+            if (shift == 63 && byte > 1)
+                break;
             value |= static_cast<std::uint64_t>(byte & 0x7f) << shift;
             if (!(byte & 0x80))
                 return value;
@@ -86,9 +91,16 @@ public:
         return 0;
     }
 
+    std::uint32_t smallNumber()
+    {
+        const std::uint64_t value = number();
+        m_failed = m_failed || value > std::numeric_limits<std::uint32_t>::max();
+        return static_cast<std::uint32_t>(value);
+    }
+
     int signedNumber()
     {
-        const auto value = static_cast<std::uint32_t>(number());
+        const std::uint32_t value = smallNumber();
         return static_cast<int>((value >> 1) ^ (0u - (value & 1)));
     }
 
@@ -136,7 +148,30 @@ private:
     bool m_failed = false;
 };
 
-} // namespace
+std::size_t textCount(RequestKind kind)
+{
+    switch (kind) {
+    case ReadVariable:
+        return 1;
+    case AskText:
+        return 3;
+    default:
+        return 2;
+    }
+}
+
+std::size_t cutAtCharacter(const char* text, std::size_t size, std::size_t most)
+{
+    constexpr std::size_t LongestRest = 3; // of a character, behind its first byte
+    if (size <= most)
+        return size;
+    std::size_t end = most;
+    while (end > 0 && most - end < LongestRest &&
+           (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80)
+        --end;
+    const bool isBorder = (static_cast<unsigned char>(text[end]) & 0xc0) != 0x80;
+    return isBorder && end > 0 ? end : most;
+}
 
 std::size_t putText(unsigned char* out, std::uint32_t index, const char* text, std::size_t size)
 {
@@ -176,9 +211,19 @@ std::size_t putTemplateSequence(unsigned char* out, std::uint32_t templateId,
         .finish();
 }
 
-std::size_t putLog(unsigned char* out, int level, const char* text, std::size_t size)
+std::size_t putLog(unsigned char* out, int level, const char* text, std::size_t size,
+                   std::size_t whole)
 {
-    return Writer(out, LogRecord).signedNumber(level).bytes(text, cutText(text, size)).finish();
+    Writer writer(out, LogRecord);
+    writer.signedNumber(level);
+    whole = std::max(whole, size);
+    if (whole <= MaxText)
+        return writer.bytes(text, size).finish();
+    char mark[64];
+    const auto markSize = static_cast<std::size_t>(
+        std::snprintf(mark, sizeof mark, "…（已截断，共 %zu 字节）", whole));
+    const std::size_t kept = cutAtCharacter(text, size, MaxText - markSize);
+    return writer.bytes(text, kept).bytes(mark, markSize).finish();
 }
 
 std::size_t putEnd(unsigned char* out, EndReason reason)
@@ -228,27 +273,33 @@ void Receiver::onAnswer(std::uint32_t, int, const std::string&) {}
 
 bool Reader::feed(const unsigned char* data, std::size_t size)
 {
-    if (m_corrupt)
+    if (m_fault)
         return false;
     if (m_rest.empty()) {
         const std::size_t used = consume(data, size);
-        if (!m_corrupt)
+        if (!m_fault)
             m_rest.assign(data + used, data + size);
     } else {
         m_rest.insert(m_rest.end(), data, data + size);
         const std::size_t used = consume(m_rest.data(), m_rest.size());
         m_rest.erase(m_rest.begin(), m_rest.begin() + static_cast<std::ptrdiff_t>(used));
     }
-    if (m_corrupt)
+    if (m_fault)
         m_rest.clear();
-    return !m_corrupt;
+    return !m_fault;
+}
+
+void Reader::refuse(const char* fault)
+{
+    if (!m_fault)
+        m_fault = fault;
 }
 
 /// Decodes the complete records at the start of @p data and returns how many bytes they took.
 std::size_t Reader::consume(const unsigned char* data, std::size_t size)
 {
     std::size_t at = 0;
-    while (at < size) {
+    while (at < size && !m_fault) {
         std::size_t length = 0;
         std::size_t head = 0;
         bool whole = false;
@@ -259,116 +310,140 @@ std::size_t Reader::consume(const unsigned char* data, std::size_t size)
             whole = !(byte & 0x80);
         }
         if ((!whole && head == 2) || (whole && (length == 0 || length > MaxPayload))) {
-            m_corrupt = true;
+            refuse("记录的长度超出范围");
             break;
         }
         if (!whole || size - at - head < length)
             break;
-        if (!decode(data + at + head, length)) {
-            m_corrupt = true;
-            break;
-        }
+        decode(data + at + head, length);
         at += head + length;
     }
     return at;
 }
 
-const std::string* Reader::textAt(std::uint64_t index) const
+const std::string* Reader::textAt(std::uint32_t index) const
 {
-    return index < m_texts.size() ? &m_texts[static_cast<std::size_t>(index)] : nullptr;
+    return index < m_texts.size() ? &m_texts[index] : nullptr;
 }
 
-bool Reader::decode(const unsigned char* data, std::size_t size)
+void Reader::decode(const unsigned char* data, std::size_t size)
 {
     FieldReader fields(data + 1, size - 1);
-    const unsigned char type = data[0];
+    const bool isReport = m_channel == Channel::Reports;
+    const char* fault = m_hasEnded ? "运行结束之后还有记录"
+                        : isReport ? decodeReport(data[0], fields)
+                                   : decodeCommand(data[0], fields);
+    if (fault)
+        refuse(fault);
+}
+
+/// What is wrong with a record, or null: then the receiver has it.
+const char* Reader::decodeReport(unsigned char type, FieldReader& fields)
+{
     switch (type) {
     case TextRecord: {
-        const std::uint64_t index = fields.number();
+        const std::uint32_t index = fields.smallNumber();
         std::string text = fields.rest();
+        if (!fields.isDone() || index != m_texts.size())
+            return BadFields;
         m_textBytes += text.size();
-        if (!fields.isDone() || index != m_texts.size() || index >= MaxTableTexts ||
-            m_textBytes > MaxTableBytes)
-            return false;
+        if (index >= MaxTableTexts || m_textBytes > MaxTableBytes)
+            return "标识的数量超过上限";
         m_texts.push_back(std::move(text));
-        return true;
+        return nullptr;
     }
     case BlockRecord:
     case BlockBeginRecord:
     case BlockEndRecord: {
-        const std::string* sequence = textAt(fields.number());
-        const std::string* block = textAt(fields.number());
+        const std::string* sequence = textAt(fields.smallNumber());
+        const std::string* block = textAt(fields.smallNumber());
         const int result = type == BlockBeginRecord ? 0 : fields.signedNumber();
         double progress = type == BlockEndRecord ? 100.0 : 0.0;
         if (type == BlockRecord)
             progress = fields.real();
-        if (!fields.isDone() || !sequence || !block)
-            return false;
+        if (!fields.isDone())
+            return BadFields;
+        if (!sequence || !block)
+            return UnknownText;
         m_receiver.onBlock(*sequence, *block, progress, result);
-        return true;
+        return nullptr;
     }
     case EnterRecord:
     case LeaveRecord: {
-        const std::string* sequence = textAt(fields.number());
-        if (!fields.isDone() || !sequence)
-            return false;
+        const std::string* sequence = textAt(fields.smallNumber());
+        if (!fields.isDone())
+            return BadFields;
+        if (!sequence)
+            return UnknownText;
         m_receiver.onSequence(*sequence, type == LeaveRecord);
-        return true;
+        return nullptr;
     }
     case TemplateEnterRecord:
     case TemplateLeaveRecord: {
-        const std::string* templateId = textAt(fields.number());
-        const std::string* sequence = textAt(fields.number());
-        if (!fields.isDone() || !templateId || !sequence)
-            return false;
+        const std::string* templateId = textAt(fields.smallNumber());
+        const std::string* sequence = textAt(fields.smallNumber());
+        if (!fields.isDone())
+            return BadFields;
+        if (!templateId || !sequence)
+            return UnknownText;
         m_receiver.onTemplateSequence(*templateId, *sequence, type == TemplateLeaveRecord);
-        return true;
+        return nullptr;
     }
     case LogRecord: {
         const int level = fields.signedNumber();
         const std::string text = fields.rest();
         if (!fields.isDone())
-            return false;
+            return BadFields;
         m_receiver.onLog(level, text);
-        return true;
+        return nullptr;
     }
     case EndRecord: {
         const std::uint64_t reason = fields.number();
         if (!fields.isDone() || (reason != Finished && reason != Stopped))
-            return false;
+            return BadFields;
+        m_hasEnded = true;
         m_receiver.onEnd(static_cast<EndReason>(reason));
-        return true;
+        return nullptr;
     }
     case RequestRecord: {
-        const auto id = static_cast<std::uint32_t>(fields.number());
+        const std::uint32_t id = fields.smallNumber();
         const std::uint64_t kind = fields.number();
         Texts texts;
         while (fields.hasMore())
             texts.push_back(fields.text());
-        if (!fields.isDone() || kind < ReadVariable || kind > ShowNotice)
-            return false;
+        if (!fields.isDone() || kind < ReadVariable || kind > ShowNotice ||
+            texts.size() != textCount(static_cast<RequestKind>(kind)))
+            return BadFields;
         m_receiver.onRequest(id, static_cast<RequestKind>(kind), texts);
-        return true;
+        return nullptr;
     }
+    default:
+        return "未知的记录类型";
+    }
+}
+
+const char* Reader::decodeCommand(unsigned char type, FieldReader& fields)
+{
+    switch (type) {
+    case StartCommand:
+        m_receiver.onStart(fields.rest());
+        return nullptr;
+    case StopCommand:
+        if (!fields.isDone())
+            return BadFields;
+        m_receiver.onStop();
+        return nullptr;
     case AnswerCommand: {
-        const auto id = static_cast<std::uint32_t>(fields.number());
+        const std::uint32_t id = fields.smallNumber();
         const int status = fields.signedNumber();
         const std::string text = fields.rest();
         if (!fields.isDone())
-            return false;
+            return BadFields;
         m_receiver.onAnswer(id, status, text);
-        return true;
+        return nullptr;
     }
-    case StartCommand:
-        m_receiver.onStart(fields.rest());
-        return true;
-    case StopCommand:
-        if (!fields.isDone())
-            return false;
-        m_receiver.onStop();
-        return true;
     default:
-        return false;
+        return "未知的记录类型";
     }
 }
 
