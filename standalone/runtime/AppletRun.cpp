@@ -109,7 +109,8 @@ RunEvent AppletRun::watchChild()
     m_commands->setChild(nullptr);
     m_requests.close();
 
-    if (const auto end = child->reapWithin(DeathPatience))
+    const auto patience = std::min<Clock::duration>(DeathPatience, m_leaveAt - Clock::now());
+    if (const auto end = child->reapWithin(std::chrono::ceil<std::chrono::milliseconds>(patience)))
         account.end = *end;
     else
         account.isLeft = true;
