@@ -4,6 +4,7 @@
 #include "runner/limits.h"
 #include "runner/requests.h"
 #include "runner/run_tracer.h"
+#include "standalone/runtime/protocol_reader.h"
 
 #include <algorithm>
 #include <cerrno>

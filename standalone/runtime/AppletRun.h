@@ -4,7 +4,7 @@
 #include "standalone/runtime/AppletRequests.h"
 #include "standalone/runtime/RunBacklog.h"
 #include "standalone/runtime/RunCommands.h"
-#include "standalone/runtime/protocol.h"
+#include "standalone/runtime/protocol_reader.h"
 
 #include <QString>
 

@@ -2,7 +2,7 @@
 
 #include "standalone/runtime/AppletRequests.h"
 #include "standalone/runtime/RunCommands.h"
-#include "standalone/runtime/protocol.h"
+#include "standalone/runtime/protocol_reader.h"
 
 #include <algorithm>
 #include <cmath>

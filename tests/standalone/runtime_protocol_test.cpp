@@ -1,5 +1,5 @@
 #include "standalone/runtime/LineSplitter.h"
-#include "standalone/runtime/protocol.h"
+#include "standalone/runtime/protocol_reader.h"
 #include "tests/support/test_program.h"
 
 #include <QtTest>
