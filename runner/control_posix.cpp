@@ -4,6 +4,7 @@
 #include "runner/limits.h"
 #include "runner/requests.h"
 #include "runner/run_tracer.h"
+#include "standalone/runtime/protocol_reader.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -47,7 +48,7 @@ public:
 };
 // Never destroyed: the thread still listens while an exit() of the applet runs its handlers.
 Commands& received = *new Commands;
-protocol::Reader& reader = *new protocol::Reader(received);
+protocol::Reader& reader = *new protocol::Reader(received, protocol::Channel::Commands);
 
 /// Takes in what the editor sent; false at the end of the channel or when it makes no sense.
 bool readCommands()

@@ -42,11 +42,11 @@ void ReportBuffer::changeSequence(u32 sequence, bool isEnd)
     release();
 }
 
-void ReportBuffer::log(int level, const char* text, std::size_t size)
+void ReportBuffer::log(int level, const char* text, std::size_t size, std::size_t whole)
 {
     lock();
     encodeWaiting();
-    m_used += protocol::putLog(room(), level, text, size);
+    m_used += protocol::putLog(room(), level, text, size, whole);
     release();
 }
 
@@ -65,8 +65,9 @@ void ReportBuffer::end(protocol::EndReason reason)
     lock();
     encodeWaiting();
     m_used += protocol::putEnd(room(), reason);
-    release();
-    flush();
+    writeOut();
+    m_pipe = -1; // a thread of the applet may still report: nothing comes behind the end
+    unlock();
 }
 
 void ReportBuffer::flush()

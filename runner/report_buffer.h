@@ -36,8 +36,10 @@ public:
         release();
     }
     void changeSequence(u32 sequence, bool isEnd);
-    void log(int level, const char* text, std::size_t size);
+    /// @p whole as protocol::putLog takes it.
+    void log(int level, const char* text, std::size_t size, std::size_t whole = 0);
     void request(std::uint32_t id, protocol::RequestKind kind, const protocol::Texts& texts);
+    /// Writes all out, the end last; nothing is written any more afterwards.
     void end(protocol::EndReason reason);
 
     /// Writes out what waits.

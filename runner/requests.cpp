@@ -47,6 +47,8 @@ s64 ask(ReportBuffer& reports, protocol::RequestKind kind, const protocol::Texts
         return refuse(reports, "发给编辑器的文本过长");
     const std::lock_guard<std::mutex> turn(state.asking);
     std::unique_lock<std::mutex> lock(state.mutex);
+    if (state.isStopped)
+        return Stopped; // the editor answers no more, and takes one question at a time
     state.isAnswered = false;
     const std::uint32_t id = ++state.lastId;
     lock.unlock();

@@ -43,9 +43,10 @@ void leave(u32 sequence)
 void logFormatted(int level, const char* format, va_list arguments)
 {
     // Formatted before the buffer is held: a bad argument of the applet crashes here.
-    char text[protocol::MaxText];
-    if (std::vsnprintf(text, sizeof text, format, arguments) >= 0)
-        log(level, text);
+    char text[protocol::MaxText + 1];
+    const int size = std::vsnprintf(text, sizeof text, format, arguments);
+    if (size >= 0)
+        reportBuffer->log(level, text, std::strlen(text), static_cast<std::size_t>(size));
 }
 
 int delay(s64 milliseconds)

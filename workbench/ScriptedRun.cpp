@@ -50,6 +50,7 @@ ScriptedRun::ScriptedRun(const CommandLine& line, MainWindow& window)
 
 void ScriptedRun::listenForLines()
 {
+    // An event each: the runtime reads a run on only when those that wait have been taken.
     connect(ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::runStateSignal, this,
             &ScriptedRun::onState, Qt::QueuedConnection);
     connect(m_editor, &ProcessEditWidget::notifyRunResultSig, this,
@@ -130,10 +131,14 @@ void ScriptedRun::onState(const QString& appName, const QString& sequenceId,
 
 QString ScriptedRun::sequenceName(const QString& appName, const QString& id)
 {
-    QString& name = m_sequenceNames[id];
+    const auto known = m_sequenceNames.constFind(id);
+    if (known != m_sequenceNames.constEnd())
+        return *known;
+    const QString name = QString::fromStdString(processedit::getSequence(appName, id).name);
     if (name.isEmpty())
-        name = QString::fromStdString(processedit::getSequence(appName, id).name);
-    return name.isEmpty() ? id : name;
+        return id; // what a run makes up is not kept
+    m_sequenceNames.insert(id, name);
+    return name;
 }
 
 QString ScriptedRun::stepName(const QString& appName, const QString& uuid)

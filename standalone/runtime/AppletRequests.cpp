@@ -10,27 +10,17 @@ namespace standalone {
 
 namespace {
 
-void send(RunCommands& commands, std::uint32_t id, int status, const std::string& text)
+/// False if the child doesn't take its answers.
+bool send(RunCommands& commands, std::uint32_t id, int status, const std::string& text)
 {
     unsigned char command[protocol::MaxRecord];
-    commands.send(command, protocol::putAnswer(command, id, status, text.data(), text.size()));
+    return commands.send(command,
+                         protocol::putAnswer(command, id, status, text.data(), text.size()));
 }
 
 QString translated(const char* source)
 {
     return QCoreApplication::translate("standalone::AppletRequests", source);
-}
-
-std::size_t textCount(protocol::RequestKind kind)
-{
-    switch (kind) {
-    case protocol::ReadVariable:
-        return 1;
-    case protocol::AskText:
-        return 3;
-    default:
-        return 2;
-    }
 }
 
 } // namespace
@@ -40,45 +30,55 @@ AppletRequests::AppletRequests(std::string appName, std::shared_ptr<RunCommands>
 {
 }
 
-void AppletRequests::take(std::uint32_t id, protocol::RequestKind kind,
-                          const protocol::Texts& texts)
+const char* AppletRequests::take(std::uint32_t id, protocol::RequestKind kind,
+                                 const protocol::Texts& texts)
 {
-    if (texts.size() != textCount(kind)) {
-        refuse(id, QString());
-        return;
+    {
+        const std::lock_guard<std::mutex> lock(m_state->mutex);
+        if (m_state->isClosed)
+            return nullptr;
+        if (!m_state->isAnswered)
+            return "前一个请求还没有应答就发出了下一个";
+        if (id != m_state->lastId + 1)
+            return "请求的编号不连续";
+        m_state->lastId = id;
     }
-    if (kind != protocol::ReadVariable && kind != protocol::WriteVariable) {
+    if (kind != protocol::ReadVariable && kind != protocol::WriteVariable)
         askUser(id, kind, texts);
-        return;
-    }
+    else if (!useVariable(id, kind, texts))
+        return "请求的应答没有被取走";
+    return nullptr;
+}
+
+bool AppletRequests::useVariable(std::uint32_t id, protocol::RequestKind kind,
+                                 const protocol::Texts& texts)
+{
     SystemVariables& variables = SystemVariables::instance();
     const QString name = QString::fromStdString(texts[0]);
     system_variate::SystemVarInfo info;
-    if (!variables.find(name, info)) {
-        refuse(id, translated("没有系统变量“%1”").arg(name));
-    } else if (kind == protocol::ReadVariable) {
-        answer(id, info.value);
-    } else {
-        const QString value = QString::fromStdString(texts[1]);
-        if (variables.setValue(name, value) == SystemVariables::Done)
-            answer(id, QString());
-        else
-            refuse(id, translated("系统变量“%1”不接受值“%2”").arg(name, value));
-    }
+    if (!variables.find(name, info))
+        return refuse(id, translated("没有系统变量“%1”").arg(name));
+    if (kind == protocol::ReadVariable)
+        return answer(id, info.value);
+    const QString value = QString::fromStdString(texts[1]);
+    if (variables.setValue(name, value) != SystemVariables::Done)
+        return refuse(id, translated("系统变量“%1”不接受值“%2”").arg(name, value));
+    // No faster than the listeners hear of it.
+    variables.waitForListeners();
+    return answer(id, QString());
 }
 
-void AppletRequests::answer(std::uint32_t id, const QString& value) const
+bool AppletRequests::answer(std::uint32_t id, const QString& value) const
 {
     const std::string bytes = value.toStdString();
     if (bytes.size() > protocol::MaxText)
-        refuse(id, translated("系统变量的值过长, 无法传给小程序"));
-    else
-        send(*m_commands, id, protocol::Done, bytes);
+        return refuse(id, translated("系统变量的值过长, 无法传给小程序"));
+    return send(*m_commands, id, protocol::Done, bytes);
 }
 
-void AppletRequests::refuse(std::uint32_t id, const QString& reason) const
+bool AppletRequests::refuse(std::uint32_t id, const QString& reason) const
 {
-    send(*m_commands, id, protocol::Refused, reason.toStdString());
+    return send(*m_commands, id, protocol::Refused, reason.toStdString());
 }
 
 void AppletRequests::askUser(std::uint32_t id, protocol::RequestKind kind,
@@ -93,24 +93,29 @@ void AppletRequests::askUser(std::uint32_t id, protocol::RequestKind kind,
     question.text = QString::fromStdString(texts[1]);
     if (kind == protocol::AskText)
         question.value = QString::fromStdString(texts[2]);
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_isClosed)
+    const auto onAnswer = [commands = m_commands, state = m_state, id](bool accepted,
+                                                                       const QString& value) {
+        {
+            const std::lock_guard<std::mutex> lock(state->mutex);
+            state->question = 0;
+            state->isAnswered = true;
+        }
+        send(*commands, id, accepted ? protocol::Done : protocol::Refused,
+             accepted ? value.toStdString() : std::string());
+    };
+    const std::lock_guard<std::mutex> lock(m_state->mutex);
+    if (m_state->isClosed)
         return;
-    // A child asks one question at a time; one that breaks that rule loses the earlier one.
-    AppletQuestions::instance().close(m_question);
-    m_question = AppletQuestions::instance().ask(
-        question, [commands = m_commands, id](bool accepted, const QString& value) {
-            send(*commands, id, accepted ? protocol::Done : protocol::Refused,
-                 accepted ? value.toStdString() : std::string());
-        });
+    m_state->isAnswered = false;
+    m_state->question = AppletQuestions::instance().ask(question, onAnswer);
 }
 
 void AppletRequests::close()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_isClosed = true;
-    AppletQuestions::instance().close(m_question);
-    m_question = 0;
+    const std::lock_guard<std::mutex> lock(m_state->mutex);
+    m_state->isClosed = true;
+    AppletQuestions::instance().close(m_state->question);
+    m_state->question = 0;
 }
 
 } // namespace standalone

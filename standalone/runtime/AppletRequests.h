@@ -13,7 +13,9 @@ namespace standalone {
 class RunCommands;
 
 /// Answers what a running applet asks: system variables at once, questions to the user when the
-/// user has answered. Nothing here waits, so that reports go on meanwhile.
+/// user has answered. Nothing here waits for the user, so that reports go on meanwhile.
+///
+/// A child asks one thing at a time and waits for the answer; its requests are numbered from 1 on.
 class AppletRequests
 {
 public:
@@ -22,22 +24,32 @@ public:
     AppletRequests(const AppletRequests&) = delete;
     AppletRequests& operator=(const AppletRequests&) = delete;
 
-    /// On the thread that reads the child's reports.
-    void take(std::uint32_t id, protocol::RequestKind kind, const protocol::Texts& texts);
+    /// On the thread that reads the child's reports. What is wrong if the child may not ask this
+    /// now, as protocol::Reader::refuse takes it; else null.
+    const char* take(std::uint32_t id, protocol::RequestKind kind, const protocol::Texts& texts);
 
     /// Takes an open question from the screen, and lets none come any more. Any thread.
     void close();
 
 private:
-    void answer(std::uint32_t id, const QString& value) const;
-    void refuse(std::uint32_t id, const QString& reason) const;
+    /// Shared with the answer of a question, which may come when the run is over.
+    struct State
+    {
+        std::mutex mutex; ///< guards what follows
+        std::uint32_t lastId = 0;
+        quint64 question = 0; ///< on the screen; 0: none
+        bool isAnswered = true;
+        bool isClosed = false;
+    };
+
+    bool useVariable(std::uint32_t id, protocol::RequestKind kind, const protocol::Texts& texts);
+    bool answer(std::uint32_t id, const QString& value) const;
+    bool refuse(std::uint32_t id, const QString& reason) const;
     void askUser(std::uint32_t id, protocol::RequestKind kind, const protocol::Texts& texts);
 
     const std::string m_appName;
     const std::shared_ptr<RunCommands> m_commands;
-    std::mutex m_mutex; ///< guards both
-    quint64 m_question = 0;
-    bool m_isClosed = false;
+    const std::shared_ptr<State> m_state = std::make_shared<State>();
 };
 
 } // namespace standalone

@@ -2,12 +2,15 @@
 
 #include "model/services/applet_runtime.h"
 #include "standalone/runtime/ChildProcess.h"
+#include "standalone/runtime/LineSplitter.h"
 #include "standalone/runtime/RunnerRegistry.h"
 #include "standalone/runtime/run_account.h"
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <future>
+#include <memory>
 
 namespace standalone {
 
@@ -17,6 +20,33 @@ std::string text(const char* source, const QString& detail = QString())
 {
     const QString line = QCoreApplication::translate("standalone::AppletRun", source);
     return (detail.isEmpty() ? line : line.arg(detail)).toStdString();
+}
+
+/// Callbacks take texts that end at their first NUL: a text that holds one goes on behind a sign
+/// for it.
+std::string withoutNul(std::string text)
+{
+    static const char Sign[] = "\xe2\x90\x80"; // U+2400
+    for (std::size_t at = text.find('\0'); at != std::string::npos; at = text.find('\0', at))
+        text.replace(at, 1, Sign);
+    return text;
+}
+
+/// A thread of its own keeps a child that can't be waited for from staying a zombie. It ends with
+/// the child, or with this process.
+void waitElsewhere(std::unique_ptr<ChildProcess> child)
+{
+    child->kill();
+    std::thread([left = std::move(child)]() mutable { left.reset(); }).detach();
+}
+
+int millisecondsUntil(std::chrono::steady_clock::time_point time)
+{
+    if (time == std::chrono::steady_clock::time_point::max())
+        return -1;
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(time - std::chrono::steady_clock::now());
+    return static_cast<int>(std::max<std::int64_t>(0, left.count()));
 }
 
 } // namespace
@@ -65,17 +95,46 @@ RunEvent AppletRun::watchChild()
 {
     TraceFile trace;
     trace.create(); // without it a crash tells less
-    ChildProcess child;
-    if (!child.start(m_request.program, {m_request.module, QString::number(m_request.memoryLimit)},
-                     trace.handle())) {
+    auto child = std::make_unique<ChildProcess>();
+    if (!child->start(m_request.program, {m_request.module, QString::number(m_request.memoryLimit)},
+                      trace.handle())) {
         log(LogError, text(QT_TRANSLATE_NOOP("standalone::AppletRun", "运行程序启动失败: %1"),
-                           child.error()));
+                           child->error()));
         return RunCrashed;
     }
-    m_commands->setChild(&child);
+    m_commands->setChild(child.get());
     beginCommands();
+    RunAccount account;
+    listen(*child, account);
+    m_commands->setChild(nullptr);
+    m_requests.close();
 
-    protocol::Reader reader(*this);
+    const auto patience = std::min<Clock::duration>(DeathPatience, m_leaveAt - Clock::now());
+    if (const auto end = child->reapWithin(std::chrono::ceil<std::chrono::milliseconds>(patience)))
+        account.end = *end;
+    else
+        account.isLeft = true;
+    const bool exitedWell = account.isLeft || (account.end.hasExited && account.end.number == 0);
+    if (account.isLeft)
+        waitElsewhere(std::move(child));
+
+    const bool leftWell = exitedWell && m_reader.isComplete();
+    if (leftWell && m_endReason == protocol::Finished)
+        return RunFinished;
+    if (!leftWell || m_endReason != protocol::Stopped) {
+        account.appName = QString::fromLocal8Bit(m_request.appName.c_str());
+        account.trace = trace.read();
+        account.fault = QString::fromUtf8(m_reader.fault());
+        account.memoryLimit = m_request.memoryLimit;
+        tellAccount(account);
+    }
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_stopAsked && !m_reader.isCorrupt() ? RunStopped : RunCrashed;
+}
+
+/// Hands over all that the child says, until it has ended or could not be made to.
+void AppletRun::listen(ChildProcess& child, RunAccount& account)
+{
     LineSplitter output([this](const std::string& line) { log(LogInfo, line); });
     LineSplitter errors([this](const std::string& line) { log(LogError, line); });
     const auto sink = [&](ChildProcess::Stream stream, const char* data, std::size_t size) {
@@ -83,38 +142,34 @@ RunEvent AppletRun::watchChild()
             output.feed(data, size);
         else if (stream == ChildProcess::Errors)
             errors.feed(data, size);
-        else if (!reader.isCorrupt() &&
-                 !reader.feed(reinterpret_cast<const unsigned char*>(data), size))
-            child.kill();
+        else if (!m_reader.isCorrupt() &&
+                 !m_reader.feed(reinterpret_cast<const unsigned char*>(data), size))
+            kill(child);
     };
-    RunAccount account;
-    while (child.pump(timeUntilKill(), sink)) {
+    bool isOpen = true;
+    while (isOpen && Clock::now() < m_leaveAt) {
+        // Nobody hears what is silenced, and the GUI thread may be waiting for its end. What a
+        // killed child has left in its pipes is all that it says any more.
+        const bool wasKilled = m_leaveAt != Clock::time_point::max();
+        if (m_backlog->isFull() && !m_silent && !wasKilled)
+            child.waitForWake(timeUntilAction());
+        else
+            isOpen = child.pump(timeUntilAction(), sink);
         if (timeUntilKill() == 0) {
-            child.kill();
+            kill(child);
             account.wasKilled = true;
             const std::lock_guard<std::mutex> lock(m_mutex);
             m_killAt = Clock::time_point::max();
         }
     }
-
-    m_commands->setChild(nullptr);
-    m_requests.close();
-    account.end = child.reap();
     output.finish();
     errors.finish();
+}
 
-    const bool leftWell = account.end.hasExited && account.end.number == 0 && reader.isComplete();
-    if (leftWell && m_endReason == protocol::Finished)
-        return RunFinished;
-    if (!leftWell || m_endReason != protocol::Stopped) {
-        account.appName = QString::fromLocal8Bit(m_request.appName.c_str());
-        account.trace = trace.read();
-        account.isCorrupt = reader.isCorrupt();
-        account.memoryLimit = m_request.memoryLimit;
-        tellAccount(account);
-    }
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_stopAsked ? RunStopped : RunCrashed;
+void AppletRun::kill(ChildProcess& child)
+{
+    child.kill();
+    m_leaveAt = std::min(m_leaveAt, Clock::now() + DeathPatience);
 }
 
 void AppletRun::tellAccount(const RunAccount& account)
@@ -174,23 +229,30 @@ void AppletRun::beginCommands()
 int AppletRun::timeUntilKill() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_killAt == Clock::time_point::max())
-        return -1;
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(m_killAt - Clock::now());
-    return static_cast<int>(std::max<std::int64_t>(0, left.count()));
+    return millisecondsUntil(m_killAt);
+}
+
+/// The same, to whatever is due first.
+int AppletRun::timeUntilAction() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return millisecondsUntil(std::min(m_killAt, m_leaveAt));
 }
 
 void AppletRun::log(int level, const std::string& line)
 {
     const auto callback = RunnerRegistry::instance().logCallback(m_request.appName);
-    if (callback && !m_silent)
-        callback(m_request.appName.c_str(), static_cast<DrelLogLevel>(level), line.c_str());
+    if (!callback || m_silent)
+        return;
+    m_backlog->add(line.size());
+    callback(m_request.appName.c_str(), static_cast<DrelLogLevel>(level), withoutNul(line).c_str());
 }
 
 void AppletRun::onBlock(const std::string& sequenceId, const std::string& blockId, double progress,
                         int result)
 {
     m_lastStepId = blockId;
+    m_backlog->add(sequenceId.size() + blockId.size());
     if (CallbackFuncsImp::m_cb && !m_silent)
         CallbackFuncsImp::m_cb(m_request.appName.c_str(), sequenceId.c_str(), blockId.c_str(),
                                progress, result);
@@ -198,6 +260,7 @@ void AppletRun::onBlock(const std::string& sequenceId, const std::string& blockI
 
 void AppletRun::onSequence(const std::string& sequenceId, bool isEnd)
 {
+    m_backlog->add(sequenceId.size());
     if (CallbackFuncsImp::m_seqCb && !m_silent)
         CallbackFuncsImp::m_seqCb(m_request.appName.c_str(), sequenceId.c_str(), isEnd);
 }
@@ -205,6 +268,7 @@ void AppletRun::onSequence(const std::string& sequenceId, bool isEnd)
 void AppletRun::onTemplateSequence(const std::string& templateId, const std::string& sequenceId,
                                    bool isEnd)
 {
+    m_backlog->add(templateId.size() + sequenceId.size());
     if (CallbackFuncsImp::m_tempSeqCb && !m_silent)
         CallbackFuncsImp::m_tempSeqCb(m_request.appName.c_str(), templateId.c_str(),
                                       sequenceId.c_str(), isEnd);
@@ -218,7 +282,9 @@ void AppletRun::onLog(int level, const std::string& line)
 void AppletRun::onRequest(std::uint32_t id, protocol::RequestKind kind,
                           const protocol::Texts& texts)
 {
-    m_requests.take(id, kind, texts);
+    m_backlog->add(0);
+    if (const char* fault = m_requests.take(id, kind, texts))
+        m_reader.refuse(fault);
 }
 
 void AppletRun::onEnd(protocol::EndReason reason)

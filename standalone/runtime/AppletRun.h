@@ -2,15 +2,17 @@
 
 #include "model/services/processedit.h"
 #include "standalone/runtime/AppletRequests.h"
-#include "standalone/runtime/LineSplitter.h"
+#include "standalone/runtime/RunBacklog.h"
 #include "standalone/runtime/RunCommands.h"
-#include "standalone/runtime/protocol.h"
+#include "standalone/runtime/protocol_reader.h"
 
 #include <QString>
 
 #include <atomic>
 #include <chrono>
+#include <memory>
 #include <mutex>
+#include <string>
 #include <thread>
 
 namespace standalone {
@@ -40,6 +42,8 @@ public:
 
     /// Time that a run gets to end by itself after a stop, before it is killed.
     static constexpr std::chrono::milliseconds StopPatience{400};
+    /// How long the end of a child that was killed is waited for; it then goes on alone.
+    static constexpr std::chrono::milliseconds DeathPatience{2000};
 
     /// Starts at once.
     explicit AppletRun(Request request);
@@ -62,8 +66,11 @@ private:
 
     void run();
     RunEvent watchChild();
+    void listen(ChildProcess& child, RunAccount& account);
+    void kill(ChildProcess& child);
     void beginCommands();
     int timeUntilKill() const;
+    int timeUntilAction() const;
     void sendStop();
     void tellAccount(const RunAccount& account);
     QString stepsByName(const RunAccount& account) const;
@@ -83,12 +90,15 @@ private:
     std::atomic<bool> m_running{true};
     std::atomic<bool> m_over{false};
     std::atomic<bool> m_silent{false};
+    protocol::Reader m_reader{*this, protocol::Channel::Reports};
     int m_endReason = 0;      ///< of the end record, 0 without one
     std::string m_lastStepId; ///< of the last report
 
     const std::shared_ptr<RunCommands> m_commands = std::make_shared<RunCommands>();
+    const std::shared_ptr<RunBacklog> m_backlog = std::make_shared<RunBacklog>(m_commands);
     AppletRequests m_requests;
-    mutable std::mutex m_mutex; ///< guards both below
+    Clock::time_point m_leaveAt = Clock::time_point::max(); ///< of the thread, set with a kill
+    mutable std::mutex m_mutex;                             ///< guards both below
     bool m_stopAsked = false;
     Clock::time_point m_killAt = Clock::time_point::max();
 

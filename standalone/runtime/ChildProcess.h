@@ -4,8 +4,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <functional>
 #include <mutex>
+#include <optional>
 
 namespace standalone {
 
@@ -42,21 +44,30 @@ public:
     /// sink. False once the child has ended and everything it wrote was handed over.
     bool pump(int timeout, const Sink& sink);
 
+    /// Waits for a wake alone: the child is not read, so that it waits once its pipes are full.
+    void waitForWake(int timeout);
+
     /// Makes a pump that waits return. Any thread.
     void wake();
-    /// Writes to the command channel without waiting; false if the child takes nothing any more.
-    /// Any thread.
-    bool sendCommand(const unsigned char* data, std::size_t size);
+    /// What became of a command. Full: the child has taken none for long.
+    enum class Sent { Done, Full, Gone };
+    /// Writes to the command channel without waiting. Any thread.
+    Sent sendCommand(const unsigned char* data, std::size_t size);
 
     /// Kills the child and its group.
     void kill();
     /// Waits for the end of the child and kills what is left of its group.
     ChildEnd reap();
+    /// The same, but no longer than that: empty if the child hasn't ended, or has and is held by
+    /// another process, as by a debugger.
+    std::optional<ChildEnd> reapWithin(std::chrono::milliseconds patience);
 
 private:
     bool openPipes(int (&childEnds)[4]);
     bool readStream(int stream, const Sink& sink);
     void closeCommands();
+    bool canBeReaped() const;
+    void takeWakes();
 
     qint64 m_pid = -1;
     int m_streams[StreamCount] = {-1, -1, -1};

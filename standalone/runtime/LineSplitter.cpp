@@ -1,5 +1,7 @@
 #include "standalone/runtime/LineSplitter.h"
 
+#include "standalone/runtime/protocol.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -10,25 +12,31 @@ void LineSplitter::feed(const char* data, std::size_t size)
     while (size > 0) {
         const auto* end = static_cast<const char*>(std::memchr(data, '\n', size));
         const std::size_t length = end ? static_cast<std::size_t>(end - data) : size;
-        const std::size_t taken = std::min(length, MaxLine - m_line.size());
+        // One byte more shows where a character ends.
+        const std::size_t taken = std::min(length, MaxLine + 1 - m_line.size());
         m_line.append(data, taken);
         const bool lineEnds = end && taken == length;
         if (lineEnds && !m_line.empty() && m_line.back() == '\r')
             m_line.pop_back();
-        if (lineEnds || m_line.size() == MaxLine) {
-            m_sink(m_line);
-            m_line.clear();
-        }
+        if (m_line.size() > MaxLine)
+            handOver(protocol::cutAtCharacter(m_line.data(), m_line.size(), MaxLine));
+        if (lineEnds)
+            handOver(m_line.size());
         data += taken + (lineEnds ? 1 : 0);
         size -= taken + (lineEnds ? 1 : 0);
     }
 }
 
+void LineSplitter::handOver(std::size_t size)
+{
+    m_sink(m_line.substr(0, size));
+    m_line.erase(0, size);
+}
+
 void LineSplitter::finish()
 {
     if (!m_line.empty())
-        m_sink(m_line);
-    m_line.clear();
+        handOver(m_line.size());
 }
 
 } // namespace standalone

@@ -6,7 +6,8 @@
 
 namespace standalone {
 
-/// Cuts a byte stream into lines. A line that grows beyond MaxLine is handed over in parts.
+/// Cuts a byte stream into lines. A line that grows beyond MaxLine bytes is handed over in parts,
+/// which end between two characters of UTF-8.
 class LineSplitter
 {
 public:
@@ -20,6 +21,8 @@ public:
     void finish();
 
 private:
+    void handOver(std::size_t size);
+
     Sink m_sink;
     std::string m_line;
 };

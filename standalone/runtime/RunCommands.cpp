@@ -13,7 +13,7 @@ void RunCommands::setChild(ChildProcess* child)
 bool RunCommands::send(const unsigned char* command, std::size_t size)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_child && m_child->sendCommand(command, size);
+    return !m_child || m_child->sendCommand(command, size) != ChildProcess::Sent::Full;
 }
 
 void RunCommands::wake()

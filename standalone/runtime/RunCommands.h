@@ -14,7 +14,7 @@ public:
     /// From now on commands go there; null: nowhere.
     void setChild(ChildProcess* child);
 
-    /// False if there is no child that takes it.
+    /// False if the child doesn't take what it is sent; one that is gone needs nothing.
     bool send(const unsigned char* command, std::size_t size);
     /// Makes the thread that watches the child look up.
     void wake();

@@ -10,6 +10,7 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 #ifdef __linux__
@@ -27,8 +28,10 @@ constexpr int CommandPipe = 4;
 constexpr int TraceNumber = 5;
 /// Our own ends lie above the numbers that they take in the child, so that none is overwritten.
 constexpr int LowestOwn = 16;
+/// Read of a stream at once.
+constexpr std::size_t PieceSize = 16 * 1024;
 /// Reads per stream after the child's end: more than its pipe can hold.
-constexpr int MaxRoundsAfterExit = 64;
+constexpr int MaxRoundsAfterExit = 65;
 
 void closeFile(int& file)
 {
@@ -186,11 +189,8 @@ bool ChildProcess::pump(int timeout, const Sink& sink)
     sources[StreamCount + 1] = {m_exited, POLLIN, 0};
     poll(sources, StreamCount + 2, timeout);
 
-    if (sources[StreamCount].revents != 0) {
-        char bytes[64];
-        while (::read(m_wake[0], bytes, sizeof bytes) > 0) {
-        }
-    }
+    if (sources[StreamCount].revents != 0)
+        takeWakes();
     // A process that the child has started may hold the streams open: the child's own end counts,
     // and what it left in the pipes is read before.
     const bool exited = sources[StreamCount + 1].revents != 0;
@@ -213,7 +213,7 @@ bool ChildProcess::pump(int timeout, const Sink& sink)
 /// Hands over one piece of what a stream holds; false if there was nothing. Closes it at its end.
 bool ChildProcess::readStream(int stream, const Sink& sink)
 {
-    char bytes[64 * 1024];
+    char bytes[PieceSize];
     const ssize_t size = ::read(m_streams[stream], bytes, sizeof bytes);
     if (size > 0) {
         sink(static_cast<Stream>(stream), bytes, static_cast<std::size_t>(size));
@@ -224,6 +224,20 @@ bool ChildProcess::readStream(int stream, const Sink& sink)
     return false;
 }
 
+void ChildProcess::waitForWake(int timeout)
+{
+    pollfd source = {m_wake[0], POLLIN, 0};
+    poll(&source, 1, timeout);
+    takeWakes();
+}
+
+void ChildProcess::takeWakes()
+{
+    char bytes[64];
+    while (::read(m_wake[0], bytes, sizeof bytes) > 0) {
+    }
+}
+
 void ChildProcess::wake()
 {
     const char byte = 0;
@@ -232,11 +246,11 @@ void ChildProcess::wake()
     (void)written;
 }
 
-bool ChildProcess::sendCommand(const unsigned char* data, std::size_t size)
+ChildProcess::Sent ChildProcess::sendCommand(const unsigned char* data, std::size_t size)
 {
     const std::lock_guard<std::mutex> lock(m_commandMutex);
     if (m_commands < 0)
-        return false;
+        return Sent::Gone;
     // The write may find the child gone; the signal that comes with it is for this thread only.
     sigset_t pipeSignal;
     sigset_t before;
@@ -245,13 +259,14 @@ bool ChildProcess::sendCommand(const unsigned char* data, std::size_t size)
     sigaddset(&pipeSignal, SIGPIPE);
     sigpending(&pending);
     pthread_sigmask(SIG_BLOCK, &pipeSignal, &before);
-    const bool written = ::write(m_commands, data, size) == static_cast<ssize_t>(size);
-    if (!written && errno == EPIPE && !sigismember(&pending, SIGPIPE)) {
+    const ssize_t written = ::write(m_commands, data, size);
+    const bool isGone = written < 0 && errno == EPIPE;
+    if (isGone && !sigismember(&pending, SIGPIPE)) {
         const timespec atOnce = {0, 0};
         sigtimedwait(&pipeSignal, nullptr, &atOnce);
     }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    return written;
+    return isGone ? Sent::Gone : written == static_cast<ssize_t>(size) ? Sent::Done : Sent::Full;
 }
 
 void ChildProcess::closeCommands()
@@ -266,6 +281,28 @@ void ChildProcess::kill()
         ::kill(static_cast<pid_t>(-m_pid), SIGKILL);
         ::kill(static_cast<pid_t>(m_pid), SIGKILL); // it may have left its group
     }
+}
+
+/// Whether the child has ended and nobody else is to be told of it first.
+bool ChildProcess::canBeReaped() const
+{
+    siginfo_t info = {};
+    const int result =
+        ::waitid(P_PID, static_cast<id_t>(m_pid), &info, WEXITED | WNOWAIT | WNOHANG);
+    return result == 0 ? info.si_pid != 0 : errno != EINTR;
+}
+
+std::optional<ChildEnd> ChildProcess::reapWithin(std::chrono::milliseconds patience)
+{
+    constexpr std::chrono::milliseconds Slice{5};
+    closeCommands();
+    const auto giveUpAt = std::chrono::steady_clock::now() + patience;
+    while (!canBeReaped()) {
+        if (std::chrono::steady_clock::now() >= giveUpAt)
+            return std::nullopt;
+        std::this_thread::sleep_for(Slice);
+    }
+    return reap();
 }
 
 ChildEnd ChildProcess::reap()

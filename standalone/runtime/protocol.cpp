@@ -1,6 +1,7 @@
 #include "standalone/runtime/protocol.h"
 
-#include <cmath>
+#include <algorithm>
+#include <cstdio>
 #include <cstring>
 
 namespace protocol {
@@ -57,86 +58,35 @@ static_assert(MaxPayload < (1u << 14), "a length takes two bytes");
 
 std::size_t cutText(const char* text, std::size_t size)
 {
-    if (size <= MaxText)
-        return size;
-    size = MaxText;
-    while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xc0) == 0x80)
-        --size;
-    return size;
+    return cutAtCharacter(text, size, MaxText);
 }
 
-/// Reads the fields of one record; every read past its end makes it fail for good.
-class FieldReader
-{
-public:
-    FieldReader(const unsigned char* data, std::size_t size) : m_at(data), m_end(data + size) {}
-
-    std::uint64_t number()
-    {
-        std::uint64_t value = 0;
-        for (int shift = 0; shift < 64; shift += 7) {
-            if (m_at == m_end)
-                break;
-            const unsigned char byte = *m_at++;
-            value |= static_cast<std::uint64_t>(byte & 0x7f) << shift;
-            if (!(byte & 0x80))
-                return value;
-        }
-        m_failed = true;
-        return 0;
-    }
-
-    int signedNumber()
-    {
-        const auto value = static_cast<std::uint32_t>(number());
-        return static_cast<int>((value >> 1) ^ (0u - (value & 1)));
-    }
-
-    double real()
-    {
-        double value = 0;
-        if (m_end - m_at < static_cast<std::ptrdiff_t>(sizeof value)) {
-            m_failed = true;
-            return 0;
-        }
-        std::memcpy(&value, m_at, sizeof value);
-        m_at += sizeof value;
-        m_failed = m_failed || !std::isfinite(value);
-        return value;
-    }
-
-    /// A text behind its length.
-    std::string text()
-    {
-        const std::uint64_t size = number();
-        if (size > static_cast<std::uint64_t>(m_end - m_at)) {
-            m_failed = true;
-            return std::string();
-        }
-        std::string text(reinterpret_cast<const char*>(m_at), static_cast<std::size_t>(size));
-        m_at += size;
-        return text;
-    }
-
-    std::string rest()
-    {
-        std::string text(reinterpret_cast<const char*>(m_at),
-                         static_cast<std::size_t>(m_end - m_at));
-        m_at = m_end;
-        return text;
-    }
-
-    bool hasMore() const { return !m_failed && m_at < m_end; }
-    /// Whether all fields were there and nothing stands behind them.
-    bool isDone() const { return !m_failed && m_at == m_end; }
-
-private:
-    const unsigned char* m_at;
-    const unsigned char* m_end;
-    bool m_failed = false;
-};
-
 } // namespace
+
+std::size_t textCount(RequestKind kind)
+{
+    switch (kind) {
+    case ReadVariable:
+        return 1;
+    case AskText:
+        return 3;
+    default:
+        return 2;
+    }
+}
+
+std::size_t cutAtCharacter(const char* text, std::size_t size, std::size_t most)
+{
+    constexpr std::size_t LongestRest = 3; // of a character, behind its first byte
+    if (size <= most)
+        return size;
+    std::size_t end = most;
+    while (end > 0 && most - end < LongestRest &&
+           (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80)
+        --end;
+    const bool isBorder = (static_cast<unsigned char>(text[end]) & 0xc0) != 0x80;
+    return isBorder && end > 0 ? end : most;
+}
 
 std::size_t putText(unsigned char* out, std::uint32_t index, const char* text, std::size_t size)
 {
@@ -176,9 +126,19 @@ std::size_t putTemplateSequence(unsigned char* out, std::uint32_t templateId,
         .finish();
 }
 
-std::size_t putLog(unsigned char* out, int level, const char* text, std::size_t size)
+std::size_t putLog(unsigned char* out, int level, const char* text, std::size_t size,
+                   std::size_t whole)
 {
-    return Writer(out, LogRecord).signedNumber(level).bytes(text, cutText(text, size)).finish();
+    Writer writer(out, LogRecord);
+    writer.signedNumber(level);
+    whole = std::max(whole, size);
+    if (whole <= MaxText)
+        return writer.bytes(text, size).finish();
+    char mark[64];
+    const auto markSize = static_cast<std::size_t>(
+        std::snprintf(mark, sizeof mark, "…（已截断，共 %zu 字节）", whole));
+    const std::size_t kept = cutAtCharacter(text, size, MaxText - markSize);
+    return writer.bytes(text, kept).bytes(mark, markSize).finish();
 }
 
 std::size_t putEnd(unsigned char* out, EndReason reason)
@@ -213,163 +173,6 @@ std::size_t putAnswer(unsigned char* out, std::uint32_t id, int status, const ch
         .signedNumber(status)
         .bytes(text, cutText(text, size))
         .finish();
-}
-
-Receiver::~Receiver() = default;
-void Receiver::onBlock(const std::string&, const std::string&, double, int) {}
-void Receiver::onSequence(const std::string&, bool) {}
-void Receiver::onTemplateSequence(const std::string&, const std::string&, bool) {}
-void Receiver::onLog(int, const std::string&) {}
-void Receiver::onEnd(EndReason) {}
-void Receiver::onRequest(std::uint32_t, RequestKind, const Texts&) {}
-void Receiver::onStart(const std::string&) {}
-void Receiver::onStop() {}
-void Receiver::onAnswer(std::uint32_t, int, const std::string&) {}
-
-bool Reader::feed(const unsigned char* data, std::size_t size)
-{
-    if (m_corrupt)
-        return false;
-    if (m_rest.empty()) {
-        const std::size_t used = consume(data, size);
-        if (!m_corrupt)
-            m_rest.assign(data + used, data + size);
-    } else {
-        m_rest.insert(m_rest.end(), data, data + size);
-        const std::size_t used = consume(m_rest.data(), m_rest.size());
-        m_rest.erase(m_rest.begin(), m_rest.begin() + static_cast<std::ptrdiff_t>(used));
-    }
-    if (m_corrupt)
-        m_rest.clear();
-    return !m_corrupt;
-}
-
-/// Decodes the complete records at the start of @p data and returns how many bytes they took.
-std::size_t Reader::consume(const unsigned char* data, std::size_t size)
-{
-    std::size_t at = 0;
-    while (at < size) {
-        std::size_t length = 0;
-        std::size_t head = 0;
-        bool whole = false;
-        while (!whole && head < 2 && at + head < size) {
-            const unsigned char byte = data[at + head];
-            length |= static_cast<std::size_t>(byte & 0x7f) << (7 * head);
-            ++head;
-            whole = !(byte & 0x80);
-        }
-        if ((!whole && head == 2) || (whole && (length == 0 || length > MaxPayload))) {
-            m_corrupt = true;
-            break;
-        }
-        if (!whole || size - at - head < length)
-            break;
-        if (!decode(data + at + head, length)) {
-            m_corrupt = true;
-            break;
-        }
-        at += head + length;
-    }
-    return at;
-}
-
-const std::string* Reader::textAt(std::uint64_t index) const
-{
-    return index < m_texts.size() ? &m_texts[static_cast<std::size_t>(index)] : nullptr;
-}
-
-bool Reader::decode(const unsigned char* data, std::size_t size)
-{
-    FieldReader fields(data + 1, size - 1);
-    const unsigned char type = data[0];
-    switch (type) {
-    case TextRecord: {
-        const std::uint64_t index = fields.number();
-        std::string text = fields.rest();
-        m_textBytes += text.size();
-        if (!fields.isDone() || index != m_texts.size() || index >= MaxTableTexts ||
-            m_textBytes > MaxTableBytes)
-            return false;
-        m_texts.push_back(std::move(text));
-        return true;
-    }
-    case BlockRecord:
-    case BlockBeginRecord:
-    case BlockEndRecord: {
-        const std::string* sequence = textAt(fields.number());
-        const std::string* block = textAt(fields.number());
-        const int result = type == BlockBeginRecord ? 0 : fields.signedNumber();
-        double progress = type == BlockEndRecord ? 100.0 : 0.0;
-        if (type == BlockRecord)
-            progress = fields.real();
-        if (!fields.isDone() || !sequence || !block)
-            return false;
-        m_receiver.onBlock(*sequence, *block, progress, result);
-        return true;
-    }
-    case EnterRecord:
-    case LeaveRecord: {
-        const std::string* sequence = textAt(fields.number());
-        if (!fields.isDone() || !sequence)
-            return false;
-        m_receiver.onSequence(*sequence, type == LeaveRecord);
-        return true;
-    }
-    case TemplateEnterRecord:
-    case TemplateLeaveRecord: {
-        const std::string* templateId = textAt(fields.number());
-        const std::string* sequence = textAt(fields.number());
-        if (!fields.isDone() || !templateId || !sequence)
-            return false;
-        m_receiver.onTemplateSequence(*templateId, *sequence, type == TemplateLeaveRecord);
-        return true;
-    }
-    case LogRecord: {
-        const int level = fields.signedNumber();
-        const std::string text = fields.rest();
-        if (!fields.isDone())
-            return false;
-        m_receiver.onLog(level, text);
-        return true;
-    }
-    case EndRecord: {
-        const std::uint64_t reason = fields.number();
-        if (!fields.isDone() || (reason != Finished && reason != Stopped))
-            return false;
-        m_receiver.onEnd(static_cast<EndReason>(reason));
-        return true;
-    }
-    case RequestRecord: {
-        const auto id = static_cast<std::uint32_t>(fields.number());
-        const std::uint64_t kind = fields.number();
-        Texts texts;
-        while (fields.hasMore())
-            texts.push_back(fields.text());
-        if (!fields.isDone() || kind < ReadVariable || kind > ShowNotice)
-            return false;
-        m_receiver.onRequest(id, static_cast<RequestKind>(kind), texts);
-        return true;
-    }
-    case AnswerCommand: {
-        const auto id = static_cast<std::uint32_t>(fields.number());
-        const int status = fields.signedNumber();
-        const std::string text = fields.rest();
-        if (!fields.isDone())
-            return false;
-        m_receiver.onAnswer(id, status, text);
-        return true;
-    }
-    case StartCommand:
-        m_receiver.onStart(fields.rest());
-        return true;
-    case StopCommand:
-        if (!fields.isDone())
-            return false;
-        m_receiver.onStop();
-        return true;
-    default:
-        return false;
-    }
 }
 
 } // namespace protocol

@@ -20,9 +20,12 @@ constexpr std::size_t MaxSmallRecord = 48;
 constexpr std::size_t MaxRecord = MaxPayload + 3;
 /// Longest text of one record in bytes; what is longer is cut at a character's border.
 constexpr std::size_t MaxText = MaxPayload - 16;
-/// Bounds of the table of texts that a reader keeps.
-constexpr std::size_t MaxTableTexts = 4u << 20;
-constexpr std::size_t MaxTableBytes = 256u << 20;
+/// How much of a UTF-8 text fits into @p most bytes without a part of a character; all @p most of
+/// them if these are no UTF-8.
+std::size_t cutAtCharacter(const char* text, std::size_t size, std::size_t most);
+/// Bounds of the table of texts that a reader keeps: some hundred thousand identifiers.
+constexpr std::size_t MaxTableTexts = 1u << 18;
+constexpr std::size_t MaxTableBytes = 16u << 20;
 
 enum RecordType : unsigned char {
     TextRecord = 1,
@@ -52,8 +55,9 @@ enum RequestKind : unsigned char {
 /// A status of an answer; the text that comes with it is a value or tells why.
 enum AnswerStatus : int { Refused = -1, Done = 0 };
 
-/// The texts of a request. Together they fit into MaxText.
+/// The texts of a request, as many as its kind has. Together they fit into MaxText.
 using Texts = std::vector<std::string>;
+std::size_t textCount(RequestKind kind);
 
 /// How a run ended by itself. A channel that closes without one of them tells of a crash.
 enum EndReason : unsigned char { Finished = 1, Stopped = 2 };
@@ -66,56 +70,15 @@ std::size_t putBlock(unsigned char* out, std::uint32_t sequence, std::uint32_t b
 std::size_t putSequence(unsigned char* out, std::uint32_t sequence, bool isEnd);
 std::size_t putTemplateSequence(unsigned char* out, std::uint32_t templateId,
                                 std::uint32_t sequence, bool isEnd);
-std::size_t putLog(unsigned char* out, int level, const char* text, std::size_t size);
+/// A text that is cut says so at its end. @p whole is its length in bytes if @p text is only its
+/// beginning; 0: it is all of it.
+std::size_t putLog(unsigned char* out, int level, const char* text, std::size_t size,
+                   std::size_t whole = 0);
 std::size_t putEnd(unsigned char* out, EndReason reason);
 std::size_t putRequest(unsigned char* out, std::uint32_t id, RequestKind kind, const Texts& texts);
 std::size_t putStart(unsigned char* out, const char* sequenceId, std::size_t size);
 std::size_t putStop(unsigned char* out);
 std::size_t putAnswer(unsigned char* out, std::uint32_t id, int status, const char* text,
                       std::size_t size);
-
-/// Gets the records of a Reader. Texts are UTF-8 and live until the call returns.
-class Receiver
-{
-public:
-    virtual ~Receiver();
-    virtual void onBlock(const std::string& sequenceId, const std::string& blockId, double progress,
-                         int result);
-    virtual void onSequence(const std::string& sequenceId, bool isEnd);
-    virtual void onTemplateSequence(const std::string& templateId, const std::string& sequenceId,
-                                    bool isEnd);
-    virtual void onLog(int level, const std::string& text);
-    virtual void onEnd(EndReason reason);
-    virtual void onRequest(std::uint32_t id, RequestKind kind, const Texts& texts);
-    virtual void onStart(const std::string& sequenceId);
-    virtual void onStop();
-    virtual void onAnswer(std::uint32_t id, int status, const std::string& text);
-};
-
-/// Takes a byte stream in pieces of any size apart. Memory is bounded whatever the bytes are.
-class Reader
-{
-public:
-    explicit Reader(Receiver& receiver) : m_receiver(receiver) {}
-
-    /// Hands all records that are complete to the receiver. False once the stream is corrupt; what
-    /// comes after that is not looked at.
-    bool feed(const unsigned char* data, std::size_t size);
-
-    bool isCorrupt() const { return m_corrupt; }
-    /// Whether the stream stands between two records: false at its end means it was cut off.
-    bool isComplete() const { return !m_corrupt && m_rest.empty(); }
-
-private:
-    std::size_t consume(const unsigned char* data, std::size_t size);
-    bool decode(const unsigned char* data, std::size_t size);
-    const std::string* textAt(std::uint64_t index) const;
-
-    Receiver& m_receiver;
-    std::vector<unsigned char> m_rest;
-    std::vector<std::string> m_texts;
-    std::size_t m_textBytes = 0;
-    bool m_corrupt = false;
-};
 
 } // namespace protocol

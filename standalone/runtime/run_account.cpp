@@ -27,8 +27,10 @@ QString stepLine(const StepName& name, quint64 pass)
 
 QString RunAccount::reason() const
 {
-    if (isCorrupt)
-        return text("步骤写坏了运行报告的数据, 运行已被终止");
+    if (!fault.isEmpty())
+        return text("步骤写坏了运行报告的数据 (%1), 运行已被终止").arg(fault);
+    if (isLeft)
+        return text("运行进程无法结束, 可能正被调试器占用; 编辑器不再等待");
     switch (trace.cause) {
     case run_trace::MemoryLimit:
         return text("内存超过上限 %1 MB, 运行已被终止").arg(memoryLimit >> 20);

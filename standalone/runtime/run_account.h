@@ -14,7 +14,8 @@ struct RunAccount
     ChildEnd end;
     RunTrace trace;
     bool wasKilled = false; ///< by us, after a stop
-    bool isCorrupt = false; ///< by us, since its reports made no sense
+    QString fault;          ///< what was wrong with its reports if that ended it, by us
+    bool isLeft = false;    ///< it could not be waited for: its end is unknown
     qint64 memoryLimit = 0; ///< in bytes
 
     /// Why it ended, for the user. Empty if the child has told so itself.

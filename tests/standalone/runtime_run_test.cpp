@@ -13,6 +13,7 @@
 #include <QProcess>
 #include <QtTest>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -54,6 +55,7 @@ private slots:
     void deathOfTheEditorEndsTheChild();
     void equalReportsAreOne();
     void changesOfSequenceAreAllThere();
+    void textsAreCutAtCharacters();
 
 private:
     qint64 pidFromLog(const QString& appName) const;
@@ -345,6 +347,35 @@ void RuntimeRunTest::changesOfSequenceAreAllThere()
     QCOMPARE(reports.size(), 6 * Turns + 4);
     for (int i = 0; i < 6 * Turns; ++i)
         QCOMPARE(reports[i + 1], turn[i % 6]);
+}
+
+/// What a step logs and prints, longer than one piece and with bytes that end a text elsewhere.
+void RuntimeRunTest::textsAreCutAtCharacters()
+{
+    const QString appName = QStringLiteral("texts");
+    const std::string code = "static char text[30001]; "
+                             "for (int i = 0; i < 30000; ++i) text[i] = \"电\"[i % 3]; "
+                             "log_info(\"%s\", text); "
+                             "printf(\"%s\\n\", text); fwrite(\"a\\0b\\n\", 1, 4, stdout);";
+    QCOMPARE(m_harness->build(appName, applet({sequence("main", {statement("s", code)})})),
+             QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Finished}, Patience);
+    QStringList lines = m_harness->logLines(appName);
+    const auto logged = std::find_if(lines.begin(), lines.end(), [](const QString& line) {
+        return line.contains(QStringLiteral("已截断"));
+    });
+    QVERIFY(logged != lines.end());
+    const QString mark = QStringLiteral("…（已截断，共 30000 字节）");
+    QVERIFY2(logged->endsWith(mark), qPrintable(logged->right(40)));
+    QCOMPARE(logged->chopped(mark.size()).mid(2).count(u'电'), logged->size() - mark.size() - 2);
+    lines.erase(logged);
+    QCOMPARE(lines.last(), QStringLiteral("1 a\u2400b"));
+    lines.removeLast();
+    QString printed;
+    for (const QString& line : lines)
+        printed += line.mid(2);
+    QCOMPARE(printed, QString(10000, QStringLiteral("电").front()));
 }
 
 static void printLog(const char*, DrelLogLevel, const char* text)

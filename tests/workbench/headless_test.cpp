@@ -1,10 +1,13 @@
 #include "tests/support/child_processes.h"
 #include "tests/support/folders.h"
+#include "tests/support/resident_memory.h"
 #include "tests/support/test_program.h"
 
 #include <QImage>
+#include <QRegularExpression>
 #include <QtTest>
 
+#include <algorithm>
 #include <signal.h>
 #include <sys/stat.h>
 
@@ -18,6 +21,7 @@ private slots:
     void applets();
     void killedRunnerIsACrash();
     void killedWorkbenchLeavesNoChild();
+    void endlessLogIsWholeAndSmall();
     void compileError();
     void moduleThatCannotBeReplaced();
     void runnerThatIsMissing();
@@ -160,6 +164,50 @@ void HeadlessTest::killedWorkbenchLeavesNoChild()
     program.kill();
     QVERIFY(program.waitForFinished(Patience));
     QTRY_VERIFY(QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(runner)).isEmpty());
+}
+
+/// A step that only logs, without end: nothing piles up before the stop, and no line is missing.
+void HeadlessTest::endlessLogIsWholeAndSmall()
+{
+    QFile file(document("endless_loop"));
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QString text = QString::fromUtf8(file.readAll());
+    text.replace(QRegularExpression(QStringLiteral("\"delay\": 50,(.*?\"stepType\": )24"),
+                                    QRegularExpression::DotMatchesEverythingOption),
+                 QStringLiteral("\"code\": \"static int turn = 0; "
+                                "log_info(\\\"turn %d\\\", turn++);\",\\120"));
+    QVERIFY(text.contains(QStringLiteral("turn++")) && file.resize(0) && file.seek(0));
+    QVERIFY(file.write(text.toUtf8()) > 0);
+    file.close();
+
+    QProcess program;
+    start(program,
+          {QStringLiteral("--project"), project(), QStringLiteral("--applet"),
+           QStringLiteral("endless_loop"), QStringLiteral("--headless"), QStringLiteral("--run"),
+           QStringLiteral("main"), QStringLiteral("--stop-after"), QStringLiteral("1000")});
+    constexpr qint64 MostMemory = qint64(192) << 20;
+    qint64 most = 0; // in bytes
+    m_output.clear();
+    const auto look = [&] {
+        most = std::max(most, test_support::residentBytes(program.processId()));
+        m_output += program.readAllStandardOutput();
+        return program.state() == QProcess::NotRunning;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(look(), Patience);
+    QCOMPARE(program.exitCode(), 2);
+    QVERIFY2(most > 0 && (most < MostMemory || !test_support::isFreedMemoryReused),
+             qPrintable(QString::number(most >> 20)));
+
+    int turns = 0;
+    for (const QStringList& line : lines("output")) {
+        const QRegularExpression omitted(QStringLiteral("省略 (\\d+) 行"));
+        const auto match = omitted.match(line.first());
+        if (match.hasMatch())
+            turns += match.captured(1).toInt();
+        else if (line.first().startsWith(QStringLiteral("turn ")))
+            QCOMPARE(line.first(), QStringLiteral("turn %1").arg(turns++));
+    }
+    QVERIFY2(turns > 1000, qPrintable(QString::number(turns)));
 }
 
 void HeadlessTest::compileError()
