@@ -8,7 +8,6 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -35,6 +34,15 @@ QByteArray joined(const QStringList& lines)
     if (lines.size() > MostErrors)
         message += text("另有 %1 处错误").arg(lines.size() - MostErrors).toUtf8() + '\n';
     return message;
+}
+
+bool areUnchanged(const FileStates& files)
+{
+    for (auto file = files.begin(); file != files.end(); ++file) {
+        if (fileState(file.key()) != file.value())
+            return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -98,8 +106,9 @@ CompileService::StartResult CompileService::start(Request request)
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_compiling.contains(request.appName))
             return Refused;
-        if (!request.isForced && m_lastSuccess.value(request.appName) == fingerprint &&
-            QFileInfo(request.modulePath).isFile())
+        const Success last = m_lastSuccess.value(request.appName);
+        if (!request.isForced && last.fingerprint == fingerprint && !last.files.isEmpty() &&
+            areUnchanged(last.files))
             return Skipped;
         m_compiling.insert(request.appName);
     }
@@ -112,12 +121,16 @@ void CompileService::work(const Request& request, const QByteArray& fingerprint)
 {
     QElapsedTimer timer;
     timer.start();
-    const Outcome outcome = compile(request);
+    FolderLock lock(request.codeFolder);
+    Success success{fingerprint, {}};
+    Outcome outcome = compile(request, lock, success);
+    // The callback's text would end there.
+    outcome.message.replace('\0', "\uFFFD");
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_compiling.remove(request.appName);
         if (outcome.result == CompileSucceeded)
-            m_lastSuccess[request.appName] = fingerprint;
+            m_lastSuccess[request.appName] = success;
         else
             m_lastSuccess.remove(request.appName);
     }
@@ -126,7 +139,8 @@ void CompileService::work(const Request& request, const QByteArray& fingerprint)
                            request.appName.toLocal8Bit().constData(), outcome.message.constData());
 }
 
-CompileService::Outcome CompileService::compile(const Request& request) const
+CompileService::Outcome CompileService::compile(const Request& request, FolderLock& lock,
+                                                Success& success) const
 {
     if (!request.code.problems.empty()) {
         QStringList lines;
@@ -134,21 +148,38 @@ CompileService::Outcome CompileService::compile(const Request& request) const
             lines << errorLine(problem.place, QString::fromStdString(problem.words));
         return {CompileFailed, joined(lines)};
     }
+    switch (lock.lock(m_timeout, m_cancelled)) {
+    case FolderLock::Held:
+        break;
+    case FolderLock::HeldByAnother:
+        return {
+            CompileFailed,
+            text("另一个程序正在编译此小程序, 请稍后再试: %1").arg(request.codeFolder).toUtf8()};
+    case FolderLock::Impossible:
+        return {CompileFailed, text("代码文件夹无法锁定: %1").arg(lock.errorText()).toUtf8()};
+    }
     QString error;
     if (!writeCodeFolder(request.codeFolder, request.code.files, error))
         return {CompileFailed, text("生成的代码无法写入: %1").arg(error).toUtf8()};
     const QString folder = QFileInfo(request.modulePath).absolutePath();
     if (!QDir().mkpath(folder))
         return {CompileFailed, text("模块文件夹无法创建: %1").arg(folder).toUtf8()};
-    return runCompilerFor(request);
+    return runCompilerFor(request, success);
 }
 
-CompileService::Outcome CompileService::runCompilerFor(const Request& request) const
+CompileService::Outcome CompileService::runCompilerFor(const Request& request,
+                                                       Success& success) const
 {
-    ModuleBuild build(request.code, request.codeFolder, {m_compilers, m_cancelled, m_timeout});
+    const qint64 memory = m_memoryLimit;
+    ModuleBuild build(request.code, request.codeFolder,
+                      {m_compilers, m_cancelled, m_timeout, memory});
     const CompilerOutcome outcome = build.run(request.modulePath);
     switch (outcome.kind) {
     case CompilerOutcome::Succeeded:
+        if (const auto files = build.outsideFiles()) {
+            success.files = *files;
+            success.files.insert(request.modulePath, fileState(request.modulePath));
+        }
         return {CompileSucceeded, outcome.output};
     case CompilerOutcome::NotFound:
         return {CompilerMissing,
@@ -159,6 +190,15 @@ CompileService::Outcome CompileService::runCompilerFor(const Request& request) c
         return {CompileFailed,
                 text("编译超过 %1 秒仍未结束, 已终止").arg(m_timeout / 1000).toUtf8() + '\n' +
                     outcome.output};
+    case CompilerOutcome::OutOfMemory:
+    case CompilerOutcome::FileTooLarge:
+        return {CompileFailed, errorLine(unitPlace(request.code, build.culprit()),
+                                         (outcome.kind == CompilerOutcome::OutOfMemory
+                                              ? text("编译所需的内存超过上限 %1 MB, 已终止")
+                                              : text("编译写出的文件超过上限 %1 MB, 已终止"))
+                                             .arg(memory >> 20))
+                                       .toUtf8() +
+                                   '\n' + outcome.output};
     case CompilerOutcome::NotWritten:
         return {CompileFailed,
                 (outcome.output == request.modulePath.toUtf8() ? text("模块文件无法替换: %1")

@@ -1,5 +1,7 @@
 #include "standalone/compiler/ModuleBuild.h"
 
+#include "standalone/compiler/ClippedOutput.h"
+
 #include <QDir>
 #include <QFile>
 
@@ -11,7 +13,6 @@ namespace standalone {
 
 namespace {
 
-const QString objectFolder = QStringLiteral("/objects");
 const QString unfinishedSuffix = QStringLiteral(".new");
 
 bool replaceFile(const QString& from, const QString& to)
@@ -27,7 +28,7 @@ bool replaceFile(const QString& from, const QString& to)
 ModuleBuild::ModuleBuild(const codegen::GeneratedCode& code, const QString& folder,
                          const CompilerLimits& limits)
     : m_code(code), m_folder(folder), m_limits(limits), m_command(compilerCommand()),
-      m_cache(folder + objectFolder)
+      m_cache(folder, code, m_command)
 {
 }
 
@@ -35,39 +36,49 @@ CompilerOutcome ModuleBuild::run(const QString& path)
 {
     m_timer.start();
     if (!m_cache.prepare())
-        return {CompilerOutcome::NotWritten, (m_folder + objectFolder).toUtf8()};
+        return {CompilerOutcome::NotWritten, m_cache.folder().toUtf8()};
     findObjects();
     compileUnits();
-    CompilerOutcome outcome{CompilerOutcome::Succeeded, QByteArray()};
-    QSet<QString> used;
+    CompilerOutcome::Kind kind = CompilerOutcome::Succeeded;
+    ClippedOutput words;
+    const auto tell = [&](const CompilerOutcome& outcome, const std::string& file) {
+        if (outcome.kind < kind || kind > CompilerOutcome::Failed)
+            return;
+        if (outcome.kind > CompilerOutcome::Failed) {
+            words = ClippedOutput();
+            m_culprit = QString::fromStdString(file);
+        }
+        kind = outcome.kind;
+        words.add(outcome.output);
+    };
+    QSet<QByteArray> used;
     for (const Unit& unit : m_units) {
-        used.insert(unit.object);
-        // What the code isn't to blame for is told alone.
-        if (unit.outcome.kind > CompilerOutcome::Failed && unit.outcome.kind > outcome.kind)
-            outcome = unit.outcome;
-        else if (unit.outcome.kind >= outcome.kind)
-            outcome = {unit.outcome.kind, outcome.output + unit.outcome.output};
+        used.insert(unit.key);
+        tell(unit.outcome, unit.file->name);
     }
-    if (outcome.kind == CompilerOutcome::Succeeded) {
-        const CompilerOutcome linked = link(path);
-        outcome.kind = linked.kind;
-        outcome.output += linked.output;
-    }
+    if (kind == CompilerOutcome::Succeeded)
+        tell(link(path), std::string());
     m_cache.prune(used);
-    return outcome;
+    return {kind, words.toText()};
+}
+
+std::optional<FileStates> ModuleBuild::outsideFiles() const
+{
+    QList<QByteArray> keys;
+    for (const Unit& unit : m_units)
+        keys << unit.key;
+    return m_cache.outsideFiles(keys);
 }
 
 void ModuleBuild::findObjects()
 {
-    const QByteArray toolchain = ObjectCache::toolchainOf(m_command);
     for (const codegen::GeneratedFile& file : m_code.files) {
         if (!file.isUnit)
             continue;
         Unit unit;
         unit.file = &file;
-        const QByteArray key = ObjectCache::keyOf(file, m_code, toolchain);
-        unit.isKept = m_cache.holds(key);
-        unit.object = m_cache.pathOf(key.isEmpty() ? QByteArray::fromStdString(file.name) : key);
+        unit.key = m_cache.keyOf(file);
+        unit.isKept = m_cache.holds(unit.key);
         unit.outcome.kind = CompilerOutcome::Succeeded;
         m_units.push_back(unit);
     }
@@ -100,13 +111,17 @@ void ModuleBuild::compileUnits()
 
 void ModuleBuild::compileUnit(Unit& unit)
 {
-    const QString unfinished = unit.object + unfinishedSuffix;
-    unit.outcome =
-        runLimited(m_command.compileArguments(QString::fromStdString(unit.file->name), unfinished));
+    const QString object = m_cache.objectOf(unit.key);
+    const QString unfinished = object + unfinishedSuffix;
+    m_cache.forget(unit.key);
+    unit.outcome = runLimited(m_command.compileArguments(
+        QString::fromStdString(unit.file->name), unfinished, m_cache.dependenciesOf(unit.key)));
     if (unit.outcome.kind != CompilerOutcome::Succeeded)
         QFile::remove(unfinished);
-    else if (!replaceFile(unfinished, unit.object))
-        unit.outcome = {CompilerOutcome::NotWritten, unit.object.toUtf8()};
+    else if (replaceFile(unfinished, object))
+        m_cache.keep(unit.key);
+    else
+        unit.outcome = {CompilerOutcome::NotWritten, object.toUtf8()};
 }
 
 CompilerOutcome ModuleBuild::link(const QString& path)
@@ -114,7 +129,7 @@ CompilerOutcome ModuleBuild::link(const QString& path)
     const QString unfinished = path + unfinishedSuffix;
     QStringList objects;
     for (const Unit& unit : m_units)
-        objects << QDir(m_folder).relativeFilePath(unit.object);
+        objects << QDir(m_folder).relativeFilePath(m_cache.objectOf(unit.key));
     CompilerOutcome outcome = runLimited(m_command.linkArguments(objects, unfinished));
     if (outcome.kind == CompilerOutcome::Succeeded && !replaceFile(unfinished, path))
         outcome = {CompilerOutcome::NotWritten, path.toUtf8()};
@@ -124,7 +139,7 @@ CompilerOutcome ModuleBuild::link(const QString& path)
     // An object may have been damaged on disk: the next compile does without those kept.
     for (const Unit& unit : m_units) {
         if (unit.isKept)
-            QFile::remove(unit.object);
+            m_cache.forget(unit.key);
     }
     return outcome;
 }
@@ -136,7 +151,8 @@ CompilerOutcome ModuleBuild::runLimited(const QStringList& arguments) const
     const int left = m_limits.timeout - static_cast<int>(m_timer.elapsed());
     if (m_limits.cancelled || left <= 0)
         return {m_limits.cancelled ? CompilerOutcome::Cancelled : CompilerOutcome::TimedOut, {}};
-    return runCompiler(m_command.program, arguments, m_folder, left, m_limits.cancelled);
+    return runCompiler(m_command.program, arguments, m_folder, {left, m_limits.memory},
+                       m_limits.cancelled);
 }
 
 } // namespace standalone

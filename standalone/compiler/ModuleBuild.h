@@ -7,6 +7,7 @@
 #include <QSemaphore>
 
 #include <atomic>
+#include <optional>
 #include <vector>
 
 namespace standalone {
@@ -16,11 +17,13 @@ struct CompilerLimits
 {
     QSemaphore& compilers; ///< as many may run at once
     const std::atomic<bool>& cancelled;
-    int timeout; ///< milliseconds for all compilers of a module together
+    int timeout;   ///< milliseconds for all compilers of a module together
+    qint64 memory; ///< bytes for each; 0: no limit
 };
 
 /// Makes a module of code that stands in its folder: compiles the units whose objects are not kept
-/// from before, several at once, and links. Used once, on one thread.
+/// from before, several at once, and links. Used once, on one thread, while nobody else uses the
+/// folder.
 class ModuleBuild
 {
 public:
@@ -28,14 +31,22 @@ public:
                 const CompilerLimits& limits);
 
     /// Writes the module to @p path, which is complete if it succeeds. All units are compiled even
-    /// if one fails; the words of all that failed, or of all, come together.
+    /// if one fails; the words of all that failed, or of all, come together, cut as ClippedOutput
+    /// does. What the code isn't to blame for is told alone.
     CompilerOutcome run(const QString& path);
+
+    /// After run(): the file name of the unit whose outcome was told alone; empty if none was, or
+    /// if it was the linker.
+    QString culprit() const { return m_culprit; }
+    /// After a success: the files of which the module was made besides the code, as they were then;
+    /// nothing if that can't be told, so that an equal compile may have another result.
+    std::optional<FileStates> outsideFiles() const;
 
 private:
     struct Unit
     {
         const codegen::GeneratedFile* file = nullptr;
-        QString object;
+        QByteArray key;      ///< of its object
         bool isKept = false; ///< the object was there
         CompilerOutcome outcome;
     };
@@ -52,6 +63,7 @@ private:
     const CompilerCommand m_command;
     const ObjectCache m_cache;
     std::vector<Unit> m_units;
+    QString m_culprit;
     QElapsedTimer m_timer;
 };
 

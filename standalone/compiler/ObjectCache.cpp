@@ -1,10 +1,13 @@
 #include "standalone/compiler/ObjectCache.h"
 
+#include "base/file_reading.h"
+#include "base/file_writing.h"
 #include "standalone/compiler/code_folder.h"
 
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -13,111 +16,147 @@ namespace standalone {
 
 namespace {
 
-const QString suffix = QStringLiteral(".o");
 constexpr int FewestKept = 64;
 constexpr int GenerationsKept = 4;
 
-/// Adds a text and the generated files and runtime headers that it includes, each once. False if it
-/// includes anything else or means the time of the compile.
-class SeenTexts
+QByteArray hashOf(const char* data, std::size_t size)
 {
-public:
-    SeenTexts(const codegen::GeneratedCode& code, QCryptographicHash& hash)
-        : m_code(code), m_hash(hash)
-    {
-    }
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    hash.addData(data, static_cast<int>(size));
+    return hash.result();
+}
 
-    bool add(const char* data, std::size_t size)
-    {
-        m_hash.addData(QByteArray::number(quint64(size)) + ':');
-        m_hash.addData(data, static_cast<int>(size));
-        const std::string text(data, size);
-        for (const char* word : {"__DATE__", "__TIME__", "__TIMESTAMP__", "__has_include"}) {
-            if (text.find(word) != std::string::npos)
-                return false;
-        }
-        static const std::string include = "#include";
-        for (std::size_t at = text.find(include); at != std::string::npos;
-             at = text.find(include, at + 1)) {
-            const std::size_t begin = text.find('"', at);
-            const std::size_t end = text.find('\n', at);
-            const std::size_t close = text.find('"', begin + 1);
-            if (begin >= end || close >= end || !addFile(text.substr(begin + 1, close - begin - 1)))
-                return false;
-        }
-        return true;
-    }
-
-private:
-    bool addFile(const std::string& name)
-    {
-        if (m_seen.contains(QString::fromStdString(name)))
+/// The time of the compile, or whether a file is there: no list of files that were read tells it.
+bool asksForMoreThanFiles(const std::string& text)
+{
+    for (const char* word : {"__DATE__", "__TIME__", "__TIMESTAMP__", "__has_include"}) {
+        if (text.find(word) != std::string::npos)
             return true;
-        m_seen.insert(QString::fromStdString(name));
-        for (const codegen::GeneratedFile& file : m_code.files) {
-            if (file.name == name)
-                return add(file.text.data(), file.text.size());
-        }
-        for (const RuntimeHeader& header : runtimeHeaders()) {
-            if (name == header.name)
-                return true;
-        }
-        return false;
     }
+    return false;
+}
 
-    const codegen::GeneratedCode& m_code;
-    QCryptographicHash& m_hash;
-    QSet<QString> m_seen;
-};
+QByteArray contentOf(const QString& path)
+{
+    return file_reading::read(path, file_reading::MostOfTable).content;
+}
 
 } // namespace
+
+ObjectCache::ObjectCache(const QString& codeFolder, const codegen::GeneratedCode& code,
+                         const CompilerCommand& command)
+    : m_codeFolder(codeFolder), m_folder(codeFolder + QStringLiteral("/objects")),
+      m_identity(command.identity()), m_begun(QDateTime::currentMSecsSinceEpoch())
+{
+    for (const codegen::GeneratedFile& file : code.files)
+        m_hashes.insert(QString::fromStdString(file.name),
+                        asksForMoreThanFiles(file.text)
+                            ? QByteArray()
+                            : hashOf(file.text.data(), file.text.size()));
+    for (const RuntimeHeader& header : runtimeHeaders())
+        m_hashes.insert(QString::fromLatin1(header.name),
+                        hashOf(header.text, qstrlen(header.text)));
+}
 
 bool ObjectCache::prepare() const
 {
     return QDir().mkpath(m_folder);
 }
 
-QByteArray ObjectCache::keyOf(const codegen::GeneratedFile& unit,
-                              const codegen::GeneratedCode& code, const QByteArray& toolchain)
+QByteArray ObjectCache::keyOf(const codegen::GeneratedFile& unit) const
 {
     QCryptographicHash hash(QCryptographicHash::Sha256);
-    hash.addData(toolchain);
+    hash.addData(m_identity);
     hash.addData(QByteArray::fromStdString('\n' + unit.name + '\n'));
-    SeenTexts texts(code, hash);
-    return texts.add(unit.text.data(), unit.text.size()) ? hash.result().toHex() : QByteArray();
-}
-
-QByteArray ObjectCache::toolchainOf(const CompilerCommand& command)
-{
-    // All headers of the runtime count: any may include any.
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    hash.addData(command.identity());
-    for (const RuntimeHeader& header : runtimeHeaders())
-        hash.addData(header.text, static_cast<int>(qstrlen(header.text)));
-    return hash.result();
-}
-
-QString ObjectCache::pathOf(const QByteArray& key) const
-{
-    return m_folder + QLatin1Char('/') + QString::fromLatin1(key) + suffix;
+    hash.addData(unit.text.data(), static_cast<int>(unit.text.size()));
+    return hash.result().toHex();
 }
 
 bool ObjectCache::holds(const QByteArray& key) const
 {
-    return !key.isEmpty() && QFileInfo(pathOf(key)).isFile();
+    const QByteArray sum = contentOf(pathOf(key, ".sum"));
+    return !sum.isEmpty() && QFileInfo(objectOf(key)).isFile() && sum == sumOf(key);
 }
 
-void ObjectCache::prune(const QSet<QString>& used) const
+void ObjectCache::forget(const QByteArray& key) const
+{
+    QFile::remove(pathOf(key, ".sum"));
+    QFile::remove(dependenciesOf(key));
+}
+
+void ObjectCache::keep(const QByteArray& key) const
+{
+    // First what the files are now, then whether they were so all the time.
+    const QByteArray sum = sumOf(key);
+    if (sum.isEmpty())
+        return;
+    for (const QString& path : dependenciesIn(contentOf(dependenciesOf(key)))) {
+        if (!m_hashes.contains(path) && !isOlder(QDir(m_codeFolder).filePath(path), m_begun))
+            return;
+    }
+    // Without it the object is made anew.
+    if (!file_writing::replace(pathOf(key, ".sum"), sum, file_writing::Content::Derived).isEmpty())
+        QFile::remove(pathOf(key, ".sum"));
+}
+
+/// Of all files that the compiler has read; empty if that can't be told.
+QByteArray ObjectCache::sumOf(const QByteArray& key) const
+{
+    const QStringList paths = dependenciesIn(contentOf(dependenciesOf(key)));
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    for (const QString& path : paths) {
+        const auto generated = m_hashes.constFind(path);
+        const QByteArray state = generated != m_hashes.constEnd()
+                                     ? *generated
+                                     : fileState(QDir(m_codeFolder).filePath(path));
+        if (state.isEmpty())
+            return {};
+        hash.addData(path.toUtf8() + '\n' + state + '\n');
+    }
+    return paths.isEmpty() ? QByteArray() : hash.result().toHex();
+}
+
+std::optional<FileStates> ObjectCache::outsideFiles(const QList<QByteArray>& keys) const
+{
+    FileStates outside;
+    for (const QByteArray& key : keys) {
+        if (!QFileInfo::exists(pathOf(key, ".sum")))
+            return std::nullopt;
+        for (const QString& name : dependenciesIn(contentOf(dependenciesOf(key)))) {
+            const QString path = QDir(m_codeFolder).absoluteFilePath(name);
+            if (m_hashes.contains(name) || outside.contains(path))
+                continue;
+            outside.insert(path, fileState(path));
+            if (!isOlder(path, m_begun))
+                return std::nullopt;
+        }
+    }
+    return outside;
+}
+
+void ObjectCache::prune(const QSet<QByteArray>& used) const
 {
     const QFileInfoList files =
         QDir(m_folder).entryInfoList(QDir::Files, QDir::Time); // the newest first
     int left = std::max(FewestKept, GenerationsKept * used.size()) - used.size();
+    QSet<QByteArray> kept = used;
     for (const QFileInfo& file : files) {
-        if (used.contains(file.filePath()))
-            continue;
-        if (!file.fileName().endsWith(suffix) || --left < 0)
+        if (file.suffix() == QLatin1String("o") && left > 0 &&
+            !used.contains(file.completeBaseName().toLatin1())) {
+            kept.insert(file.completeBaseName().toLatin1());
+            --left;
+        }
+    }
+    for (const QFileInfo& file : files) {
+        if (file.suffix() == QLatin1String("new") ||
+            !kept.contains(file.completeBaseName().toLatin1()))
             QFile::remove(file.filePath());
     }
+}
+
+QString ObjectCache::pathOf(const QByteArray& key, const char* suffix) const
+{
+    return m_folder + QLatin1Char('/') + QString::fromLatin1(key) + QLatin1String(suffix);
 }
 
 } // namespace standalone

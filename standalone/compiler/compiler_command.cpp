@@ -5,6 +5,8 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include <algorithm>
+
 namespace standalone {
 
 namespace {
@@ -23,11 +25,28 @@ const QStringList linkOptions = {QStringLiteral("-shared"), QStringLiteral("-fPI
                                  QStringLiteral("-Wl,--no-undefined"),
                                  QStringLiteral("-Wl,--as-needed")};
 
+/// As far as the command says so. It complains of GCC's words, GCC fails for its own.
+bool isClang(const CompilerCommand& command)
+{
+    const QStringList words = QStringList{command.program} + command.arguments;
+    return std::any_of(words.begin(), words.end(), [](const QString& word) {
+        return QFileInfo(word).fileName().startsWith(QLatin1String("clang"));
+    });
+}
+
 } // namespace
 
-QStringList CompilerCommand::compileArguments(const QString& source, const QString& object) const
+QStringList CompilerCommand::compileArguments(const QString& source, const QString& object,
+                                              const QString& dependencies) const
 {
-    return arguments + compileOptions + QStringList{source, QStringLiteral("-o"), object};
+    QStringList all = arguments;
+    all << (isClang(*this) ? QStringLiteral("-ferror-limit=50")
+                           : QStringLiteral("-fmax-errors=50"));
+    // The rule's target is of no use, and a short one can't be mistaken.
+    if (!dependencies.isEmpty())
+        all << QStringLiteral("-MD") << QStringLiteral("-MT") << QStringLiteral("o")
+            << QStringLiteral("-MF") << dependencies;
+    return all + compileOptions + QStringList{source, QStringLiteral("-o"), object};
 }
 
 QStringList CompilerCommand::linkArguments(const QStringList& objects, const QString& module) const
@@ -42,11 +61,14 @@ QString CompilerCommand::toText() const
 
 QByteArray CompilerCommand::identity() const
 {
-    const QString path = QStandardPaths::findExecutable(program);
-    const QFileInfo file(QFileInfo(path.isEmpty() ? program : path).canonicalFilePath());
-    QByteArray identity = toText().toUtf8() + '\n' + file.filePath().toUtf8() + '\n' +
-                          QByteArray::number(file.size()) + '\n' +
-                          QByteArray::number(file.lastModified().toMSecsSinceEpoch());
+    QByteArray identity = toText().toUtf8();
+    for (const QString& word : QStringList{program} + arguments) {
+        const QString path = QStandardPaths::findExecutable(word);
+        const QFileInfo file(QFileInfo(path.isEmpty() ? word : path).canonicalFilePath());
+        if (file.isFile())
+            identity += '\n' + file.filePath().toUtf8() + '\n' + QByteArray::number(file.size()) +
+                        '\n' + QByteArray::number(file.lastModified().toMSecsSinceEpoch());
+    }
     for (const char* name : {"CPATH", "CPLUS_INCLUDE_PATH"})
         identity += '\n' + qgetenv(name);
     return identity;

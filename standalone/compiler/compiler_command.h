@@ -13,15 +13,17 @@ struct CompilerCommand
     QString program;
     QStringList arguments; ///< of the environment
 
-    /// Makes the object of one unit.
-    QStringList compileArguments(const QString& source, const QString& object) const;
+    /// Makes the object of one unit, and lists the files that it reads in @p dependencies, if that
+    /// names a file. It tells fifty errors at most.
+    QStringList compileArguments(const QString& source, const QString& object,
+                                 const QString& dependencies = QString()) const;
     /// Makes the module of all objects.
     QStringList linkArguments(const QStringList& objects, const QString& module) const;
 
     /// As a text for messages and for telling two commands apart.
     QString toText() const;
     /// What an object's content depends on besides the files that are compiled: the command, the
-    /// program itself, and the environment's folders.
+    /// programs that it names (one may start another), and the environment's folders.
     QByteArray identity() const;
 };
 

@@ -10,22 +10,35 @@ namespace standalone {
 
 namespace {
 
-QString text(const char* source)
+QString placeWords(const char* source)
 {
     return QCoreApplication::translate("standalone::errorLine", source);
 }
 
+/// A name as a part of one line.
+QString shown(const std::string& name)
+{
+    QString text = QString::fromStdString(name);
+    for (QChar& character : text) {
+        const QChar::Category category = character.category();
+        if (category == QChar::Other_Control || category == QChar::Separator_Line ||
+            category == QChar::Separator_Paragraph)
+            character = QChar::ReplacementCharacter;
+    }
+    return text;
+}
+
 QString placeText(const codegen::CodePlace& place)
 {
-    const QString sequence = QString::fromStdString(place.owner.sequence);
+    const QString sequence = shown(place.owner.sequence);
     if (place.owner.step.empty() && place.owner.stepId.empty())
-        return text("出错位置: 序列“%1”").arg(sequence);
-    const QString step = text("出错步骤: 序列“%1”, 步骤“%2”")
-                             .arg(sequence, QString::fromStdString(place.owner.step));
+        return placeWords("出错位置: 序列“%1”").arg(sequence);
+    const QString step =
+        placeWords("出错步骤: 序列“%1”, 步骤“%2”").arg(sequence, shown(place.owner.step));
     if (place.text.empty())
         return step;
     const QString part = step + QStringLiteral(", ") + QString::fromStdString(place.text);
-    return place.line > 0 ? part + text("第 %1 行").arg(place.line) : part;
+    return place.line > 0 ? part + placeWords("第 %1 行").arg(place.line) : part;
 }
 
 /// Lines of "file:line:column: error: words", where the word depends on the language that the
@@ -42,7 +55,9 @@ const QRegularExpression& errorPattern()
 
 constexpr int MostLines = 200; // of them only some are told
 
-codegen::CodePlace sequencePlace(const codegen::GeneratedCode& code, const QString& fileName)
+} // namespace
+
+codegen::CodePlace unitPlace(const codegen::GeneratedCode& code, const QString& fileName)
 {
     // The last line of a unit is the sequence's own.
     codegen::CodePlace place =
@@ -51,8 +66,6 @@ codegen::CodePlace sequencePlace(const codegen::GeneratedCode& code, const QStri
     place.owner.stepId.clear();
     return place;
 }
-
-} // namespace
 
 QString errorLine(const codegen::CodePlace& place, const QString& words)
 {
@@ -76,7 +89,7 @@ QStringList errorLines(const QByteArray& compilerOutput, const codegen::Generate
         const bool isLink = !match.captured(4).isEmpty();
         const QString file = QFileInfo(match.captured(isLink ? 4 : 1)).fileName();
         codegen::CodePlace place =
-            isLink ? sequencePlace(code, file)
+            isLink ? unitPlace(code, file)
                    : codegen::placeOf(code, file.toStdString(), match.captured(2).toInt());
         if (!isLink && match.capturedStart(3) < 0) {
             if (!place.owner.sequence.empty())
