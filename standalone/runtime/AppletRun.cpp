@@ -24,12 +24,14 @@ std::string text(const char* source, const QString& detail = QString())
 
 /// Callbacks take texts that end at their first NUL: a text that holds one goes on behind a sign
 /// for it.
-std::string withoutNul(std::string text)
+std::string withoutNul(const std::string& text)
 {
     static const char Sign[] = "\xe2\x90\x80"; // U+2400
-    for (std::size_t at = text.find('\0'); at != std::string::npos; at = text.find('\0', at))
-        text.replace(at, 1, Sign);
-    return text;
+    std::string whole;
+    std::size_t begin = 0;
+    for (std::size_t at = 0; (at = text.find('\0', begin)) != std::string::npos; begin = at + 1)
+        whole.append(text, begin, at - begin).append(Sign);
+    return whole.append(text, begin, std::string::npos);
 }
 
 /// A thread of its own keeps a child that can't be waited for from staying a zombie. It ends with
@@ -252,26 +254,29 @@ void AppletRun::onBlock(const std::string& sequenceId, const std::string& blockI
                         int result)
 {
     m_lastStepId = blockId;
+    if (!CallbackFuncsImp::m_cb || m_silent)
+        return;
     m_backlog->add(sequenceId.size() + blockId.size());
-    if (CallbackFuncsImp::m_cb && !m_silent)
-        CallbackFuncsImp::m_cb(m_request.appName.c_str(), sequenceId.c_str(), blockId.c_str(),
-                               progress, result);
+    CallbackFuncsImp::m_cb(m_request.appName.c_str(), sequenceId.c_str(), blockId.c_str(), progress,
+                           result);
 }
 
 void AppletRun::onSequence(const std::string& sequenceId, bool isEnd)
 {
+    if (!CallbackFuncsImp::m_seqCb || m_silent)
+        return;
     m_backlog->add(sequenceId.size());
-    if (CallbackFuncsImp::m_seqCb && !m_silent)
-        CallbackFuncsImp::m_seqCb(m_request.appName.c_str(), sequenceId.c_str(), isEnd);
+    CallbackFuncsImp::m_seqCb(m_request.appName.c_str(), sequenceId.c_str(), isEnd);
 }
 
 void AppletRun::onTemplateSequence(const std::string& templateId, const std::string& sequenceId,
                                    bool isEnd)
 {
+    if (!CallbackFuncsImp::m_tempSeqCb || m_silent)
+        return;
     m_backlog->add(templateId.size() + sequenceId.size());
-    if (CallbackFuncsImp::m_tempSeqCb && !m_silent)
-        CallbackFuncsImp::m_tempSeqCb(m_request.appName.c_str(), templateId.c_str(),
-                                      sequenceId.c_str(), isEnd);
+    CallbackFuncsImp::m_tempSeqCb(m_request.appName.c_str(), templateId.c_str(), sequenceId.c_str(),
+                                  isEnd);
 }
 
 void AppletRun::onLog(int level, const std::string& line)
@@ -282,6 +287,8 @@ void AppletRun::onLog(int level, const std::string& line)
 void AppletRun::onRequest(std::uint32_t id, protocol::RequestKind kind,
                           const protocol::Texts& texts)
 {
+    if (m_silent)
+        return;
     m_backlog->add(0);
     if (const char* fault = m_requests.take(id, kind, texts))
         m_reader.refuse(fault);

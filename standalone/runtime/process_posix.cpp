@@ -30,7 +30,8 @@ constexpr int TraceNumber = 5;
 constexpr int LowestOwn = 16;
 /// Read of a stream at once.
 constexpr std::size_t PieceSize = 16 * 1024;
-/// Reads per stream after the child's end: more than its pipe can hold.
+/// Reads per stream after the child's end: more than its pipe can hold, which is a megabyte where
+/// the child has widened it.
 constexpr int MaxRoundsAfterExit = 65;
 
 void closeFile(int& file)
