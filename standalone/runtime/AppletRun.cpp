@@ -103,12 +103,16 @@ RunEvent AppletRun::watchChild()
     output.finish();
     errors.finish();
 
+    account.trace = trace.read();
+    const QString leftProcesses = account.leftProcesses();
+    if (!leftProcesses.isEmpty())
+        log(LogWarning, leftProcesses.toStdString());
+
     const bool leftWell = account.end.hasExited && account.end.number == 0 && reader.isComplete();
     if (leftWell && m_endReason == protocol::Finished)
         return RunFinished;
     if (!leftWell || m_endReason != protocol::Stopped) {
         account.appName = QString::fromLocal8Bit(m_request.appName.c_str());
-        account.trace = trace.read();
         account.isCorrupt = reader.isCorrupt();
         account.memoryLimit = m_request.memoryLimit;
         tellAccount(account);

@@ -17,9 +17,10 @@ struct ChildEnd
 };
 
 /// A child process with a report channel, a command channel, and its output and error streams as
-/// pipes, first of a group of processes that all that it starts belong to. One thread owns it: it
-/// starts the child, pumps it and reaps it. Only sendCommand and wake may be called from other
-/// threads.
+/// pipes, in a session of its own. The child answers for all that it starts: when the command
+/// channel closes, by kill or with this process's death, it ends them and itself, and it ends no
+/// sooner than they. One thread owns it: it starts the child, pumps it and reaps it. Only
+/// sendCommand and wake may be called from other threads.
 class ChildProcess
 {
 public:
@@ -48,9 +49,9 @@ public:
     /// Any thread.
     bool sendCommand(const unsigned char* data, std::size_t size);
 
-    /// Kills the child and its group.
+    /// Makes the child end all that it has started, and itself, at once.
     void kill();
-    /// Waits for the end of the child and kills what is left of its group.
+    /// Waits for the end of the child.
     ChildEnd reap();
 
 private:

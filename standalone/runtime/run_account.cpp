@@ -23,7 +23,35 @@ QString stepLine(const StepName& name, quint64 pass)
     return line;
 }
 
+/// The name is whatever the program calls itself.
+QString processName(const EndedProcess& process)
+{
+    QString name = QString::fromUtf8(process.name.data(), int(process.name.size()));
+    for (QChar& c : name) {
+        if (!c.isPrint())
+            c = u'?';
+    }
+    return QStringLiteral("%1 (%2)").arg(name, QString::number(process.pid));
+}
+
 } // namespace
+
+QString RunAccount::leftProcesses() const
+{
+    QStringList names;
+    for (const EndedProcess& process : trace.ended)
+        names << processName(process);
+    QString line;
+    if (!names.isEmpty())
+        line = text("已结束步骤留下的 %1 个进程: %2")
+                   .arg(QString::number(trace.endedCount), names.join(QStringLiteral(", ")));
+    if (trace.endedCount > trace.ended.size())
+        line += QStringLiteral(", …");
+    if (trace.survivorCount > 0)
+        line += (line.isEmpty() ? QString() : QStringLiteral("; ")) +
+                text("%1 个进程无法结束, 仍在运行").arg(trace.survivorCount);
+    return line;
+}
 
 QString RunAccount::reason() const
 {
