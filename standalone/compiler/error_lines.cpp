@@ -10,7 +10,7 @@ namespace standalone {
 
 namespace {
 
-QString text(const char* source)
+QString placeWords(const char* source)
 {
     return QCoreApplication::translate("standalone::errorLine", source);
 }
@@ -19,13 +19,13 @@ QString placeText(const codegen::CodePlace& place)
 {
     const QString sequence = QString::fromStdString(place.owner.sequence);
     if (place.owner.step.empty() && place.owner.stepId.empty())
-        return text("出错位置: 序列“%1”").arg(sequence);
-    const QString step = text("出错步骤: 序列“%1”, 步骤“%2”")
+        return placeWords("出错位置: 序列“%1”").arg(sequence);
+    const QString step = placeWords("出错步骤: 序列“%1”, 步骤“%2”")
                              .arg(sequence, QString::fromStdString(place.owner.step));
     if (place.text.empty())
         return step;
     const QString part = step + QStringLiteral(", ") + QString::fromStdString(place.text);
-    return place.line > 0 ? part + text("第 %1 行").arg(place.line) : part;
+    return place.line > 0 ? part + placeWords("第 %1 行").arg(place.line) : part;
 }
 
 /// Lines of "file:line:column: error: words", where the word depends on the language that the
