@@ -2,6 +2,7 @@
 
 #include "standalone/runtime/signal_texts.h"
 #include "standalone/runtime/step_names.h"
+#include "standalone/shown_text.h"
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -17,7 +18,8 @@ QString accountText(const char* source)
 
 QString stepLine(const StepName& name, quint64 pass)
 {
-    QString line = accountText("序列“%1”的步骤“%2”").arg(name.sequence, name.step);
+    QString line =
+        accountText("序列“%1”的步骤“%2”").arg(shownText(name.sequence), shownText(name.step));
     if (pass > 0)
         line += accountText(", 循环第 %1 次").arg(pass);
     return line;
@@ -26,12 +28,8 @@ QString stepLine(const StepName& name, quint64 pass)
 /// The name is whatever the program calls itself.
 QString processName(const EndedProcess& process)
 {
-    QString name = QString::fromUtf8(process.name.data(), int(process.name.size()));
-    for (QChar& c : name) {
-        if (!c.isPrint())
-            c = u'?';
-    }
-    return QStringLiteral("%1 (%2)").arg(name, QString::number(process.pid));
+    const QString name = QString::fromUtf8(process.name.data(), int(process.name.size()));
+    return QStringLiteral("%1 (%2)").arg(shownText(name), QString::number(process.pid));
 }
 
 } // namespace

@@ -226,7 +226,7 @@ void EscapesTest::namesAreOneLine()
     account.trace.endedCount = 1;
     account.trace.survivorCount = 2;
     QCOMPARE(account.leftProcesses(),
-             QString::fromUtf8("已结束步骤留下的 1 个进程: a?b?[1m\uFFFD (7); "
+             QString::fromUtf8("已结束步骤留下的 1 个进程: a b\uFFFD[1m\uFFFD (7); "
                                "2 个进程无法结束, 仍在运行"));
 }
 

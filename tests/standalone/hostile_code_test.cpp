@@ -28,6 +28,7 @@ private slots:
     void faultsWithMacros();
     void faultsAreOfTheirStep();
     void noDirectivesWithinALine();
+    void namesAreShownWhole();
 
 private:
     std::unique_ptr<RuntimeHarness> m_harness;
@@ -178,6 +179,17 @@ void HostileCodeTest::noDirectivesWithinALine()
     QCOMPARE(QString::fromStdString(code.problems[0].place.owner.step), QStringLiteral("e"));
     QCOMPARE(QString::fromStdString(code.problems[0].words),
              QStringLiteral("此处不能使用预处理指令"));
+}
+
+/// The texts are passed on up to their first zero.
+void HostileCodeTest::namesAreShownWhole()
+{
+    const std::string name("a\0b\nc", 5);
+    const auto code =
+        codegen::generate(applet({sequence("main", {fixedFor("f", name, 0, 1, 1, {})})}));
+    QCOMPARE(code.problems.size(), std::size_t(1));
+    QCOMPARE(QString::fromStdString(code.problems[0].words),
+             QStringLiteral("“a\uFFFDb c”不能用作循环变量名"));
 }
 
 PE_TEST("hostile_code", HostileCodeTest)
