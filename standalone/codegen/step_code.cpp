@@ -5,6 +5,7 @@
 #include "standalone/codegen/post_actions.h"
 #include "standalone/codegen/problem_text.h"
 #include "standalone/codegen/user_texts.h"
+#include "standalone/shown_text.h"
 
 namespace codegen {
 
@@ -94,7 +95,8 @@ void SequenceGenerator::closeStepLoop(const IProcessBlock& block)
     if (block.loopResultInReport) {
         const std::string name = block.loopVariable.empty() ? "turn" : block.loopVariable;
         const std::string turn = block.loopType == 1 ? name + " + 1" : "++turn_number";
-        m_writer.line("rt::log_turn(" + stringLiteral(block.name) + ", " + turn + ");");
+        const QString shown = standalone::shownText(QString::fromStdString(block.name));
+        m_writer.line("rt::log_turn(" + stringLiteral(shown.toStdString()) + ", " + turn + ");");
     }
     m_writer.close();
 }
