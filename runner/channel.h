@@ -9,9 +9,8 @@ namespace channel {
 /// counting, and private to this process.
 int adopt(int pipe);
 
-/// Ties the life of this process and of all that it starts to the editor's, and lets a write to a
-/// closed pipe fail instead of ending the process.
-void bindToEditor();
+/// Lets a write to a closed pipe fail instead of ending the process.
+void outliveReader();
 
 /// Writes everything. False if nobody reads it any more, or if the pipe was closed on this side.
 /// Async-signal-safe.
@@ -22,7 +21,5 @@ std::size_t read(int pipe, void* data, std::size_t size);
 
 /// Ends the process without running any of its exit handlers. Async-signal-safe.
 [[noreturn]] void leave(int exitCode);
-/// The same, with everything that the applet has started.
-[[noreturn]] void leaveWithAll();
 
 } // namespace channel

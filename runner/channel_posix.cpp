@@ -5,20 +5,8 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
-#ifdef __linux__
-#include <sys/prctl.h>
-#endif
 
 namespace channel {
-
-namespace {
-
-void onEditorGone(int)
-{
-    leaveWithAll();
-}
-
-} // namespace
 
 int adopt(int pipe)
 {
@@ -32,15 +20,9 @@ int adopt(int pipe)
     return high;
 }
 
-void bindToEditor()
+void outliveReader()
 {
     std::signal(SIGPIPE, SIG_IGN);
-#ifdef __linux__
-    // The thread that started this process waits for its end, so its death is the editor's. The
-    // end of the command channel covers the moment before this call.
-    std::signal(SIGHUP, onEditorGone);
-    prctl(PR_SET_PDEATHSIG, SIGHUP);
-#endif
 }
 
 bool write(int pipe, const void* data, std::size_t size)
@@ -75,14 +57,6 @@ std::size_t read(int pipe, void* data, std::size_t size)
 void leave(int exitCode)
 {
     _exit(exitCode);
-}
-
-void leaveWithAll()
-{
-    // The editor has made this process the first of a group.
-    if (getpgrp() == getpid())
-        kill(0, SIGKILL);
-    leave(1);
 }
 
 } // namespace channel

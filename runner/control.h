@@ -7,14 +7,15 @@
 
 /// The side of the runner that listens to the editor while the applet runs: a thread that takes
 /// the stop command, flushes reports that have waited for some milliseconds, and ends the process
-/// when the editor is gone.
+/// when the applet has closed the command channel, or when the supervisor says that it has taken
+/// too much memory.
 namespace control {
 
 /// Waits for the start command on the command channel; empty if the channel ended instead.
 std::string awaitStart(int commandPipe);
 
-/// Starts the thread. Both live to the end of the process.
-void start(int commandPipe, ReportBuffer& reports);
+/// Starts the thread. @p noticePipe is the supervisor's. All live to the end of the process.
+void start(int commandPipe, int noticePipe, ReportBuffer& reports);
 
 /// Whether a stop command has come. Any thread.
 bool isStopAsked();

@@ -1,7 +1,6 @@
 #include "runner/control.h"
 
 #include "runner/channel.h"
-#include "runner/limits.h"
 #include "runner/requests.h"
 #include "runner/run_tracer.h"
 #include "standalone/runtime/protocol_reader.h"
@@ -20,12 +19,14 @@ namespace control {
 namespace {
 
 constexpr int FlushMilliseconds = 4;
-constexpr int MemoryMilliseconds = 40;
+/// The longest sleep: a descriptor that the applet closes wakes nobody.
+constexpr int LookMilliseconds = 40;
 
 volatile int stopAsked = 0;
 int stopPipe[2];  // its write end closes with the stop: that wakes every wait
 int flushPipe[2]; // a byte for each flush that is asked for
 int commands = -1;
+int notices = -1;
 ReportBuffer* reportBuffer = nullptr;
 
 class Commands : public protocol::Receiver
@@ -68,19 +69,18 @@ bool readCommands()
 void* listen(void*)
 {
     std::int64_t flushAt = -1;
-    std::int64_t memoryAt = now() + MemoryMilliseconds;
     for (;;) {
-        pollfd sources[] = {{commands, POLLIN, 0}, {flushPipe[0], POLLIN, 0}};
-        const std::int64_t wakeAt = flushAt < 0 ? memoryAt : std::min(flushAt, memoryAt);
-        poll(sources, 2, static_cast<int>(std::max<std::int64_t>(0, wakeAt - now())));
+        pollfd sources[] = {{commands, POLLIN, 0}, {flushPipe[0], POLLIN, 0}, {notices, POLLIN, 0}};
+        const std::int64_t sleep = flushAt < 0 ? LookMilliseconds : flushAt - now();
+        poll(sources, 3, static_cast<int>(std::max<std::int64_t>(0, sleep)));
+        if (sources[2].revents & POLLIN)
+            leaveForMemory();
         if (sources[0].revents != 0 && !readCommands()) {
-            run_tracer::setCause(run_trace::ChannelLost);
-            channel::leaveWithAll();
-        }
-        if (now() >= memoryAt) {
-            memoryAt = now() + MemoryMilliseconds;
-            if (limits::isMemoryExceeded())
-                leaveForMemory();
+            if (!(sources[0].revents & POLLHUP)) {
+                run_tracer::setCause(run_trace::ChannelLost);
+                channel::leave(1);
+            }
+            commands = -1; // the editor has closed it, and the supervisor ends the run
         }
         if (sources[1].revents & POLLIN) {
             char byte;
@@ -111,9 +111,10 @@ std::string awaitStart(int commandPipe)
     return received.sequenceId;
 }
 
-void start(int commandPipe, ReportBuffer& reports)
+void start(int commandPipe, int noticePipe, ReportBuffer& reports)
 {
     commands = commandPipe;
+    notices = noticePipe;
     reportBuffer = &reports;
     // Signals are for the applet's thread, whose handlers have a stack of their own.
     sigset_t all;

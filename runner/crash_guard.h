@@ -6,7 +6,7 @@ class ReportBuffer;
 /// editor sees the step that did it, and notes why where the signal alone doesn't tell. The process
 /// then ends as it would have ended anyway, and no end record is ever sent from here.
 ///
-/// A process that the applet's code forks is cut off from the editor, and ends with this one.
+/// A process that the applet's code forks is cut off from the editor; the supervisor ends it.
 namespace crash_guard {
 
 /// @p reports lives to the end of the process.

@@ -10,9 +10,6 @@
 #include <cstdlib>
 #include <initializer_list>
 #include <pthread.h>
-#ifdef __linux__
-#include <sys/prctl.h>
-#endif
 
 namespace crash_guard {
 
@@ -32,7 +29,7 @@ bool isBelowStack(const void* address)
 
 void onCrash(int number, siginfo_t* info, void*)
 {
-    if (limits::isMemoryExceeded())
+    if (limits::isExceededByThis())
         run_tracer::setCause(run_trace::MemoryLimit);
     else if ((number == SIGSEGV || number == SIGBUS) && isBelowStack(info->si_addr))
         run_tracer::setCause(run_trace::StackOverflow);
@@ -51,9 +48,6 @@ void onForked()
     reportBuffer->detach();
     requests::detach();
     run_tracer::detach();
-#ifdef __linux__
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-#endif
 }
 
 void findStack()

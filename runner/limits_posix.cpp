@@ -1,9 +1,10 @@
 #include "runner/limits.h"
 
-#include <cstdlib>
-#include <fcntl.h>
+#include "runner/channel.h"
+#include "runner/process_memory.h"
+
+#include <cstdint>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define RUNNER_IS_SANITIZED 1
@@ -15,12 +16,8 @@ namespace limits {
 
 namespace {
 
-/// Which number of the process's sizes counts: what it may write to, or, since the sanitizers
-/// reserve more than any machine has, what it has in memory.
-constexpr int Field = RUNNER_IS_SANITIZED ? 1 : 5;
-
-std::size_t memoryLimit = 0;
-std::size_t pageSize = 4096;
+std::uint64_t memoryLimit = 0;
+int ownStatus = -1; // opened early: an applet may use up all descriptors
 
 void lower(int resource, rlim_t value)
 {
@@ -33,39 +30,72 @@ void lower(int resource, rlim_t value)
     }
 }
 
+/// The sanitizers reserve more than any machine has.
+bool isExceeded(const process_memory::Sizes& sizes)
+{
+    return sizes.resident > memoryLimit || (!RUNNER_IS_SANITIZED && sizes.reserved > memoryLimit);
+}
+
+template <typename Read> auto readTwice(Read read, int pid)
+{
+    const auto first = read(pid);
+    return first ? first : read(pid);
+}
+
 } // namespace
 
-void apply(std::size_t memory)
+void setMemory(std::size_t memory)
+{
+    memoryLimit = memory;
+}
+
+void apply()
 {
     constexpr rlim_t StackSize = 64u << 20;
     constexpr rlim_t Headroom = 3; // a vector that doubles just below the limit still gets its way
-    memoryLimit = memory;
-    pageSize = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-    lower(RLIMIT_CORE, 0);
+    forbidCoreFiles();
     lower(RLIMIT_STACK, StackSize);
-    if (memory > 0 && !RUNNER_IS_SANITIZED)
-        lower(RLIMIT_AS, Headroom * memory);
+    if (memoryLimit > 0 && !RUNNER_IS_SANITIZED)
+        lower(RLIMIT_AS, Headroom * memoryLimit);
+    const int file = process_memory::openOwn();
+    ownStatus = file < 0 ? -1 : channel::adopt(file);
 }
 
-bool isMemoryExceeded()
+bool isExceededBy(int runner, const std::vector<int>& pids)
 {
     if (memoryLimit == 0)
         return false;
-    char text[128];
-    const int file = ::open("/proc/self/statm", O_RDONLY | O_CLOEXEC);
-    const ssize_t size = file < 0 ? 0 : ::read(file, text, sizeof text - 1);
-    if (file >= 0)
-        ::close(file);
-    // "size resident shared text lib data ...", in pages.
-    std::size_t pages = 0;
-    int field = 0;
-    for (ssize_t i = 0; i < size && field <= Field; ++i) {
-        if (text[i] == ' ')
-            ++field;
-        else if (field == Field)
-            pages = 10 * pages + static_cast<std::size_t>(text[i] - '0');
+    std::uint64_t together = 0;
+    for (const int pid : pids) {
+        const auto sizes = readTwice(process_memory::sizesOf, pid);
+        if (!sizes || (pid == runner && isExceeded(*sizes)))
+            return true;
+        together += sizes->resident;
     }
-    return pages * pageSize > memoryLimit;
+    if (together <= memoryLimit)
+        return false;
+    // Dividing what they share is dear: only those are asked that may have too much.
+    together = 0;
+    for (const int pid : pids) {
+        const auto share = readTwice(process_memory::shareOf, pid);
+        if (!share)
+            return true;
+        together += *share;
+    }
+    return together > memoryLimit;
+}
+
+bool isExceededByThis()
+{
+    if (memoryLimit == 0 || ownStatus < 0)
+        return false;
+    const auto sizes = process_memory::ownSizes(ownStatus);
+    return sizes && isExceeded(*sizes);
+}
+
+void forbidCoreFiles()
+{
+    lower(RLIMIT_CORE, 0);
 }
 
 } // namespace limits

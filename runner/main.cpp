@@ -5,14 +5,16 @@
 #include "runner/module.h"
 #include "runner/run_tracer.h"
 #include "runner/runtime_api.h"
+#include "runner/supervisor.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 namespace {
 
-enum ExitCode : int { Success = 0, BadUsage = 2, BadModule = 3, NoSequence = 4 };
+enum ExitCode : int { Success = 0, BadUsage = 2, BadModule = 3, NoSequence = 4, NoProcess = 5 };
 enum LogLevel : int { ErrorLevel = 3 };
 
 ReportBuffer reports;
@@ -38,7 +40,7 @@ const applet_sequence* findSequence(const applet_module& module, const std::stri
 
 /// applet_runner MODULE MEMORY_LIMIT REPORT_PIPE COMMAND_PIPE TRACE_FILE
 /// The limit is in bytes, 0 for none. The sequence comes with the start command. The exit code is 0
-/// after an end record only.
+/// after an end record only. This process becomes the supervisor; its child runs the applet.
 int main(int argc, char** argv)
 {
     if (argc != 6) {
@@ -46,19 +48,27 @@ int main(int argc, char** argv)
                      argv[0]);
         return BadUsage;
     }
-    limits::apply(std::strtoull(argv[2], nullptr, 10));
+    supervisor::Duty duty;
+    duty.memoryLimit = std::strtoull(argv[2], nullptr, 10);
+    limits::setMemory(duty.memoryLimit);
     const int reportPipe = channel::adopt(std::atoi(argv[3]));
-    const int commandPipe = channel::adopt(std::atoi(argv[4]));
-    const int traceFile = channel::adopt(std::atoi(argv[5]));
-    channel::bindToEditor();
+    duty.commandPipe = channel::adopt(std::atoi(argv[4]));
+    duty.traceFile = channel::adopt(std::atoi(argv[5]));
+    const int noticePipe = supervisor::divide(duty);
+    if (noticePipe < 0) {
+        std::fprintf(stderr, "运行进程启动失败: %s\n", std::strerror(errno));
+        channel::leave(NoProcess);
+    }
+    limits::apply();
+    channel::outliveReader();
     std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
 
-    const std::string sequenceId = control::awaitStart(commandPipe);
+    const std::string sequenceId = control::awaitStart(duty.commandPipe);
     if (sequenceId.empty())
         channel::leave(BadUsage);
     reports.open(reportPipe, control::expectFlush);
     runtime_api::bind(reports);
-    control::start(commandPipe, reports);
+    control::start(duty.commandPipe, noticePipe, reports);
     crash_guard::install(reports);
 
     Module module;
@@ -74,7 +84,7 @@ int main(int argc, char** argv)
         fail(NoSequence, "模块中没有要运行的序列: " + sequenceId);
 
     runtime_api::setModule(*applet);
-    run_tracer::open(traceFile, *applet);
+    run_tracer::open(duty.traceFile, *applet);
     sequence->run();
 
     // The module's destructors belong to the run: a crash in them is one of the applet. After them

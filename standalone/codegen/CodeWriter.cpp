@@ -60,8 +60,11 @@ void CodeWriter::label(const std::string& name)
 void CodeWriter::userCode(const std::string& code, const char* userText, int firstLine)
 {
     m_ranges.push_back({m_file, m_line, m_owner, userText, firstLine});
-    // The lines of a raw string literal mean what they hold: they are not indented.
-    const bool verbatim = code.find("R\"") != std::string::npos;
+    // The lines of a raw string literal mean what they hold, and those that a backslash joins may
+    // be in the middle of a word: they are not indented.
+    const bool verbatim = code.find("R\"") != std::string::npos ||
+                          code.find("\\\n") != std::string::npos ||
+                          code.find("\\\r\n") != std::string::npos;
     std::size_t begin = 0;
     while (begin <= code.size()) {
         std::size_t end = code.find('\n', begin);

@@ -5,6 +5,8 @@
 #include "standalone/codegen/problem_text.h"
 #include "standalone/codegen/user_texts.h"
 
+#include <algorithm>
+
 namespace codegen {
 
 namespace {
@@ -61,7 +63,8 @@ void SequenceGenerator::generateStatements(const std::string& code, const char* 
     if (isBlank(code))
         return;
     m_writer.open("");
-    m_writer.userCode(code, userText);
+    writeUserCode(code, userText);
+    endMacros();
     m_writer.close();
 }
 
@@ -246,6 +249,7 @@ std::string SequenceGenerator::stepNumber(const IProcessBlock& block) const
 std::string SequenceGenerator::beginStep(const IProcessBlock& block)
 {
     const std::string step = stepNumber(block);
+    m_macros = Macros();
     own(block);
     m_writer.comment(block.name + "  " + block.uuid);
     if (m_sequence.jumpTargets.count(block.uuid))
@@ -334,12 +338,41 @@ void SequenceGenerator::own(const IProcessBlock& block)
     m_writer.setOwner(owner);
 }
 
+/// Statements on lines of their own. What macros they define goes no further than their step, and
+/// what the generator's own lines are made of no further than they.
+void SequenceGenerator::writeUserCode(const std::string& code, const char* userText)
+{
+    std::vector<std::string> names = macrosIn(code);
+    const std::vector<std::string> reserved = reservedAmong(names);
+    names.erase(std::remove_if(names.begin(), names.end(),
+                               [&](const std::string& name) {
+                                   return std::count(reserved.begin(), reserved.end(), name) ||
+                                          std::count(m_keptMacros.begin(), m_keptMacros.end(),
+                                                     name);
+                               }),
+                names.end());
+    keepMacros(m_writer, names);
+    keepMacros(m_writer, reserved);
+    m_keptMacros.insert(m_keptMacros.end(), names.begin(), names.end());
+    m_writer.userCode(code, userText);
+    restoreMacros(m_writer, reserved);
+}
+
+void SequenceGenerator::endMacros()
+{
+    restoreMacros(m_writer, m_keptMacros);
+    m_keptMacros.clear();
+    m_macros = Macros();
+}
+
 /// What a compiler would complain of somewhere else is told here.
 void SequenceGenerator::checkCode(const IProcessBlock& block, const std::string& code,
                                   const char* userText)
 {
-    const CodeFault fault = faultIn(code);
-    if (fault.words)
+    const CodeFault fault = m_macros.take(code);
+    if (hasDirectives(code) && !user_text::isStatements(userText))
+        addProblem(block, QT_TRANSLATE_NOOP("codegen", "此处不能使用预处理指令"), {}, userText, 1);
+    else if (fault.words)
         addProblem(block, fault.words, {}, userText, fault.line);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "standalone/codegen/CodeWriter.h"
+#include "standalone/codegen/Macros.h"
 #include "standalone/codegen/SequencePlan.h"
 #include "standalone/codegen/user_code.h"
 #include "standalone/codegen/value_kinds.h"
@@ -99,6 +100,8 @@ private:
     ValueKind kindOf(const IProcessBlock& block, const std::string& expression) const;
     std::vector<std::pair<std::string, ValueKind>> hideNames(const std::string& text);
     void showNames(const std::vector<std::pair<std::string, ValueKind>>& hidden);
+    void writeUserCode(const std::string& code, const char* userText);
+    void endMacros();
     void checkCode(const IProcessBlock& block, const std::string& code, const char* userText);
     void addProblem(const IProcessBlock& block, const char* source,
                     std::initializer_list<std::string> arguments = {},
@@ -116,6 +119,8 @@ private:
     std::vector<std::string> m_includes;
     std::set<const PlannedSequence*> m_callees; ///< as they stand in the plan, one behind the other
     KnownNames m_names;
+    Macros m_macros;                       ///< of the step
+    std::vector<std::string> m_keptMacros; ///< the names whose former meanings come back after it
     /// Of each jump target the loops around it that a jump from outside can't enter.
     std::unordered_map<std::string, std::vector<const ForProcessBlock*>> m_closedLoops;
     std::vector<const ForProcessBlock*> m_openLoops;

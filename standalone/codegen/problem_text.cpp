@@ -1,5 +1,7 @@
 #include "standalone/codegen/problem_text.h"
 
+#include "standalone/shown_text.h"
+
 #include <QCoreApplication>
 
 namespace codegen {
@@ -13,7 +15,8 @@ std::string problemText(const char* source, std::initializer_list<std::string> a
         const int place =
             pattern[i] == u'%' && i + 1 < pattern.size() ? pattern[i + 1].digitValue() : -1;
         if (place >= 1 && place <= static_cast<int>(arguments.size())) {
-            text += QString::fromStdString(*(arguments.begin() + (place - 1)));
+            text +=
+                standalone::shownText(QString::fromStdString(*(arguments.begin() + (place - 1))));
             ++i;
         } else {
             text += pattern[i];

@@ -8,7 +8,7 @@
 namespace codegen {
 
 /// A message for the user: the translation of @p source in the context "codegen", with its places
-/// %1, %2, ... filled.
+/// %1, %2, ... filled, as parts of one line.
 std::string problemText(const char* source, std::initializer_list<std::string> arguments = {});
 
 } // namespace codegen

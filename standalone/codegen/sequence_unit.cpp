@@ -92,7 +92,10 @@ std::string SequenceGenerator::takeFunctions(const StatementProcessBlock& block)
         own(block);
         m_functions.setOwner(m_owners.at(&block));
         m_functions.comment(block.name + "  " + block.uuid);
+        const std::vector<std::string> macros = macrosIn(function.code);
+        keepMacros(m_functions, macros);
         m_functions.userCode(function.code, user_text::Statement, function.line);
+        restoreMacros(m_functions, macros);
         m_functions.blankLine();
     }
     return withoutFunctions(block.customCode(), functions);

@@ -5,6 +5,7 @@
 #include "standalone/codegen/post_actions.h"
 #include "standalone/codegen/problem_text.h"
 #include "standalone/codegen/user_texts.h"
+#include "standalone/shown_text.h"
 
 namespace codegen {
 
@@ -31,7 +32,7 @@ void SequenceGenerator::generateLeaf(const IProcessBlock& block)
         m_writer.open("");
     if (!isBlank(block.preStatements)) {
         checkCode(block, block.preStatements, user_text::Before);
-        m_writer.userCode(block.preStatements, user_text::Before);
+        writeUserCode(block.preStatements, user_text::Before);
     }
     const bool isLooped = openStepLoop(block, step);
     generateBody(block, step);
@@ -39,7 +40,7 @@ void SequenceGenerator::generateLeaf(const IProcessBlock& block)
         closeStepLoop(block);
     if (!isBlank(block.postStatements)) {
         checkCode(block, block.postStatements, user_text::After);
-        m_writer.userCode(block.postStatements, user_text::After);
+        writeUserCode(block.postStatements, user_text::After);
     }
     const bool goesOn = !jumps && postActions(block).empty();
     if (!goesOn) {
@@ -48,6 +49,7 @@ void SequenceGenerator::generateLeaf(const IProcessBlock& block)
         if (jumps)
             generateJump(jumpTarget(m_sequence, *jump), block);
     }
+    endMacros();
     m_writer.close();
     if (goesOn)
         endStep(step);
@@ -93,7 +95,8 @@ void SequenceGenerator::closeStepLoop(const IProcessBlock& block)
     if (block.loopResultInReport) {
         const std::string name = block.loopVariable.empty() ? "turn" : block.loopVariable;
         const std::string turn = block.loopType == 1 ? name + " + 1" : "++turn_number";
-        m_writer.line("rt::log_turn(" + stringLiteral(block.name) + ", " + turn + ");");
+        const QString shown = standalone::shownText(QString::fromStdString(block.name));
+        m_writer.line("rt::log_turn(" + stringLiteral(shown.toStdString()) + ", " + turn + ");");
     }
     m_writer.close();
 }
@@ -144,7 +147,7 @@ void SequenceGenerator::generateStatement(const StatementProcessBlock& block)
     const std::string code = takeFunctions(block);
     if (!block.getSplitFile()) {
         if (!code.empty())
-            m_writer.userCode(code, user_text::Statement);
+            writeUserCode(code, user_text::Statement);
         return;
     }
     // A file of its own is a function of its own, included where only the variables of the applet
@@ -156,7 +159,10 @@ void SequenceGenerator::generateStatement(const StatementProcessBlock& block)
     writer.comment(block.name + "  " + block.uuid);
     writer.line("static void " + function + "()");
     writer.open("");
+    const std::vector<std::string> macros = macrosIn(code);
+    keepMacros(writer, macros);
     writer.userCode(code, user_text::Statement);
+    restoreMacros(writer, macros);
     writer.close();
     m_context.result.files.push_back({function + ".inc", writer.text(), false});
     m_includes.push_back(function + ".inc");

@@ -21,8 +21,10 @@ int lineAt(const std::string& code, std::size_t at)
 class Masker
 {
 public:
-    explicit Masker(const std::string& code, bool masksLiterals = true)
-        : m_code(code), m_masked(code), m_masksLiterals(masksLiterals)
+    explicit Masker(const std::string& code, bool masksLiterals = true,
+                    char lineEndInComment = '\n')
+        : m_code(code), m_masked(code), m_masksLiterals(masksLiterals),
+          m_lineEndInComment(lineEndInComment)
     {
     }
 
@@ -32,8 +34,9 @@ public:
             if (m_code.compare(at, 2, "//") == 0)
                 at = mask(at, lineEnd(at));
             else if (m_code.compare(at, 2, "/*") == 0)
-                at = mask(at,
-                          behind(at, at + 2, "*/", QT_TRANSLATE_NOOP("codegen", "注释没有结束")));
+                at =
+                    mask(at, behind(at, at + 2, "*/", QT_TRANSLATE_NOOP("codegen", "注释没有结束")),
+                         m_lineEndInComment);
             else if (m_code[at] == '"' && isRaw(at))
                 at = rawText(at);
             else if (m_code[at] == '"' || (m_code[at] == '\'' && !isSeparator(at)))
@@ -47,10 +50,10 @@ public:
     const CodeFault& fault() const { return m_fault; }
 
 private:
-    void setFault(std::size_t at, const char* words)
+    void setFault(std::size_t at, const char* words, bool swallowsRest = false)
     {
-        if (!m_fault.words)
-            m_fault = {words, lineAt(m_code, at)};
+        if (!m_fault.words || swallowsRest)
+            m_fault = {words, lineAt(m_code, at), at, swallowsRest};
     }
 
     std::size_t lineEnd(std::size_t at) const
@@ -67,7 +70,7 @@ private:
         const std::size_t end = m_code.find(mark, from);
         if (end != std::string::npos)
             return end + mark.size();
-        setFault(begin, words);
+        setFault(begin, words, true);
         return m_code.size();
     }
 
@@ -108,11 +111,10 @@ private:
         return m_masksLiterals ? mask(begin, end) : std::max(begin, end);
     }
 
-    std::size_t mask(std::size_t begin, std::size_t end)
+    std::size_t mask(std::size_t begin, std::size_t end, char lineEnd = '\n')
     {
         for (std::size_t i = begin; i < end && i < m_masked.size(); ++i) {
-            if (m_masked[i] != '\n')
-                m_masked[i] = ' ';
+            m_masked[i] = m_masked[i] == '\n' ? lineEnd : ' ';
         }
         return std::max(begin, end);
     }
@@ -120,28 +122,9 @@ private:
     const std::string& m_code;
     std::string m_masked;
     bool m_masksLiterals;
+    char m_lineEndInComment;
     CodeFault m_fault;
 };
-
-CodeFault bracketFault(const std::string& masked)
-{
-    std::vector<std::size_t> open;
-    for (std::size_t at = 0; at < masked.size(); ++at) {
-        const char c = masked[at];
-        if (c == '(' || c == '[' || c == '{') {
-            open.push_back(at);
-        } else if (c == ')' || c == ']' || c == '}') {
-            const char wanted = c == ')' ? '(' : c == ']' ? '[' : '{';
-            if (open.empty() || masked[open.back()] != wanted)
-                return {QT_TRANSLATE_NOOP("codegen", "括号不匹配: 多余的右括号"),
-                        lineAt(masked, at)};
-            open.pop_back();
-        }
-    }
-    if (open.empty())
-        return {};
-    return {QT_TRANSLATE_NOOP("codegen", "括号不匹配: 缺少右括号"), lineAt(masked, open.back())};
-}
 
 /// The name that a text defines a function by, from what stands before its body; empty if it isn't
 /// the head of a function: that is a type of one word or more, a name and parameters.
@@ -205,11 +188,39 @@ std::size_t behindLinkage(const std::string& masked, std::size_t at)
 
 } // namespace
 
-std::string withoutLiterals(const std::string& code)
+std::string withoutLiterals(const std::string& code, char lineEndInComment)
+{
+    Masker masker(code, true, lineEndInComment);
+    masker.run();
+    return masker.masked();
+}
+
+CodeFault bracketFault(const std::string& masked)
+{
+    std::vector<std::size_t> open;
+    for (std::size_t at = 0; at < masked.size(); ++at) {
+        const char c = masked[at];
+        if (c == '(' || c == '[' || c == '{') {
+            open.push_back(at);
+        } else if (c == ')' || c == ']' || c == '}') {
+            const char wanted = c == ')' ? '(' : c == ']' ? '[' : '{';
+            if (open.empty() || masked[open.back()] != wanted)
+                return {QT_TRANSLATE_NOOP("codegen", "括号不匹配: 多余的右括号"),
+                        lineAt(masked, at), at, false};
+            open.pop_back();
+        }
+    }
+    if (open.empty())
+        return {};
+    return {QT_TRANSLATE_NOOP("codegen", "括号不匹配: 缺少右括号"), lineAt(masked, open.back()),
+            open.back(), false};
+}
+
+CodeFault openLiteral(const std::string& code)
 {
     Masker masker(code);
     masker.run();
-    return masker.masked();
+    return masker.fault();
 }
 
 std::vector<std::string> wordsIn(const std::string& code)

@@ -7,8 +7,8 @@
 namespace codegen {
 
 /// The code with its comments and the insides of its literals blanked: of the same length, with the
-/// same line ends.
-std::string withoutLiterals(const std::string& code);
+/// same line ends, but for those in comments, which end no line, if another sign is given for them.
+std::string withoutLiterals(const std::string& code, char lineEndInComment = '\n');
 
 /// The names and keywords of an expression, in their order.
 std::vector<std::string> wordsIn(const std::string& code);
@@ -17,10 +17,19 @@ struct CodeFault
 {
     const char* words = nullptr; ///< to be translated; null: there is none
     int line = 0;                ///< from 1
+    std::size_t at = 0;          ///< in the text, of a bracket
+    bool swallowsRest = false;   ///< a comment or a raw text: all that follows belongs to it
 };
 
+/// A text or a comment without its end, in any code.
+CodeFault openLiteral(const std::string& code);
+
+/// The first bracket of a text without literals and comments that has no counterpart.
+CodeFault bracketFault(const std::string& masked);
+
 /// A bracket without its counterpart, or a text or a comment without its end: what would make a
-/// compiler complain somewhere else. Code with directives of the preprocessor has none.
+/// compiler complain somewhere else. Code with directives of the preprocessor has none; Macros
+/// knows more.
 CodeFault faultIn(const std::string& code);
 
 /// A function that a statement defines: "type name(parameters) { ... }" outside of all braces.

@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+#include <string_view>
+
 /// The texts of a step that a user writes, as messages name them; to be translated.
 namespace codegen {
 namespace user_text {
@@ -16,6 +18,12 @@ constexpr const char* Before = QT_TRANSLATE_NOOP("codegen", "前执行语句");
 constexpr const char* After = QT_TRANSLATE_NOOP("codegen", "后执行语句");
 constexpr const char* PreCondition = QT_TRANSLATE_NOOP("codegen", "执行前条件");
 constexpr const char* PostCondition = QT_TRANSLATE_NOOP("codegen", "执行后跳转条件");
+
+/// Whether it is made of statements on lines of their own, and not part of a line.
+inline bool isStatements(std::string_view text)
+{
+    return text == Statement || text == Before || text == After;
+}
 
 } // namespace user_text
 } // namespace codegen

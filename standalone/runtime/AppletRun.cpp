@@ -38,7 +38,7 @@ std::string withoutNul(const std::string& text)
 /// the child, or with this process.
 void waitElsewhere(std::unique_ptr<ChildProcess> child)
 {
-    child->kill();
+    child->killAtOnce();
     std::thread([left = std::move(child)]() mutable { left.reset(); }).detach();
 }
 
@@ -116,6 +116,11 @@ RunEvent AppletRun::watchChild()
         account.end = *end;
     else
         account.isLeft = true;
+    account.trace = trace.read();
+    const QString leftProcesses = account.leftProcesses();
+    if (!leftProcesses.isEmpty())
+        log(LogWarning, leftProcesses.toStdString());
+
     const bool exitedWell = account.isLeft || (account.end.hasExited && account.end.number == 0);
     if (account.isLeft)
         waitElsewhere(std::move(child));
@@ -125,7 +130,6 @@ RunEvent AppletRun::watchChild()
         return RunFinished;
     if (!leftWell || m_endReason != protocol::Stopped) {
         account.appName = QString::fromLocal8Bit(m_request.appName.c_str());
-        account.trace = trace.read();
         account.fault = QString::fromUtf8(m_reader.fault());
         account.memoryLimit = m_request.memoryLimit;
         tellAccount(account);
@@ -157,6 +161,10 @@ void AppletRun::listen(ChildProcess& child, RunAccount& account)
             child.waitForWake(timeUntilAction());
         else
             isOpen = child.pump(timeUntilAction(), sink);
+        if (Clock::now() >= m_forceAt) {
+            child.killAtOnce();
+            m_forceAt = Clock::time_point::max();
+        }
         if (timeUntilKill() == 0) {
             kill(child);
             account.wasKilled = true;
@@ -171,7 +179,10 @@ void AppletRun::listen(ChildProcess& child, RunAccount& account)
 void AppletRun::kill(ChildProcess& child)
 {
     child.kill();
-    m_leaveAt = std::min(m_leaveAt, Clock::now() + DeathPatience);
+    if (m_leaveAt != Clock::time_point::max())
+        return;
+    m_forceAt = Clock::now() + SupervisorPatience;
+    m_leaveAt = Clock::now() + DeathPatience;
 }
 
 void AppletRun::tellAccount(const RunAccount& account)
@@ -238,7 +249,7 @@ int AppletRun::timeUntilKill() const
 int AppletRun::timeUntilAction() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return millisecondsUntil(std::min(m_killAt, m_leaveAt));
+    return millisecondsUntil(std::min({m_killAt, m_forceAt, m_leaveAt}));
 }
 
 void AppletRun::log(int level, const std::string& line)

@@ -42,6 +42,9 @@ public:
 
     /// Time that a run gets to end by itself after a stop, before it is killed.
     static constexpr std::chrono::milliseconds StopPatience{400};
+    /// How long a child that was killed has for ending what it has started, before it is not asked
+    /// any more.
+    static constexpr std::chrono::milliseconds SupervisorPatience{700};
     /// How long the end of a child that was killed is waited for; it then goes on alone.
     static constexpr std::chrono::milliseconds DeathPatience{2000};
 
@@ -97,7 +100,8 @@ private:
     const std::shared_ptr<RunCommands> m_commands = std::make_shared<RunCommands>();
     const std::shared_ptr<RunBacklog> m_backlog = std::make_shared<RunBacklog>(m_commands);
     AppletRequests m_requests;
-    Clock::time_point m_leaveAt = Clock::time_point::max(); ///< of the thread, set with a kill
+    Clock::time_point m_forceAt = Clock::time_point::max(); ///< of the thread, set with a kill
+    Clock::time_point m_leaveAt = Clock::time_point::max(); ///< the same
     mutable std::mutex m_mutex;                             ///< guards both below
     bool m_stopAsked = false;
     Clock::time_point m_killAt = Clock::time_point::max();

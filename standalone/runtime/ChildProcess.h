@@ -19,9 +19,10 @@ struct ChildEnd
 };
 
 /// A child process with a report channel, a command channel, and its output and error streams as
-/// pipes, first of a group of processes that all that it starts belong to. One thread owns it: it
-/// starts the child, pumps it and reaps it. Only sendCommand and wake may be called from other
-/// threads.
+/// pipes, in a session of its own. The child answers for all that it starts: when the command
+/// channel closes, by kill or with this process's death, it ends them and itself, and it ends no
+/// sooner than they. One thread owns it: it starts the child, pumps it and reaps it. Only
+/// sendCommand and wake may be called from other threads.
 class ChildProcess
 {
 public:
@@ -54,9 +55,12 @@ public:
     /// Writes to the command channel without waiting. Any thread.
     Sent sendCommand(const unsigned char* data, std::size_t size);
 
-    /// Kills the child and its group.
+    /// Makes the child end all that it has started, and itself, at once.
     void kill();
-    /// Waits for the end of the child and kills what is left of its group.
+    /// Kills it without that: for a child that doesn't do as it is told. What it has started may
+    /// stay.
+    void killAtOnce();
+    /// Waits for the end of the child.
     ChildEnd reap();
     /// The same, but no longer than that: empty if the child hasn't ended, or has and is held by
     /// another process, as by a debugger.

@@ -1,6 +1,7 @@
 #include "standalone/runtime/TraceFile.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace standalone {
 
@@ -40,10 +41,19 @@ RunTrace TraceFile::read() const
 {
     RunTrace trace;
     Area area;
-    if (!readAt(0, &area, sizeof area) || area.version != Version)
+    if (!readAt(0, &area, sizeof area))
+        return trace;
+    trace.cause = area.cause <= ChannelLost ? static_cast<Cause>(area.cause) : NoCause;
+    trace.endedCount = area.endedCount;
+    trace.survivorCount = area.survivorCount;
+    for (std::uint32_t i = 0; i < std::min(area.endedCount, MaxEnded); ++i) {
+        const char* name = area.ended[i].name;
+        trace.ended.push_back(
+            {std::string(name, strnlen(name, sizeof area.ended[i].name)), area.ended[i].pid});
+    }
+    if (area.version != Version)
         return trace;
     trace.hasBegun = true;
-    trace.cause = area.cause <= ChannelLost ? static_cast<Cause>(area.cause) : NoCause;
 
     const OpenStep* open = nullptr;
     for (std::uint32_t depth = std::min(area.depth, MaxDepth - 1); depth > 0 && !open; --depth) {

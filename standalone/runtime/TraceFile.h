@@ -19,6 +19,13 @@ struct TracedStep
     std::vector<std::uint64_t> passes;
 };
 
+/// A process that the applet has started and that was ended with the run.
+struct EndedProcess
+{
+    std::string name; ///< of its program; any bytes
+    int pid = 0;
+};
+
 /// What a run has left behind in its trace.
 struct RunTrace
 {
@@ -26,6 +33,9 @@ struct RunTrace
     run_trace::Cause cause = run_trace::NoCause;
     std::optional<TracedStep> running; ///< the innermost one that had begun and not ended
     std::vector<TracedStep> before;    ///< the ones that began before it, the last one first
+    std::vector<EndedProcess> ended;   ///< the first of them
+    std::uint32_t endedCount = 0;      ///< all of them
+    std::uint32_t survivorCount = 0;   ///< processes of the run that could not be ended
 };
 
 /// The memory that a child process traces its run in, as a file without a name. Read by copying and

@@ -83,9 +83,8 @@ public:
         posix_spawnattr_setsigmask(&attributes, &set);
         sigaddset(&set, SIGPIPE);
         posix_spawnattr_setsigdefault(&attributes, &set);
-        posix_spawnattr_setpgroup(&attributes, 0);
         posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
-                                                  POSIX_SPAWN_SETPGROUP);
+                                                  POSIX_SPAWN_SETSID);
     }
     ~SpawnSetup()
     {
@@ -192,8 +191,8 @@ bool ChildProcess::pump(int timeout, const Sink& sink)
 
     if (sources[StreamCount].revents != 0)
         takeWakes();
-    // A process that the child has started may hold the streams open: the child's own end counts,
-    // and what it left in the pipes is read before.
+    // A process that could not be ended may hold the streams open: the child's own end counts, and
+    // what it left in the pipes is read before.
     const bool exited = sources[StreamCount + 1].revents != 0;
     bool open = false;
     bool gotMore = false;
@@ -278,10 +277,17 @@ void ChildProcess::closeCommands()
 
 void ChildProcess::kill()
 {
-    if (m_pid > 0) {
-        ::kill(static_cast<pid_t>(-m_pid), SIGKILL);
-        ::kill(static_cast<pid_t>(m_pid), SIGKILL); // it may have left its group
-    }
+    closeCommands();
+    if (m_pid > 0)
+        ::kill(static_cast<pid_t>(m_pid), SIGCONT); // no process of the run holds it up
+}
+
+void ChildProcess::killAtOnce()
+{
+    if (m_pid <= 0)
+        return;
+    ::kill(static_cast<pid_t>(-m_pid), SIGKILL);
+    ::kill(static_cast<pid_t>(m_pid), SIGKILL); // it may have left its group
 }
 
 /// Whether the child has ended and nobody else is to be told of it first.
@@ -309,12 +315,6 @@ std::optional<ChildEnd> ChildProcess::reapWithin(std::chrono::milliseconds patie
 ChildEnd ChildProcess::reap()
 {
     closeCommands();
-    // The number stays the child's until it is waited for, so the group can't be another's.
-    siginfo_t info;
-    while (::waitid(P_PID, static_cast<id_t>(m_pid), &info, WEXITED | WNOWAIT) != 0 &&
-           errno == EINTR) {
-    }
-    ::kill(static_cast<pid_t>(-m_pid), SIGKILL);
     int status = 0;
     pid_t result = 0;
     do {

@@ -9,13 +9,15 @@
 /// here: the reader believes no number in it.
 namespace run_trace {
 
-constexpr std::uint32_t Version = 1;
+constexpr std::uint32_t Version = 2;
 /// Steps that are remembered; a power of two.
 constexpr std::uint32_t Remembered = 16;
 /// Levels of nested steps that are told apart; what is nested deeper shares the last one.
 constexpr std::uint32_t MaxDepth = 128;
 /// How many levels of nesting a step knows its passes of.
 constexpr std::uint32_t PassLevels = 4;
+/// Processes that are told of by name.
+constexpr std::uint32_t MaxEnded = 8;
 /// Of an open level that is a called sequence and no step.
 constexpr std::uint64_t NoStep = ~std::uint64_t(0);
 
@@ -51,6 +53,13 @@ struct SequenceTexts
     std::uint32_t templateId; ///< 0: the applet's own
 };
 
+/// A process that the applet has started and that was ended with the run.
+struct EndedProcess
+{
+    char name[16]; ///< of its program: zero-terminated if it is shorter, any bytes
+    std::int32_t pid;
+};
+
 /// The begin of the memory. Behind it stand the texts of the steps, those of the sequences, and the
 /// zero-terminated characters.
 struct Area
@@ -64,6 +73,10 @@ struct Area
     std::uint32_t size; ///< of it all, in bytes
     StepBegin recent[Remembered];
     OpenStep open[MaxDepth];
+    /// What the supervisor adds when everybody else has ended, whether or not there is a version.
+    std::uint32_t endedCount;    ///< of processes that were ended; the first stand in ended
+    std::uint32_t survivorCount; ///< of those and the applet's own, which could not be ended
+    EndedProcess ended[MaxEnded];
 };
 
 } // namespace run_trace
