@@ -3,6 +3,7 @@
 #include "runner/channel.h"
 #include "runner/requests.h"
 #include "runner/run_tracer.h"
+#include "runner/supervisor.h"
 #include "standalone/runtime/protocol_reader.h"
 
 #include <algorithm>
@@ -19,7 +20,8 @@ namespace control {
 namespace {
 
 constexpr int FlushMilliseconds = 4;
-/// The longest sleep: a descriptor that the applet closes wakes nobody.
+/// The longest sleep: a descriptor that the applet closes and a supervisor that is gone wake
+/// nobody.
 constexpr int LookMilliseconds = 40;
 
 volatile int stopAsked = 0;
@@ -73,6 +75,8 @@ void* listen(void*)
         pollfd sources[] = {{commands, POLLIN, 0}, {flushPipe[0], POLLIN, 0}, {notices, POLLIN, 0}};
         const std::int64_t sleep = flushAt < 0 ? LookMilliseconds : flushAt - now();
         poll(sources, 3, static_cast<int>(std::max<std::int64_t>(0, sleep)));
+        if (!supervisor::isThere())
+            channel::leave(1);
         if (sources[2].revents & POLLIN)
             leaveForMemory();
         if (sources[0].revents != 0 && !readCommands()) {

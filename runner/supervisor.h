@@ -27,4 +27,8 @@ struct Duty
 /// out what it has to say and to end itself. -1 if there is no second process; errno tells why.
 int divide(const Duty& duty);
 
+/// Whether the supervisor lives. The applet's process asks now and then, since the system forgets
+/// that it is to die with the supervisor when it changes its user.
+bool isThere();
+
 } // namespace supervisor

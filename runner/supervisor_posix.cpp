@@ -30,6 +30,8 @@ constexpr int LeaveMilliseconds = 200;
 constexpr int EndMilliseconds = 3000;
 constexpr int RoundMilliseconds = 10;
 
+pid_t supervisorId = -1;
+
 class Supervisor
 {
 public:
@@ -208,7 +210,7 @@ int divide(const Duty& duty)
     sigfillset(&all);
     sigprocmask(SIG_SETMASK, &all, &before);
     prctl(PR_SET_CHILD_SUBREAPER, 1);
-    const pid_t supervisor = getpid();
+    supervisorId = getpid();
     const pid_t runner = fork();
     if (runner < 0)
         return -1;
@@ -220,10 +222,15 @@ int divide(const Duty& duty)
     // A group of its own, so that an applet that signals its group spares the supervisor.
     setpgid(0, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (getppid() != supervisor)
+    if (!isThere())
         channel::leave(1);
     sigprocmask(SIG_SETMASK, &before, nullptr);
     return channel::adopt(notice[0]);
+}
+
+bool isThere()
+{
+    return getppid() == supervisorId;
 }
 
 } // namespace supervisor

@@ -79,6 +79,7 @@ private slots:
     void nothingIsLeft();
     void nothingOutlivesTheEditor_data();
     void nothingOutlivesTheEditor();
+    void nothingOutlivesTheSupervisor();
     void manyAreNamedInShort();
     void namesAreOneLine();
     void processOfAThreadLivesOn();
@@ -201,6 +202,26 @@ void EscapesTest::nothingOutlivesTheEditor()
     QTRY_COMPARE_WITH_TIMEOUT(editor.state(), QProcess::NotRunning, Patience);
     for (const qint64 pid : pids)
         QTRY_VERIFY_WITH_TIMEOUT(!test_support::isAlive(pid), Patience);
+}
+
+/// As far as the applet's own process goes, whatever user it has become.
+void EscapesTest::nothingOutlivesTheSupervisor()
+{
+    const QString appName = QStringLiteral("alone");
+    QCOMPARE(build(appName, QStringLiteral("log_info(\"pid %d\", do_getpid()); ") +
+                                QString::fromUtf8(Stubborn)),
+             QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_VERIFY_WITH_TIMEOUT(m_harness->logLines(appName).contains(QStringLiteral("1 ready")),
+                             Patience);
+    const qint64 runner = m_harness->logLines(appName).first().mid(6).toLongLong();
+    QVERIFY(test_support::isAlive(runner));
+    const QList<qint64> supervisors =
+        test_support::childProcesses(QCoreApplication::applicationPid(), "applet_runner");
+    QCOMPARE(supervisors.size(), 1);
+    ::kill(pid_t(supervisors.first()), SIGKILL);
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Crashed}, Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!test_support::isAlive(runner), Patience);
 }
 
 void EscapesTest::manyAreNamedInShort()
