@@ -61,7 +61,7 @@ private:
     const QString m_folder;
     const CompilerLimits m_limits;
     const CompilerCommand m_command;
-    const ObjectCache m_cache;
+    ObjectCache m_cache;
     std::vector<Unit> m_units;
     QString m_culprit;
     QElapsedTimer m_timer;

@@ -72,10 +72,10 @@ QByteArray ObjectCache::keyOf(const codegen::GeneratedFile& unit) const
     return hash.result().toHex();
 }
 
-bool ObjectCache::holds(const QByteArray& key) const
+bool ObjectCache::holds(const QByteArray& key)
 {
     const QByteArray sum = contentOf(pathOf(key, ".sum"));
-    return !sum.isEmpty() && QFileInfo(objectOf(key)).isFile() && sum == sumOf(key);
+    return !sum.isEmpty() && QFileInfo(objectOf(key)).isFile() && sum == sumOf(key, m_seen);
 }
 
 void ObjectCache::forget(const QByteArray& key) const
@@ -87,7 +87,8 @@ void ObjectCache::forget(const QByteArray& key) const
 void ObjectCache::keep(const QByteArray& key) const
 {
     // First what the files are now, then whether they were so all the time.
-    const QByteArray sum = sumOf(key);
+    FileStates now;
+    const QByteArray sum = sumOf(key, now);
     if (sum.isEmpty())
         return;
     for (const QString& path : dependenciesIn(contentOf(dependenciesOf(key)))) {
@@ -100,15 +101,20 @@ void ObjectCache::keep(const QByteArray& key) const
 }
 
 /// Of all files that the compiler has read; empty if that can't be told.
-QByteArray ObjectCache::sumOf(const QByteArray& key) const
+QByteArray ObjectCache::sumOf(const QByteArray& key, FileStates& seen) const
 {
     const QStringList paths = dependenciesIn(contentOf(dependenciesOf(key)));
     QCryptographicHash hash(QCryptographicHash::Sha256);
     for (const QString& path : paths) {
-        const auto generated = m_hashes.constFind(path);
-        const QByteArray state = generated != m_hashes.constEnd()
-                                     ? *generated
-                                     : fileState(QDir(m_codeFolder).filePath(path));
+        QByteArray state;
+        if (m_hashes.contains(path)) {
+            state = m_hashes.value(path);
+        } else {
+            auto known = seen.constFind(path);
+            if (known == seen.constEnd())
+                known = seen.insert(path, fileState(QDir(m_codeFolder).filePath(path)));
+            state = *known;
+        }
         if (state.isEmpty())
             return {};
         hash.addData(path.toUtf8() + '\n' + state + '\n');

@@ -34,8 +34,9 @@ public:
     /// Where the compiler lists the files that it reads.
     QString dependenciesOf(const QByteArray& key) const { return pathOf(key, ".d"); }
 
-    /// Whether the object is there, made of the same files as they are now.
-    bool holds(const QByteArray& key) const;
+    /// Whether the object is there, made of the same files as they are now. A file that many units
+    /// read is looked at once. Before any of them is compiled, on one thread.
+    bool holds(const QByteArray& key);
     /// Before its object is made anew.
     void forget(const QByteArray& key) const;
     /// After it was made. The object isn't used again if it can't be told of what it was made: the
@@ -52,7 +53,7 @@ public:
 
 private:
     QString pathOf(const QByteArray& key, const char* suffix) const;
-    QByteArray sumOf(const QByteArray& key) const;
+    QByteArray sumOf(const QByteArray& key, FileStates& seen) const;
 
     const QString m_codeFolder;
     const QString m_folder;
@@ -61,6 +62,7 @@ private:
     /// Generated files and headers of the runtime, by name; empty for one that asks for what no
     /// file holds.
     QHash<QString, QByteArray> m_hashes;
+    FileStates m_seen; ///< by holds()
 };
 
 } // namespace standalone
