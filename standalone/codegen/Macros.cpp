@@ -117,6 +117,7 @@ CodeFault Macros::take(const std::string& code)
         return literal;
     m_brackets.clear();
     m_lines.clear();
+    m_expanded = 0;
     bool isKnown = !isConditional;
     for (const LogicalLine& line : lines) {
         std::unordered_set<std::string> open;
@@ -150,7 +151,9 @@ void Macros::define(const std::string& text)
 /// can't be told.
 bool Macros::expand(const std::string& code, int line, std::unordered_set<std::string>& open)
 {
-    constexpr std::size_t MostBrackets = 100000; // macros of macros grow without end
+    // Macros of macros grow without end, and stand in one another as deep as they like.
+    constexpr std::size_t MostExpanded = 1000000;
+    constexpr std::size_t MostOpen = 200;
     for (std::size_t at = 0; at < code.size();) {
         const std::string word = wordAt(code, at);
         if (word.empty()) {
@@ -174,7 +177,9 @@ bool Macros::expand(const std::string& code, int line, std::unordered_set<std::s
             if (!skipArguments(code, at))
                 return false;
         }
-        if (macro.body.find("##") != std::string::npos || m_brackets.size() > MostBrackets)
+        m_expanded += macro.body.size() + 1;
+        if (m_expanded > MostExpanded || open.size() >= MostOpen ||
+            macro.body.find("##") != std::string::npos)
             return false;
         open.insert(word);
         const bool isTold = expand(macro.body, line, open);

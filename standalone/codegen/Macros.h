@@ -34,8 +34,9 @@ private:
     bool skipArguments(const std::string& code, std::size_t& at) const;
 
     std::unordered_map<std::string, Macro> m_known;
-    std::string m_brackets;   ///< of the text that is read, with those of macros
-    std::vector<int> m_lines; ///< the line of each
+    std::string m_brackets;     ///< of the text that is read, with those of macros
+    std::vector<int> m_lines;   ///< the line of each
+    std::size_t m_expanded = 0; ///< of macros, in characters
 };
 
 /// The names that a text defines or undefines, each once, in their order.

@@ -26,6 +26,7 @@ private slots:
     void macrosOfAText();
     void faultsWithMacros_data();
     void faultsWithMacros();
+    void macrosWithoutEnd();
     void faultsAreOfTheirStep();
     void noDirectivesWithinALine();
     void namesAreShownWhole();
@@ -151,6 +152,23 @@ void HostileCodeTest::faultsWithMacros()
         fault = macros.take(text.toStdString());
     QCOMPARE(fault.line, line);
     QCOMPARE(fault.words != nullptr, line > 0);
+}
+
+/// What grows without end, or stands in one another as deep as it likes, is left to the compiler.
+void HostileCodeTest::macrosWithoutEnd()
+{
+    std::string doubling = "#define M0 1\n";
+    std::string nested = "#define N0 {\n";
+    for (int i = 1; i <= 60; ++i)
+        doubling += "#define M" + std::to_string(i) + " M" + std::to_string(i - 1) + " M" +
+                    std::to_string(i - 1) + '\n';
+    constexpr int Deep = 100000;
+    for (int i = 1; i <= Deep; ++i)
+        nested += "#define N" + std::to_string(i) + " N" + std::to_string(i - 1) + '\n';
+    for (const std::string& code : {doubling + "M60;\nM60;", nested + "N" + std::to_string(Deep)}) {
+        codegen::Macros macros;
+        QVERIFY(!macros.take(code).words);
+    }
 }
 
 void HostileCodeTest::faultsAreOfTheirStep()
