@@ -156,8 +156,9 @@ void AppletRun::listen(ChildProcess& child, RunAccount& account)
     while (isOpen && Clock::now() < m_leaveAt) {
         // Nobody hears what is silenced, and the GUI thread may be waiting for its end. What a
         // killed child has left in its pipes is all that it says any more.
-        const bool wasKilled = m_leaveAt != Clock::time_point::max();
-        if (m_backlog->isFull() && !m_silent && !wasKilled)
+        const bool wasForced =
+            m_leaveAt != Clock::time_point::max() && m_forceAt == Clock::time_point::max();
+        if (m_backlog->isFull() && !m_silent && !wasForced)
             child.waitForWake(timeUntilAction());
         else
             isOpen = child.pump(timeUntilAction(), sink);
