@@ -2,6 +2,7 @@
 
 #include "base/file_reading.h"
 #include "base/file_writing.h"
+#include "model/services/log.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -71,7 +72,7 @@ QStringList ProjectFolder::applets() const
     return ordered + names;
 }
 
-QString ProjectFolder::keepOrder(const QString& oldName, const QString& newName) const
+void ProjectFolder::keepOrder(const QString& oldName, const QString& newName) const
 {
     QJsonArray order;
     bool isPlaced = newName.isEmpty();
@@ -87,7 +88,11 @@ QString ProjectFolder::keepOrder(const QString& oldName, const QString& newName)
         order.append(newName);
     QJsonObject root = readOrderFile(m_path);
     root.insert(orderKey, order);
-    return file_writing::replace(m_path + orderFileName, QJsonDocument(root).toJson());
+    const QString reason =
+        file_writing::replace(m_path + orderFileName, QJsonDocument(root).toJson());
+    if (!reason.isEmpty())
+        sdk_ui_interface::log::log_error(
+            QStringLiteral("无法写入 %1: %2").arg(m_path + orderFileName, reason));
 }
 
 QString ProjectFolder::appletFolder(const QString& name) const

@@ -42,8 +42,8 @@ private:
 
     /// Writes the order anew, with @p newName in the place of @p oldName; an empty old name
     /// appends, an empty new one leaves out. A project that can't be written keeps the order it
-    /// has; the reason is returned, for who minds.
-    QString keepOrder(const QString& oldName, const QString& newName) const;
+    /// has, which the log tells.
+    void keepOrder(const QString& oldName, const QString& newName) const;
 
     QString m_path;
 };
