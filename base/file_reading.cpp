@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace file_reading {
 
 Result read(const QString& path, qint64 mostBytes)
@@ -19,10 +21,18 @@ Result read(const QString& path, qint64 mostBytes)
     if (!result.complaint.isEmpty())
         return result;
     // The size is that of what is open, whatever the name means by now; one byte more tells of a
-    // file that grows.
-    if (file.size() <= mostBytes)
-        result.content = file.read(mostBytes + 1);
-    if (file.size() > mostBytes || result.content.size() > mostBytes) {
+    // file that has grown, or that tells no size.
+    const qint64 size = file.size();
+    if (size <= mostBytes)
+        result.content = file.read(size + 1);
+    while (result.content.size() > size && result.content.size() <= mostBytes) {
+        constexpr qint64 Piece = 64 * 1024;
+        const QByteArray more = file.read(std::min(Piece, mostBytes + 1 - result.content.size()));
+        if (more.isEmpty())
+            break;
+        result.content += more;
+    }
+    if (size > mostBytes || result.content.size() > mostBytes) {
         result.content.clear();
         result.complaint = QStringLiteral("文件过大, 超过 %1 字节").arg(mostBytes);
     } else if (file.error() != QFileDevice::NoError) {

@@ -3,7 +3,12 @@
 #include "base/file_reading.h"
 #include "base/file_sync.h"
 
-#include <QSaveFile>
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <filesystem>
+#include <system_error>
 
 namespace file_writing {
 
@@ -26,10 +31,34 @@ bool holds(const QString& path, const QByteArray& content)
     return present.isRead && present.content == content;
 }
 
-QString reasonOf(const QSaveFile& file)
+/// Where a link leads, whether there is a file or not; a link in a circle itself.
+QFileInfo targetOf(const QString& path)
 {
-    const QString reason = file.errorString();
-    return reason.isEmpty() ? QStringLiteral("写入失败") : reason;
+    constexpr int MostLinks = 128;
+    QFileInfo file(path);
+    for (int i = 0; i < MostLinks && file.isSymLink(); ++i)
+        file.setFile(file.symLinkTarget());
+    return file.isSymLink() ? QFileInfo(path) : file;
+}
+
+QString reasonOf(const QFile& file)
+{
+    return file.error() == QFileDevice::NoError ? QStringLiteral("写入失败") : file.errorString();
+}
+
+/// Opens a new file beside @p path, as whose name it is to go.
+bool openBeside(const QString& path, QFile& file)
+{
+    constexpr int MostTries = 100;
+    for (int i = 0; i < MostTries; ++i) {
+        const QString number = QString::number(QRandomGenerator::global()->generate(), 36);
+        file.setFileName(path + u'.' + number);
+        if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+            return true;
+        if (!QFileInfo::exists(file.fileName()))
+            return false;
+    }
+    return false;
 }
 
 } // namespace
@@ -38,21 +67,39 @@ QString replace(const QString& path, const QByteArray& content, Content kind)
 {
     if (holds(path, content))
         return QString();
-    QSaveFile file(path);
-    // Without this the file would be written in place where the folder can't take a second one.
-    file.setDirectWriteFallback(false);
-    if (fails(Step::Open, path) || !file.open(QIODevice::WriteOnly))
+    const QFileInfo target = targetOf(path);
+    if (target.isDir())
+        return QStringLiteral("是文件夹");
+    if (target.exists() && !target.isFile())
+        return QStringLiteral("不是普通文件");
+    if (target.exists() && !target.isWritable())
+        return QStringLiteral("文件不可写");
+    QFile file;
+    if (fails(Step::Open, path) || !openBeside(target.filePath(), file))
         return reasonOf(file);
-    // A commit alone would succeed though its own flush fails, and leave an empty file.
+    // Before there is anything to read; a file system that has none can't keep them.
+    if (target.exists())
+        file.setPermissions(target.permissions());
     const bool isWritten = !fails(Step::Write, path) && file.write(content) == content.size() &&
                            !fails(Step::Flush, path) && file.flush() &&
                            (kind == Content::Derived ||
-                            (!fails(Step::Sync, path) && file_sync::bringToDisk(file.handle()))) &&
-                           !fails(Step::Rename, path);
-    if (!isWritten)
-        file.cancelWriting();
-    const QString reason = reasonOf(file); // a cancelled commit has none of its own
-    return file.commit() ? QString() : isWritten ? reasonOf(file) : reason;
+                            (!fails(Step::Sync, path) && file_sync::bringToDisk(file.handle())));
+    QString reason = isWritten ? QString() : reasonOf(file);
+    file.close();
+    if (isWritten)
+        reason = fails(Step::Rename, path) ? reasonOf(file)
+                                           : moveOver(file.fileName(), target.filePath());
+    if (!reason.isEmpty())
+        file.remove();
+    return reason;
+}
+
+QString moveOver(const QString& from, const QString& to)
+{
+    std::error_code error;
+    std::filesystem::rename(QFile::encodeName(from).toStdString(),
+                            QFile::encodeName(to).toStdString(), error);
+    return error ? qt_error_string(error.value()) : QString();
 }
 
 void setFault(Fault newFault)

@@ -43,7 +43,9 @@ public:
         bool isFine = value();
         while (isFine && !m_open.empty())
             isFine = next();
-        skipSpace();
+        // A fault stays where it is.
+        if (isFine)
+            skipSpace();
         if (isFine && m_at != m_end)
             fail("多余的内容");
         return {m_fault, offset()};

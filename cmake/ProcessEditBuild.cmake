@@ -1,5 +1,8 @@
 # What every target of the project shares: language level, warnings, sanitizers, and what makes the
 # build fast. docs/architecture.md tells why each of them is there.
+#
+# All of it counts for the folders of the project alone. What a host needs for the headers, folder
+# and language level, is what the libraries themselves demand (pe_set_up).
 
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -27,6 +30,10 @@ if(PROCESS_EDIT_UNITY AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # It takes the sources of a batch for headers.
   add_compile_options(-Wno-subobject-linkage)
 endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  # Qt's own macros fall short of what it asks for.
+  add_compile_options(-Wno-gnu-zero-variadic-macro-arguments)
+endif()
 if(PROCESS_EDIT_WERROR)
   add_compile_options(-Werror)
 endif()
@@ -41,7 +48,11 @@ if(PROCESS_EDIT_SANITIZE MATCHES "thread")
 endif()
 add_compile_definitions(QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_DEPRECATED_WARNINGS
                         QT_DISABLE_DEPRECATED_BEFORE=0x050F00)
-include_directories(${PROJECT_SOURCE_DIR})
+# A host's own wish, which it has for itself: sources here use the keywords, the headers that a host
+# includes don't.
+get_directory_property(definitions COMPILE_DEFINITIONS)
+list(REMOVE_ITEM definitions QT_NO_KEYWORDS)
+set_directory_properties(PROPERTIES COMPILE_DEFINITIONS "${definitions}")
 
 # pe_add_library(NAME [WIDGETS] SOURCES ... [LINK ...])
 # A static library of one room. WIDGETS gives it Qt Widgets, else it has Qt Core alone.
@@ -59,6 +70,8 @@ function(pe_add_executable name)
 endfunction()
 
 function(pe_set_up name widgets link)
+  target_include_directories(${name} PUBLIC ${process_edit_SOURCE_DIR})
+  target_compile_features(${name} PUBLIC cxx_std_17)
   # Where most of the time goes into Qt's headers the batches are larger.
   if(widgets)
     target_link_libraries(${name} PUBLIC Qt5::Widgets ${link})

@@ -4,7 +4,7 @@
 
 packages=(
   g++ cmake ninja-build
-  qtbase5-dev libqt5svg5-dev
+  qtbase5-dev libqt5svg5-dev qttranslations5-l10n
   fonts-noto-cjk
 )
 

@@ -1,6 +1,7 @@
 #include "logic/LogicTreeDelegate.h"
 
 #include "logic/logic_roles.h"
+#include "model/colour_rules.h"
 #include "model/step_kinds.h"
 
 namespace {
@@ -25,7 +26,7 @@ void LogicTreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     }
     const bool disabled = nameIndex.data(Qt::CheckStateRole).toInt() == Qt::Unchecked;
     QStyleOptionViewItem coloured(option);
-    coloured.palette.setColor(QPalette::Text, disabled ? QColor(150, 150, 150) : QColor(0, 0, 0));
+    coloured.palette.setColor(QPalette::Text, colour_rules::stepText(option.palette, disabled));
     RowHeightDelegate::paint(painter, coloured, index);
 }
 

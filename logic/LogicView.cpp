@@ -7,12 +7,14 @@
 #include "logic/logic_roles.h"
 #include "logic/tree_look.h"
 #include "logic/view_models.h"
+#include "model/colour_rules.h"
+#include "model/services/widget_bases.h"
 
 #include <QEvent>
 #include <QHeaderView>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
-#include <QSignalBlocker>
 #include <QToolTip>
 
 #include <algorithm>
@@ -22,6 +24,7 @@ namespace {
 constexpr int EditTab = 0;
 constexpr int RunTab = 1;
 constexpr int DefaultColumnWidth = 200;
+constexpr int LeastColumnWidth = 120;
 
 bool areWidths(const QList<int>& widths, int count)
 {
@@ -52,19 +55,28 @@ LogicView::LogicView(QWidget* parent) : QWidget(parent), m(std::make_unique<Logi
     connect(m->ui.tabWidget, &QTabWidget::currentChanged, this, &LogicView::onCurrentTabChange);
 }
 
-LogicView::~LogicView() = default;
+LogicView::~LogicView()
+{
+    // Their columns go with the models, which outlive what hears of it.
+    m->ui.treeView->header()->disconnect(this);
+    m->ui.runTreeView->header()->disconnect(this);
+}
 
 void LogicView::setUpEditTab()
 {
     tree_look::apply(m->ui.treeView);
     m->breakPoints = std::make_unique<BreakPointColumn>(m->ui.tableView, m->ui.treeView);
-    connect(m->ui.treeView, &QTreeView::clicked, this, &LogicView::onItemClicked);
+    m->chosenRow = std::make_unique<ChosenRow>(m->ui.treeView);
+    connect(m->chosenRow.get(), &ChosenRow::chosen, this, &LogicView::processItemClicked);
     connect(m->ui.treeView, &QTreeView::doubleClicked, this, &LogicView::onItemDoubleClicked);
     m->ui.treeView->horizontalScrollBar()->installEventFilter(this);
     QHeaderView* header = m->ui.treeView->header();
+    // What the others leave of a narrow tree isn't enough for the stretched column: it scrolls
+    // then.
+    header->setMinimumSectionSize(StyleManager::scale(LeastColumnWidth));
     connect(header, &QHeaderView::sectionResized, this, [this, header](int column, int, int size) {
         // The stretched last column follows the window, not the user.
-        if (column == logic_columns::Setting)
+        if (m_isSettingWidths || column == logic_columns::Setting)
             return;
         (column == logic_columns::Name ? m_columnWidth0 : m_columnWidth1) = size;
         m_columnWidth2 = header->sectionSize(logic_columns::Setting);
@@ -83,6 +95,7 @@ void LogicView::setUpSteps()
     connect(steps, &StepEditor::rowsRemoved, this,
             [this] { m->sheets->refreshJumps(m_currentSequenceId); });
     connect(steps, &StepEditor::rowsRemoved, this, &LogicView::sigStepsRemoved);
+    connect(steps, &StepEditor::removed, this, &LogicView::sigNotice);
     connect(steps, &StepEditor::blockChanged, this, &LogicView::refreshRow);
     connect(steps, &StepEditor::rowChosen, this, &LogicView::onItemClicked);
     connect(steps, &StepEditor::refused, this, &LogicView::showRefusal);
@@ -112,10 +125,10 @@ void LogicView::setUpRunTab()
 
 bool LogicView::eventFilter(QObject* watched, QEvent* event)
 {
-    // The edit tree ends in plain white; its horizontal bar still takes the wheel and the mouse.
+    // The edit tree ends in plain ground; its horizontal bar still takes the wheel and the mouse.
     QScrollBar* bar = m->ui.treeView->horizontalScrollBar();
     if (watched == bar && event->type() == QEvent::Paint) {
-        QPainter(bar).fillRect(bar->rect(), Qt::white);
+        QPainter(bar).fillRect(bar->rect(), colour_rules::blank(bar->palette()));
         return true;
     }
     return QWidget::eventFilter(watched, event);
@@ -136,9 +149,12 @@ void LogicView::showSequence(const QString& sequenceId)
         return;
     m_currentSequenceId = sequenceId;
     {
-        const QSignalBlocker blocker(m->ui.treeView->header());
-        if (m->ui.treeView->model() != model)
+        // No blocked signals: the tree hears from its header how far it scrolls.
+        const QScopedValueRollback<bool> setting(m_isSettingWidths, true);
+        if (m->ui.treeView->model() != model) {
             view_models::setModel(m->ui.treeView, model);
+            m->chosenRow->follow();
+        }
         const int widths[] = {m_columnWidth0, m_columnWidth1, m_columnWidth2};
         for (int column = 0; column < logic_columns::EditCount; ++column)
             m->ui.treeView->setColumnWidth(column, widths[column] > 0 ? widths[column]
@@ -180,7 +196,7 @@ void LogicView::setEditColumnWidths(const QList<int>& widths)
     m_columnWidth0 = widths[0];
     m_columnWidth1 = widths[1];
     m_columnWidth2 = widths[2];
-    const QSignalBlocker blocker(m->ui.treeView->header());
+    const QScopedValueRollback<bool> setting(m_isSettingWidths, true);
     for (int column = 0; column < logic_columns::EditCount; ++column)
         m->ui.treeView->setColumnWidth(column, widths[column]);
 }
@@ -231,17 +247,7 @@ void LogicView::removeAllModelSlot()
 
 void LogicView::onItemClicked(QModelIndex index)
 {
-    if (!index.isValid()) {
-        emit processItemClicked(NoBlock, QString());
-        return;
-    }
-    if (tree_look::mixesFlowsAndSteps(m->ui.treeView->selectionModel())) {
-        m->ui.treeView->clearSelection();
-        m->ui.treeView->setCurrentIndex(index);
-    }
-    const QModelIndex name = index.siblingAtColumn(logic_columns::Name);
-    emit processItemClicked(name.data(logic_roles::BaseType).toInt(),
-                            name.data(logic_roles::BlockUuid).toString());
+    m->chosenRow->choose(index);
 }
 
 void LogicView::onItemDoubleClicked(QModelIndex index)
@@ -289,6 +295,11 @@ void LogicView::addStep(logicBlockType baseType, int stepType, const QString& st
     if (fromDrop)
         way = isInsert ? StepEditor::Way::DroppedAbove : StepEditor::Way::DroppedOn;
     m->steps->addStep({baseType, stepType, stepName, quickStepId, way});
+}
+
+void LogicView::focusSteps()
+{
+    m->ui.treeView->setFocus();
 }
 
 void LogicView::appendStatements(const QStringList& statements,
@@ -394,6 +405,11 @@ void LogicView::notifyGoto(const QString& gotoSeqUuid, bool isEnd, const QString
 void LogicView::finishRow(bool success)
 {
     m->run->finishRow(success);
+}
+
+void LogicView::noteStop()
+{
+    m->run->noteStop();
 }
 
 int LogicView::progressHandle() const

@@ -53,6 +53,8 @@ public:
     /// @p fromDrop, with @p isInsert above the row; it is a quick step with a @p quickStepId.
     void addStep(logicBlockType baseType, int stepType, const QString& stepName, bool fromDrop,
                  bool isInsert, const QString& quickStepId = QString());
+    /// Keys go to the rows of the edit tree from now on.
+    void focusSteps();
     /// Appends a statement step for each text to the main flow; those at @p splitIndexes go to
     /// source files of their own.
     void appendStatements(const QStringList& statements, const std::vector<int>& splitIndexes);
@@ -74,6 +76,8 @@ public:
     void notifyGoto(const QString& gotoSeqUuid, bool isEnd, const QString& templateId);
     /// Gives the row reported last the outcome of the run.
     void finishRow(bool success);
+    /// The run is being ended by a stop.
+    void noteStop();
     /// The handle of the host's progress display for this run; -1 when there is none.
     int progressHandle() const;
 
@@ -100,6 +104,8 @@ signals:
     void sigModified();
     /// Steps of the sequence on the edit tab were removed, or all of them.
     void sigStepsRemoved();
+    /// Something to know that needs no answer.
+    void sigNotice(QString text);
     /// Diagnostic steps came and went; one that was edited goes and comes.
     void sigUdsBlockAdded(QString blockUuid);
     void sigUdsBlockRemoved(QString blockUuid);
@@ -139,4 +145,5 @@ private:
     QString m_currentSequenceId;
     /// 0 until the user has set a width.
     int m_columnWidth0 = 0, m_columnWidth1 = 0, m_columnWidth2 = 0;
+    bool m_isSettingWidths = false; ///< the columns move, and it isn't their user who does it
 };

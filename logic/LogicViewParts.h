@@ -2,6 +2,7 @@
 
 #include "logic/BreakPointColumn.h"
 #include "logic/CheckStateEditor.h"
+#include "logic/ChosenRow.h"
 #include "logic/EditSheets.h"
 #include "logic/RunView.h"
 #include "logic/StepEditor.h"
@@ -16,6 +17,7 @@ struct LogicViewParts
     EditSheets* sheets = nullptr; ///< child of the view, goes after the trees
     CheckStateEditor checkStates;
     std::unique_ptr<StepEditor> steps;
+    std::unique_ptr<ChosenRow> chosenRow;
     std::unique_ptr<BreakPointColumn> breakPoints;
     std::unique_ptr<RunView> run;
 };

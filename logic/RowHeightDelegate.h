@@ -3,7 +3,8 @@
 #include <QItemDelegate>
 
 /// Gives every row of a logic tree the height of the cell beside it in the narrow table, so that
-/// both scroll as one.
+/// both scroll as one. A cell with a ground of its own keeps it while its row is selected, between
+/// two lines.
 class RowHeightDelegate : public QItemDelegate
 {
     Q_OBJECT
@@ -13,5 +14,7 @@ public:
     /// In pixels.
     static int rowHeight();
 
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 };

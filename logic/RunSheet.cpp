@@ -39,6 +39,7 @@ void RunSheet::land(const runProcessState& report, RunCursor& cursor)
         break;
     case Outcome::Succeeded:
     case Outcome::Failed:
+    case Outcome::Stopped: // of no report
         m_running = nullptr;
         mark(row, outcome);
         break;

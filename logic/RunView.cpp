@@ -45,6 +45,7 @@ void RunView::start(const QString& appName, const QString& sequenceId, const QSt
         m_queue.open();
     m_isExpected = false;
     m_isRunning = true;
+    m_isStopped = false;
     m_progressHandle = sdk_ui_interface::log::create_progress(
         sdk_ui_interface::processedit::getCAppletShowName(appName), ProgressMaximum, progressText);
     m_runAppName = appName;
@@ -83,7 +84,7 @@ void RunView::stop()
         emit sigProcessPrograss(ProgressMaximum, 0);
     m_runTimer->stop();
     for (const auto& sheet : m_runSheets)
-        sheet->closeRunning(run_states::closingOutcome(m_cursor.lastResult));
+        sheet->closeRunning(run_states::closingOutcome(m_cursor.lastResult, m_isStopped));
     flush();
 
     // The rows on screen stay, so that the outcome can be read.
@@ -161,6 +162,8 @@ void RunView::finishRow(bool success)
     landReports();
     if (!m_lastLanded || (success && m_cursor.lastResult < 0))
         return;
+    if (m_isStopped && m_lastLanded->runningRow())
+        return; // the end of the run closes it
     m_lastLanded->finish(m_cursor.lastRowUuid, success ? Outcome::Succeeded : Outcome::Failed);
     if (!success) {
         for (const auto& sheet : m_runSheets)

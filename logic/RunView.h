@@ -47,6 +47,9 @@ public:
     /// Marks the row reported last, and on a failure every row that still runs, with the outcome of
     /// the run. A row that failed stays a failure.
     void finishRow(bool success);
+    /// The run on screen is being ended by a stop: rows that have not come to their own end will
+    /// say so.
+    void noteStop() { m_isStopped = m_isRunning; }
 
     /// The handle of the log's progress; -1 when there is none.
     int progressHandle() const { return m_progressHandle; }
@@ -85,6 +88,7 @@ private:
     QString m_runStartSequenceId;
     bool m_isRunning = false;
     bool m_isExpected = false;
+    bool m_isStopped = false;
     int m_progressHandle = -1;
 
     std::vector<RunTarget> m_unreached;                     ///< planned, without rows yet

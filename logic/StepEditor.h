@@ -73,6 +73,8 @@ signals:
     void edited();
     void rowCountChanged(int rowCount); ///< flows' rows included
     void rowsRemoved();
+    /// What went, in the words of its user, since nothing is asked.
+    void removed(QString what);
     /// A row is current now for which the panels are to be shown; invalid for none.
     void rowChosen(QModelIndex row);
     /// A step can't be added here, for a reason that no box tells.

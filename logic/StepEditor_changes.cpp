@@ -2,6 +2,7 @@
 
 #include "logic/CheckStateEditor.h"
 #include "logic/CustonStandModel.h"
+#include "logic/RowIndex.h"
 #include "logic/RowOutline.h"
 #include "logic/StepEditor.h"
 #include "logic/logic_roles.h"
@@ -60,6 +61,12 @@ bool isAtItsPlace(const QString& appName, const QStandardItem* row)
            parent->children[std::size_t(row->row())]->uuid == uuidOf(row).toStdString();
 }
 
+QString removedText(const QString& step, int others)
+{
+    return others > 0 ? StepEditor::tr("已删除 %1 及其 %2 个步骤").arg(step).arg(others)
+                      : StepEditor::tr("已删除 %1").arg(step);
+}
+
 } // namespace
 
 void StepEditor::removeStep()
@@ -72,6 +79,9 @@ void StepEditor::removeStep()
         return;
 
     const auto rows = structure_rules::rowsOfStep(RowOutline(m_appName), step);
+    const QString name = parent->child(rows.first)->text();
+    const int itself = rows.first == rows.last ? 1 : 2; // a structure is closed by a row of its own
+    const int before = model->rows().items().size();
     for (int row = rows.last; row >= rows.first; --row) {
         tellOfUdsBlocks(parent->child(row), &StepEditor::udsBlockRemoved);
         processedit::removeProcess(m_appName, model->sequenceId(), uuidOf(parent->child(row)));
@@ -86,6 +96,7 @@ void StepEditor::removeStep()
         clearFlow(parent);
     tellRowCount();
     emit rowsRemoved();
+    emit removed(removedText(name, before - model->rows().items().size() - itself));
 
     emit rowChosen(m_tree.currentIndex());
     if (current)
@@ -111,6 +122,7 @@ void StepEditor::removeAllSteps()
     for (int flow = InitialFlow; flow <= EndFlow; ++flow)
         tellOfUdsBlocks(model->rowOf(QString::number(flow)), &StepEditor::udsBlockRemoved,
                         isEmptied(flow) ? AllLevels : 1);
+    const int before = model->rows().items().size();
     processedit::removeAllProcessBySequenceID(m_appName, model->sequenceId(), logicBlockType(only));
     for (int flow = InitialFlow; flow <= EndFlow; ++flow) {
         if (isEmptied(flow))
@@ -118,6 +130,9 @@ void StepEditor::removeAllSteps()
     }
     tellRowCount();
     emit rowsRemoved();
+    emit removed(tr("已删除 %1 的 %2 个步骤")
+                     .arg(current ? current->text() : tr("全部流程"))
+                     .arg(before - model->rows().items().size()));
     emit rowChosen(index);
     m_tree.viewport()->update();
     emit edited();

@@ -1,13 +1,14 @@
 #include "logic/logicTreeViewStyle.h"
 
+#include "model/colour_rules.h"
+
 #include <QApplication>
 #include <QPainter>
 #include <QStyleOption>
 #include <QWidget>
 
 namespace {
-constexpr QRgb DropColour = 0xFF87CEEB;
-constexpr QRgb IdleColour = 0xFFFFFFFF;
+const QColor dropColour(0x87, 0xCE, 0xEB);
 constexpr int LineMargin = 10;
 constexpr int FrameMargin = 5;
 constexpr int DotRadius = 4;
@@ -26,7 +27,7 @@ void logicTreeViewStyle::drawPrimitive(PrimitiveElement element, const QStyleOpt
     const int top = option->rect.top();
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(QPen(QColor::fromRgba(m_dragging ? DropColour : IdleColour), 2));
+    painter->setPen(QPen(m_dragging ? dropColour : colour_rules::blank(option->palette), 2));
     if (option->rect.height() == 0) {
         painter->drawEllipse(QPoint(LineMargin, top), DotRadius, DotRadius);
         painter->drawLine(LineMargin, top, width - LineMargin, top);

@@ -1,5 +1,7 @@
 #include "logic/run_states.h"
 
+#include "model/colour_rules.h"
+
 #include <QCoreApplication>
 
 namespace run_states {
@@ -13,9 +15,11 @@ Outcome outcome(double progress, int result)
     return progress == 100.0 ? Outcome::Succeeded : Outcome::Running;
 }
 
-Outcome closingOutcome(int lastResult)
+Outcome closingOutcome(int lastResult, bool isStopped)
 {
-    return lastResult < 0 ? Outcome::Failed : Outcome::Succeeded;
+    if (lastResult < 0)
+        return Outcome::Failed;
+    return isStopped ? Outcome::Stopped : Outcome::Succeeded;
 }
 
 QString text(Outcome outcome)
@@ -25,18 +29,22 @@ QString text(Outcome outcome)
         return QCoreApplication::translate("LogicView", "执行成功");
     case Outcome::Failed:
         return QCoreApplication::translate("LogicView", "执行失败");
+    case Outcome::Stopped:
+        return QCoreApplication::translate("LogicView", "已停止");
     default:
         return QString();
     }
 }
 
-QBrush background(Outcome outcome)
+QBrush background(Outcome outcome, const QPalette& palette)
 {
     switch (outcome) {
     case Outcome::Succeeded:
-        return QColor(187, 237, 196);
+        return colour_rules::endedWell(palette);
     case Outcome::Failed:
-        return QColor(241, 178, 185);
+        return colour_rules::endedBadly(palette);
+    case Outcome::Stopped:
+        return colour_rules::endedByStop(palette);
     default:
         return QBrush(Qt::transparent);
     }

@@ -1,6 +1,7 @@
 #include "logic/tree_look.h"
 
 #include "logic/logic_roles.h"
+#include "model/colour_rules.h"
 #include "model/services/widget_bases.h"
 #include "model/step_kinds.h"
 
@@ -25,10 +26,10 @@ void tree_look::apply(QTreeView* tree)
     tree->header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     tree->header()->setHighlightSections(false);
 
-    // Texts keep their colours on the selected row, so its ground is light.
+    // Texts keep their colours on the selected row, so its ground is near the tree's.
     QPalette palette = tree->palette();
-    palette.setColor(QPalette::Highlight, QColor(205, 228, 250));
-    palette.setColor(QPalette::HighlightedText, Qt::black);
+    palette.setColor(QPalette::Highlight, colour_rules::stepSelection(palette));
+    palette.setColor(QPalette::HighlightedText, colour_rules::stepText(palette, false));
     tree->setPalette(palette);
 }
 

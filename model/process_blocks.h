@@ -1,6 +1,7 @@
 #pragma once
 
-/// All block classes at once, for code that treats every kind of step.
+/// All block classes at once, for code that treats every kind of step. The services define those of
+/// their members that have no body in the headers.
 #include "model/blocks/ApiProcessBlock.h"
 #include "model/blocks/BuzzProcessBlock.h"
 #include "model/blocks/ConditionProcessBlock.h"

@@ -18,7 +18,8 @@ enum processVariableType : std::int32_t {
     FixedVariable = 3
 };
 
-/// One variable, by value. Every lookup goes through @c uuid, never through the name.
+/// One variable, by value. Texts are UTF-8 but for one. Every lookup goes through @c uuid, never
+/// through the name.
 struct processVariable
 {
     std::string uuid;
@@ -26,7 +27,7 @@ struct processVariable
     std::string type; ///< type keyword, primary or alias
     std::string value;
     std::string description;
-    /// The sequence id, the applet's name, or empty, by scope.
+    /// The sequence's id, the applet's name (local 8-bit encoding), or empty, by scope.
     std::string ownerId;
     processVariableType scope = SequenceVariable;
     bool isLocked = false;   ///< the row can't be selected or changed

@@ -43,6 +43,11 @@ void IBlockControl::showText(QLineEdit* edit, const std::string& text)
     edit->setCursorPosition(0);
 }
 
+std::string IBlockControl::stepIdOf(const std::shared_ptr<IProcessBlock>& block)
+{
+    return block ? block->uuid : std::string();
+}
+
 void IBlockControl::handBack(const std::shared_ptr<IProcessBlock>& block)
 {
     sdk_ui_interface::processedit::updateProcess(m_cappletName, m_sequenceId, block);

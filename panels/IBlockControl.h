@@ -50,6 +50,8 @@ protected slots:
 protected:
     /// Shows a stored text from its beginning.
     static void showText(QLineEdit* edit, const std::string& text);
+    /// Empty for none.
+    static std::string stepIdOf(const std::shared_ptr<IProcessBlock>& block);
     /// The end of every saveBlock: hands the written block to the model and tells of it.
     void handBack(const std::shared_ptr<IProcessBlock>& block);
 

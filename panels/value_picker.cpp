@@ -1,5 +1,6 @@
 #include "panels/value_picker.h"
 
+#include "panels/loop_variables.h"
 #include "variables/wgtEntryValue.h"
 
 #include <QLineEdit>
@@ -15,7 +16,10 @@ std::optional<QString> value_picker::pick(const QWidget* owner, const Request& r
     dialog.setSequenceId(request.sequenceId);
     dialog.setType(request.offer == Offer::Variables ? EntryVariables : EntryVariablesAndFunctions,
                    request.systemVariables, true);
+    dialog.setLoopVariables(
+        loop_variables::around(request.appName, request.sequenceId, request.stepId));
     dialog.setData(QString(), request.text, false);
+    dialog.setCursorPosition(request.cursor);
     if (dialog.exec() != BaseMDIWidget::Accepted || !alive)
         return std::nullopt;
     return dialog.getData();

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <optional>
+#include <string>
 
 class QLineEdit;
 class QPlainTextEdit;
@@ -17,9 +18,12 @@ struct Request
 {
     QString appName;
     QString sequenceId; ///< empty: no sequence's variables are in sight
+    std::string stepId; ///< the step that is edited: the loops around it bring their variables
     Offer offer = Offer::VariablesAndFunctions;
     bool systemVariables = false; ///< whether those of the system are offered, too
     QString text;                 ///< what the dialog starts with
+    /// Where a pick goes in the text, as characters before it; negative: in place of the text.
+    int cursor = -1;
 };
 
 /// The text that the user accepted, which may be empty; nothing if he didn't, or if @p owner went

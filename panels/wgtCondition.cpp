@@ -64,7 +64,7 @@ void wgtCondition::showright_Menu()
 void wgtCondition::pickInto(QLineEdit* edit)
 {
     const auto picked =
-        value_picker::pick(this, {m_cappletName, m_sequenceId,
+        value_picker::pick(this, {m_cappletName, m_sequenceId, m_condition.uuid,
                                   value_picker::Offer::VariablesAndFunctions, true, edit->text()});
     if (picked)
         value_picker::replaceText(edit, *picked);

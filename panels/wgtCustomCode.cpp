@@ -64,9 +64,10 @@ void wgtCustomCode::onTextEditTextChanged()
 
 void wgtCustomCode::onFxButtonClicked()
 {
-    const auto picked = value_picker::pick(this, {m_cappletName, m_sequenceId,
+    const auto picked = value_picker::pick(this, {m_cappletName, m_sequenceId, stepIdOf(m_block),
                                                   value_picker::Offer::VariablesAndFunctions, false,
-                                                  ui->textEdit->toPlainText()});
+                                                  ui->textEdit->toPlainText(),
+                                                  ui->textEdit->textCursor().position()});
     if (!picked)
         return;
     value_picker::replaceText(ui->textEdit, *picked);

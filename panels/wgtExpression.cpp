@@ -46,18 +46,19 @@ void wgtExpression::saveBlock()
 
 void wgtExpression::onBtnLeftValueClicked()
 {
-    const auto picked =
-        value_picker::pick(this, {m_cappletName, m_sequenceId, value_picker::Offer::Variables,
-                                  false, ui->editLeftValue->text()});
+    const auto picked = value_picker::pick(this, {m_cappletName, m_sequenceId, stepIdOf(m_block),
+                                                  value_picker::Offer::Variables, false,
+                                                  ui->editLeftValue->text()});
     if (picked)
         value_picker::replaceText(ui->editLeftValue, *picked);
 }
 
 void wgtExpression::onBtnRightValueClicked()
 {
-    const auto picked = value_picker::pick(this, {m_cappletName, m_sequenceId,
+    const auto picked = value_picker::pick(this, {m_cappletName, m_sequenceId, stepIdOf(m_block),
                                                   value_picker::Offer::VariablesAndFunctions, false,
-                                                  ui->editRightValue->toPlainText()});
+                                                  ui->editRightValue->toPlainText(),
+                                                  ui->editRightValue->textCursor().position()});
     if (picked)
         value_picker::replaceText(ui->editRightValue, *picked);
 }

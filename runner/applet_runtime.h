@@ -127,12 +127,14 @@ inline bool step_begin(u32 step)
 }
 
 /// A step that failed doesn't come to 100: its end is another report than a good one, wherever
-/// reports of equal progress are taken as one.
+/// reports of equal progress are taken as one. Nor does the step in which a stop came: it has been
+/// cut short, or might have been.
 inline bool step_end(u32 step)
 {
     const int result = failure;
     failure = 0;
-    api->report(step, result < 0 ? 99.0 : 100.0, result);
+    if (result < 0 || !*api->stop)
+        api->report(step, result < 0 ? 99.0 : 100.0, result);
     return running();
 }
 

@@ -11,11 +11,15 @@
 /// too much memory.
 namespace control {
 
-/// Waits for the start command on the command channel; empty if the channel ended instead.
-std::string awaitStart(int commandPipe);
+/// Before everything else here; false if the system refuses, errno tells why.
+bool open(int commandPipe);
 
-/// Starts the thread. @p noticePipe is the supervisor's. All live to the end of the process.
-void start(int commandPipe, int noticePipe, ReportBuffer& reports);
+/// Waits for the start command on the command channel; empty if the channel ended instead.
+std::string awaitStart();
+
+/// Starts the thread. @p noticePipe is the supervisor's. All live to the end of the process. False
+/// if the system refuses, errno tells why.
+bool start(int noticePipe, ReportBuffer& reports);
 
 /// Whether a stop command has come. Any thread.
 bool isStopAsked();

@@ -3,6 +3,7 @@
 #include "runner/channel.h"
 #include "runner/requests.h"
 #include "runner/run_tracer.h"
+#include "runner/standard_output.h"
 #include "runner/supervisor.h"
 #include "standalone/runtime/protocol_reader.h"
 
@@ -25,7 +26,7 @@ constexpr int FlushMilliseconds = 4;
 constexpr int LookMilliseconds = 40;
 
 volatile int stopAsked = 0;
-int stopPipe[2];  // its write end closes with the stop: that wakes every wait
+int stopPipe[2];  // a byte that stays, with the stop: that wakes every wait
 int flushPipe[2]; // a byte for each flush that is asked for
 int commands = -1;
 int notices = -1;
@@ -40,7 +41,7 @@ public:
         if (isStopAsked())
             return;
         __atomic_store_n(&stopAsked, 1, __ATOMIC_RELAXED);
-        close(stopPipe[1]);
+        channel::write(stopPipe[1], "", 1); // a forked process may hold this end open as well
         requests::onStop();
     }
     void onAnswer(std::uint32_t id, int status, const std::string& text) override
@@ -64,6 +65,7 @@ bool readCommands()
 [[noreturn]] void leaveForMemory()
 {
     run_tracer::setCause(run_trace::MemoryLimit);
+    standard_output::flushUnlessBusy();
     reportBuffer->flush();
     channel::leave(1);
 }
@@ -91,6 +93,8 @@ void* listen(void*)
             channel::read(flushPipe[0], &byte, 1);
             flushAt = now() + FlushMilliseconds;
         }
+        if (isStopAsked())
+            standard_output::flushUnlessBusy(); // a kill may follow
         if (flushAt >= 0 && now() >= flushAt) {
             flushAt = -1;
             reportBuffer->flushDue();
@@ -101,13 +105,18 @@ void* listen(void*)
 
 } // namespace
 
-std::string awaitStart(int commandPipe)
+bool open(int commandPipe)
 {
     commands = commandPipe;
     if (pipe2(stopPipe, O_CLOEXEC) != 0 || pipe2(flushPipe, O_CLOEXEC) != 0)
-        return std::string();
+        return false;
     for (int* end : {&stopPipe[0], &stopPipe[1], &flushPipe[0], &flushPipe[1]})
         *end = channel::adopt(*end);
+    return true;
+}
+
+std::string awaitStart()
+{
     while (received.sequenceId.empty()) {
         if (!readCommands())
             return std::string();
@@ -115,9 +124,8 @@ std::string awaitStart(int commandPipe)
     return received.sequenceId;
 }
 
-void start(int commandPipe, int noticePipe, ReportBuffer& reports)
+bool start(int noticePipe, ReportBuffer& reports)
 {
-    commands = commandPipe;
     notices = noticePipe;
     reportBuffer = &reports;
     // Signals are for the applet's thread, whose handlers have a stack of their own.
@@ -126,10 +134,12 @@ void start(int commandPipe, int noticePipe, ReportBuffer& reports)
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &before);
     pthread_t thread;
-    if (pthread_create(&thread, nullptr, listen, nullptr) != 0)
-        channel::leave(1);
+    errno = pthread_create(&thread, nullptr, listen, nullptr);
+    if (errno != 0)
+        return false;
     pthread_detach(thread);
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return true;
 }
 
 bool isStopAsked()

@@ -4,6 +4,7 @@
 #include "runner/report_buffer.h"
 #include "runner/requests.h"
 #include "runner/run_tracer.h"
+#include "runner/standard_output.h"
 
 #include <csignal>
 #include <cstdint>
@@ -33,6 +34,7 @@ void onCrash(int number, siginfo_t* info, void*)
         run_tracer::setCause(run_trace::MemoryLimit);
     else if ((number == SIGSEGV || number == SIGBUS) && isBelowStack(info->si_addr))
         run_tracer::setCause(run_trace::StackOverflow);
+    standard_output::flushAfterCrash();
     reportBuffer->flushAfterCrash();
     // The handler was removed on entry: the signal now ends the process.
     std::raise(number);
@@ -48,6 +50,7 @@ void onForked()
     reportBuffer->detach();
     requests::detach();
     run_tracer::detach();
+    standard_output::detach();
 }
 
 void findStack()

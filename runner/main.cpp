@@ -5,6 +5,7 @@
 #include "runner/module.h"
 #include "runner/run_tracer.h"
 #include "runner/runtime_api.h"
+#include "runner/standard_output.h"
 #include "runner/supervisor.h"
 
 #include <cerrno>
@@ -15,15 +16,21 @@
 namespace {
 
 enum ExitCode : int { Success = 0, BadUsage = 2, BadModule = 3, NoSequence = 4, NoProcess = 5 };
-enum LogLevel : int { ErrorLevel = 3 };
 
 ReportBuffer reports;
 
 [[noreturn]] void fail(ExitCode code, const std::string& text)
 {
-    runtime_api::log(ErrorLevel, text.c_str());
+    runtime_api::log(ReportBuffer::ErrorLevel, text.c_str());
     reports.flush();
     channel::leave(code);
+}
+
+/// By errno; nothing listens to reports yet.
+[[noreturn]] void failToStart()
+{
+    std::fprintf(stderr, "运行进程启动失败: %s\n", std::strerror(errno));
+    channel::leave(NoProcess);
 }
 
 const applet_sequence* findSequence(const applet_module& module, const std::string& id)
@@ -55,20 +62,21 @@ int main(int argc, char** argv)
     duty.commandPipe = channel::adopt(std::atoi(argv[4]));
     duty.traceFile = channel::adopt(std::atoi(argv[5]));
     const int noticePipe = supervisor::divide(duty);
-    if (noticePipe < 0) {
-        std::fprintf(stderr, "运行进程启动失败: %s\n", std::strerror(errno));
-        channel::leave(NoProcess);
-    }
+    if (noticePipe < 0)
+        failToStart();
     limits::apply();
     channel::outliveReader();
-    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+    standard_output::take();
 
-    const std::string sequenceId = control::awaitStart(duty.commandPipe);
+    if (!control::open(duty.commandPipe))
+        failToStart();
+    const std::string sequenceId = control::awaitStart();
     if (sequenceId.empty())
         channel::leave(BadUsage);
     reports.open(reportPipe, control::expectFlush);
     runtime_api::bind(reports);
-    control::start(duty.commandPipe, noticePipe, reports);
+    if (!control::start(noticePipe, reports))
+        failToStart();
     crash_guard::install(reports);
 
     Module module;

@@ -10,23 +10,43 @@ namespace process_memory {
 
 namespace {
 
-/// The text of a small file of the system, zero-terminated. Only this and the stack is touched: a
-/// signal handler reads so too.
+/// What is read of a process's status stands from this line on. Before it stands the list of the
+/// user's groups, of any length.
+constexpr char FirstLine[] = "\nVmPeak:";
+
+/// The lines of a file of the system, zero-terminated. Only this and the stack is touched: a signal
+/// handler reads so too.
 struct Text
 {
     char bytes[4096];
     bool isRead = false;
     bool isGone = false; ///< there is no such process any more
 
+    /// All of a file that fits in, of a longer one what begins at FirstLine.
     void read(int file)
+    {
+        off_t at = 0;
+        ssize_t size = readAt(file, at);
+        while (size == ssize_t(sizeof bytes - 1)) {
+            const char* first = std::strstr(bytes, FirstLine);
+            if (first == bytes)
+                return;
+            // What is cut at the end comes once more.
+            at += first ? first - bytes : size - ssize_t(sizeof FirstLine);
+            size = readAt(file, at);
+        }
+    }
+
+    ssize_t readAt(int file, off_t at)
     {
         ssize_t size = -1;
         do {
-            size = ::pread(file, bytes, sizeof bytes - 1, 0);
+            size = ::pread(file, bytes, sizeof bytes - 1, at);
         } while (size < 0 && errno == EINTR);
         isRead = size >= 0;
         isGone = size < 0 && errno == ESRCH;
         bytes[isRead ? size : 0] = 0;
+        return size;
     }
 
     void read(int pid, const char* name)

@@ -1,11 +1,13 @@
 #include "runner/process_tree.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
+#include <optional>
 #include <string>
 #include <unistd.h>
 
@@ -13,32 +15,45 @@ namespace process_tree {
 
 namespace {
 
-std::string contentOf(const std::string& path)
+/// By errno: what was asked for belongs to a process or thread that has ended.
+bool isGone()
+{
+    return errno == ENOENT || errno == ESRCH;
+}
+
+/// Empty of a process that has ended; nothing if it can't be read.
+std::optional<std::string> contentOf(const std::string& path)
 {
     std::string content;
     const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        return isGone() ? std::make_optional(content) : std::nullopt;
     char bytes[4096];
     ssize_t size = 0;
-    while (file >= 0 && (size = ::read(file, bytes, sizeof bytes)) > 0)
+    while ((size = ::read(file, bytes, sizeof bytes)) > 0)
         content.append(bytes, static_cast<std::size_t>(size));
-    if (file >= 0)
-        ::close(file);
-    return content;
+    const bool isRead = size == 0 || isGone();
+    ::close(file);
+    return isRead ? std::make_optional(content) : std::nullopt;
 }
 
-/// A process's children are listed by the thread that has started them.
-void appendChildren(int pid, std::vector<int>& pids)
+/// A process's children are listed by the thread that has started them. False if a list can't be
+/// read.
+bool appendChildren(int pid, std::vector<int>& pids)
 {
     const std::string tasks = "/proc/" + std::to_string(pid) + "/task/";
     DIR* folder = ::opendir(tasks.c_str());
     if (!folder)
-        return;
+        return isGone();
+    bool isWhole = true;
     while (const dirent* task = ::readdir(folder)) {
         if (task->d_name[0] == '.')
             continue;
-        const std::string children = contentOf(tasks + task->d_name + "/children");
+        const auto children = contentOf(tasks + task->d_name + "/children");
+        isWhole = isWhole && children;
         char* at = nullptr;
-        for (const char* from = children.c_str(); *from && pids.size() <= MaxMembers; from = at) {
+        for (const char* from = children ? children->c_str() : "";
+             *from && pids.size() <= MaxMembers; from = at) {
             const long child = std::strtol(from, &at, 10);
             if (at == from)
                 break;
@@ -47,23 +62,30 @@ void appendChildren(int pid, std::vector<int>& pids)
         }
     }
     ::closedir(folder);
+    return isWhole;
 }
 
 } // namespace
 
-std::vector<int> descendants()
+Descendants descendants(const std::function<void(int pid)>& onMet)
 {
-    std::vector<int> pids = {getpid()};
-    for (std::size_t i = 0; i < pids.size(); ++i)
-        appendChildren(pids[i], pids);
+    Descendants found;
+    std::vector<int>& pids = found.pids;
+    pids.push_back(getpid());
+    for (std::size_t i = 0; i < pids.size(); ++i) {
+        if (i > 0 && onMet)
+            onMet(pids[i]);
+        found.isWhole = appendChildren(pids[i], pids) && found.isWhole;
+    }
     pids.erase(pids.begin());
-    return pids;
+    return found;
 }
 
 bool describe(int pid, Member& member)
 {
+    member.pid = pid;
     // "pid (name) state parent group ..."; the name may hold brackets.
-    const std::string stat = contentOf("/proc/" + std::to_string(pid) + "/stat");
+    const std::string stat = contentOf("/proc/" + std::to_string(pid) + "/stat").value_or("");
     const std::size_t open = stat.find('(');
     const std::size_t close = stat.rfind(')');
     char state = 0;
@@ -71,7 +93,6 @@ bool describe(int pid, Member& member)
     if (open == std::string::npos || close == std::string::npos || close < open ||
         std::sscanf(stat.c_str() + close + 1, " %c %d %d", &state, &parent, &member.group) != 3)
         return false;
-    member.pid = pid;
     member.hasEnded = state == 'Z' || state == 'X';
     std::memset(member.name, 0, sizeof member.name);
     std::memcpy(member.name, stat.data() + open + 1,

@@ -86,11 +86,10 @@ void ReportBuffer::flushDue()
 
 void ReportBuffer::flushAfterCrash()
 {
-    // Another thread may be writing: let it come to its end. If the crash came while this thread
-    // held the lock, only whole records are counted.
-    constexpr int Tries = 4000;
-    for (int i = 0; i < Tries && !tryLock(); ++i)
-        pauseShortly();
+    // If the crash came while this thread held the lock, only whole records are counted. One that
+    // writes waits for the editor, however long: records that interleave are none.
+    if (m_holder.load(std::memory_order_relaxed) != thisThread())
+        lock();
     encodeWaiting();
     writeOut();
 }

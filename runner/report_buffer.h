@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -13,12 +14,13 @@
 /// pieces. Step reports wait in a table where equal ones are one; anything else that is appended
 /// comes behind those that wait. Any thread.
 ///
-/// Its lock is a flag and its memory is its own, so that a signal handler can write out what a
-/// crashed step left behind.
+/// Its lock is an atomic number, the thread that holds it, and its memory is its own, so that a
+/// signal handler can write out what a crashed step left behind.
 class ReportBuffer
 {
 public:
     static constexpr std::size_t Size = 32 * 1024;
+    static constexpr int ErrorLevel = 3; ///< of a log line that tells of a fault
 
     /// @p onFirst is called, on the appending thread, when records wait and no flush is due yet.
     void open(int pipe, void (*onFirst)());
@@ -46,7 +48,8 @@ public:
     void flush();
     /// Starts the flush that onFirst asked for: records from now on ask for another one.
     void flushDue();
-    /// For a signal handler: writes what waits, even if the lock can't be had for long.
+    /// For a signal handler: the same, also on a thread that was inside. What another thread is
+    /// writing comes before.
     void flushAfterCrash();
 
 private:
@@ -56,8 +59,19 @@ private:
         while (!tryLock())
             pauseShortly();
     }
-    bool tryLock() { return !m_locked.test_and_set(std::memory_order_acquire); }
-    void unlock() { m_locked.clear(std::memory_order_release); }
+    bool tryLock()
+    {
+        std::uintptr_t nobody = 0;
+        return m_holder.compare_exchange_strong(nobody, thisThread(), std::memory_order_acquire,
+                                                std::memory_order_relaxed);
+    }
+    void unlock() { m_holder.store(0, std::memory_order_release); }
+    /// Another number for each thread; not 0.
+    static std::uintptr_t thisThread()
+    {
+        static thread_local char own;
+        return reinterpret_cast<std::uintptr_t>(&own);
+    }
     void release()
     {
         unlock();
@@ -78,7 +92,7 @@ private:
     std::size_t m_used = 0;
     int m_pipe = -1;
     void (*m_onFirst)() = nullptr;
-    std::atomic_flag m_locked = ATOMIC_FLAG_INIT;
+    std::atomic<std::uintptr_t> m_holder{0};
     std::atomic<bool> m_flushIsDue{false};
 
     /// The text indices of the protocol plus one, given out at first use; 0: not sent yet.

@@ -27,9 +27,8 @@ bool isDetached = false;
 /// A question that the user has declined needs no words.
 s64 refuse(ReportBuffer& reports, const std::string& reason)
 {
-    constexpr int ErrorLevel = 3;
     if (!reason.empty())
-        reports.log(ErrorLevel, reason.data(), reason.size());
+        reports.log(ReportBuffer::ErrorLevel, reason.data(), reason.size());
     return Refused;
 }
 

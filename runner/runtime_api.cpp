@@ -5,14 +5,13 @@
 #include "runner/requests.h"
 #include "runner/run_tracer.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
 namespace runtime_api {
 
 namespace {
-
-constexpr int ErrorLevel = 3;
 
 ReportBuffer* reportBuffer = nullptr;
 const applet_module* current = nullptr;
@@ -45,8 +44,12 @@ void logFormatted(int level, const char* format, va_list arguments)
     // Formatted before the buffer is held: a bad argument of the applet crashes here.
     char text[protocol::MaxText + 1];
     const int size = std::vsnprintf(text, sizeof text, format, arguments);
-    if (size >= 0)
-        reportBuffer->log(level, text, std::strlen(text), static_cast<std::size_t>(size));
+    if (size < 0) {
+        log(ReportBuffer::ErrorLevel, (std::string("日志文本无法格式化: ") + format).c_str());
+        return;
+    }
+    const auto whole = static_cast<std::size_t>(size);
+    reportBuffer->log(level, text, std::min(whole, protocol::MaxText), whole);
 }
 
 int delay(s64 milliseconds)
@@ -75,7 +78,8 @@ u32 crc(const char* name, int width, const u8* data, size_t size)
 {
     u32 value = 0;
     if (!checksums::crc(name, width, data, size, value))
-        log(ErrorLevel, (std::string("未知的校验算法: ") + (name ? name : "")).c_str());
+        log(ReportBuffer::ErrorLevel,
+            (std::string("未知的校验算法: ") + (name ? name : "")).c_str());
     return value;
 }
 

@@ -8,8 +8,8 @@
 /// The supervisor is the parent of whatever loses its own, so that every process that the applet
 /// starts, by whatever way, stays its descendant. It ends them all when the applet's process has
 /// ended and when the editor closes the command channel or is gone, whatever the reason, and writes
-/// into the trace which it met. It watches the memory that all of them take together. Then it ends
-/// as the applet's process did: with its exit code, or by its signal.
+/// into the trace which it met. It watches the memory that all of them take together, and how many
+/// they are. Then it ends as the applet's process did: with its exit code, or by its signal.
 ///
 /// It protects against accidents. Code that runs as the same user can kill it; the applet's process
 /// dies with it then, what that has started does not.

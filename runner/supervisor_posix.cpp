@@ -4,6 +4,7 @@
 #include "runner/control.h"
 #include "runner/limits.h"
 #include "runner/process_tree.h"
+#include "standalone/runtime/run_limits.h"
 #include "standalone/runtime/run_trace.h"
 
 #include <algorithm>
@@ -13,21 +14,22 @@
 #include <cstdint>
 #include <cstring>
 #include <fcntl.h>
+#include <functional>
+#include <limits>
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/signalfd.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <unordered_set>
 #include <vector>
 
 namespace supervisor {
 
 namespace {
 
-constexpr int MemoryMilliseconds = 40;
+constexpr int LookMilliseconds = 40;
 constexpr int LeaveMilliseconds = 200;
-/// What can't be ended is another user's, or waits in the kernel.
-constexpr int EndMilliseconds = 3000;
 constexpr int RoundMilliseconds = 10;
 
 pid_t supervisorId = -1;
@@ -49,7 +51,6 @@ public:
         while (watch()) {
         }
         endAll();
-        tell();
         leaveAsRunner();
     }
 
@@ -60,23 +61,50 @@ private:
         // Nothing is read from the command channel here: what counts is that its other end closes.
         pollfd sources[] = {{m_duty.commandPipe, 0, 0}, {m_childSignals, POLLIN, 0}};
         const auto left = static_cast<int>(std::max<std::int64_t>(0, m_lookAt - control::now()));
-        poll(sources, 2, m_duty.memoryLimit > 0 ? left : -1);
+        poll(sources, 2, left);
         if (sources[0].revents != 0)
             return false;
         reap();
         if (m_hasRunnerEnded)
             return false;
-        if (m_duty.memoryLimit == 0 || control::now() < m_lookAt)
+        if (control::now() < m_lookAt)
             return true;
-        if (m_isOverMemory) // it was told to leave, and hasn't
+        if (m_cause != run_trace::NoCause) // it was told to leave, and hasn't
             return false;
-        m_isOverMemory = limits::isExceededBy(m_runner, process_tree::descendants());
-        if (m_isOverMemory) {
+        m_cause = findExcess();
+        if (m_cause == run_trace::ProcessLimit) // told to leave, it would go on forking
+            return false;
+        const bool isOverMemory = m_cause == run_trace::MemoryLimit;
+        if (isOverMemory) {
             endDescendants(true);
             channel::write(m_noticePipe, "", 1);
         }
-        m_lookAt = control::now() + (m_isOverMemory ? LeaveMilliseconds : MemoryMilliseconds);
+        m_lookAt = control::now() + (isOverMemory ? LeaveMilliseconds : LookMilliseconds);
         return true;
+    }
+
+    /// What can't be looked at, twice, is too much of it.
+    run_trace::Cause findExcess() const
+    {
+        process_tree::Descendants found = findAll();
+        if (!found.isWhole)
+            found = findAll();
+        if (found.pids.size() > std::size_t(run_limits::MostProcesses))
+            return run_trace::ProcessLimit;
+        if (m_duty.memoryLimit > 0 &&
+            (!found.isWhole || limits::isExceededBy(m_runner, found.pids)))
+            return run_trace::MemoryLimit;
+        return run_trace::NoCause;
+    }
+
+    /// The processes of the run; whatever the system tells, the runner until it has ended.
+    process_tree::Descendants findAll(const std::function<void(int pid)>& onMet = nullptr) const
+    {
+        process_tree::Descendants found = process_tree::descendants(onMet);
+        std::vector<int>& pids = found.pids;
+        if (!m_hasRunnerEnded && std::find(pids.begin(), pids.end(), m_runner) == pids.end())
+            pids.insert(pids.begin(), m_runner);
+        return found;
     }
 
     /// Takes in the ends of children; false when there are none any more. Since orphans become
@@ -98,48 +126,66 @@ private:
         }
     }
 
+    /// What was met is told at once, since the editor's patience ends too.
     void endAll()
     {
-        const std::int64_t giveUpAt = control::now() + EndMilliseconds;
+        std::int64_t giveUpAt = 0;
+        std::uint32_t fewest = std::numeric_limits<std::uint32_t>::max();
         while (reap()) {
             m_survivors = endDescendants(false);
-            if (control::now() >= giveUpAt)
+            tell();
+            // A round takes long when there are many: what counts is whether they become fewer.
+            if (m_survivors < fewest)
+                giveUpAt = control::now() + run_limits::EndMilliseconds;
+            else if (control::now() >= giveUpAt)
                 return;
+            fewest = std::min(fewest, m_survivors);
             pollfd childEnds = {m_childSignals, POLLIN, 0};
             poll(&childEnds, 1, RoundMilliseconds);
         }
         m_survivors = 0;
+        tell();
     }
 
-    /// How many were alive. All are looked at before the first is ended, since each may be in the
-    /// group of another; groups are ended whole, which leaves no member the time to start another.
+    /// How many were alive. Each is stopped as it is met, so that none starts another meanwhile,
+    /// and all are looked at before the first is ended, since each may be in the group of another.
+    /// Groups are ended whole: that finds those that fork and end faster than they can be met.
     std::uint32_t endDescendants(bool spareRunner)
     {
-        std::vector<process_tree::Member> alive;
-        for (const int pid : process_tree::descendants()) {
+        const auto isSpared = [&](int pid) { return spareRunner && pid == m_runner; };
+        const pid_t runnersGroup = m_hasRunnerEnded ? -1 : getpgid(m_runner);
+        if (!spareRunner && runnersGroup > 0 && runnersGroup != getpgrp())
+            kill(-runnersGroup, SIGSTOP); // at once
+        const process_tree::Descendants found = findAll([&](int pid) {
+            if (!isSpared(pid))
+                kill(pid, SIGSTOP);
+        });
+        std::vector<process_tree::Member> members;
+        for (const int pid : found.pids) {
             process_tree::Member member;
-            if (process_tree::describe(pid, member) && !member.hasEnded &&
-                !(spareRunner && pid == m_runner))
-                alive.push_back(member);
+            if (!isSpared(pid) && (process_tree::describe(pid, member) || pid == m_runner))
+                members.push_back(member);
         }
-        const pid_t runnersGroup = getpgid(m_runner);
-        for (const process_tree::Member& member : alive) {
+        std::uint32_t alive = 0;
+        std::unordered_set<int> groups = {0, getpgrp()};
+        if (spareRunner)
+            groups.insert(runnersGroup);
+        for (const process_tree::Member& member : members) {
+            if (groups.insert(member.group).second)
+                kill(-member.group, SIGKILL);
+            if (member.hasEnded)
+                continue;
+            ++alive;
             if (member.pid != m_runner)
                 note(member);
-            if (member.group > 0 && member.group != getpgrp() &&
-                !(spareRunner && member.group == runnersGroup))
-                kill(-member.group, SIGKILL);
             kill(member.pid, SIGKILL);
         }
-        return static_cast<std::uint32_t>(alive.size());
+        return alive;
     }
 
     void note(const process_tree::Member& member)
     {
-        if (std::find(m_noted.begin(), m_noted.end(), member.pid) != m_noted.end())
-            return;
-        m_noted.push_back(member.pid);
-        if (m_noted.size() > run_trace::MaxEnded)
+        if (!m_noted.insert(member.pid).second || m_noted.size() > run_trace::MaxEnded)
             return;
         run_trace::EndedProcess& entry = m_ended[m_noted.size() - 1];
         static_assert(sizeof entry.name == sizeof member.name, "a name is copied whole");
@@ -154,12 +200,11 @@ private:
         (void)written;
     }
 
-    /// Nobody else writes any more.
+    /// What others have written meanwhile is told anew by the next call.
     void tell() const
     {
-        const std::uint32_t cause = run_trace::MemoryLimit;
-        if (m_isOverMemory)
-            put(&cause, sizeof cause, offsetof(run_trace::Area, cause));
+        if (m_cause != run_trace::NoCause)
+            put(&m_cause, sizeof m_cause, offsetof(run_trace::Area, cause));
         const auto count = static_cast<std::uint32_t>(m_noted.size());
         put(m_ended, sizeof m_ended, offsetof(run_trace::Area, ended));
         put(&count, sizeof count, offsetof(run_trace::Area, endedCount));
@@ -174,9 +219,10 @@ private:
         const int number = WTERMSIG(m_runnerStatus);
         std::signal(number, SIG_DFL);
         kill(getpid(), number);
-        sigset_t none;
-        sigemptyset(&none);
-        sigprocmask(SIG_SETMASK, &none, nullptr);
+        sigset_t own;
+        sigemptyset(&own);
+        sigaddset(&own, number);
+        sigprocmask(SIG_UNBLOCK, &own, nullptr);
         channel::leave(1);
     }
 
@@ -186,9 +232,9 @@ private:
     int m_childSignals = -1;
     bool m_hasRunnerEnded = false;
     int m_runnerStatus = 0;
-    bool m_isOverMemory = false;
-    std::int64_t m_lookAt = control::now() + MemoryMilliseconds; ///< at the memory
-    std::vector<pid_t> m_noted;
+    run_trace::Cause m_cause = run_trace::NoCause; ///< why the run is ended, if it is from here
+    std::int64_t m_lookAt = control::now() + LookMilliseconds; ///< at what the run takes
+    std::unordered_set<pid_t> m_noted;
     run_trace::EndedProcess m_ended[run_trace::MaxEnded] = {};
     std::uint32_t m_survivors = 0;
 };

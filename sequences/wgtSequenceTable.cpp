@@ -1,5 +1,6 @@
 #include "sequences/wgtSequenceTable.h"
 
+#include "model/IProcessBlock.h"
 #include "model/applet_name.h"
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
@@ -12,6 +13,7 @@
 #include <QSignalBlocker>
 
 #include <algorithm>
+#include <numeric>
 
 namespace processedit = sdk_ui_interface::processedit;
 
@@ -135,6 +137,7 @@ void wgtSequenceTable::removeSelectedSequence()
     if (rows.isEmpty())
         return;
     QStringList ids = m_table->sequenceIdsAt(rows);
+    const QString notice = removalText(ids);
     std::reverse(ids.begin(), ids.end()); // the last one goes first, as in the table
     for (const QString& id : qAsConst(ids)) {
         process_edit::removeAllVarBySequenceId(appletNameBytes(m_appName), id.toStdString());
@@ -145,10 +148,29 @@ void wgtSequenceTable::removeSelectedSequence()
     emit currentSequenceChanged(currentSequenceId());
     m_table->selectRow(m_table->currentRow());
     emit sigModified();
+    emit sigNotice(notice);
+}
+
+QString wgtSequenceTable::removalText(const QStringList& ids) const
+{
+    int steps = 0;
+    QStringList names;
+    for (const QString& id : ids) {
+        names.append(QString::fromStdString(processedit::getSequence(m_appName, id).name));
+        steps += int(processedit::getAllProcessBySequenceID(m_appName, id,
+                                                            IProcessBlock::ProcessBlockBelong(0))
+                         .size());
+    }
+    const QString what =
+        tr("已删除序列 %1（含 %2 个步骤）").arg(names.join(QStringLiteral("、"))).arg(steps);
+    return ids.size() < m_table->rowCount() ? what : tr("%1，小程序中已没有序列").arg(what);
 }
 
 void wgtSequenceTable::removeAllSequence()
 {
+    QVector<int> rows(m_table->rowCount());
+    std::iota(rows.begin(), rows.end(), 0);
+    const QString notice = removalText(m_table->sequenceIdsAt(rows));
     processedit::removeAllSequenceByAppName(m_appName);
     for (int row = 0; row < m_table->rowCount(); ++row)
         process_edit::removeAllVarBySequenceId(appletNameBytes(m_appName),
@@ -157,6 +179,8 @@ void wgtSequenceTable::removeAllSequence()
     emit signalRemoveAllSequence();
     emit currentSequenceChanged(QString());
     emit sigModified();
+    if (!rows.isEmpty())
+        emit sigNotice(notice);
 }
 
 void wgtSequenceTable::addSequenceToTemplate()

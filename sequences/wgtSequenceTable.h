@@ -47,6 +47,8 @@ public slots:
     void addSequenceToTemplate();
 
 signals:
+    /// What went, in the words of its user, since nothing is asked.
+    void sigNotice(QString text);
     void signalAddSquence(QString name);
     /// Once for all sequences that were removed together; they are gone from the model.
     void signalRemoveSequence(QStringList nameList);
@@ -66,6 +68,8 @@ private slots:
     void showContextMenu(const QPoint& position);
 
 private:
+    /// Of sequences that are still there.
+    QString removalText(const QStringList& ids) const;
     void setMain(int row, bool isMain);
 
     SequenceTable* m_table;

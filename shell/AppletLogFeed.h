@@ -7,8 +7,8 @@
 #include <functional>
 
 /// Brings log lines of applets from the runtime's threads to the GUI thread: all that wait are
-/// taken at once, in their order, and an applet that writes faster than a person's pane can take
-/// loses lines and not the editor. How many were lost is said in their place.
+/// taken at once, in their order. No line is lost: it is for the runtime to hold back an applet
+/// that writes faster than a person's pane can take.
 ///
 /// Any thread, under its own mutex; shared by its taker and by what the threads call.
 class AppletLogFeed
@@ -19,7 +19,10 @@ public:
         QString appName;
         QString text;
     };
-    static constexpr int MostWaiting = 5000;
+    /// Where a runtime that doesn't hold back costs lines and not the editor; how many is said in
+    /// their place. Far beyond what one that does leaves here: some thousand lines a run, and once
+    /// the run was killed, what its pipes hold.
+    static constexpr int MostWaiting = 1000000;
 
     /// @p wake is called on the thread of the first line that waits, with the feed locked: it must
     /// be quick, must not call the feed, and sees to it that take() is called soon.

@@ -198,8 +198,8 @@ void BuildController::stop()
     const auto state = processedit::getCAppletRunState(appName);
     if (!state.first.empty() && state.second == AppletRunning) {
         int status = -1;
-        sdk_ui_interface::capplet::getStatusRunnerFunction(QString::fromStdString(state.first),
-                                                           status);
+        sdk_ui_interface::capplet::getStatusRunnerFunction(
+            QString::fromLocal8Bit(state.first.c_str()), status);
         if (status == 0 &&
             !m_view.ask(EditorTexts::tr("警告"),
                         EditorTexts::tr("当前流程正在运行，若存在死循环，强制停止流程可能会导致"

@@ -21,9 +21,6 @@ namespace processedit = sdk_ui_interface::processedit;
 namespace {
 
 constexpr int AfterRunDelay = 100; // ms; the runner's thread has left its callback by then
-constexpr int EventEnded = 1;
-constexpr int EventStopped = 2;
-constexpr int EventCrashed = 3;
 constexpr int ConversionCancelled = -2;
 
 } // namespace
@@ -153,16 +150,16 @@ void LogicMaster::finishRun(const QString& appName, int event)
 {
     capplet::removeRunnerFunction(appName);
     capplet::unloadCAppletMp(appName);
-    if (event != EventCrashed)
+    if (event != processedit::RunCrashed)
         finishPendingRemoval(appName);
     QString text = appName;
-    if (event == EventEnded)
+    if (event == processedit::RunFinished)
         text += tr(" 运行结束\n") + output_text::rule();
-    else if (event == EventStopped)
+    else if (event == processedit::RunStopped)
         text += tr(" 运行中止\n") + output_text::rule();
     else
         text += tr(" 运行崩溃, 即将停止运行\n");
-    emit NotifyRunResultSig(appName, event != EventCrashed, text);
+    emit NotifyRunResultSig(appName, event != processedit::RunCrashed, text);
 }
 
 void LogicMaster::onRunState(QString cappname, QString seqUuid, QString blockuuid, double iProgress,

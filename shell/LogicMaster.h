@@ -95,6 +95,8 @@ public:
     void setVariableUse(const QString& appName, const QMap<QString, VariableUse>& bySequence);
     void setVariableUse(const QString& appName, const QString& sequenceId, const QString& blockUuid,
                         const QSet<QString>& names);
+    /// The names that each step of an applet is known to use, by sequence and step.
+    QMap<QString, VariableUse> variableUse(const QString& appName) const;
     /// The steps of a sequence that are known to use names.
     QStringList blocksThatUseVariables(const QString& appName, const QString& sequenceId) const;
     void removeVariableUse(const QString& appName, const QStringList& sequenceIds);

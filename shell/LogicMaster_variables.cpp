@@ -77,6 +77,12 @@ void LogicMaster::setVariableUse(const QString& appName, const QString& sequence
         uses.insert(blockUuid, names);
 }
 
+QMap<QString, LogicMaster::VariableUse> LogicMaster::variableUse(const QString& appName) const
+{
+    QMutexLocker lock(&m_udsMutex);
+    return m_udsVarUse.value(appName);
+}
+
 QStringList LogicMaster::blocksThatUseVariables(const QString& appName,
                                                 const QString& sequenceId) const
 {

@@ -25,7 +25,7 @@ public:
     static ProcessEditNotifyTool* instance();
     ~ProcessEditNotifyTool() override;
 
-signals:
+Q_SIGNALS:
     void compileFinishSignal(CAppCompileResult result);
     /// @p result: 1 ended, 2 stopped, 3 crashed.
     void runFinishSignal(QString appName, QString sequenceId, int result);

@@ -1,5 +1,6 @@
 #include "shell/ProcessEditToolBar.h"
 
+#include "model/colour_rules.h"
 #include "model/services/widget_bases.h"
 
 #include <QAction>
@@ -51,7 +52,8 @@ ProcessEditToolBar::ProcessEditToolBar(QWidget* parent)
 
     m_staleBadge->setObjectName(QStringLiteral("staleBadge"));
     m_staleBadge->setText(tr("运行层已过期，请重新编译"));
-    m_staleBadge->setStyleSheet(QStringLiteral("color: #c67600; font-weight: bold;"));
+    m_staleBadge->setStyleSheet(QStringLiteral("color: %1; font-weight: bold;")
+                                    .arg(colour_rules::warning(palette()).name()));
     m_staleBadge->hide();
     m_layout->addWidget(m_staleBadge);
 

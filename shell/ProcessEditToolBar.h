@@ -48,10 +48,10 @@ public:
     void addExtraToolBarFunction(QWidget* widget);
     void removeExtraToolBarFunction(QWidget* widget);
 
-signals:
+Q_SIGNALS:
     void defaultFunctionClicked(int funcType);
 
-private slots:
+private Q_SLOTS:
     void onEditWidgetRunMenuClicked();
     void onToolBtnClicked();
 

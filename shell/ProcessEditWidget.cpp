@@ -170,6 +170,13 @@ void ProcessEditWidget::connectLogicMaster()
 void ProcessEditWidget::connectBuild()
 {
     const BuildController* build = m->build;
+    connect(
+        ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::runFinishSignal, this,
+        [this](const QString& appName, const QString&, int event) {
+            if (event == processedit::RunStopped && appName == m->build->runningApp())
+                m->ui.center_wgt->noteStop();
+        },
+        Qt::QueuedConnection);
     connect(LogicMaster::instance(), &LogicMaster::NotifyCompileResultSig, this,
             &ProcessEditWidget::onNotifyCompileResult, Qt::QueuedConnection);
     connect(LogicMaster::instance(), &LogicMaster::NotifyRunResultSig, this,

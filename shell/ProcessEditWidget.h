@@ -28,6 +28,9 @@ struct ProcessEditParts;
 /// bar and the two property panels into its own layout. The static operations work on applets with
 /// no widget open.
 ///
+/// One widget an applet at a time: what is kept by the applet's name has one place, and the first
+/// of two widgets that goes takes the applet with it. Different applets may be open in several.
+///
 /// GUI thread only; signals are emitted on the GUI thread. Paths that end in "Path" are folders and
 /// end with a separator. Callbacks are empty by default; each setter replaces the one before.
 class ProcessEditWidget : public QWidget
@@ -36,8 +39,10 @@ class ProcessEditWidget : public QWidget
 public:
     /// @p businessName is the host's business on whose behalf the editor is opened.
     explicit ProcessEditWidget(const QString& businessName, QWidget* parent = nullptr);
-    /// Removes the applet from the runtime and the model, unless setProcessEditReset(false) was
-    /// called. What isn't saved is lost.
+    /// Removes the applet from the runtime, which ends a run of it, and from the model: what isn't
+    /// saved is lost. After setProcessEditReset(false) both keep it. The services must still be
+    /// there, and the application object. Parts that the host has taken into its layout don't go
+    /// along: the host deletes them afterwards.
     ~ProcessEditWidget() override;
 
     // Parts for the host's layout; they belong to this widget until the host reparents them
@@ -90,6 +95,8 @@ public:
     /// (a processVariableType); @p forceNew makes one in any case.
     void addVarToCurrentView(const QString& name, const QString& value, DrelVarType type, int scope,
                              bool forceNew);
+    /// Adds kinds of steps to the palette, and to the applet's list in the model service. That list
+    /// is the host's: it outlives the widget, so who adds it with each opening resets it first.
     void addCustomStepList(QVector<BaseStepProperty> list);
     void resetCustomStepList();
     void loadSplitterSizes();
@@ -177,7 +184,7 @@ public:
     static QString getUDSStepIconName(int stepType);
     static DrelVarType getDrelVarTypeByDataCategory(DataCategoryType category);
 
-public slots:
+public Q_SLOTS:
     void processItemClickedSlot(int baseType, QString blockuuid);
     void currentSequenceChangedSlot(QString sequenceId);
     void onNotifyCompileResult(CAppCompileResult result, QString outputInfo);
@@ -210,7 +217,7 @@ public slots:
     static void clearUniversalPanelBindInfo();
     static void updateUniversalPanelBindState(const QString& appName, bool isBind);
 
-signals:
+Q_SIGNALS:
     /// The document could not be written; a host may offer another place.
     void sigSave();
     void sigItemDBClickFromLoigcView();
@@ -248,6 +255,10 @@ private:
     static void updateUseSystemVarItemInfoImpl(const QString& appName, bool dataOnly, bool defer);
     void saveFromButton();
     void onVariablesUpdated(bool isHaveGlobalVar, const QStringList& names);
+    /// Something to know that needs no answer.
+    void tell(const QString& text);
+    /// Says which steps still use names that are gone, and where the first of them is.
+    void tellOfUsers(const QStringList& names, const QString& newName, const QString& sequenceId);
     void importFile(const QString& path);
     void takeDrop(const QMimeData& data);
     void showUnavailable();

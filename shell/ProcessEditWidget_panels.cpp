@@ -4,11 +4,14 @@
 #include "shell/LogicMaster.h"
 #include "shell/ProcessEditParts.h"
 #include "shell/ProcessEditWidget.h"
+#include "shell/WidgetBuildView.h"
 #include "shell/variable_use.h"
 
 #include "logic/palette_choice.h"
 #include "model/blocks/UdsProcessBlock.h"
+#include "model/services/host.h"
 #include "model/services/processedit.h"
+#include "model/step_reference.h"
 #include "sequences/template_file.h"
 
 #include <QMenu>
@@ -20,8 +23,10 @@ namespace {
 
 void addChosenStep(LogicView& view, const std::optional<palette_choice::Step>& step)
 {
-    if (step)
-        view.addStep(step->baseType, step->stepType, step->text, false, false, step->quickStepId);
+    if (!step)
+        return;
+    view.addStep(step->baseType, step->stepType, step->text, false, false, step->quickStepId);
+    view.focusSteps(); // Delete means the new step
 }
 
 } // namespace
@@ -45,11 +50,14 @@ void ProcessEditWidget::connectSequences()
             &ProcessEditWidget::onAddTemplateSequence);
     connect(table, &wgtSequenceTable::sigModified, LogicMaster::instance(),
             &LogicMaster::sigModify);
+    connect(table, &wgtSequenceTable::sigNotice, this, &ProcessEditWidget::tell);
+    connect(m->ui.center_wgt, &LogicView::sigNotice, this, &ProcessEditWidget::tell);
     const wgtLocalVariable* variables = m->ui.widget_para;
     connect(variables, &wgtLocalVariable::sigModified, LogicMaster::instance(),
             &LogicMaster::sigModify);
     connect(variables, &wgtLocalVariable::sigUpdateVariable, this,
             &ProcessEditWidget::onVariablesUpdated);
+    connect(variables, &wgtLocalVariable::sigNamesGone, this, &ProcessEditWidget::tellOfUsers);
     connect(m->ui.import_toolButton, &QToolButton::clicked, this,
             &ProcessEditWidget::onImportTemplateButtonClicked);
     connect(m->ui.export_toolButton, &QToolButton::clicked, this,
@@ -114,6 +122,34 @@ void ProcessEditWidget::onVariablesUpdated(bool isHaveGlobalVar, const QStringLi
         if (variable_use::namesIn(*block).intersects(changed))
             m->ui.center_wgt->refreshRow(QString::fromStdString(block->uuid));
     }
+}
+
+void ProcessEditWidget::tell(const QString& text)
+{
+    getWindowManager()->showNotice(IWindowManager::NoticeInfo, text);
+}
+
+void ProcessEditWidget::tellOfUsers(const QStringList& names, const QString& newName,
+                                    const QString& sequenceId)
+{
+    m->buildView->flushPanels(); // a step that is being written counts as it will be
+    const auto users =
+        variable_use::usersOf(m->appName, sequenceId, QSet<QString>(names.begin(), names.end()));
+    if (users.isEmpty())
+        return;
+    const QString what = newName.isEmpty()
+                             ? tr("已删除变量 %1").arg(names.join(QStringLiteral("、")))
+                             : tr("变量 %1 已改名为 %2").arg(names.first(), newName);
+    const QString text = tr("%1，仍有 %2 个步骤使用%3")
+                             .arg(what)
+                             .arg(users.size())
+                             .arg(newName.isEmpty() ? tr("它") : tr("旧名称"));
+    tell(text);
+    const auto first = processedit::getProcess(m->appName, users.first().stepId);
+    const QString name = first ? QString::fromStdString(first->name).simplified() : QString();
+    emit notifyRunResultSig(true,
+                            withStepReference(tr("%1，第一个: 步骤“%2”").arg(text, name),
+                                              users.first().sequenceId, users.first().stepId));
 }
 
 void ProcessEditWidget::connectPalette()

@@ -89,6 +89,8 @@ struct KnownContent
     std::size_t hash = 0;
     /// Members beside the two of the services, as a newer version may write them.
     std::map<std::string, std::string> foreign;
+    std::optional<Damage> damage; ///< till a save has dealt with the backup
+    bool isUnkept = false;        ///< damaged, and no copy could be made of it
 
     bool isOf(const QByteArray& content) const
     {
@@ -114,25 +116,50 @@ KnownContent& remember(const QString& fileName, const QByteArray& content)
     return known;
 }
 
-void keepIfReplaced(const QString& fileName)
+// False if another program's content stands there and can't be kept: the document stays as it is.
+bool keepIfReplaced(const QString& fileName)
 {
     const auto known = knownContents().constFind(QFileInfo(fileName).absoluteFilePath());
     if (known == knownContents().constEnd())
-        return;
+        return true;
     const auto file = file_reading::read(fileName, file_reading::MostOfDocument);
     if (!file.isRead || known->isOf(file.content))
-        return;
+        return true;
     const QString copy = kept_copies::keep(fileName, kept_copies::replaced);
     sdk_ui_interface::log::log_error(
-        QStringLiteral("[流程编辑] 流程文件已被其他程序修改, 其内容保留为: ") + copy);
+        copy.isEmpty()
+            ? QStringLiteral("[流程编辑] 流程文件已被其他程序修改, 其内容无法另存, 未保存: ") +
+                  fileName
+            : QStringLiteral("[流程编辑] 流程文件已被其他程序修改, 其内容保留为: ") + copy);
+    return !copy.isEmpty();
+}
+
+KnownContent& knownOf(const QString& fileName)
+{
+    return knownContents()[QFileInfo(fileName).absoluteFilePath()];
 }
 
 // The next save would replace the document.
-void keepDamaged(const QString& fileName, const Reporter& report)
+bool keepDamaged(const QString& fileName, const Reporter& report)
 {
     const QString copy = kept_copies::keep(fileName, kept_copies::damaged);
     report(copy.isEmpty() ? QStringLiteral("[流程编辑] 无法保留损坏的流程文件: ") + fileName
                           : QStringLiteral("[流程编辑] 已保留损坏的流程文件: ") + copy);
+    knownOf(fileName).isUnkept = copy.isEmpty();
+    return !copy.isEmpty();
+}
+
+void noteDamage(const QString& fileName, const QString& fault, const QString& appName)
+{
+    Damage damage{fault, 0, 0};
+    for (const SequenceInfo& sequence : processedit::getAllSequenceByAppName(appName)) {
+        ++damage.sequences;
+        damage.steps +=
+            int(processedit::getAllProcessBySequenceID(appName, QString::fromStdString(sequence.id),
+                                                       IProcessBlock::ProcessBlockBelong(0))
+                    .size());
+    }
+    knownOf(fileName).damage = damage;
 }
 
 QString faultIn(std::string_view text, const document_text::Parts& parts)
@@ -145,8 +172,9 @@ QString faultIn(std::string_view text, const document_text::Parts& parts)
 }
 
 // Tells what is wrong with a document, and keeps a copy of one that a save would not give back.
-void checkDocument(const QString& fileName, std::string_view text,
-                   const document_text::Parts& parts, const Reporter& report)
+// Empty for a whole one.
+QString checkDocument(const QString& fileName, std::string_view text,
+                      const document_text::Parts& parts, const Reporter& report)
 {
     const QString fault = faultIn(text, parts);
     if (!fault.isEmpty())
@@ -158,6 +186,9 @@ void checkDocument(const QString& fileName, std::string_view text,
                document_text::lineAndColumn(text, foreign));
     if (!fault.isEmpty() || isForeign)
         keepDamaged(fileName, report);
+    if (!fault.isEmpty() || !isForeign)
+        return fault;
+    return QStringLiteral("含有非UTF-8字符 (%1)").arg(document_text::lineAndColumn(text, foreign));
 }
 
 // What is whole in memory is worth more than the beginning of a broken file.
@@ -177,14 +208,16 @@ void readDocument(const QString& appName, const QString& fileName, const Reporte
         report(
             QStringLiteral("[流程编辑] 无法读取流程文件: %1 (%2)").arg(fileName, file.complaint));
         keepDamaged(fileName, report);
+        noteDamage(fileName, file.complaint, appName);
         return;
     }
     QByteArray text = std::move(file.content);
     auto parts = document_text::split(viewOf(text));
-    checkDocument(fileName, viewOf(text), parts, report);
-    auto& foreign = remember(fileName, text).foreign;
+    remember(fileName, text).damage.reset();
+    const QString fault = checkDocument(fileName, viewOf(text), parts, report);
     if (parts.fault && staysAsItIs(appName, fileName, report))
         return;
+    auto& foreign = knownOf(fileName).foreign;
     foreign.clear();
     std::optional<QString> steps;
     for (const auto& [name, json] : parts.members) {
@@ -200,6 +233,8 @@ void readDocument(const QString& appName, const QString& fileName, const Reporte
     text.clear();
     if (steps)
         processedit::loadProcessJson(appName, *steps);
+    if (!fault.isEmpty())
+        noteDamage(fileName, fault, appName);
 }
 
 // The text of a file of an older version; nothing if there is none, or one that may not replace
@@ -256,6 +291,11 @@ std::string rebuiltText(const std::map<std::string_view, std::string_view>& memb
     return QJsonDocument(root).toJson().toStdString();
 }
 
+QString backupIn(const QString& folder)
+{
+    return folder + documentName + QStringLiteral(".bak");
+}
+
 bool isObject(std::string_view json)
 {
     const auto first = json.find_first_not_of(" \t\r\n");
@@ -302,8 +342,9 @@ bool write(const QString& appName, const QString& fileName, const StripFunction&
     const QString path = QFileInfo(fileName).absoluteFilePath();
     const std::string document = documentText(appName, strip, knownContents().value(path).foreign);
     const auto text = QByteArray::fromRawData(document.data(), int(document.size()));
-    keepIfReplaced(fileName);
-    if (!file_writing::replace(fileName, text).isEmpty())
+    if (knownContents().value(path).isUnkept && !keepDamaged(fileName, Reporter(false)))
+        return false;
+    if (!keepIfReplaced(fileName) || !file_writing::replace(fileName, text).isEmpty())
         return false;
     remember(fileName, text);
     return true;
@@ -311,16 +352,49 @@ bool write(const QString& appName, const QString& fileName, const StripFunction&
 
 void keepBackup(const QString& appName, const QString& fileName, Backup rule)
 {
-    const QString backup =
-        QFileInfo(fileName).path() + QLatin1Char('/') + documentName + QStringLiteral(".bak");
-    if (!hasAnyBlock(appName) || (rule == Backup::KeepFirst && QFile::exists(backup)))
+    const QString backup = backupIn(QFileInfo(fileName).path() + QLatin1Char('/'));
+    const bool isThere = QFile::exists(backup);
+    if (!hasAnyBlock(appName) || (rule == Backup::KeepFirst && isThere))
         return;
+    if (isThere && knownOf(fileName).damage &&
+        kept_copies::keep(backup, kept_copies::good).isEmpty()) {
+        sdk_ui_interface::log::log_error(
+            QStringLiteral("[流程编辑] 损坏前的备份无法另存, 不更新备份: ") + backup);
+        return;
+    }
+    knownOf(fileName).damage.reset();
     const auto written = file_reading::read(fileName, file_reading::MostOfDocument);
     const QString complaint =
         written.isRead ? file_writing::replace(backup, written.content) : written.complaint;
     if (!complaint.isEmpty())
         sdk_ui_interface::log::log_error(
             QStringLiteral("[流程编辑] 无法写入备份: %1 (%2)").arg(backup, complaint));
+}
+
+std::optional<Damage> damageRead(const QString& jsonFolder)
+{
+    return jsonFolder.isEmpty() ? std::nullopt : knownOf(documentPath(jsonFolder)).damage;
+}
+
+QDateTime wholeBackup(const QString& jsonFolder)
+{
+    const QString backup = backupIn(jsonFolder);
+    const auto file = file_reading::read(backup, file_reading::MostOfDocument);
+    const std::string_view text = viewOf(file.content);
+    const bool isWhole = file.isRead && faultIn(text, document_text::split(text)).isEmpty() &&
+                         document_text::firstForeignByte(text) == std::string_view::npos;
+    return isWhole ? QFileInfo(backup).lastModified() : QDateTime();
+}
+
+QString restoreBackup(const QString& jsonFolder)
+{
+    const QString document = documentPath(jsonFolder);
+    const auto backup = file_reading::read(backupIn(jsonFolder), file_reading::MostOfDocument);
+    if (!backup.isRead)
+        return backup.complaint;
+    if (QFileInfo::exists(document) && !keepDamaged(document, Reporter(false)))
+        return QStringLiteral("无法保留损坏的流程文件: ") + document;
+    return file_writing::replace(document, backup.content);
 }
 
 QString faultOf(const QString& jsonFolder)

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class QJsonObject;
 
@@ -35,7 +37,8 @@ QString documentPath(const QString& jsonFolder);
 bool write(const QString& appName, const QString& fileName, const StripFunction& strip);
 
 /// Keeps the backup beside @p fileName. An applet without any block never touches it, so that an
-/// emptied document can't destroy the last good one.
+/// emptied document can't destroy the last good one; nor is it replaced by what could be read of a
+/// damaged one: it is kept aside first (".bak.good").
 void keepBackup(const QString& appName, const QString& fileName, Backup rule);
 
 /// Reads the applet's document, or that of an older version, into the model. A document that does
@@ -43,6 +46,25 @@ void keepBackup(const QString& appName, const QString& fileName, Backup rule);
 /// as it goes, unless the model holds the applet already, which then stays as it is. So does what a
 /// file would bring that isn't there. @p quiet writes nothing to the log.
 void read(const QString& appName, const QString& jsonFolder, bool quiet);
+
+/// What was found when a document was read that isn't whole.
+struct Damage
+{
+    QString fault; ///< in a few words with its place
+    int sequences = 0;
+    int steps = 0; ///< that could be read, of all sequences
+};
+
+/// What was wrong with the applet's document when it was last read here; nothing if it was whole or
+/// was saved since, with its backup.
+std::optional<Damage> damageRead(const QString& jsonFolder);
+
+/// When the applet's backup was written; an invalid time if there is none that is whole.
+QDateTime wholeBackup(const QString& jsonFolder);
+
+/// Puts the backup in the place of the document, which is kept aside (".damaged"). Returns an empty
+/// text, or why it can't be done; then the document is as it was.
+QString restoreBackup(const QString& jsonFolder);
 
 /// What is wrong with the applet's document as @c read would find it, in a few words with its
 /// place; empty for a document that is whole, and for an applet without one.

@@ -9,6 +9,7 @@
 #include "model/services/processedit.h"
 
 #include <QCoreApplication>
+#include <QFile>
 
 #include <string>
 
@@ -17,8 +18,8 @@ namespace default_tables {
 namespace {
 
 // Parsed and written back, so that the service gets clean JSON or nothing. A missing file is an
-// empty table without a word; one that is there and can't be read is kept aside, because the next
-// save of the project's tables would replace it.
+// empty table, without a word unless it ships with the application; one that is there and can't be
+// read is kept aside, because the next save of the project's tables would replace it.
 QByteArray readTable(const QString& fileName)
 {
     const auto file = file_reading::read(fileName, file_reading::MostOfTable);
@@ -33,7 +34,8 @@ QByteArray readTable(const QString& fileName)
     }
     const QString copy = kept_copies::keep(fileName, kept_copies::damaged);
     sdk_ui_interface::log::log_error(
-        QStringLiteral("[流程编辑] 无法读取 %1: %2; 已保留为 %3").arg(fileName, complaint, copy));
+        QStringLiteral("[流程编辑] 无法读取 %1: %2; ").arg(fileName, complaint) +
+        (copy.isEmpty() ? QStringLiteral("也无法另存") : QStringLiteral("已保留为 ") + copy));
     return QByteArray();
 }
 
@@ -44,9 +46,15 @@ void loadOnce()
     const QString shipped =
         QCoreApplication::applicationDirPath() + QStringLiteral("/Business/Teststand/");
     const QString project = getProjectManager()->projectPath();
-    if (!process_json_edit::isDefaultStepLoaded())
-        process_json_edit::loadDefaultStepJson(
-            readTable(shipped + QStringLiteral("defaultStep.json")).toStdString());
+    if (!process_json_edit::isDefaultStepLoaded()) {
+        const QString steps = shipped + QStringLiteral("defaultStep.json");
+        const QByteArray table = readTable(steps);
+        process_json_edit::loadDefaultStepJson(table.toStdString());
+        // Without it nothing can be added, which an empty palette doesn't explain.
+        if (!QFile::exists(steps))
+            sdk_ui_interface::log::log_error(
+                QStringLiteral("[流程编辑] 找不到步骤类型表 %1，步骤类型列表为空").arg(steps));
+    }
     if (!process_json_edit::isQucikStepLoaded())
         sdk_ui_interface::processedit::loadQuickStepJsonStr(
             QString::fromUtf8(readTable(project + QStringLiteral("/quickStep.json"))));

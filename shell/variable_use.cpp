@@ -2,7 +2,9 @@
 
 #include "shell/LogicMaster.h"
 
+#include "model/applet_name.h"
 #include "model/process_blocks.h"
+#include "model/services/process_edit.h"
 #include "model/services/processedit.h"
 
 namespace processedit = sdk_ui_interface::processedit;
@@ -106,6 +108,16 @@ void dropGeneratedCode(const QString& appName, const QString& sequenceId,
     processedit::updateProcess(appName, sequenceId, block);
 }
 
+/// Names that mean a sequence's own variables there.
+QSet<QString> ownNames(const QString& appName, const QString& sequenceId)
+{
+    QSet<QString> names;
+    for (const processVariable& variable :
+         process_edit::getAllSequenceVariable(appletNameBytes(appName), sequenceId.toStdString()))
+        names.insert(QString::fromStdString(variable.name));
+    return names;
+}
+
 } // namespace
 
 void setUdsVariablesCallback(UdsVariables callback)
@@ -153,6 +165,27 @@ void recordBlock(const QString& appName, const QString& sequenceId,
     else if (block)
         LogicMaster::instance()->setVariableUse(
             appName, sequenceId, QString::fromStdString(block->uuid), namesIn(*block));
+}
+
+QVector<StepPlace> usersOf(const QString& appName, const QString& sequenceId,
+                           const QSet<QString>& names)
+{
+    const auto uses = LogicMaster::instance()->variableUse(appName);
+    QVector<StepPlace> users;
+    for (const SequenceInfo& sequence : processedit::getAllSequenceByAppName(appName)) {
+        const QString id = QString::fromStdString(sequence.id);
+        const LogicMaster::VariableUse ofSequence = uses.value(id);
+        if ((!sequenceId.isEmpty() && id != sequenceId) || ofSequence.isEmpty())
+            continue;
+        const QSet<QString> meant = sequenceId.isEmpty() ? names - ownNames(appName, id) : names;
+        for (const auto& block : processedit::getAllProcessBySequenceID(
+                 appName, id, IProcessBlock::ProcessBlockBelong(0))) {
+            const QString uuid = QString::fromStdString(block->uuid);
+            if (ofSequence.value(uuid).intersects(meant))
+                users.append({id, uuid});
+        }
+    }
+    return users;
 }
 
 void forgetRemovedBlocks(const QString& appName, const QString& sequenceId)

@@ -6,6 +6,7 @@
 #include <QMap>
 #include <QSet>
 #include <QString>
+#include <QVector>
 
 #include <functional>
 #include <memory>
@@ -38,6 +39,18 @@ void recordApplet(const QString& appName, bool defer);
 /// Records what a step uses now, in place of what was recorded for it.
 void recordBlock(const QString& appName, const QString& sequenceId,
                  const std::shared_ptr<IProcessBlock>& block);
+
+/// A step by its sequence and its own uuid.
+struct StepPlace
+{
+    QString sequenceId;
+    QString stepId;
+};
+
+/// The basic steps that use any of @p names, in the document's order: those of one sequence, or
+/// with an empty id of every sequence that has no variable of that name to itself.
+QVector<StepPlace> usersOf(const QString& appName, const QString& sequenceId,
+                           const QSet<QString>& names);
 
 /// Forgets the steps of a sequence that the model no longer has.
 void forgetRemovedBlocks(const QString& appName, const QString& sequenceId);

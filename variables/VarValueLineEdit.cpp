@@ -3,14 +3,25 @@
 #include "variables/value_rules.h"
 
 #include <QEvent>
+#include <QPainter>
 #include <QRegularExpressionValidator>
 #include <QSignalBlocker>
+#include <QToolTip>
 
 using value_rules::Verdict;
+
+namespace {
+constexpr int RefusalMs = 1500;
+constexpr int ReasonMs = 6000;
+const QColor refusalColour(217, 48, 37); // seen on light and on dark ground
+} // namespace
 
 VarValueLineEdit::VarValueLineEdit(QWidget* parent) : QLineEdit(parent)
 {
     installEventFilter(this);
+    m_refusal.setSingleShot(true);
+    m_refusal.setInterval(RefusalMs);
+    connect(&m_refusal, &QTimer::timeout, this, QOverload<>::of(&QWidget::update));
     connect(this, &QLineEdit::textChanged, this, &VarValueLineEdit::textChanged);
     connect(this, &QLineEdit::editingFinished, this, &VarValueLineEdit::valueCalibrationSlot);
 }
@@ -37,6 +48,7 @@ void VarValueLineEdit::textChanged(const QString& text)
 {
     const Verdict verdict = value_rules::judge(text, m_type, m_length);
     if (verdict == Verdict::Refused) {
+        showRefusal(value_rules::refusal(text, m_type, m_length));
         restore();
         return;
     }
@@ -52,6 +64,25 @@ void VarValueLineEdit::restore()
     const int cursor = cursorPosition() - (text().size() - m_lastValue.size());
     setText(m_lastValue);
     setCursorPosition(cursor);
+}
+
+// No box: it would come up in the middle of a number.
+void VarValueLineEdit::showRefusal(const QString& reason)
+{
+    if (!isVisible())
+        return;
+    m_refusal.start();
+    QToolTip::showText(mapToGlobal(rect().bottomLeft()), reason, this, QRect(), ReasonMs);
+}
+
+void VarValueLineEdit::paintEvent(QPaintEvent* event)
+{
+    QLineEdit::paintEvent(event);
+    if (!m_refusal.isActive())
+        return;
+    QPainter painter(this);
+    painter.setPen(QPen(refusalColour, 2));
+    painter.drawRect(rect().adjusted(1, 1, -1, -1));
 }
 
 void VarValueLineEdit::valueCalibrationSlot()

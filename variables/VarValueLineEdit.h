@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QLineEdit>
+#include <QTimer>
 
-/// The field in which a variable's value is typed. What doesn't fit the type can't be typed; it is
-/// refused without a word (see value_rules). GUI thread only.
+/// The field in which a variable's value is typed. What doesn't fit the type can't be typed; a
+/// value that is refused (see value_rules) leaves the text before it, a red frame for a moment, and
+/// a tool tip with the reason. GUI thread only.
 class VarValueLineEdit : public QLineEdit
 {
     Q_OBJECT
@@ -30,11 +32,14 @@ public slots:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void restore();
+    void showRefusal(const QString& reason);
 
     QString m_type;
     QString m_lastValue; ///< the last accepted text
     int m_length = -1;
+    QTimer m_refusal; ///< as long as the frame is red
 };

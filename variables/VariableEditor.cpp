@@ -8,6 +8,8 @@
 #include "variables/variable_rows.h"
 #include "variables/variable_rules.h"
 
+#include <map>
+
 using namespace variable_rows;
 
 VariableEditor::VariableEditor(QObject* parent) : QObject(parent) {}
@@ -40,6 +42,15 @@ void VariableEditor::tell(const Reach& reach)
     if (reach.isShared)
         emit sigShared(reach.isGlobal, reach.names);
     emit sigModified();
+}
+
+void VariableEditor::tellGone(const QStringList& names, const QString& newName,
+                              processVariableType scope)
+{
+    if (!names.isEmpty())
+        emit sigNamesGone(names, newName,
+                          scope == SequenceVariable ? QString::fromStdString(m_sequenceId)
+                                                    : QString());
 }
 
 std::string VariableEditor::ownerOf(processVariableType scope) const
@@ -75,13 +86,17 @@ void VariableEditor::remove(const QModelIndexList& rows)
         return;
     Reach reach;
     std::vector<std::string> uuids;
+    std::map<processVariableType, QStringList> names;
     for (const QModelIndex& row : rows) {
         uuids.push_back(uuidOf(row).toStdString());
         reach.add(scopeOf(row), row.data().toString().toStdString());
+        names[scopeOf(row)].append(row.data().toString());
     }
     process_edit::removeVariables(m_appName, uuids);
     variable_rows::remove(*m_sheet, rows);
     tell(reach);
+    for (const auto& [scope, ofScope] : names)
+        tellGone(ofScope, QString(), scope);
 }
 
 void VariableEditor::removeAll(const QModelIndex& group)

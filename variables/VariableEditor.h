@@ -49,6 +49,9 @@ signals:
     void sigShared(bool isHaveGlobalVar, QStringList names);
     /// The document changed. After sigShared.
     void sigModified();
+    /// Steps of a sequence, or of all with an empty id, may still use names that are no variables'
+    /// any more: removed ones, or one that was changed to @p newName. After sigModified.
+    void sigNamesGone(QStringList names, QString newName, QString sequenceId);
 
 private:
     /// Who sees a change.
@@ -61,6 +64,7 @@ private:
         void add(processVariableType scope, const std::string& name);
     };
     void tell(const Reach& reach);
+    void tellGone(const QStringList& names, const QString& newName, processVariableType scope);
 
     std::string ownerOf(processVariableType scope) const;
     std::string addToService(processVariableType scope) const;

@@ -46,6 +46,9 @@ void VariableEditor::storeCell(const QModelIndex& cell)
     Reach reach;
     reach.add(stored.scope, stored.name);
     tell(reach);
+    if (stored.name != former.name)
+        tellGone({QString::fromStdString(former.name)}, QString::fromStdString(stored.name),
+                 stored.scope);
 }
 
 void VariableEditor::setLength(processVariable variable, int length)

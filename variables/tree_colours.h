@@ -11,11 +11,6 @@ inline QColor selection()
     return QColor(0xff, 0xdd, 0x8a);
 }
 
-inline QColor grid()
-{
-    return QColor(0xd0, 0xd0, 0xd0);
-}
-
 inline QColor dropMark()
 {
     return QColor(0x87, 0xce, 0xeb);

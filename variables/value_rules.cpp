@@ -1,5 +1,6 @@
 #include "variables/value_rules.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 #include <algorithm>
@@ -9,12 +10,12 @@ namespace value_rules {
 
 namespace {
 
-const char* const Unsigned = "^(0|[1-9]\\d*)$";
-const char* const Signed = "^(-[1-9]\\d*|0|[1-9]\\d*)$";
-const char* const Real = "^-?\\d+(\\.\\d+)?$";
-const char* const UnsignedArray = "^$|^(0|[1-9]\\d*)(,(0|[1-9]\\d*))*,?$";
-const char* const SignedArray = "^$|^((0|-?[1-9]\\d*))(,((0|-?[1-9]\\d*)))*,?$";
-const char* const RealArray = "^-?(0|([1-9]\\d*))(\\.\\d*)?(,-?(0|([1-9]\\d*))(\\.\\d*)?)*,?$";
+constexpr const char* Unsigned = "^(0|[1-9]\\d*)$";
+constexpr const char* Signed = "^(-[1-9]\\d*|0|[1-9]\\d*)$";
+constexpr const char* Real = "^-?\\d+(\\.\\d+)?$";
+constexpr const char* UnsignedArray = "^$|^(0|[1-9]\\d*)(,(0|[1-9]\\d*))*,?$";
+constexpr const char* SignedArray = "^$|^((0|-?[1-9]\\d*))(,((0|-?[1-9]\\d*)))*,?$";
+constexpr const char* RealArray = "^-?(0|([1-9]\\d*))(\\.\\d*)?(,-?(0|([1-9]\\d*))(\\.\\d*)?)*,?$";
 
 struct Rule
 {
@@ -63,6 +64,11 @@ bool isWithin(const Rule& rule, const QString& number)
     return value >= rule.lower && value <= rule.upper;
 }
 
+QString translated(const char* text)
+{
+    return QCoreApplication::translate("VarValueLineEdit", text);
+}
+
 Verdict verdict(bool isAccepted)
 {
     return isAccepted ? Verdict::Accepted : Verdict::Refused;
@@ -97,6 +103,20 @@ Verdict judge(const QString& text, const QString& keyword, int length)
     return verdict(std::all_of(elements.begin(), elements.end(), [rule](const QString& element) {
         return isWithin(*rule, element);
     }));
+}
+
+QString refusal(const QString& text, const QString& keyword, int length)
+{
+    if (judge(text, keyword, length) != Verdict::Refused)
+        return QString();
+    if (isText(keyword))
+        return translated("最多 %1 个字符").arg(length);
+    const Rule& rule = *ruleOf(keyword);
+    if (rule.isArray && length >= 0 && text.count(QLatin1Char(',')) >= length)
+        return translated("最多 %1 个元素").arg(length);
+    const QString range = rule.isArray ? translated("%1 每个元素的取值范围是 %2 到 %3")
+                                       : translated("%1 的取值范围是 %2 到 %3");
+    return range.arg(keyword).arg(rule.lower).arg(rule.upper);
 }
 
 QString completed(const QString& text, const QString& keyword)

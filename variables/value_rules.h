@@ -26,6 +26,9 @@ QString pattern(const QString& keyword);
 /// range that could be compared so, and are kept as they are.
 Verdict judge(const QString& text, const QString& keyword, int length);
 
+/// What a refused text goes against, in a sentence for its user. Empty for one that isn't refused.
+QString refusal(const QString& text, const QString& keyword, int length);
+
 /// The text as it leaves its editor: an array that ends in "," gets a 0 behind it.
 QString completed(const QString& text, const QString& keyword);
 

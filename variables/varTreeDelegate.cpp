@@ -1,5 +1,6 @@
 #include "variables/varTreeDelegate.h"
 
+#include "model/colour_rules.h"
 #include "model/services/widget_bases.h"
 #include "variables/tree_colours.h"
 #include "variables/variable_rows.h"
@@ -55,7 +56,7 @@ void varTreeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     if (hasLengthButton(index))
         paintLengthButton(painter, option.rect, index.data(EditableRole).toBool());
     painter->save();
-    painter->setPen(tree_colours::grid());
+    painter->setPen(colour_rules::gridLine(option.palette));
     const int right = option.widget ? option.widget->width() : option.rect.right();
     painter->drawLine(0, option.rect.bottom(), right, option.rect.bottom());
     painter->drawLine(option.rect.topRight(), option.rect.bottomRight());

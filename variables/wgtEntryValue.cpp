@@ -15,6 +15,7 @@
 #include <QSignalBlocker>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -23,6 +24,19 @@ constexpr int FunctionsPage = 1;
 constexpr int UserFunctions = 1; // of comboBox_Type
 constexpr int Width = 960;
 constexpr int Height = 640;
+
+/// Those whose names the tree doesn't list: a loop may count a variable that is there.
+std::vector<processVariable> namelessElsewhere(std::vector<processVariable> variables,
+                                               const QTreeWidget& tree)
+{
+    const auto isListed = [&tree](const processVariable& variable) {
+        return !tree.findItems(QString::fromStdString(variable.name),
+                               Qt::MatchExactly | Qt::MatchCaseSensitive | Qt::MatchRecursive)
+                    .isEmpty();
+    };
+    variables.erase(std::remove_if(variables.begin(), variables.end(), isListed), variables.end());
+    return variables;
+}
 
 bool isEnter(int key)
 {
@@ -42,6 +56,10 @@ wgtEntryValue::wgtEntryValue(QWidget* parent)
     // Return alone is the box's.
     m_ui->btnOk->setShortcut(Qt::CTRL + Qt::Key_Return);
     connect(m_ui->btnOk, &QPushButton::clicked, this, &wgtEntryValue::onBtnOkClicked);
+    connect(m_ui->btnCancel, &QPushButton::clicked, this, &QWidget::close);
+    // What is typed, or chosen otherwise, counts for more than what was clicked before.
+    connect(m_ui->textEdit, &QTextEdit::textChanged, this, [this] { m_clicked = nullptr; });
+    connect(m_ui->tabWidget, &QTabWidget::currentChanged, this, [this] { m_clicked = nullptr; });
 }
 
 wgtEntryValue::~wgtEntryValue() = default;
@@ -52,6 +70,11 @@ void wgtEntryValue::setUpVariables()
     m_ui->treeVars->installEventFilter(this);
     connect(m_ui->treeVars, &QTreeWidget::itemDoubleClicked, this,
             &wgtEntryValue::itemDoubleLocalVar);
+    connect(m_ui->treeVars, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item) {
+        const QString text =
+            item->parent() ? EntryVariableTree::valueText(*item, m_addPrefix) : QString();
+        m_clicked = text.isEmpty() ? std::function<void()>() : [this, text] { insertText(text); };
+    });
 }
 
 void wgtEntryValue::setUpFunctions()
@@ -64,6 +87,10 @@ void wgtEntryValue::setUpFunctions()
             &wgtEntryValue::initFuncTable);
     connect(m_ui->tableWidget, &QTableWidget::itemDoubleClicked, this,
             &wgtEntryValue::itemDoubleFunction);
+    connect(m_ui->tableWidget, &QTableWidget::itemClicked, this, [this](QTableWidgetItem* item) {
+        const int place = pickedFunction(item);
+        m_clicked = place < 0 ? std::function<void()>() : [this, place] { insertFunction(place); };
+    });
 }
 
 void wgtEntryValue::setUpSearch()
@@ -126,9 +153,11 @@ void wgtEntryValue::setData(const QString& type, const QString& data, bool basic
     const std::string appName = appletNameBytes(m_cappletName);
     initVarTableData(type, process_edit::getAllGlobalVariable());
     initVarTableData(type, process_edit::getAllCAppletVariable(appName));
-    if (m_showSequenceVars)
+    if (m_showSequenceVars) {
         initVarTableData(type,
                          process_edit::getAllSequenceVariable(appName, m_sequenceId.toStdString()));
+        initVarTableData(type, namelessElsewhere(m_loopVariables, *m_ui->treeVars));
+    }
     if (m_showSysUserVars)
         initSysUserVarData(type);
     m_ui->treeVars->expandAll();
@@ -176,6 +205,16 @@ void wgtEntryValue::initFuncTable(int index)
     onSearchEditTextChangedSlot(m_ui->searchEdit->text());
 }
 
+void wgtEntryValue::setLoopVariables(const std::vector<processVariable>& variables)
+{
+    m_loopVariables = variables;
+}
+
+void wgtEntryValue::setCursorPosition(int position)
+{
+    m_cursorPosition = position;
+}
+
 void wgtEntryValue::setSingleSelectMode(bool isSingle)
 {
     m_singleSelect = isSingle;
@@ -190,7 +229,11 @@ BaseMDIWidget::DialogCode wgtEntryValue::exec()
 {
     if (!m_singleSelect)
         m_ui->textEdit->selectAll();
-    return BaseMDIWidget::exec(CenterOfParent);
+    const auto untouched = connect(m_ui->textEdit, &QTextEdit::cursorPositionChanged, this,
+                                   [this] { m_cursorPosition = -1; });
+    const DialogCode result = BaseMDIWidget::exec(CenterOfParent);
+    disconnect(untouched);
+    return result;
 }
 
 QString wgtEntryValue::getData() const
@@ -231,9 +274,18 @@ void wgtEntryValue::itemDoubleLocalVar(QTreeWidgetItem* item)
 
 void wgtEntryValue::itemDoubleFunction(QTableWidgetItem* item)
 {
-    const int place = item ? m_functions->pickedFunction(item->row()) : -1;
-    if (place < 0)
-        return;
+    const int place = pickedFunction(item);
+    if (place >= 0)
+        insertFunction(place);
+}
+
+int wgtEntryValue::pickedFunction(const QTableWidgetItem* item) const
+{
+    return item ? m_functions->pickedFunction(item->row()) : -1;
+}
+
+void wgtEntryValue::insertFunction(int place)
+{
     m_currentFunction = shownFunctions()[place];
     insertText(entry_functions::callText(m_currentFunction));
 }
@@ -244,12 +296,18 @@ void wgtEntryValue::insertText(const QString& text)
     QTextCursor cursor = m_ui->textEdit->textCursor();
     if (m_singleSelect)
         cursor.select(QTextCursor::Document);
+    else if (m_cursorPosition >= 0)
+        cursor.setPosition(qMin(m_cursorPosition, m_ui->textEdit->toPlainText().size()));
+    m_cursorPosition = -1;
+    m_clicked = nullptr;
     cursor.insertText(text);
     m_ui->textEdit->setTextCursor(cursor);
 }
 
 void wgtEntryValue::onBtnOkClicked()
 {
+    if (const auto insert = std::exchange(m_clicked, nullptr))
+        insert();
     setResult(Accepted);
     close();
 }

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "model/DrelFunction.h"
+#include "model/process_records.h"
 #include "model/services/widget_bases.h"
 
 #include <QList>
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -14,7 +16,6 @@ class EntryFunctionTable;
 class EntryVariableTree;
 class QTableWidgetItem;
 class QTreeWidgetItem;
-struct processVariable;
 
 namespace Ui {
 class wgtEntryValue;
@@ -25,8 +26,9 @@ enum EntryValType : int { EntryVariables = 0, EntryVariablesAndFunctions = 1, En
 
 /// The modal dialog in which a value is put together: a variable, a call of a function, or an
 /// expression of one's own. A double click on a variable or a function, or Return, inserts its text
-/// into the box at the bottom, which completes the names of variables while one types. The dialog
-/// changes nothing but its own text.
+/// into the box at the bottom, which completes the names of variables while one types. OK also
+/// takes what was clicked last, if nothing was inserted or typed since. The dialog changes nothing
+/// but its own text.
 ///
 /// It is made for one use, and called in this order:
 /// @code
@@ -61,6 +63,10 @@ public:
     /// given to setData is shown to the user.
     void setType(EntryValType type, bool showSysUserVars, bool showSequenceVars);
 
+    /// Variables that are in sight though no service has them: offered with the sequence's, but
+    /// for those of a name that is there.
+    void setLoopVariables(const std::vector<processVariable>& variables);
+
     /// Fills the dialog. @p type is the keyword of the type that the value has to be of, compared
     /// as a text: "int" doesn't offer variables of "s32". Empty offers every variable, "void*"
     /// every one but system variables. @p data is the text that the box starts with; a function
@@ -71,6 +77,9 @@ public:
     /// With @p isSingle a pick replaces the whole text; else, which is how it starts, it is
     /// inserted at the cursor.
     void setSingleSelectMode(bool isSingle);
+    /// Where the first pick goes while the text is as it was given: behind @p position characters
+    /// of it. Negative, which is how it starts: in place of all of it, since all is selected.
+    void setCursorPosition(int position);
     /// With @p isPrefixed a variable is inserted with its origin, "[local]name" or "[sys]name";
     /// else, which is how it starts, by its name.
     void setSelectVarAddPrfix(bool isPrefixed);
@@ -100,7 +109,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     QSize sizeHint() const override;
 
-private slots:
+private Q_SLOTS:
     void onSearchEditTextChangedSlot(const QString& text);
     void itemDoubleLocalVar(QTreeWidgetItem* item);
     void itemDoubleFunction(QTableWidgetItem* item);
@@ -115,6 +124,9 @@ private:
     const QList<_DrelFunction>& shownFunctions() const;
     bool handleTableKey(int key);
     bool handleSearchKey(int key);
+    /// The place of a function in shownFunctions, picked by its row; negative for none.
+    int pickedFunction(const QTableWidgetItem* item) const;
+    void insertFunction(int place);
     void insertText(const QString& text);
 
     std::unique_ptr<Ui::wgtEntryValue> m_ui;
@@ -132,5 +144,8 @@ private:
     bool m_basicTypesOnly = false;
     bool m_addPrefix = false;
     bool m_singleSelect = false;
+    int m_cursorPosition = -1;
+    std::function<void()> m_clicked; ///< inserts what was clicked last; empty: it is none any more
+    std::vector<processVariable> m_loopVariables;
     QStringList m_completionWords;
 };

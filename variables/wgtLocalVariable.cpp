@@ -1,5 +1,6 @@
 #include "variables/wgtLocalVariable.h"
 
+#include "model/colour_rules.h"
 #include "model/services/log.h"
 #include "variables/TreeState.h"
 #include "variables/VariableEditor.h"
@@ -51,6 +52,7 @@ wgtLocalVariable::wgtLocalVariable(QWidget* parent)
     connectTree();
     connect(m_sheets, &VariableSheets::dropEnd, this, &wgtLocalVariable::onDropEnd);
     connect(m_editor, &VariableEditor::sigShared, this, &wgtLocalVariable::onShared);
+    connect(m_editor, &VariableEditor::sigNamesGone, this, &wgtLocalVariable::sigNamesGone);
     connect(m_editor, &VariableEditor::sigModified, this, &wgtLocalVariable::sigModified);
 }
 
@@ -67,8 +69,9 @@ void wgtLocalVariable::setUpTree()
     style->setParent(m_treeView);
     m_treeView->setStyle(style);
     m_treeView->setStyleSheet(
-        QStringLiteral("QTreeView{border:none;outline:0;alternate-background-color:#f5f5f5;"
-                       "selection-background-color:transparent}"));
+        QStringLiteral("QTreeView{border:none;outline:0;alternate-background-color:%1;"
+                       "selection-background-color:transparent}")
+            .arg(colour_rules::alternateRow(m_treeView->palette()).name()));
     m_treeView->setAlternatingRowColors(true);
     m_treeView->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_treeView->setSelectionMode(QAbstractItemView::ExtendedSelection);

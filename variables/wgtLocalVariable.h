@@ -81,6 +81,8 @@ signals:
     /// Variables that other sequences can see were added, changed or removed: whether a global one
     /// is among them, and their names (none for a new one, which no step can use yet).
     void sigUpdateVariable(bool isHaveGlobalVar, QStringList updateVarNameList);
+    /// As VariableEditor's.
+    void sigNamesGone(QStringList names, QString newName, QString sequenceId);
     /// The document changed.
     void sigModified();
 

@@ -7,6 +7,7 @@
 #include "shell/ProcessEditNotifyTool.h"
 #include "shell/ProcessEditToolBar.h"
 #include "shell/ProcessEditWidget.h"
+#include "shell/applet_documents.h"
 #include "standalone/host/Host.h"
 #include "standalone/model_service/project_tables.h"
 #include "workbench/OutputPane.h"
@@ -19,13 +20,18 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QDockWidget>
+#include <QGuiApplication>
 #include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScreen>
 #include <QSettings>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QToolButton>
 
 namespace processedit = sdk_ui_interface::processedit;
 
@@ -36,13 +42,38 @@ const QString stateKey = QStringLiteral("window/state");
 constexpr int StateVersion = 2;
 constexpr int NoticeMs = 15000;
 
+/// A key of the window that presses a button of the editor's tool bar.
+struct EditorKey
+{
+    int function;
+    int key;
+    const char* button;
+    int runEntry; ///< of the run button's menu; negative for a plain button
+
+    QKeySequence sequence() const { return QKeySequence(key); }
+};
+
+constexpr EditorKey editorKeys[] = {
+    {ProcessEditToolBar::Save, Qt::CTRL + Qt::Key_S, "saveBtn", -1},
+    {ProcessEditToolBar::RunMain, Qt::Key_F5, "runBtn", 1},
+    {ProcessEditToolBar::RunCurrent, Qt::CTRL + Qt::Key_F5, "runBtn", 0},
+    {ProcessEditToolBar::Stop, Qt::SHIFT + Qt::Key_F5, "stopBtn", -1},
+    {ProcessEditToolBar::Compile, Qt::Key_F7, "compileBtn", -1},
+};
+
+QString withKeys(const QString& text, const QKeySequence& keys)
+{
+    const QString suffix = QStringLiteral(" (%1)").arg(keys.toString(QKeySequence::NativeText));
+    return keys.isEmpty() || text.endsWith(suffix) ? text : text + suffix;
+}
+
 } // namespace
 
 MainWindow::MainWindow()
-    : m_editorBar(new QToolBar(tr("编辑"))), m_appletBox(new QComboBox),
-      m_output(new OutputPane(tr("编译和运行的输出显示在此处"))),
+    : m_projectBar(new QToolBar(tr("工程"))), m_editorBar(new QToolBar(tr("编辑"))),
+      m_appletBox(new QComboBox), m_output(new OutputPane(tr("编译和运行的输出显示在此处"))),
       m_log(new OutputPane(tr("暂无日志"))), m_progress(new ProgressDisplay),
-      m_centre(new QStackedWidget)
+      m_readOnlyOffer(new QToolButton), m_centre(new QStackedWidget)
 {
     setObjectName(QStringLiteral("workbench"));
     setDockNestingEnabled(true);
@@ -52,7 +83,13 @@ MainWindow::MainWindow()
     // One central widget for good: without one the docks would take its place, and keep it.
     setCentralWidget(m_centre);
     buildActions();
+    buildMenus();
     buildDocks();
+    m_readOnlyOffer->setObjectName(QStringLiteral("readOnlyOffer"));
+    m_readOnlyOffer->setText(tr("只读：另存副本"));
+    m_readOnlyOffer->hide();
+    connect(m_readOnlyOffer, &QToolButton::clicked, this, &MainWindow::saveCopy);
+    statusBar()->addPermanentWidget(m_readOnlyOffer);
     statusBar()->addPermanentWidget(m_progress);
     connectHost();
     restoreWindow();
@@ -66,38 +103,51 @@ MainWindow::~MainWindow()
 
 void MainWindow::buildActions()
 {
-    auto* bar = addToolBar(tr("工程"));
-    bar->setObjectName(QStringLiteral("projectBar"));
-    bar->setIconSize(StyleManager::toolbarButtonIconSize(26));
-    bar->addAction(applicationIcon("open_project"), tr("打开工程"), this,
-                   &MainWindow::chooseProject);
+    m_projectBar->setObjectName(QStringLiteral("projectBar"));
+    m_projectBar->setIconSize(StyleManager::toolbarButtonIconSize(26));
+    addToolBar(m_projectBar);
+    const auto add = [this](const char* icon, const QString& text, void (MainWindow::*act)(),
+                            const QKeySequence& keys = QKeySequence()) {
+        QAction* action = m_projectBar->addAction(applicationIcon(icon), text, this, act);
+        action->setShortcut(keys);
+        action->setToolTip(withKeys(text, keys));
+        return action;
+    };
+    add("open_project", tr("打开工程"), &MainWindow::chooseProject, QKeySequence::Open);
     m_appletBox->setObjectName(QStringLiteral("appletBox"));
     m_appletBox->setMinimumContentsLength(18);
     m_appletBox->setToolTip(tr("小程序"));
-    bar->addWidget(m_appletBox);
+    m_projectBar->addWidget(m_appletBox);
     connect(m_appletBox, &QComboBox::textActivated, this, &MainWindow::chooseApplet);
-    bar->addAction(applicationIcon("applet_new"), tr("新建小程序"), this,
-                   &MainWindow::createApplet);
-    m_appletActions = {bar->addAction(applicationIcon("applet_rename"), tr("重命名小程序"), this,
-                                      &MainWindow::renameApplet),
-                       bar->addAction(applicationIcon("applet_remove"), tr("删除小程序"), this,
-                                      &MainWindow::removeApplet),
-                       bar->addAction(applicationIcon("applet_reload"), tr("重新加载"), this,
-                                      &MainWindow::reloadApplet),
-                       bar->addAction(applicationIcon("applet_save_copy"), tr("另存副本"), this,
-                                      &MainWindow::saveCopy)};
+    add("applet_new", tr("新建小程序"), &MainWindow::createApplet, QKeySequence::New);
+    m_appletActions = {add("applet_rename", tr("重命名小程序"), &MainWindow::renameApplet),
+                       add("applet_remove", tr("删除小程序"), &MainWindow::removeApplet),
+                       add("applet_reload", tr("重新加载"), &MainWindow::reloadApplet),
+                       add("applet_save_copy", tr("另存副本"), &MainWindow::saveCopy,
+                           Qt::CTRL + Qt::SHIFT + Qt::Key_S)};
     m_editorBar->setObjectName(QStringLiteral("editorBar"));
     addToolBar(m_editorBar);
 
-    const auto addShortcut = [this](const QKeySequence& keys, int function) {
-        connect(new QShortcut(keys, this), &QShortcut::activated, this,
-                [this, function] { pressFunction(function); });
-    };
-    addShortcut(QKeySequence::Save, ProcessEditToolBar::Save);
-    addShortcut(Qt::Key_F5, ProcessEditToolBar::RunMain);
-    addShortcut(Qt::CTRL + Qt::Key_F5, ProcessEditToolBar::RunCurrent);
-    addShortcut(Qt::SHIFT + Qt::Key_F5, ProcessEditToolBar::Stop);
-    addShortcut(Qt::Key_F7, ProcessEditToolBar::Compile);
+    for (const EditorKey& key : editorKeys)
+        connect(new QShortcut(key.sequence(), this), &QShortcut::activated, this,
+                [this, function = key.function] { pressFunction(function); });
+}
+
+void MainWindow::buildMenus()
+{
+    QMenu* project = menuBar()->addMenu(tr("工程(&P)"));
+    for (QAction* action : m_projectBar->actions()) {
+        if (!action->text().isEmpty())
+            project->addAction(action);
+    }
+    // A hidden tool bar has no place of its own to be brought back from.
+    QMenu* view = menuBar()->addMenu(tr("视图(&V)"));
+    view->setObjectName(QStringLiteral("viewMenu"));
+    for (QToolBar* bar : {m_projectBar, m_editorBar}) {
+        QAction* toggle = bar->toggleViewAction();
+        toggle->setText(tr("%1工具栏").arg(bar->windowTitle()));
+        view->addAction(toggle);
+    }
 }
 
 void MainWindow::buildDocks()
@@ -166,10 +216,14 @@ void MainWindow::connectHost()
     connect(
         ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::runFinishSignal, this,
         [this](const QString& appName, const QString&, int event) {
-            if (appName == m_applet)
-                m_outcome = event == 1   ? tr("运行结束")
-                            : event == 2 ? tr("运行中止")
-                                         : tr("运行崩溃");
+            if (appName != m_applet)
+                return;
+            m_outcome = event == processedit::RunFinished  ? tr("运行结束")
+                        : event == processedit::RunStopped ? tr("运行中止")
+                                                           : tr("运行崩溃");
+            m_isFailure = event == processedit::RunCrashed;
+            if (event != processedit::RunFinished)
+                m_progress->holdProgress();
         },
         Qt::QueuedConnection);
 }
@@ -180,6 +234,7 @@ void MainWindow::openProject(const ProjectFolder& project)
     if (m_project.path() != project.path())
         standalone::forgetProjectTables();
     m_project = project;
+    m_isReadOnlyTold = false;
     m_applet.clear();
     standalone::Host::instance().setProjectPath(project.path());
     refreshApplets();
@@ -197,6 +252,7 @@ void MainWindow::openApplet(const QString& name)
     m_editor->setSettingPath(folder);
     connectEditor();
     m_editor->load(false);
+    tellKeys();
 
     m_editorBar->addWidget(m_editor->getToolMenuBar());
     clearDocks();
@@ -210,7 +266,51 @@ void MainWindow::openApplet(const QString& name)
     setWindowModified(false);
     refreshApplets();
     showTitle();
+    if (!isGoodEnough(folder))
+        return;
+    tellIfReadOnly();
     emit appletOpened(name);
+}
+
+bool MainWindow::isGoodEnough(const QString& folder)
+{
+    const auto damage = applet_documents::damageRead(folder);
+    if (!damage)
+        return true;
+    const QDateTime backup = applet_documents::wholeBackup(folder);
+    const QString text = tr("小程序 %1 的流程文件已损坏: %2\n\n"
+                            "可以读取其中的 %3 个序列、%4 个步骤。损坏的文件已另存，不会丢失。")
+                             .arg(m_applet, damage->fault)
+                             .arg(damage->sequences)
+                             .arg(damage->steps);
+    const QString usePart = tr("打开可读取的部分");
+    const QString useBackup =
+        tr("使用 %1 的备份").arg(backup.toString(QStringLiteral("yyyy-MM-dd HH:mm")));
+    QStringList choices{usePart, tr("不打开")};
+    if (backup.isValid())
+        choices.prepend(useBackup);
+    const QString chosen =
+        choices.value(user_dialogs::choose(this, tr("流程文件已损坏"), text, choices));
+    if (chosen == usePart)
+        return true;
+    const QString name = m_applet;
+    leaveApplet();
+    if (chosen != useBackup)
+        return false;
+    const QString complaint = applet_documents::restoreBackup(folder);
+    if (complaint.isEmpty())
+        openApplet(name);
+    else
+        complain(complaint);
+    return false;
+}
+
+void MainWindow::leaveApplet()
+{
+    closeEditor();
+    m_applet.clear();
+    refreshApplets();
+    showTitle();
 }
 
 void MainWindow::connectEditor()
@@ -218,16 +318,21 @@ void MainWindow::connectEditor()
     connect(m_editor, &ProcessEditWidget::sigAuthoringModified, this, [this] {
         setWindowModified(true);
         if (m_isBuilt)
-            m_editor->setRuntimeStaleHint(true);
+            showStale(true);
     });
-    m_editor->setOnAuthoringSavedCallback([this](const QString&) { setWindowModified(false); });
-    m_editor->setOnRuntimeStaleCallback(
-        [this](const QString&) { m_editor->setRuntimeStaleHint(true); });
+    m_editor->setOnAuthoringSavedCallback([this](const QString& name) {
+        setWindowModified(false);
+        statusBar()->showMessage(tr("已保存 %1processInfo.pedt").arg(m_project.appletFolder(name)),
+                                 NoticeMs);
+    });
+    m_editor->setOnRuntimeStaleCallback([this](const QString&) { showStale(true); });
     // Queued: it may come in the middle of what a compile has started.
     connect(m_editor, &ProcessEditWidget::sigSave, this, &MainWindow::offerAnotherPlace,
             Qt::QueuedConnection);
     connect(m_editor, &ProcessEditWidget::notifyRunResultSig, this,
             [this](bool success, const QString& text) { m_output->append(text, !success); });
+    for (const auto begun : {&ProcessEditWidget::sigCompileStart, &ProcessEditWidget::sigRunStart})
+        connect(m_editor, begun, m_output, &OutputPane::followEnd);
     connect(m_editor, &ProcessEditWidget::sigProcessPrograss, m_progress,
             &ProgressDisplay::setProgress);
     connectBuild();
@@ -237,15 +342,16 @@ void MainWindow::connectBuild()
 {
     connect(m_editor, &ProcessEditWidget::sigCompileStart, this, [this] {
         m_outcome = tr("编译完成");
+        m_isFailure = false;
         m_progress->start(tr("正在编译"), false);
     });
     // sigCompileFinish also tells of compiles of other applets: only the one awaited counts.
     m_editor->setOnCompileFinishedCallback([this](bool success) {
         if (success) {
             m_isBuilt = true;
-            m_editor->setRuntimeStaleHint(false);
+            showStale(false);
         } else {
-            m_progress->finish(tr("编译失败"));
+            m_progress->finish(tr("编译失败"), true);
         }
         emit attemptFinished(success);
         // Queued: a run begins after this, and one that can't begin sends no end.
@@ -254,12 +360,12 @@ void MainWindow::connectBuild()
             [this] {
                 const bool hasRunner = !processedit::getCAppletRunState(m_applet).first.empty();
                 if (m_progress->isBusy() && m_editor && !hasRunner)
-                    m_progress->finish(tr("运行未能开始"));
+                    m_progress->finish(tr("运行未能开始"), true);
             },
             Qt::QueuedConnection);
     });
     connect(m_editor, &ProcessEditWidget::sigRunFinish, this,
-            [this] { m_progress->finish(m_outcome); });
+            [this] { m_progress->finish(m_outcome, m_isFailure); });
 }
 
 void MainWindow::closeEditor()
@@ -276,6 +382,7 @@ void MainWindow::closeEditor()
     m_editorBar->clear();
     sayThatDocksAreEmpty();
     m_progress->reset();
+    m_readOnlyOffer->hide();
     m_isBuilt = false;
     setWindowModified(false);
 }
@@ -309,6 +416,27 @@ void MainWindow::pressFunction(int function)
                            function == ProcessEditToolBar::Compile;
     if (!(needsIdle && isBusy))
         m_editor->onToolWidgetButtonClickedSlot(function);
+}
+
+// The editor doesn't know the keys that its host gives it.
+void MainWindow::tellKeys()
+{
+    for (const EditorKey& key : editorKeys) {
+        auto* button =
+            m_editor->getToolMenuBar()->findChild<QToolButton*>(QLatin1String(key.button));
+        if (key.runEntry < 0) {
+            button->setToolTip(withKeys(button->toolTip(), key.sequence()));
+        } else {
+            QAction* entry = button->menu()->actions().at(key.runEntry);
+            entry->setToolTip(withKeys(entry->toolTip(), key.sequence()));
+        }
+    }
+}
+
+void MainWindow::showStale(bool isStale)
+{
+    m_editor->setRuntimeStaleHint(isStale);
+    tellKeys();
 }
 
 void MainWindow::refreshApplets()
@@ -347,10 +475,19 @@ void MainWindow::restoreWindow()
         applyDefaultSizes();
 }
 
+QSize MainWindow::firstSize(const QSize& room)
+{
+    const QSize wish = StyleManager::scale(QSize(1440, 900));
+    // The frame and a task bar want some of the screen too.
+    return room.isEmpty() ? wish : wish.boundedTo(room * 0.94);
+}
+
 void MainWindow::applyDefaultSizes()
 {
-    resize(StyleManager::scale(QSize(1440, 900)));
-    const int height = StyleManager::scale(220);
+    // A screen that nobody sees has any size.
+    const bool isSeen = QGuiApplication::platformName() != QLatin1String("offscreen");
+    resize(firstSize(isSeen ? screen()->availableSize() : QSize()));
+    const int height = qMin(StyleManager::scale(220), this->height() / 4);
     QDockWidget* outputDock = findChild<QDockWidget*>(QStringLiteral("outputDock"));
     resizeDocks({outputDock, m_controlDock, m_settingDock}, {620, 400, 400}, Qt::Horizontal);
     resizeDocks({outputDock, m_controlDock, m_settingDock}, {height, height, height}, Qt::Vertical);

@@ -12,6 +12,7 @@ class QComboBox;
 class QDockWidget;
 class QStackedWidget;
 class QToolBar;
+class QToolButton;
 
 /// The host application's window: one project, one applet of it in the editor, and around it what
 /// the editor offers a host: its tool bar, its property panels, its output.
@@ -24,12 +25,17 @@ public:
 
     /// Opens a project without an applet. What is unsaved must have been asked for before.
     void openProject(const ProjectFolder& project);
-    /// Opens an applet of the project in a new editor; the one before is closed.
+    /// Opens an applet of the project in a new editor; the one before is closed. Of one whose
+    /// document is damaged the person chooses what to open, which may be nothing.
     void openApplet(const QString& name);
     const ProjectFolder& project() const { return m_project; }
     /// The editor of the open applet; null without one.
     ProcessEditWidget* editor() const { return m_editor; }
     bool isDocumentModified() const { return isWindowModified(); }
+
+    /// The size of a window that nobody has given another, on a screen with that much room.
+    /// An empty @p room bounds nothing.
+    static QSize firstSize(const QSize& room);
 
     /// Asks about unsaved changes; false if the person wants to go on editing.
     bool mayLeaveApplet();
@@ -46,16 +52,22 @@ protected:
 
 private:
     void buildActions();
+    void buildMenus();
     void buildDocks();
     void connectHost();
     void connectEditor();
     void connectBuild();
     void closeEditor();
+    /// False if the applet isn't to be opened as it was read.
+    bool isGoodEnough(const QString& folder);
+    void leaveApplet();
     QDockWidget* addDock(const QString& name, const QString& title, Qt::DockWidgetArea area,
                          QWidget* content);
     void clearDocks();
     void sayThatDocksAreEmpty();
     void pressFunction(int function);
+    void tellKeys();
+    void showStale(bool isStale);
     void chooseProject();
     void chooseApplet(const QString& name);
     void createApplet();
@@ -64,6 +76,7 @@ private:
     void reloadApplet();
     void saveCopy();
     void offerAnotherPlace();
+    void tellIfReadOnly();
     void refreshApplets();
     void complain(const QString& complaint);
     void showTitle();
@@ -74,11 +87,14 @@ private:
     ProjectFolder m_project;
     QString m_applet;
     ProcessEditWidget* m_editor = nullptr;
-    QString m_outcome;      ///< of what was asked for last
-    bool m_isBuilt = false; ///< something compiled that a change of the document makes stale
+    QString m_outcome;             ///< of what was asked for last
+    bool m_isFailure = false;      ///< and whether it is one
+    bool m_isReadOnlyTold = false; ///< of the open project
+    bool m_isBuilt = false;        ///< something compiled that a change of the document makes stale
 
     QByteArray m_dockState; ///< until the window is shown first
 
+    QToolBar* m_projectBar;
     QToolBar* m_editorBar;
     QComboBox* m_appletBox;
     QList<QAction*> m_appletActions; ///< of the open applet
@@ -87,5 +103,6 @@ private:
     OutputPane* m_output;
     OutputPane* m_log;
     ProgressDisplay* m_progress;
-    QStackedWidget* m_centre; ///< a word for who has no applet open, and the editor
+    QToolButton* m_readOnlyOffer; ///< seen while the open applet can't be saved in its place
+    QStackedWidget* m_centre;     ///< a word for who has no applet open, and the editor
 };

@@ -5,6 +5,11 @@
 #include "shell/ProcessEditWidget.h"
 #include "workbench/MainWindow.h"
 
+#include <QFileInfo>
+#include <QToolButton>
+
+#include <utility>
+
 void MainWindow::chooseProject()
 {
     if (!mayLeaveApplet())
@@ -115,4 +120,18 @@ void MainWindow::offerAnotherPlace()
                                   "是否将副本另存到其他位置？")
                                    .arg(m_applet)))
         saveCopy();
+}
+
+// No box: who only looks needs no answer.
+void MainWindow::tellIfReadOnly()
+{
+    const QString folder = m_project.appletFolder(m_applet);
+    if (GetDirHaveWritePermission(folder) || !QFileInfo(folder).isDir())
+        return;
+    m_readOnlyOffer->setToolTip(tr("文件夹 %1 只读").arg(folder));
+    m_readOnlyOffer->show();
+    if (!std::exchange(m_isReadOnlyTold, true))
+        showNotice(IWindowManager::NoticeWarning,
+                   tr("工程文件夹 %1 只读，修改不能保存在原处，可以另存副本到其他位置")
+                       .arg(m_project.path()));
 }

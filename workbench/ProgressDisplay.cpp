@@ -1,5 +1,7 @@
 #include "workbench/ProgressDisplay.h"
 
+#include "model/colour_rules.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
@@ -31,33 +33,48 @@ ProgressDisplay::ProgressDisplay(QWidget* parent)
 
 void ProgressDisplay::start(const QString& activity, bool hasProgress)
 {
-    m_activity->setText(activity);
+    showActivity(activity, false);
+    m_isHeld = false;
     m_bar->setValue(0);
     m_bar->setVisible(hasProgress);
-    m_elapsed.start();
+    if (!isBusy())
+        m_elapsed.start();
     m_refresh.start();
     showElapsed();
 }
 
-void ProgressDisplay::finish(const QString& outcome)
+void ProgressDisplay::showActivity(const QString& text, bool isFailure)
 {
-    m_refresh.stop();
-    if (m_elapsed.isValid())
+    QPalette colours; // of the application
+    if (isFailure)
+        colours.setColor(QPalette::WindowText, colour_rules::failure(colours));
+    m_activity->setPalette(colours);
+    m_activity->setText(text);
+}
+
+void ProgressDisplay::finish(const QString& text, bool isFailure)
+{
+    // What was refused took no time; the one before is no measure of it.
+    if (m_refresh.isActive())
         showElapsed();
-    m_activity->setText(outcome);
+    else
+        m_elapsedLabel->clear();
+    m_refresh.stop();
+    showActivity(text, isFailure);
 }
 
 void ProgressDisplay::reset()
 {
     m_refresh.stop();
-    m_activity->setText(tr("就绪"));
+    showActivity(tr("就绪"), false);
     m_elapsedLabel->clear();
     m_bar->hide();
 }
 
 void ProgressDisplay::setProgress(double percent, int)
 {
-    m_bar->setValue(qRound(percent));
+    if (!m_isHeld)
+        m_bar->setValue(qRound(percent));
 }
 
 void ProgressDisplay::showElapsed()

@@ -1,22 +1,28 @@
 #include "workbench/ProjectFolder.h"
 
+#include "base/document_text.h"
 #include "base/file_reading.h"
 #include "base/file_writing.h"
+#include "base/kept_copies.h"
 #include "model/services/log.h"
+#include "standalone/compiler/code_folder.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
 #include <QSettings>
+#include <QStandardPaths>
+
+#include <string>
+#include <string_view>
 
 namespace {
 
 const QString documentName = QStringLiteral("processInfo.pedt");
 const QString orderFileName = QStringLiteral("/project.json");
-const QString orderKey = QStringLiteral("applets");
+const std::string orderKey = "applets";
 const QString lastAppletGroup = QStringLiteral("lastApplet/");
 
 QString settingsKey(const QString& projectPath)
@@ -25,11 +31,62 @@ QString settingsKey(const QString& projectPath)
            QString::fromLatin1(projectPath.toUtf8().toBase64(QByteArray::Base64UrlEncoding));
 }
 
-// Empty if there is none or it can't be read: the order is a convenience.
-QJsonObject readOrderFile(const QString& projectPath)
+/// Members as they stand in the file: what others keep there stays as it is.
+struct OrderFile
 {
+    QByteArray text;
+    document_text::Parts parts; // points into the text
+    QString complaint;          // of a file that is there and no object
+};
+
+OrderFile readOrderFile(const QString& projectPath)
+{
+    OrderFile order;
     const auto file = file_reading::read(projectPath + orderFileName, file_reading::MostOfTable);
-    return QJsonDocument::fromJson(file.content).object();
+    order.complaint = file.complaint;
+    if (!file.isRead)
+        return order;
+    order.text = file.content;
+    const std::string_view text(order.text.constData(), std::size_t(order.text.size()));
+    order.parts = document_text::split(text);
+    std::string indented;
+    if (document_text::indent(text, indented, order.complaint) && !order.parts.isObject)
+        order.complaint = QStringLiteral("不是对象");
+    return order;
+}
+
+QByteArray memberOf(const OrderFile& order, const std::string& name)
+{
+    const auto found = order.parts.members.find(name);
+    return found == order.parts.members.end()
+               ? QByteArray()
+               : QByteArray(found->second.data(), int(found->second.size()));
+}
+
+/// Empty, or why the order couldn't be written.
+QString writeOrder(const QString& projectPath, const QJsonArray& names)
+{
+    const QString path = projectPath + orderFileName;
+    OrderFile order = readOrderFile(projectPath);
+    if (!order.complaint.isEmpty()) {
+        const QString copy = kept_copies::keep(path, kept_copies::damaged);
+        if (copy.isEmpty())
+            return order.complaint + QStringLiteral(", 也无法另存");
+        sdk_ui_interface::log::log_error(
+            QStringLiteral("无法读取 %1: %2; 已保留为 %3").arg(path, order.complaint, copy));
+        order.parts.members.clear();
+    }
+    const QByteArray list = QJsonDocument(names).toJson(QJsonDocument::Compact);
+    order.parts.members[orderKey] = {list.constData(), std::size_t(list.size())};
+    std::string json;
+    for (const auto& [name, value] : order.parts.members)
+        json.append(json.empty() ? "{\"" : ",\"").append(name).append("\":").append(value);
+    json += '}';
+    std::string text;
+    QString complaint;
+    if (!document_text::indent(json, text, complaint))
+        return complaint;
+    return file_writing::replace(path, QByteArray::fromStdString(text));
 }
 
 } // namespace
@@ -65,7 +122,8 @@ QStringList ProjectFolder::applets() const
             names.append(name);
     }
     QStringList ordered;
-    for (const QJsonValue& value : readOrderFile(m_path).value(orderKey).toArray()) {
+    const QByteArray order = memberOf(readOrderFile(m_path), orderKey);
+    for (const QJsonValue& value : QJsonDocument::fromJson(order).array()) {
         if (names.removeOne(value.toString()))
             ordered.append(value.toString());
     }
@@ -86,10 +144,7 @@ void ProjectFolder::keepOrder(const QString& oldName, const QString& newName) co
     }
     if (!isPlaced)
         order.append(newName);
-    QJsonObject root = readOrderFile(m_path);
-    root.insert(orderKey, order);
-    const QString reason =
-        file_writing::replace(m_path + orderFileName, QJsonDocument(root).toJson());
+    const QString reason = writeOrder(m_path, order);
     if (!reason.isEmpty())
         sdk_ui_interface::log::log_error(
             QStringLiteral("无法写入 %1: %2").arg(m_path + orderFileName, reason));
@@ -100,9 +155,14 @@ QString ProjectFolder::appletFolder(const QString& name) const
     return QStringLiteral("%1/CApplet/%2/").arg(m_path, name);
 }
 
-QString ProjectFolder::outputFolder(const QString& name, const char* suffix) const
+void ProjectFolder::removeOutput(const QString& name) const
 {
-    return QStringLiteral("%1/CApplet/%2%3").arg(m_path, name, QLatin1String(suffix));
+    const QString base = QStringLiteral("%1/CApplet/%2").arg(m_path, name);
+    const QString code = base + QStringLiteral("_code");
+    const QString module = base + QStringLiteral("_mp/%1.mp").arg(name);
+    if (!standalone::removeGenerated(code, module))
+        sdk_ui_interface::log::log_error(QStringLiteral("另一个程序正在编译, 已保留生成的代码: ") +
+                                         code);
 }
 
 QString ProjectFolder::complaintAboutName(const QString& name) const
@@ -129,8 +189,11 @@ QString ProjectFolder::createApplet(const QString& name) const
         return QStringLiteral("无法创建文件夹: ") + appletFolder(name);
     const QString document = appletFolder(name) + documentName;
     const QString reason = file_writing::replace(document, "{\n}\n");
-    if (!reason.isEmpty())
+    if (!reason.isEmpty()) {
+        // It would keep the name from a next try.
+        QDir().rmdir(appletFolder(name));
         return QStringLiteral("无法写入 %1: %2").arg(document, reason);
+    }
     keepOrder(QString(), name);
     return QString();
 }
@@ -149,19 +212,20 @@ QString ProjectFolder::renameApplet(const QString& oldName, const QString& newNa
         return QStringLiteral("无法重命名文件夹: ") + appletFolder(oldName);
     }
     // Generated code and module bear the old name inside; the next compile makes new ones.
-    for (const char* suffix : {"_code", "_mp"})
-        QDir(outputFolder(oldName, suffix)).removeRecursively();
+    removeOutput(oldName);
     return QString();
 }
 
 QString ProjectFolder::removeApplet(const QString& name) const
 {
     const QString folder = appletFolder(name);
-    if (!QFile::moveToTrash(folder) && !QDir(folder).removeRecursively())
+    // Without a place for the trash the toolkit would move it to the working folder.
+    const bool hasTrash =
+        QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
+    if (!(hasTrash && QFile::moveToTrash(folder)) && !QDir(folder).removeRecursively())
         return QStringLiteral("无法删除文件夹: ") + folder;
     keepOrder(name, QString());
-    for (const char* suffix : {"_code", "_mp"})
-        QDir(outputFolder(name, suffix)).removeRecursively();
+    removeOutput(name);
     return QString();
 }
 

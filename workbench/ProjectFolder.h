@@ -29,7 +29,8 @@ public:
     /// Each returns an empty text, or what was wrong; then nothing changed.
     QString createApplet(const QString& name) const;
     QString renameApplet(const QString& oldName, const QString& newName) const;
-    /// The applet's folders go to the trash, or are deleted where there is none.
+    /// The applet's folder goes to the trash, or is deleted where there is none. What was generated
+    /// for it goes too, here and when it is renamed; files of anybody else beside that stay.
     QString removeApplet(const QString& name) const;
 
     /// The applet that was opened last in this project on this machine.
@@ -38,7 +39,7 @@ public:
 
 private:
     QString complaintAboutName(const QString& name) const;
-    QString outputFolder(const QString& name, const char* suffix) const;
+    void removeOutput(const QString& name) const;
 
     /// Writes the order anew, with @p newName in the place of @p oldName; an empty old name
     /// appends, an empty new one leaves out. A project that can't be written keeps the order it

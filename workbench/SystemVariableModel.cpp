@@ -36,7 +36,7 @@ bool isBefore(const SystemVarInfo& variable, const QString& name)
 } // namespace
 
 /// Lives on the variable service's thread as long as the model does.
-class SystemVariableModel::Listener : public IUIVariateListener
+class SystemVariableModel::Listener : public IVariateListener
 {
 public:
     explicit Listener(SystemVariableModel& model) : m_model(model) {}
@@ -55,6 +55,8 @@ private:
 SystemVariableModel::SystemVariableModel(QObject* parent)
     : QAbstractTableModel(parent), m_listener(std::make_unique<Listener>(*this))
 {
+    // Only now: while it is being made nothing can be told to it.
+    SystemVariables::instance().addListener(m_listener.get());
     m_rows = SystemVariables::instance().list();
 }
 

@@ -1,3 +1,4 @@
+#include "model/colour_rules.h"
 #include "shell/ProcessEditWidget.h"
 #include "shell/applet_documents.h"
 #include "standalone/compiler/compiler.h"
@@ -8,10 +9,12 @@
 #include "workbench/MainWindow.h"
 #include "workbench/ProjectFolder.h"
 #include "workbench/ScriptedRun.h"
+#include "workbench/chinese_texts.h"
 #include "workbench/example_project.h"
 
 #include <QApplication>
 #include <QIcon>
+#include <QLibraryInfo>
 #include <QTextCodec>
 #include <QTextStream>
 #include <QTimer>
@@ -143,6 +146,8 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("workbench"));
     QApplication::setOrganizationName(QStringLiteral("process-edit"));
+    chinese_texts::install(QLibraryInfo::location(QLibraryInfo::TranslationsPath));
+    QApplication::setPalette(colour_rules::withPlaceholders(QApplication::palette()));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/icon/应用/workbench.png")));
     const int status = runApplication(line);
     standalone::shutdownCompiler();

@@ -1,16 +1,18 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
 class QWidget;
 
 /// The one way by which the editor and its hosts ask their user something: message boxes and small
-/// input dialogs. Tests and headless hosts answer them through setHandler. GUI thread only.
+/// input dialogs. Tests and headless hosts answer them through setHandler. Texts are shown as they
+/// are, whoever wrote them: none is taken as markup. GUI thread only.
 namespace user_dialogs {
 
-enum class Button { Ok, Cancel, Yes, No, Save, Discard };
+enum class Button { Ok, Cancel, Yes, No, Save, Discard, WayOut };
 enum class Kind {
     Information,
     Warning,
@@ -19,7 +21,8 @@ enum class Kind {
     SaveDiscardCancel,
     Text,
     Folder,
-    SaveFile
+    SaveFile,
+    Choice
 };
 
 /// One dialog, as a person would see it.
@@ -30,6 +33,10 @@ struct Message
     QString text;
     QString value;  ///< what an input starts with
     QString filter; ///< of a file dialog, as QFileDialog takes it
+    /// Of a box or a line of text: what one more button says, which answers Button::WayOut. Empty:
+    /// there is none.
+    QString wayOut;
+    QStringList choices; ///< of Kind::Choice; the answer's value is one of them, with Button::Ok
 };
 
 /// What the person did; @c value counts for the inputs, with Button::Ok.
@@ -47,6 +54,9 @@ using Handler = std::function<Answer(const Message& message)>;
 Handler setHandler(Handler handler);
 bool hasHandler();
 
+/// Any of them; the others are shorthands.
+Answer ask(QWidget* parent, const Message& message);
+
 /// A box with an Ok button.
 void information(QWidget* parent, const QString& title, const QString& text);
 void warning(QWidget* parent, const QString& title, const QString& text);
@@ -59,6 +69,9 @@ bool question(QWidget* parent, const QString& title, const QString& text);
 
 /// Save, Discard or Cancel.
 Button saveOrDiscard(QWidget* parent, const QString& title, const QString& text);
+
+/// One of several ways to go on, each a button; its place among them, or -1 for none.
+int choose(QWidget* parent, const QString& title, const QString& text, const QStringList& choices);
 
 /// A line of text, or a folder that exists; empty if the person cancelled.
 QString askText(QWidget* parent, const QString& title, const QString& label, const QString& value);

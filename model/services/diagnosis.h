@@ -6,7 +6,8 @@
 /// Diagnosis services that the editor calls. GUI thread only.
 
 /// Generates the code of an applet's diagnostic tasks. @p calls holds one call text a task; the
-/// code for file scope, the task functions and the calls come back. 0 is success.
+/// code for file scope, the task functions and the calls come back. 0 is success; with any other
+/// value the three texts don't count.
 int GenerateUDSTaskCode(const QString& appName, const QStringList& calls, QString& declareCode,
                         QString& taskCode, QString& callCode);
 

@@ -15,7 +15,9 @@ class IProjectManager
 {
 public:
     virtual ~IProjectManager() = default;
-    /// Its root folder, absolute, without a trailing slash; empty without a project. Any thread.
+    /// Its root folder, absolute, without a trailing slash; empty without a project. What an applet
+    /// is made into lies below it, "CApplet/<name>_code" and "CApplet/<name>_mp", and what the
+    /// project's applets share in it. Any thread.
     virtual QString projectPath() = 0;
 };
 

@@ -8,14 +8,16 @@
 
 /// Model service: variables, step kinds, templates, and the marks of the compile path.
 ///
-/// Applet names are in the local 8-bit encoding, everything else is UTF-8. An id that nothing
-/// bears gives an empty record or does nothing. Records are copies. GUI thread only.
+/// Applet names are in the local 8-bit encoding, also where they stand as the owner of variables or
+/// of custom kinds; everything else is UTF-8, uuids and ids too. An id that nothing bears gives an
+/// empty record or does nothing. Records are copies. GUI thread only.
 namespace process_edit {
 
 // Variables --------------------------------------------------------------------------------
 
 /// Makes a variable of type s32 with a name that no variable in sight bears; returns its uuid.
-/// @p ownerId is the sequence id, the applet's name, or empty, by scope. Empty on failure.
+/// @p ownerId is the sequence's id (UTF-8), the applet's name (local 8-bit), or empty, by scope.
+/// Empty on failure.
 std::string addVariable(const std::string& appName, processVariableType scope,
                         const std::string& ownerId);
 
@@ -70,12 +72,19 @@ BaseStepProperty getDefaultBaseStepProperty(logicBlockType baseType, int subType
 /// The default table: its top records, folders with their kinds as children.
 std::vector<BaseStepProperty> getAllDefaultBaseStepProperty();
 
-/// A kind of an owner's custom list, by step type or by name; an empty name if there is none.
+// Custom kinds: what a host adds to the palette of one applet; a diagnostic step is always of one.
+// The owner is the applet's name. A list belongs to the host: it goes along when the applet is
+// renamed, and stays till removeAllCustomStepProperty, also when the applet or its widget goes. The
+// editor calls that when its host asks for it (resetCustomStepList, clearCAppletData) and never by
+// itself.
+
+/// A kind of an owner's custom list, at any depth, by step type or by name; an empty name if there
+/// is none. Of equal ones the first.
 BaseStepProperty getCustomBaseStepProperty(const std::string& owner, logicBlockType baseType,
                                            int subType);
 BaseStepProperty getCustomBaseStepProperty(const std::string& owner, logicBlockType baseType,
                                            const std::string& name);
-/// Appends to the owner's list.
+/// Appends to the owner's list, equal ones too. The records are copied.
 void addCustomStepProperty(const std::string& owner, std::vector<BaseStepProperty> properties);
 void removeAllCustomStepProperty(const std::string& owner);
 

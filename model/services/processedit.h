@@ -18,9 +18,10 @@
 
 /// Service facade: the model of applets, and their compile and run.
 ///
-/// An applet is addressed by its name; sequences, blocks and templates by uuid. An unknown name or
-/// uuid gives an empty record, a null block or an empty list, and a change of it does nothing.
-/// GUI thread only, but for the callbacks that say otherwise.
+/// An applet is addressed by its name; sequences, blocks and templates by uuid. Texts in
+/// std::string and const char* are UTF-8 unless said otherwise. An unknown name or uuid gives an
+/// empty record, a null block or an empty list, and a change of it does nothing. GUI thread only,
+/// but for the callbacks that say otherwise.
 namespace sdk_ui_interface {
 namespace processedit {
 
@@ -30,16 +31,22 @@ namespace processedit {
 /// Whether the model holds this applet: it has a sequence, or a document was loaded into it.
 bool getCAppletDataIsExist(const QString& appName);
 
-/// All sequences and blocks as JSON; "{}" for an unknown applet. Members that the service did not
-/// know when it loaded the document stand in it again. The order of members is stable.
+/// All sequences and blocks as one JSON object; "{}" for an unknown applet. What it holds is the
+/// service's own matter: the editor keeps it as the member "logicview" of the applet's document,
+/// and gives it back with other blanks between the values. A host's strip callback may take members
+/// from it. Members that the service did not know when it loaded the document stand in it again.
+/// The order of members is stable.
 QString generateProcessJson(const QString& appName);
 
-/// Replaces the applet's sequences and blocks. An empty text creates nothing; a text that does not
-/// parse leaves the model as it was and is reported to the log.
+/// Replaces the applet's sequences and blocks. An empty text creates nothing. A text that breaks
+/// off is read up to the fault; one that has no sequence before it leaves the model as it was.
+/// Either is reported to the log.
 void loadProcessJson(const QString& appName, const QString& json);
 
 void removeApp(const QString& appName);
-/// Nothing happens if the old name is unknown or the new one taken.
+/// Everywhere: in the model with its variables and custom kinds, and in the runtime, where an
+/// applet that runs keeps the old name. Nothing happens if the old name is unknown or the new one
+/// taken.
 void renameProcessCAppletName(const QString& oldName, const QString& newName);
 /// The name that a person reads; the applet's own name if it has no other.
 QString getCAppletShowName(const QString& appName);
@@ -127,35 +134,48 @@ void removeAllProcessTemplate(bool keepLoadedMark);
 // ----------------------------------------------------------------------------------
 
 /// Told once, from a thread of the compiler, when a compile that started has ended. @p elapsed is
-/// in milliseconds; @p appName is in the local 8-bit encoding; @p message is the compiler's text in
-/// whatever encodings it has. The texts are valid during the call.
+/// in milliseconds; @p appName is in the local 8-bit encoding; @p message is the compiler's text,
+/// which is shown as UTF-8. The texts are valid during the call. It may be called before
+/// compileCApplet has returned, and then waits for that; so it is never called by the thread that
+/// is inside compileCApplet.
 using CompileFinished = std::function<void(compileResult result, quint64 elapsed,
                                            const char* appName, const char* message)>;
 
-/// Starts a compile of everything that @p sequenceId reaches.
-/// false: it did not start, @p onFinished is never called. true with @p skipped set: nothing
-/// changed since the last success of the same target, no compile runs, @p onFinished is never
-/// called. true with @p skipped clear: @p onFinished is called once.
+/// Starts a compile of everything that @p sequenceId reaches. Generated code goes to
+/// "<project>/CApplet/<name>_code", the module to "<project>/CApplet/<name>_mp/<name>.mp": the
+/// editor opens the one folder and looks whether the other file is there. The model may change as
+/// soon as this has returned. @p currentSequence: the target was chosen as the sequence on screen.
+/// false: it did not start, @p onFinished is never called; as while the applet runs or is being
+/// compiled. true with @p skipped set: nothing changed since the last success of the same target,
+/// no compile runs, @p onFinished is never called. true with @p skipped clear: @p onFinished is
+/// called once.
 bool compileCApplet(const QString& appName, const QString& sequenceId, bool forVci,
                     bool currentSequence, CompileFinished onFinished, bool& skipped);
 
 /// What the runInfo of a run event points to; valid during the call.
 struct RunInfo
 {
-    std::string appName; ///< local 8-bit encoding
-    std::string sequenceId;
+    std::string appName;    ///< local 8-bit encoding
+    std::string sequenceId; ///< UTF-8
 };
-/// @p event: 1 the run ended, 2 it was stopped, 3 it crashed.
+enum RunEvent : int { RunFinished = 1, RunStopped = 2, RunCrashed = 3 };
+/// @p event: a RunEvent.
 using RunEventCallback = void (*)(void* runInfo, int event);
 
-/// Starts the compiled applet on a sequence; false if it could not start, and then @p onRunEvent is
-/// never called. Else it is called once at the end, from the runner's thread.
+/// Starts the compiled applet on a sequence and returns at once; its reports come through
+/// CallbackFuncsImp (model/services/applet_runtime.h). false if it could not start, and then
+/// @p onRunEvent is never called; so it is during a run of the applet, which goes on untouched, and
+/// after one that was removed and has not ended yet. Else @p onRunEvent is called once at the end,
+/// from the runner's thread, behind the last report; the applet counts as stopped by then. Who
+/// waits for it lets the GUI thread's event loop go round: a run may be held while much of what it
+/// has said waits there.
 bool runCApplet(const QString& appName, const QString& sequenceId, RunEventCallback onRunEvent);
 
 /// Asks the runner to stop, and returns at once; false if nothing runs. The flag is reserved.
 bool stopCApplet(const QString& appName, bool reserved);
 
-/// The runner's registered name, empty when the applet has none, and its state. Any thread.
+/// The runner's registered name, in the local 8-bit encoding and empty when the applet has none,
+/// and its state. Any thread.
 std::pair<std::string, CAppletRunState> getCAppletRunState(const QString& appName);
 
 } // namespace processedit

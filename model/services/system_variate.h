@@ -40,7 +40,8 @@ VarErrorCode GetVariate(const QString& name, SystemVarInfo& info);
 } // namespace system_variate
 
 /// The registration behind IUIVariateListener: a listener is known to the variable service from its
-/// construction to its destruction.
+/// construction to its destruction, which returns when nobody is inside the listener. The service
+/// defines the members of both classes.
 class IVariateListener
 {
 public:
@@ -57,7 +58,8 @@ private:
 };
 
 /// Base of listeners in a user interface. onVariateDirectChange is called on a thread of the
-/// variable service and must not touch a widget.
+/// variable service and must not touch a widget. The editor's only one lives to the end of the
+/// process; a service has stopped calling by then.
 class IUIVariateListener : public IVariateListener
 {
 public:

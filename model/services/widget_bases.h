@@ -10,7 +10,8 @@ class QEventLoop;
 class QLabel;
 class QProgressBar;
 
-/// The host's widget bases and style. GUI thread only.
+/// The host's widget bases and style: the host's services define every member, and compile what moc
+/// makes of this header (it stands among the sources of a target with AUTOMOC). GUI thread only.
 
 namespace data_gather_interface {
 /// Names one of the host's windows.
@@ -37,7 +38,9 @@ public:
     virtual bool onDelete() { return false; }
 };
 
-/// Base of the host's modal windows.
+/// Base of the host's modal windows. Whoever made one deletes it, and it may stand on the stack: it
+/// never deletes itself, neither when it is closed nor at the end of exec, and a host must not do
+/// so either. With a parent it goes with that at the latest.
 class BaseMDIWidget : public QWidget, public IShortcutHandler
 {
     Q_OBJECT
@@ -48,7 +51,8 @@ public:
     BaseMDIWidget(IBusiness* business, const QString& title);
     ~BaseMDIWidget() override;
 
-    /// Shows the window modally and returns when it is closed, with the result set.
+    /// Shows the window modally and returns when it is closed or hidden, with the result that was
+    /// set since the call, or Rejected.
     DialogCode exec(ShowPosBehavior position);
     void setResult(int result);
     void hideCloseButton();

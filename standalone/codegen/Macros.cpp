@@ -91,6 +91,23 @@ CodeFault conditionalFault(const std::vector<LogicalLine>& lines, bool& isCondit
     return {QT_TRANSLATE_NOOP("codegen", "#if 没有对应的 #endif"), open.back()};
 }
 
+/// Lines that count anew would make the compiler tell of errors somewhere else.
+CodeFault numberFault(const std::vector<LogicalLine>& lines)
+{
+    for (const LogicalLine& line : lines) {
+        if (line.word == "line" || (line.word[0] >= '0' && line.word[0] <= '9'))
+            return {QT_TRANSLATE_NOOP("codegen", "不能使用 #line"), line.line};
+    }
+    return {};
+}
+
+/// Of other names GCC takes the ASCII beginning where a pragma names a macro.
+bool isAscii(const std::string& name)
+{
+    return std::all_of(name.begin(), name.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
 bool isBracket(char c)
 {
     return c == '(' || c == ')' || c == '[' || c == ']' || c == '{' || c == '}';
@@ -100,13 +117,14 @@ bool isBracket(char c)
 
 CodeFault Macros::take(const std::string& code)
 {
-    if (m_known.empty() && !hasDirectives(code))
+    if (m_isKnown && m_known.empty() && !hasDirectives(code))
         return faultIn(code);
     const std::vector<LogicalLine> lines = logicalLines(code);
     bool isConditional = false;
-    const CodeFault fault = conditionalFault(lines, isConditional);
-    if (fault.words)
-        return fault;
+    for (const CodeFault& fault : {conditionalFault(lines, isConditional), numberFault(lines)}) {
+        if (fault.words)
+            return fault;
+    }
     // Elsewhere a single quote may stand in words that no compiler reads.
     const CodeFault literal = openLiteral(code);
     const bool isRead =
@@ -118,15 +136,17 @@ CodeFault Macros::take(const std::string& code)
     m_brackets.clear();
     m_lines.clear();
     m_expanded = 0;
-    bool isKnown = !isConditional;
+    bool isKnown = m_isKnown && !isConditional;
     for (const LogicalLine& line : lines) {
         std::unordered_set<std::string> open;
+        if (isConditional && (line.word == "define" || line.word == "undef"))
+            m_isKnown = false;
         if (line.word == "define")
             define(line.rest);
         else if (line.word == "undef")
             m_known.erase(wordAt(line.rest, 0));
         else if (line.word.empty())
-            isKnown = expand(line.text, line.line, open) && isKnown;
+            isKnown = isKnown && expand(line.text, line.line, open);
     }
     if (!isKnown)
         return {};
@@ -213,12 +233,13 @@ bool Macros::skipArguments(const std::string& code, std::size_t& at) const
 std::vector<std::string> macrosIn(const std::string& code)
 {
     std::vector<std::string> names;
+    std::unordered_set<std::string> known;
     if (!hasDirectives(code))
         return names;
     for (const LogicalLine& line : logicalLines(code)) {
         const std::string name = wordAt(line.rest, 0);
         if ((line.word == "define" || line.word == "undef") && !name.empty() &&
-            std::find(names.begin(), names.end(), name) == names.end())
+            known.insert(name).second)
             names.push_back(name);
     }
     return names;
@@ -235,23 +256,28 @@ bool hasDirectives(const std::string& code)
 
 void keepMacros(CodeWriter& writer, const std::vector<std::string>& names)
 {
-    for (const std::string& name : names)
-        writer.line("#pragma push_macro(\"" + name + "\")");
+    for (const std::string& name : names) {
+        if (isAscii(name))
+            writer.line("#pragma push_macro(\"" + name + "\")");
+    }
 }
 
 void restoreMacros(CodeWriter& writer, const std::vector<std::string>& names)
 {
     for (const std::string& name : names)
-        writer.line("#pragma pop_macro(\"" + name + "\")");
+        writer.line(isAscii(name) ? "#pragma pop_macro(\"" + name + "\")" : "#undef " + name);
 }
 
 std::vector<std::string> reservedAmong(const std::vector<std::string>& names)
 {
+    static const std::unordered_set<std::string> ofTheRuntime = {
+        "rt",         "arrays_equal", "call",     "finished",  "first",     "log_turn",   "running",
+        "step_begin", "step_delay",   "step_end", "step_test", "step_turn", "turn_number"};
     std::vector<std::string> reserved;
     std::copy_if(names.begin(), names.end(), std::back_inserter(reserved),
                  [](const std::string& name) {
                      const bool isWord = name == identifierText(name);
-                     return name == "rt" || (isWord && !isIdentifier(name));
+                     return ofTheRuntime.count(name) > 0 || (isWord && !isIdentifier(name));
                  });
     return reserved;
 }

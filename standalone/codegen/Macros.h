@@ -18,8 +18,9 @@ class Macros
 public:
     /// Reads a text that stands behind those before. Its fault, as faultIn tells it, with macros in
     /// their places: a bracket that a macro opens and nobody closes is one of the line that names
-    /// the macro. Also an #if without its #endif. Brackets between an #if and its #endif are left
-    /// to the compiler, and so is what a macro makes of brackets in its arguments.
+    /// the macro. Also an #if without its #endif, and a #line. Brackets of a text with an #if are
+    /// left to the compiler, those of all later ones too if a macro hangs on it, and so is what a
+    /// macro makes of brackets in its arguments.
     CodeFault take(const std::string& code);
 
 private:
@@ -34,6 +35,7 @@ private:
     bool skipArguments(const std::string& code, std::size_t& at) const;
 
     std::unordered_map<std::string, Macro> m_known;
+    bool m_isKnown = true;      ///< false: which macros there are hangs on conditions
     std::string m_brackets;     ///< of the text that is read, with those of macros
     std::vector<int> m_lines;   ///< the line of each
     std::size_t m_expanded = 0; ///< of macros, in characters
@@ -45,7 +47,8 @@ std::vector<std::string> macrosIn(const std::string& code);
 /// Whether there is a directive of the preprocessor in the text.
 bool hasDirectives(const std::string& code);
 
-/// Writes what keeps the present meanings of the names until restoreMacros brings them back.
+/// Writes what keeps the present meanings of the names until restoreMacros brings them back. A name
+/// that isn't ASCII has none afterwards.
 void keepMacros(CodeWriter& writer, const std::vector<std::string>& names);
 void restoreMacros(CodeWriter& writer, const std::vector<std::string>& names);
 

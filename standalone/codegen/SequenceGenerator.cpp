@@ -6,6 +6,7 @@
 #include "standalone/codegen/user_texts.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace codegen {
 
@@ -344,12 +345,10 @@ void SequenceGenerator::writeUserCode(const std::string& code, const char* userT
 {
     std::vector<std::string> names = macrosIn(code);
     const std::vector<std::string> reserved = reservedAmong(names);
+    std::unordered_set<std::string> known(reserved.begin(), reserved.end());
+    known.insert(m_keptMacros.begin(), m_keptMacros.end());
     names.erase(std::remove_if(names.begin(), names.end(),
-                               [&](const std::string& name) {
-                                   return std::count(reserved.begin(), reserved.end(), name) ||
-                                          std::count(m_keptMacros.begin(), m_keptMacros.end(),
-                                                     name);
-                               }),
+                               [&known](const std::string& name) { return known.count(name) > 0; }),
                 names.end());
     keepMacros(m_writer, names);
     keepMacros(m_writer, reserved);

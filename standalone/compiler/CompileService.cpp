@@ -17,7 +17,7 @@ namespace standalone {
 
 namespace {
 
-QString text(const char* source)
+QString compileText(const char* source)
 {
     return QCoreApplication::translate("standalone::CompileService", source);
 }
@@ -32,7 +32,7 @@ QByteArray joined(const QStringList& lines)
     for (const QString& line : lines.mid(0, MostErrors))
         message += line.toUtf8() + '\n';
     if (lines.size() > MostErrors)
-        message += text("另有 %1 处错误").arg(lines.size() - MostErrors).toUtf8() + '\n';
+        message += compileText("另有 %1 处错误").arg(lines.size() - MostErrors).toUtf8() + '\n';
     return message;
 }
 
@@ -77,6 +77,13 @@ bool CompileService::isCompiling(const QString& appName) const
     return m_compiling.contains(appName);
 }
 
+bool CompileService::isReplaced(const QString& modulePath) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto made = m_modules.constFind(modulePath);
+    return made != m_modules.constEnd() && fileState(modulePath) != *made;
+}
+
 QByteArray CompileService::fingerprintOf(const Request& request) const
 {
     QCryptographicHash hash(QCryptographicHash::Sha256);
@@ -113,33 +120,38 @@ CompileService::StartResult CompileService::start(Request request)
         m_compiling.insert(request.appName);
     }
     const auto shared = std::make_shared<const Request>(std::move(request));
-    m_pool.start([this, shared, fingerprint] { work(*shared, fingerprint); });
-    return Started;
+    if (m_pool.start([this, shared, fingerprint] { work(*shared, fingerprint); }))
+        return Started;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_compiling.remove(shared->appName);
+    return Refused;
 }
 
 void CompileService::work(const Request& request, const QByteArray& fingerprint)
 {
     QElapsedTimer timer;
     timer.start();
-    FolderLock lock(request.codeFolder);
-    Success success{fingerprint, {}};
-    Outcome outcome = compile(request, lock, success);
+    FolderLock folder(request.codeFolder);
+    Success success{fingerprint, {}, {}};
+    Outcome outcome = compile(request, folder, success);
     // The callback's text would end there.
     outcome.message.replace('\0', "\uFFFD");
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_compiling.remove(request.appName);
-        if (outcome.result == CompileSucceeded)
+        if (outcome.result == CompileSucceeded) {
             m_lastSuccess[request.appName] = success;
-        else
+            m_modules[request.modulePath] = success.module;
+        } else {
             m_lastSuccess.remove(request.appName);
+        }
     }
     if (request.onFinished && !m_cancelled)
         request.onFinished(outcome.result, static_cast<quint64>(timer.elapsed()),
                            request.appName.toLocal8Bit().constData(), outcome.message.constData());
 }
 
-CompileService::Outcome CompileService::compile(const Request& request, FolderLock& lock,
+CompileService::Outcome CompileService::compile(const Request& request, FolderLock& folder,
                                                 Success& success) const
 {
     if (!request.code.problems.empty()) {
@@ -148,22 +160,23 @@ CompileService::Outcome CompileService::compile(const Request& request, FolderLo
             lines << errorLine(problem.place, QString::fromStdString(problem.words));
         return {CompileFailed, joined(lines)};
     }
-    switch (lock.lock(m_timeout, m_cancelled)) {
+    switch (folder.lock(m_timeout, m_cancelled)) {
     case FolderLock::Held:
         break;
     case FolderLock::HeldByAnother:
-        return {
-            CompileFailed,
-            text("另一个程序正在编译此小程序, 请稍后再试: %1").arg(request.codeFolder).toUtf8()};
+        return {CompileFailed, compileText("另一个程序正在编译此小程序, 请稍后再试: %1")
+                                   .arg(request.codeFolder)
+                                   .toUtf8()};
     case FolderLock::Impossible:
-        return {CompileFailed, text("代码文件夹无法锁定: %1").arg(lock.errorText()).toUtf8()};
+        return {CompileFailed,
+                compileText("代码文件夹无法锁定: %1").arg(folder.errorText()).toUtf8()};
     }
     QString error;
     if (!writeCodeFolder(request.codeFolder, request.code.files, error))
-        return {CompileFailed, text("生成的代码无法写入: %1").arg(error).toUtf8()};
-    const QString folder = QFileInfo(request.modulePath).absolutePath();
-    if (!QDir().mkpath(folder))
-        return {CompileFailed, text("模块文件夹无法创建: %1").arg(folder).toUtf8()};
+        return {CompileFailed, compileText("生成的代码无法写入: %1").arg(error).toUtf8()};
+    const QString moduleFolder = QFileInfo(request.modulePath).absolutePath();
+    if (!QDir().mkpath(moduleFolder))
+        return {CompileFailed, compileText("模块文件夹无法创建: %1").arg(moduleFolder).toUtf8()};
     return runCompilerFor(request, success);
 }
 
@@ -176,35 +189,36 @@ CompileService::Outcome CompileService::runCompilerFor(const Request& request,
     const CompilerOutcome outcome = build.run(request.modulePath);
     switch (outcome.kind) {
     case CompilerOutcome::Succeeded:
+        success.module = fileState(request.modulePath);
         if (const auto files = build.outsideFiles()) {
             success.files = *files;
-            success.files.insert(request.modulePath, fileState(request.modulePath));
+            success.files.insert(request.modulePath, success.module);
         }
         return {CompileSucceeded, outcome.output};
     case CompilerOutcome::NotFound:
         return {CompilerMissing,
-                text("找不到 C++ 编译器, 已尝试运行: %1 (%2)")
+                compileText("找不到 C++ 编译器 %1, 请安装软件包 g++ (%2)")
                     .arg(compilerCommand().program, QString::fromUtf8(outcome.output))
                     .toUtf8()};
     case CompilerOutcome::TimedOut:
         return {CompileFailed,
-                text("编译超过 %1 秒仍未结束, 已终止").arg(m_timeout / 1000).toUtf8() + '\n' +
-                    outcome.output};
+                compileText("编译超过 %1 秒仍未结束, 已终止").arg(m_timeout / 1000).toUtf8() +
+                    '\n' + outcome.output};
     case CompilerOutcome::OutOfMemory:
     case CompilerOutcome::FileTooLarge:
         return {CompileFailed, errorLine(unitPlace(request.code, build.culprit()),
                                          (outcome.kind == CompilerOutcome::OutOfMemory
-                                              ? text("编译所需的内存超过上限 %1 MB, 已终止")
-                                              : text("编译写出的文件超过上限 %1 MB, 已终止"))
+                                              ? compileText("编译所需的内存超过上限 %1 MB, 已终止")
+                                              : compileText("编译写出的文件超过上限 %1 MB, 已终止"))
                                              .arg(memory >> 20))
                                        .toUtf8() +
                                    '\n' + outcome.output};
     case CompilerOutcome::NotWritten:
-        return {CompileFailed,
-                (outcome.output == request.modulePath.toUtf8() ? text("模块文件无法替换: %1")
-                                                               : text("目标文件无法写入: %1"))
-                    .arg(QString::fromUtf8(outcome.output))
-                    .toUtf8()};
+        return {CompileFailed, (outcome.output == request.modulePath.toUtf8()
+                                    ? compileText("模块文件无法替换: %1")
+                                    : compileText("目标文件无法写入: %1"))
+                                   .arg(QString::fromUtf8(outcome.output))
+                                   .toUtf8()};
     case CompilerOutcome::Failed:
     case CompilerOutcome::Cancelled:
         break;

@@ -45,6 +45,9 @@ public:
     /// program can compile into the same folders.
     StartResult start(Request request);
     bool isCompiling(const QString& appName) const;
+    /// Whether another program has replaced the module that the last success here made; false if
+    /// there was none.
+    bool isReplaced(const QString& modulePath) const;
 
     /// Milliseconds after which a compiler is killed; 120000 at first.
     void setTimeout(int milliseconds) { m_timeout = milliseconds; }
@@ -68,19 +71,21 @@ private:
         /// Of the files outside the generated code, and of the module; empty: they don't tell
         /// whether anything has changed.
         FileStates files;
+        FileState module;
     };
 
     void work(const Request& request, const QByteArray& fingerprint);
-    Outcome compile(const Request& request, FolderLock& lock, Success& success) const;
+    Outcome compile(const Request& request, FolderLock& folder, Success& success) const;
     Outcome runCompilerFor(const Request& request, Success& success) const;
     QByteArray fingerprintOf(const Request& request) const;
 
     std::atomic<bool> m_cancelled{false};
     std::atomic<int> m_timeout{120000};
     std::atomic<qint64> m_memoryLimit{qint64(2) << 30};
-    mutable std::mutex m_mutex; ///< guards the two below
+    mutable std::mutex m_mutex; ///< guards the three below
     QSet<QString> m_compiling;
     QMap<QString, Success> m_lastSuccess; ///< by applet
+    FileStates m_modules;                 ///< as they were made here
     mutable QSemaphore m_compilers;       ///< free places for a compiler
     WorkerPool m_pool;                    ///< last: its threads use all of the above
 };

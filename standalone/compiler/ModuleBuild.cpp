@@ -1,29 +1,18 @@
 #include "standalone/compiler/ModuleBuild.h"
 
+#include "base/file_writing.h"
 #include "standalone/compiler/ClippedOutput.h"
+#include "standalone/compiler/code_folder.h"
+#include "standalone/compiler/error_lines.h"
 
 #include <QDir>
 #include <QFile>
 
 #include <algorithm>
-#include <filesystem>
+#include <system_error>
 #include <thread>
 
 namespace standalone {
-
-namespace {
-
-const QString unfinishedSuffix = QStringLiteral(".new");
-
-bool replaceFile(const QString& from, const QString& to)
-{
-    std::error_code error;
-    std::filesystem::rename(QFile::encodeName(from).toStdString(),
-                            QFile::encodeName(to).toStdString(), error);
-    return !error;
-}
-
-} // namespace
 
 ModuleBuild::ModuleBuild(const codegen::GeneratedCode& code, const QString& folder,
                          const CompilerLimits& limits)
@@ -58,7 +47,8 @@ CompilerOutcome ModuleBuild::run(const QString& path)
     }
     if (kind == CompilerOutcome::Succeeded)
         tell(link(path), std::string());
-    m_cache.prune(used);
+    if (m_isAnyMade)
+        m_cache.prune(used);
     return {kind, words.toText()};
 }
 
@@ -100,10 +90,15 @@ void ModuleBuild::compileUnits()
         for (std::size_t i = next++; i < work.size(); i = next++)
             compileUnit(*work[i]);
     };
+    m_isAnyMade = !work.empty();
     const std::size_t most = std::max(1u, std::thread::hardware_concurrency());
     std::vector<std::thread> helpers;
-    for (std::size_t i = 1; i < std::min(most, work.size()); ++i)
-        helpers.emplace_back(compileSome);
+    try {
+        for (std::size_t i = 1; i < std::min(most, work.size()); ++i)
+            helpers.emplace_back(compileSome);
+    } catch (const std::system_error&) {
+        // Those that are there, this thread at least, do the work of all.
+    }
     compileSome();
     for (std::thread& helper : helpers)
         helper.join();
@@ -118,7 +113,7 @@ void ModuleBuild::compileUnit(Unit& unit)
         QString::fromStdString(unit.file->name), unfinished, m_cache.dependenciesOf(unit.key)));
     if (unit.outcome.kind != CompilerOutcome::Succeeded)
         QFile::remove(unfinished);
-    else if (replaceFile(unfinished, object))
+    else if (file_writing::moveOver(unfinished, object).isEmpty())
         m_cache.keep(unit.key);
     else
         unit.outcome = {CompilerOutcome::NotWritten, object.toUtf8()};
@@ -131,15 +126,19 @@ CompilerOutcome ModuleBuild::link(const QString& path)
     for (const Unit& unit : m_units)
         objects << QDir(m_folder).relativeFilePath(m_cache.objectOf(unit.key));
     CompilerOutcome outcome = runLimited(m_command.linkArguments(objects, unfinished));
-    if (outcome.kind == CompilerOutcome::Succeeded && !replaceFile(unfinished, path))
+    if (outcome.kind == CompilerOutcome::Succeeded &&
+        !file_writing::moveOver(unfinished, path).isEmpty())
         outcome = {CompilerOutcome::NotWritten, path.toUtf8()};
     if (outcome.kind == CompilerOutcome::Succeeded)
         return outcome;
     QFile::remove(unfinished);
-    // An object may have been damaged on disk: the next compile does without those kept.
-    for (const Unit& unit : m_units) {
-        if (unit.isKept)
-            m_cache.forget(unit.key);
+    // What isn't in the code may be in an object that was damaged on disk: the next compile does
+    // without those kept.
+    if (outcome.kind == CompilerOutcome::Failed && errorLines(outcome.output, m_code).isEmpty()) {
+        for (const Unit& unit : m_units) {
+            if (unit.isKept)
+                m_cache.forget(unit.key);
+        }
     }
     return outcome;
 }

@@ -63,6 +63,7 @@ private:
     const CompilerCommand m_command;
     ObjectCache m_cache;
     std::vector<Unit> m_units;
+    bool m_isAnyMade = false; ///< an object
     QString m_culprit;
     QElapsedTimer m_timer;
 };

@@ -9,8 +9,10 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <algorithm>
+#include <string_view>
 
 namespace standalone {
 
@@ -26,14 +28,41 @@ QByteArray hashOf(const char* data, std::size_t size)
     return hash.result();
 }
 
-/// The time of the compile, or whether a file is there: no list of files that were read tells it.
-bool asksForMoreThanFiles(const std::string& text)
+/// The time of the compile, whether a file is there, or a file that the assembler reads: no list of
+/// files that were read tells it.
+template <class Text> bool asksForMoreThanFiles(const Text& text)
 {
-    for (const char* word : {"__DATE__", "__TIME__", "__TIMESTAMP__", "__has_include"}) {
-        if (text.find(word) != std::string::npos)
+    const std::string_view view(text.data(), std::size_t(text.size()));
+    for (const char* word :
+         {"__DATE__", "__TIME__", "__TIMESTAMP__", "__has_include", ".incbin", ".include"}) {
+        if (view.find(word) != std::string_view::npos)
             return true;
     }
     return false;
+}
+
+/// Such words in the headers of the system and the compiler stand there for all to see, and in
+/// nearly each of them.
+bool isOfSystem(const QString& path)
+{
+    return path.startsWith(QLatin1String("/usr/"));
+}
+
+/// What stands in the folder of the objects: only what bears a key is ours.
+QFileInfoList objectFiles(const QString& folder)
+{
+    static const QRegularExpression key(QStringLiteral("^[0-9a-f]{64}$"));
+    QFileInfoList files = QDir(folder).entryInfoList(QDir::Files, QDir::Time); // the newest first
+    files.erase(std::remove_if(
+                    files.begin(), files.end(),
+                    [](const QFileInfo& file) { return !key.match(file.baseName()).hasMatch(); }),
+                files.end());
+    return files;
+}
+
+QString objectFolder(const QString& codeFolder)
+{
+    return codeFolder + QStringLiteral("/objects");
 }
 
 QByteArray contentOf(const QString& path)
@@ -45,17 +74,25 @@ QByteArray contentOf(const QString& path)
 
 ObjectCache::ObjectCache(const QString& codeFolder, const codegen::GeneratedCode& code,
                          const CompilerCommand& command)
-    : m_codeFolder(codeFolder), m_folder(codeFolder + QStringLiteral("/objects")),
-      m_identity(command.identity()), m_begun(QDateTime::currentMSecsSinceEpoch())
+    : m_codeFolder(codeFolder), m_folder(objectFolder(codeFolder)),
+      m_begun(QDateTime::currentMSecsSinceEpoch()), m_shared(command.identity())
 {
-    for (const codegen::GeneratedFile& file : code.files)
-        m_hashes.insert(QString::fromStdString(file.name),
-                        asksForMoreThanFiles(file.text)
-                            ? QByteArray()
-                            : hashOf(file.text.data(), file.text.size()));
-    for (const RuntimeHeader& header : runtimeHeaders())
-        m_hashes.insert(QString::fromLatin1(header.name),
-                        hashOf(header.text, qstrlen(header.text)));
+    const auto share = [this](const QString& name, const QByteArray& hash) {
+        if (name.endsWith(QLatin1String(".h")))
+            m_shared += '\n' + name.toUtf8() + '\n' + hash;
+    };
+    for (const codegen::GeneratedFile& file : code.files) {
+        const QString name = QString::fromStdString(file.name);
+        const QByteArray hash = hashOf(file.text.data(), file.text.size());
+        m_hashes.insert(name, asksForMoreThanFiles(file.text) ? QByteArray() : hash);
+        share(name, hash);
+    }
+    for (const RuntimeHeader& header : runtimeHeaders()) {
+        const QString name = QString::fromLatin1(header.name);
+        const QByteArray hash = hashOf(header.text, qstrlen(header.text));
+        m_hashes.insert(name, hash);
+        share(name, hash);
+    }
 }
 
 bool ObjectCache::prepare() const
@@ -66,7 +103,7 @@ bool ObjectCache::prepare() const
 QByteArray ObjectCache::keyOf(const codegen::GeneratedFile& unit) const
 {
     QCryptographicHash hash(QCryptographicHash::Sha256);
-    hash.addData(m_identity);
+    hash.addData(m_shared);
     hash.addData(QByteArray::fromStdString('\n' + unit.name + '\n'));
     hash.addData(unit.text.data(), static_cast<int>(unit.text.size()));
     return hash.result().toHex();
@@ -75,75 +112,101 @@ QByteArray ObjectCache::keyOf(const codegen::GeneratedFile& unit) const
 bool ObjectCache::holds(const QByteArray& key)
 {
     const QByteArray sum = contentOf(pathOf(key, ".sum"));
-    return !sum.isEmpty() && QFileInfo(objectOf(key)).isFile() && sum == sumOf(key, m_seen);
+    if (sum.isEmpty())
+        return false;
+    const Made now = made(key);
+    if (sum != now.sum)
+        return false;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_outside.insert(key, now.outside);
+    return true;
 }
 
-void ObjectCache::forget(const QByteArray& key) const
+void ObjectCache::forget(const QByteArray& key)
 {
     QFile::remove(pathOf(key, ".sum"));
     QFile::remove(dependenciesOf(key));
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_outside.remove(key);
 }
 
-void ObjectCache::keep(const QByteArray& key) const
+void ObjectCache::keep(const QByteArray& key)
 {
-    // First what the files are now, then whether they were so all the time.
-    FileStates now;
-    const QByteArray sum = sumOf(key, now);
-    if (sum.isEmpty())
+    const Made now = made(key);
+    if (now.sum.isEmpty())
         return;
-    for (const QString& path : dependenciesIn(contentOf(dependenciesOf(key)))) {
-        if (!m_hashes.contains(path) && !isOlder(QDir(m_codeFolder).filePath(path), m_begun))
+    for (const QString& path : now.outside) {
+        // A file that was looked at before it was read tells of an older state, which the next
+        // compile finds changed.
+        if (!isOlder(stateOf(path), m_begun))
             return;
+        if (!isOfSystem(path)) {
+            const auto file = file_reading::read(path, file_reading::MostOfTable);
+            if (!file.isRead || asksForMoreThanFiles(file.content))
+                return;
+        }
     }
     // Without it the object is made anew.
-    if (!file_writing::replace(pathOf(key, ".sum"), sum, file_writing::Content::Derived).isEmpty())
+    if (!file_writing::replace(pathOf(key, ".sum"), now.sum, file_writing::Content::Derived)
+             .isEmpty()) {
         QFile::remove(pathOf(key, ".sum"));
+        return;
+    }
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_outside.insert(key, now.outside);
 }
 
-/// Of all files that the compiler has read; empty if that can't be told.
-QByteArray ObjectCache::sumOf(const QByteArray& key, FileStates& seen) const
+/// What an object is, and what it was made of, by the files as they are.
+ObjectCache::Made ObjectCache::made(const QByteArray& key)
 {
-    const QStringList paths = dependenciesIn(contentOf(dependenciesOf(key)));
+    Made made;
+    const FileState object = fileState(objectOf(key));
+    const QStringList names = dependenciesIn(contentOf(dependenciesOf(key)));
+    if (!object.isFile() || names.isEmpty())
+        return made;
+    const QDir folder(m_codeFolder);
     QCryptographicHash hash(QCryptographicHash::Sha256);
-    for (const QString& path : paths) {
-        QByteArray state;
-        if (m_hashes.contains(path)) {
-            state = m_hashes.value(path);
-        } else {
-            auto known = seen.constFind(path);
-            if (known == seen.constEnd())
-                known = seen.insert(path, fileState(QDir(m_codeFolder).filePath(path)));
-            state = *known;
+    hash.addData(QByteArray::number(object.size) + '\n');
+    for (const QString& name : names) {
+        QByteArray state = m_hashes.value(name);
+        if (!m_hashes.contains(name)) {
+            const QString path = folder.absoluteFilePath(name);
+            const FileState file = stateOf(path);
+            state = file.isFile() ? file.toText() : QByteArray();
+            made.outside << path;
         }
         if (state.isEmpty())
-            return {};
-        hash.addData(path.toUtf8() + '\n' + state + '\n');
+            return made;
+        hash.addData(name.toUtf8() + '\n' + state + '\n');
     }
-    return paths.isEmpty() ? QByteArray() : hash.result().toHex();
+    made.sum = hash.result().toHex();
+    return made;
+}
+
+FileState ObjectCache::stateOf(const QString& path)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto known = m_states.constFind(path);
+    return known == m_states.constEnd() ? *m_states.insert(path, fileState(path)) : *known;
 }
 
 std::optional<FileStates> ObjectCache::outsideFiles(const QList<QByteArray>& keys) const
 {
+    const std::lock_guard<std::mutex> lock(m_mutex);
     FileStates outside;
     for (const QByteArray& key : keys) {
-        if (!QFileInfo::exists(pathOf(key, ".sum")))
+        const auto paths = m_outside.constFind(key);
+        if (paths == m_outside.constEnd())
             return std::nullopt;
-        for (const QString& name : dependenciesIn(contentOf(dependenciesOf(key)))) {
-            const QString path = QDir(m_codeFolder).absoluteFilePath(name);
-            if (m_hashes.contains(name) || outside.contains(path))
-                continue;
-            outside.insert(path, fileState(path));
-            if (!isOlder(path, m_begun))
-                return std::nullopt;
-        }
+        for (const QString& path : *paths)
+            outside.insert(path, m_states.value(path));
     }
     return outside;
 }
 
 void ObjectCache::prune(const QSet<QByteArray>& used) const
 {
-    const QFileInfoList files =
-        QDir(m_folder).entryInfoList(QDir::Files, QDir::Time); // the newest first
+    const QFileInfoList files = objectFiles(m_folder);
     int left = std::max(FewestKept, GenerationsKept * used.size()) - used.size();
     QSet<QByteArray> kept = used;
     for (const QFileInfo& file : files) {
@@ -158,6 +221,14 @@ void ObjectCache::prune(const QSet<QByteArray>& used) const
             !kept.contains(file.completeBaseName().toLatin1()))
             QFile::remove(file.filePath());
     }
+}
+
+void ObjectCache::removeAll(const QString& codeFolder)
+{
+    const QString folder = objectFolder(codeFolder);
+    for (const QFileInfo& file : objectFiles(folder))
+        QFile::remove(file.filePath());
+    QDir().rmdir(folder);
 }
 
 QString ObjectCache::pathOf(const QByteArray& key, const char* suffix) const

@@ -8,15 +8,16 @@
 #include <QSet>
 #include <QString>
 
+#include <mutex>
 #include <optional>
 
 namespace standalone {
 
 /// The objects of an applet's units, kept in a folder from one compile to the next. An object is
-/// named by a hash of the command and its unit's text. Beside it stand the list of files that the
-/// compiler read for it, as the compiler wrote it (.d), and what those files were (.sum): the
-/// object is used again only if they are so still. Made for one compile of one applet; its units'
-/// threads may call at once, each about its own unit.
+/// named by a hash of the command, its unit's text and the headers that all units share. Beside it
+/// stand the list of files that the compiler read for it, as the compiler wrote it (.d), and what
+/// those files and the object were (.sum): it is used again only if they are so still. Made for one
+/// compile of one applet; its units' threads may call at once, each about its own unit.
 class ObjectCache
 {
 public:
@@ -34,35 +35,49 @@ public:
     /// Where the compiler lists the files that it reads.
     QString dependenciesOf(const QByteArray& key) const { return pathOf(key, ".d"); }
 
-    /// Whether the object is there, made of the same files as they are now. A file that many units
-    /// read is looked at once. Before any of them is compiled, on one thread.
+    /// Whether the object is there, made of the same files as they are now. Before any of them is
+    /// compiled, on one thread.
     bool holds(const QByteArray& key);
-    /// Before its object is made anew.
-    void forget(const QByteArray& key) const;
+    /// Before its object is made anew, or when it turned out to be of no use.
+    void forget(const QByteArray& key);
     /// After it was made. The object isn't used again if it can't be told of what it was made: the
-    /// compiler wrote no list, a file changed meanwhile, or the unit asks for what no file holds.
-    void keep(const QByteArray& key) const;
+    /// compiler wrote no list, a file changed meanwhile, or one asks for what no file holds.
+    void keep(const QByteArray& key);
 
-    /// The files outside the generated code of which the objects of these keys were made; nothing
-    /// if any of the objects isn't kept, or any file has changed since the compile began.
+    /// The files outside the generated code of which the objects of these keys were made, as they
+    /// were then; nothing if that can't be told of one. A file is looked at once a compile, however
+    /// many units read it.
     std::optional<FileStates> outsideFiles(const QList<QByteArray>& keys) const;
 
     /// Keeps the objects of these keys and the newest of the others; what a killed compiler left
     /// goes.
     void prune(const QSet<QByteArray>& used) const;
 
+    /// Removes all objects of a code folder, and their folder unless somebody else's files are in
+    /// it. While nobody compiles there.
+    static void removeAll(const QString& codeFolder);
+
 private:
+    struct Made
+    {
+        QByteArray sum; ///< empty: of what it was made can't be told
+        QStringList outside;
+    };
+
     QString pathOf(const QByteArray& key, const char* suffix) const;
-    QByteArray sumOf(const QByteArray& key, FileStates& seen) const;
+    Made made(const QByteArray& key);
+    FileState stateOf(const QString& path);
 
     const QString m_codeFolder;
     const QString m_folder;
-    const QByteArray m_identity;
     const qint64 m_begun; ///< milliseconds since the epoch
+    QByteArray m_shared;  ///< what all keys are made of
     /// Generated files and headers of the runtime, by name; empty for one that asks for what no
     /// file holds.
     QHash<QString, QByteArray> m_hashes;
-    FileStates m_seen; ///< by holds()
+    mutable std::mutex m_mutex; ///< guards the two below
+    FileStates m_states;        ///< of the files outside, as they were first looked at
+    QHash<QByteArray, QStringList> m_outside; ///< by the key of an object that is kept
 };
 
 } // namespace standalone

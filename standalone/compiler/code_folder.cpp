@@ -2,10 +2,14 @@
 
 #include "base/file_reading.h"
 #include "base/file_writing.h"
+#include "standalone/compiler/ObjectCache.h"
+#include "standalone/compiler/folder_lock.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QSet>
+
+#include <atomic>
 
 namespace standalone {
 
@@ -42,6 +46,16 @@ bool isDocumentFolder(const QDir& dir)
            dir.exists(QStringLiteral("logicview.json"));
 }
 
+void removeModule(const QString& path)
+{
+    const QString folder = QFileInfo(path).path();
+    if (isDocumentFolder(QDir(folder)))
+        return;
+    for (const QString& name : {path, path + unfinishedSuffix})
+        QFile::remove(name);
+    QDir().rmdir(folder);
+}
+
 } // namespace
 
 bool writeCodeFolder(const QString& folder, const std::vector<codegen::GeneratedFile>& files,
@@ -75,6 +89,29 @@ bool writeCodeFolder(const QString& folder, const std::vector<codegen::Generated
     for (const QString& name : qAsConst(stale))
         dir.remove(name);
     return writeFile(dir.filePath(listName), list, error);
+}
+
+bool removeGenerated(const QString& codeFolder, const QString& modulePath)
+{
+    QDir dir(codeFolder);
+    if (dir.exists() && !isDocumentFolder(dir)) {
+        const std::atomic<bool> cancelled{false};
+        FolderLock lock(codeFolder);
+        if (lock.lock(0, cancelled) != FolderLock::Held)
+            return false;
+        for (const QString& name : listedFiles(dir))
+            dir.remove(name);
+        dir.remove(listName);
+        ObjectCache::removeAll(codeFolder);
+        removeModule(modulePath);
+        if (dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size() == 1) {
+            lock.removeFile();
+            QDir().rmdir(codeFolder);
+        }
+        return true;
+    }
+    removeModule(modulePath);
+    return true;
 }
 
 } // namespace standalone

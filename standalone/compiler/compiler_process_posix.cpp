@@ -131,6 +131,7 @@ CompilerOutcome runCompiler(const QString& program, const QStringList& arguments
     if (!process.waitForStarted(bounds.timeout))
         return {CompilerOutcome::NotFound, process.errorString().toUtf8()};
 
+    const auto group = static_cast<pid_t>(process.processId());
     ClippedOutput output;
     while (process.state() != QProcess::NotRunning) {
         process.waitForReadyRead(LookEvery);
@@ -143,6 +144,8 @@ CompilerOutcome runCompiler(const QString& program, const QStringList& arguments
                     output.toText()};
         }
     }
+    // What it has started and left behind; a group keeps its number as long as it has members.
+    ::kill(-group, SIGKILL);
     output.add(process.readAll());
     const QByteArray words = output.toText();
     if (process.exitStatus() != QProcess::NormalExit)

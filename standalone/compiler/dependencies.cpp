@@ -1,8 +1,6 @@
 #include "standalone/compiler/dependencies.h"
 
-#include <QDateTime>
 #include <QFile>
-#include <QFileInfo>
 
 namespace standalone {
 
@@ -49,20 +47,16 @@ QStringList dependenciesIn(const QByteArray& text)
     return paths;
 }
 
-QByteArray fileState(const QString& path)
+QByteArray FileState::toText() const
 {
-    const QFileInfo file(path);
-    if (!file.isFile())
-        return {};
-    return QByteArray::number(file.size()) + ' ' +
-           QByteArray::number(file.lastModified().toMSecsSinceEpoch()) + ' ' +
-           QByteArray::number(file.metadataChangeTime().toMSecsSinceEpoch());
+    return QByteArray::number(size) + ' ' + QByteArray::number(modified) + ' ' +
+           QByteArray::number(changed);
 }
 
-bool isOlder(const QString& path, qint64 moment)
+bool isOlder(const FileState& state, qint64 moment)
 {
     constexpr qint64 ClockTick = 20; // milliseconds; files are stamped by the kernel's tick
-    return QFileInfo(path).metadataChangeTime().toMSecsSinceEpoch() < moment - ClockTick;
+    return state.changed / 1000000 < moment - ClockTick;
 }
 
 } // namespace standalone

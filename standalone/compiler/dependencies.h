@@ -13,16 +13,30 @@ namespace standalone {
 /// such rule.
 QStringList dependenciesIn(const QByteArray& text);
 
-/// Tells one content of a file from another without reading it: size, time of its last change, and
-/// the time that the system keeps of any change, which no program can set. Empty if @p path is no
-/// file.
-QByteArray fileState(const QString& path);
+/// Tells one content of a file from another without reading it.
+struct FileState
+{
+    qint64 size = -1;    ///< bytes; negative: there is no such file
+    qint64 modified = 0; ///< the last change of the content, in nanoseconds since the epoch
+    qint64 changed = 0;  ///< the same of any change, which no program can set
 
-/// Files by their paths, each with its fileState().
-using FileStates = QMap<QString, QByteArray>;
+    bool isFile() const { return size >= 0; }
+    QByteArray toText() const;
+    bool operator==(const FileState& other) const
+    {
+        return size == other.size && modified == other.modified && changed == other.changed;
+    }
+    bool operator!=(const FileState& other) const { return !(*this == other); }
+};
+
+/// Asks the system once.
+FileState fileState(const QString& path);
 
 /// Whether any change of the file from @p moment on (milliseconds since the epoch) shows in its
-/// fileState(): it was last changed clearly before, by the coarse clock of file systems.
-bool isOlder(const QString& path, qint64 moment);
+/// state: it was last changed clearly before, by the coarse clock of file systems.
+bool isOlder(const FileState& state, qint64 moment);
+
+/// Files by their absolute paths.
+using FileStates = QMap<QString, FileState>;
 
 } // namespace standalone

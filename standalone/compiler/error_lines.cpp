@@ -1,5 +1,7 @@
 #include "standalone/compiler/error_lines.h"
 
+#include "model/step_reference.h"
+
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -73,9 +75,8 @@ QString errorLine(const codegen::CodePlace& place, const QString& words)
         return words;
     QString line = placeText(place) + QStringLiteral(": ") + words;
     if (!place.owner.sequenceId.empty())
-        line += QStringLiteral(" [%1/%2]")
-                    .arg(QString::fromStdString(place.owner.sequenceId),
-                         QString::fromStdString(place.owner.stepId));
+        line = withStepReference(line, QString::fromStdString(place.owner.sequenceId),
+                                 QString::fromStdString(place.owner.stepId));
     return line;
 }
 
@@ -106,15 +107,6 @@ QStringList errorLines(const QByteArray& compilerOutput, const codegen::Generate
             lines << line;
     }
     return lines;
-}
-
-std::optional<StepReference> stepReference(const QString& line)
-{
-    static const QRegularExpression pattern(QStringLiteral("^(.*) \\[([^][/]+)/([^][/]*)\\]$"));
-    const QRegularExpressionMatch match = pattern.match(line);
-    if (!match.hasMatch())
-        return std::nullopt;
-    return StepReference{match.captured(2), match.captured(3), match.captured(1)};
 }
 
 } // namespace standalone

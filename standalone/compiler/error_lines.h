@@ -6,10 +6,8 @@
 #include <QString>
 #include <QStringList>
 
-#include <optional>
-
-/// Errors as lines of the compiler's message: where, then what, and at the end in brackets the ids
-/// that lead a program to the place.
+/// Errors as lines of the compiler's message: where, then what, and at the end the reference to the
+/// place (model/step_reference.h).
 namespace standalone {
 
 /// "出错步骤: 序列“main”, 步骤“电压”, 语句第 2 行: words [sequence id/step id]", with as much of it
@@ -22,15 +20,5 @@ codegen::CodePlace unitPlace(const codegen::GeneratedCode& code, const QString& 
 /// A line for each error of a compiler or a linker that lies in what the user wrote, in the order
 /// of their telling, none twice.
 QStringList errorLines(const QByteArray& compilerOutput, const codegen::GeneratedCode& code);
-
-struct StepReference
-{
-    QString sequenceId;
-    QString stepId; ///< empty: the sequence itself
-    QString text;   ///< the line without the reference
-};
-
-/// The reference of an error line; none for any other text.
-std::optional<StepReference> stepReference(const QString& line);
 
 } // namespace standalone

@@ -27,9 +27,14 @@ public:
     /// Waits for milliseconds at most, or until @p cancelled, which is looked at many times a
     /// second.
     Result lock(int timeout, const std::atomic<bool>& cancelled);
+    /// Removes the file of the lock that is held, for a folder that is about to go. Whoever waits
+    /// for it gets a new one.
+    void removeFile();
     QString errorText() const { return m_error; }
 
 private:
+    QString path() const { return m_folder + QStringLiteral("/.lock"); }
+
     const QString m_folder;
     QString m_error;
     int m_file = -1;

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace standalone {
@@ -22,26 +23,42 @@ FolderLock::~FolderLock()
 FolderLock::Result FolderLock::lock(int timeout, const std::atomic<bool>& cancelled)
 {
     constexpr unsigned long LookEvery = 10;
-    const QString path = m_folder + QStringLiteral("/.lock");
-    const auto fail = [&] {
-        m_error = path + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(errno));
+    const auto fail = [this] {
+        m_error = path() + QStringLiteral(": ") + QString::fromLocal8Bit(std::strerror(errno));
         return Impossible;
     };
-    QDir().mkpath(m_folder);
-    // The file stays: were it removed, two could hold locks on files of the same name.
-    m_file = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-    if (m_file < 0)
-        return fail();
     QElapsedTimer timer;
     timer.start();
-    while (::flock(m_file, LOCK_EX | LOCK_NB) != 0) {
-        if (errno != EWOULDBLOCK && errno != EINTR)
+    for (;;) {
+        if (m_file < 0) {
+            QDir().mkpath(m_folder);
+            m_file =
+                ::open(QFile::encodeName(path()).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+        }
+        if (m_file < 0)
             return fail();
-        if (cancelled || timer.hasExpired(timeout))
+        if (::flock(m_file, LOCK_EX | LOCK_NB) == 0) {
+            // A file that its holder has removed meanwhile keeps nobody out any more.
+            struct stat status = {};
+            if (::fstat(m_file, &status) != 0)
+                return fail();
+            if (status.st_nlink > 0)
+                return Held;
+            ::close(m_file);
+            m_file = -1;
+        } else if (errno != EWOULDBLOCK && errno != EINTR) {
+            return fail();
+        } else if (cancelled || timer.hasExpired(timeout)) {
             return HeldByAnother;
-        QThread::msleep(LookEvery);
+        } else {
+            QThread::msleep(LookEvery);
+        }
     }
-    return Held;
+}
+
+void FolderLock::removeFile()
+{
+    QFile::remove(path());
 }
 
 } // namespace standalone

@@ -9,6 +9,31 @@
 
 namespace standalone {
 
+namespace {
+
+user_dialogs::Message messageFor(const AppletQuestion& question)
+{
+    user_dialogs::Message message;
+    message.kind = question.kind == AppletQuestion::YesNo  ? user_dialogs::Kind::YesNo
+                   : question.kind == AppletQuestion::Text ? user_dialogs::Kind::Text
+                                                           : user_dialogs::Kind::Information;
+    message.title = question.title;
+    message.text = question.text;
+    message.value = question.value;
+    // One question after the other leaves no moment for the tool bar.
+    message.wayOut = QCoreApplication::translate("standalone::AppletQuestions", "停止运行");
+    return message;
+}
+
+bool isAccepted(AppletQuestion::Kind kind, const user_dialogs::Answer& answer)
+{
+    if (kind == AppletQuestion::YesNo)
+        return answer.button == user_dialogs::Button::Yes;
+    return answer.button == user_dialogs::Button::Ok && !answer.value.isEmpty();
+}
+
+} // namespace
+
 AppletQuestions& AppletQuestions::instance()
 {
     // Never destroyed: a run's thread may close its question while the process ends.
@@ -79,31 +104,22 @@ void AppletQuestions::show(quint64 id, const AppletQuestion& question, const Ans
             return;
         found->second = parent.get();
     }
-    bool accepted = false;
-    QString value;
-    // Without widgets only a handler can answer.
-    if (hasWidgets || user_dialogs::hasHandler()) {
-        switch (question.kind) {
-        case AppletQuestion::YesNo:
-            accepted = user_dialogs::question(parent.get(), question.title, question.text);
-            break;
-        case AppletQuestion::Text:
-            value =
-                user_dialogs::askText(parent.get(), question.title, question.text, question.value);
-            accepted = !value.isEmpty();
-            break;
-        case AppletQuestion::Notice:
-            user_dialogs::information(parent.get(), question.title, question.text);
-            accepted = true;
-            break;
-        }
-    }
+    // Without widgets only a handler can answer; a notice needs nobody.
+    user_dialogs::Answer given{user_dialogs::Button::Ok, QString()};
+    const bool isAnswered = hasWidgets || user_dialogs::hasHandler();
+    if (isAnswered)
+        given = user_dialogs::ask(parent.get(), messageFor(question));
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_open.erase(id) == 0)
             return;
     }
-    answer(accepted, value);
+    if (given.button == user_dialogs::Button::WayOut)
+        answer(StopRun, QString());
+    else if (question.kind == AppletQuestion::Notice)
+        answer(Accepted, QString());
+    else
+        answer(isAnswered && isAccepted(question.kind, given) ? Accepted : Declined, given.value);
 }
 
 } // namespace standalone

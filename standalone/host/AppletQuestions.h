@@ -27,9 +27,11 @@ class AppletQuestions
 public:
     static AppletQuestions& instance();
 
-    /// Called on the GUI thread, at most once. A notice is always accepted, a cancelled input
-    /// isn't.
-    using Answer = std::function<void(bool accepted, const QString& value)>;
+    /// StopRun: the user wants no answer, but the end of the run, which may ask without end.
+    enum Outcome { Declined, Accepted, StopRun };
+    /// Called on the GUI thread, at most once. A notice that isn't left by StopRun is always
+    /// accepted, a cancelled input isn't; the value is an input's.
+    using Answer = std::function<void(Outcome outcome, const QString& value)>;
 
     /// Returns what the question is closed by.
     quint64 ask(const AppletQuestion& question, Answer answer);

@@ -30,7 +30,7 @@ public:
     void setProgressValue(int handle, int value);
     void finishProgress(int handle);
 
-signals:
+Q_SIGNALS:
     void errorLogged(const QString& text);
     /// @p level: 1 information, 2 warning.
     void noticeShown(int level, const QString& text);

@@ -10,8 +10,9 @@ LoadingUI::LoadingUI(QWidget* parent) : QWidget(parent), m_title(new QLabel), m_
 {
     auto* box = new QWidget(this);
     box->setObjectName(QStringLiteral("loading_box"));
-    box->setStyleSheet(QStringLiteral("#loading_box { background: white; border: 1px solid #b8c0cc;"
-                                      " border-radius: 4px; }"));
+    box->setStyleSheet(
+        QStringLiteral("#loading_box { background: palette(base); border: 1px solid #b8c0cc;"
+                       " border-radius: 4px; }"));
     auto* busy = new QProgressBar;
     busy->setRange(0, 0);
     busy->setTextVisible(false);
@@ -52,5 +53,7 @@ bool LoadingUI::eventFilter(QObject* watched, QEvent* event)
 
 void LoadingUI::paintEvent(QPaintEvent*)
 {
-    QPainter(this).fillRect(rect(), QColor(255, 255, 255, 160));
+    QColor veil = palette().color(QPalette::Base);
+    veil.setAlpha(160);
+    QPainter(this).fillRect(rect(), veil);
 }

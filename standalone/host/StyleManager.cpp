@@ -1,3 +1,4 @@
+#include "model/colour_rules.h"
 #include "model/services/widget_bases.h"
 
 #include <QApplication>
@@ -14,6 +15,19 @@ qreal factor()
 {
     const QScreen* screen = QGuiApplication::primaryScreen();
     return screen ? qMax(1.0, screen->logicalDotsPerInch() / ReferenceDpi) : 1.0;
+}
+
+// Icons are drawn for light ground.
+QPixmap forPalette(QPixmap pixmap, bool isDark)
+{
+    if (!isDark || pixmap.isNull())
+        return pixmap;
+    QImage image = pixmap.toImage().convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixelColor(x, y, colour_rules::onDark(image.pixelColor(x, y)));
+    }
+    return QPixmap::fromImage(image);
 }
 
 } // namespace
@@ -51,11 +65,21 @@ QIcon StyleManager::scaledToolbarIcon(const QString& path, int size)
     // Trees ask for the same few icons thousands of times; one QIcon a path shares its pixmaps.
     // Never destroyed: it would outlive the application object.
     static auto& icons = *new QHash<QString, QIcon>;
-    QIcon& icon = icons[path];
+    const bool isDark = colour_rules::isDark(QGuiApplication::palette());
+    QIcon& icon = icons[isDark ? path + QStringLiteral("*") : path];
     if (icon.isNull()) {
-        icon = QIcon(path);
+        const QString largePath =
+            QString(path).replace(QLatin1String(".png"), QLatin1String("@2x.png"));
+        QPixmap large = forPalette(QPixmap(largePath), isDark);
+        if (isDark) {
+            icon.addPixmap(
+                forPalette(QIcon(path).pixmap(QIcon(path).availableSizes().value(0)), true));
+            if (!large.isNull())
+                icon.addPixmap(large);
+        } else {
+            icon = QIcon(path);
+        }
         // On a screen of large fonts and no pixel ratio Qt itself doesn't look at the double size.
-        QPixmap large(QString(path).replace(QLatin1String(".png"), QLatin1String("@2x.png")));
         if (!large.isNull() && scale(size) > size) {
             large.setDevicePixelRatio(1.0);
             icon.addPixmap(large);

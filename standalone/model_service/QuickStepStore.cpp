@@ -58,12 +58,12 @@ QuickStepStore& quickStepStore()
     return store;
 }
 
-void QuickStepStore::load(const QByteArray& json)
+bool QuickStepStore::load(const QByteArray& json)
 {
     LoadReport report(QStringLiteral("读取快捷步骤"));
     JsonTree document;
     if (!parseObject(json, report, document))
-        return;
+        return false;
     const DocumentPlace whole;
     FieldReader reader(document.root(), report, whole);
     KindTable kinds;
@@ -74,6 +74,7 @@ void QuickStepStore::load(const QByteArray& json)
     m_kept = reader.rest();
     m_kindRests = kinds.rests();
     m_isLoaded = true;
+    return true;
 }
 
 QByteArray QuickStepStore::fileText() const

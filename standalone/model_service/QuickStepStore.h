@@ -20,8 +20,9 @@ public:
     using BlockPtr = std::shared_ptr<IProcessBlock>;
 
     bool isLoaded() const { return m_isLoaded; }
-    /// Replaces all by those of a JSON text; one that doesn't parse changes nothing.
-    void load(const QByteArray& json);
+    /// Replaces all by those of a JSON text; one that doesn't parse changes nothing, and
+    /// false is returned.
+    bool load(const QByteArray& json);
     QByteArray fileText() const;
 
     const std::vector<BlockPtr>& all() const { return m_blocks; }

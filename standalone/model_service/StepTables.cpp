@@ -104,6 +104,16 @@ void StepTables::removeCustom(const std::string& owner)
     m_customs.erase(owner);
 }
 
+void StepTables::renameOwner(const std::string& oldOwner, const std::string& newOwner)
+{
+    auto node = m_customs.extract(oldOwner);
+    if (node.empty())
+        return;
+    m_customs.erase(newOwner);
+    node.key() = newOwner;
+    m_customs.insert(std::move(node));
+}
+
 const BaseStepProperty* StepTables::findCustom(const std::string& owner, int baseType,
                                                int stepType) const
 {

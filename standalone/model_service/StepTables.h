@@ -23,6 +23,8 @@ public:
 
     void addCustom(const std::string& owner, const std::vector<BaseStepProperty>& properties);
     void removeCustom(const std::string& owner);
+    /// The list goes to @p newOwner, in place of one that is there.
+    void renameOwner(const std::string& oldOwner, const std::string& newOwner);
     /// At any depth; null if there is none.
     const BaseStepProperty* findCustom(const std::string& owner, int baseType, int stepType) const;
     const BaseStepProperty* findCustom(const std::string& owner, int baseType,

@@ -273,18 +273,19 @@ void VariableStore::loadDefaults(const std::string& json)
     m_hasDefaults = true;
 }
 
-void VariableStore::loadGlobals(const std::string& json)
+bool VariableStore::loadGlobals(const std::string& json)
 {
     LoadReport report(QStringLiteral("读取全局变量"));
     JsonTree document;
     if (!parseObject(QByteArray::fromStdString(json), report, document))
-        return;
+        return false;
     clear(m_globals);
     const DocumentPlace whole;
     FieldReader reader(document.root(), report, whole);
     fill(m_globals, reader.takeArray("variables"), report, {"variables", whole});
     m_globalsKept = reader.rest();
     m_hasGlobals = true;
+    return true;
 }
 
 void VariableStore::forgetGlobals()

@@ -44,7 +44,8 @@ public:
     bool hasDefaults() const { return m_hasDefaults; }
     bool hasGlobals() const { return m_hasGlobals; }
     void loadDefaults(const std::string& json);
-    void loadGlobals(const std::string& json);
+    /// False for a text that doesn't parse, which changes nothing.
+    bool loadGlobals(const std::string& json);
     /// Drops the project's global ones, as if they had never been loaded.
     void forgetGlobals();
     QByteArray globalsFileText() const;

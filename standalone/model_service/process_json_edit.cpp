@@ -2,6 +2,7 @@
 
 #include "standalone/model_service/LoadReport.h"
 #include "standalone/model_service/QuickStepStore.h"
+#include "standalone/model_service/SharedTable.h"
 #include "standalone/model_service/StepTables.h"
 #include "standalone/model_service/TemplateStore.h"
 #include "standalone/model_service/VariableStore.h"
@@ -47,7 +48,9 @@ bool isUserGlobalVarLoaded()
 
 void loadGlobalVariable(const std::string& json)
 {
-    variableStore().loadGlobals(json);
+    if (variableStore().loadGlobals(json))
+        globalVariablesFile().setLoaded(QByteArray::fromStdString(json),
+                                        variableStore().globalsFileText());
     markAllChanged();
 }
 

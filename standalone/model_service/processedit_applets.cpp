@@ -1,6 +1,7 @@
 #include "model/services/processedit.h"
 #include "standalone/model_service/AppletStore.h"
 #include "standalone/model_service/LoadReport.h"
+#include "standalone/model_service/StepTables.h"
 #include "standalone/model_service/VariableStore.h"
 #include "standalone/model_service/applet_json.h"
 #include "standalone/model_service/compile_marks.h"
@@ -52,6 +53,7 @@ void renameProcessCAppletName(const QString& oldName, const QString& newName)
     if (!appletStore().rename(oldName, newName))
         return;
     variableStore().renameApplet(toLocalName(oldName), toLocalName(newName));
+    stepTables().renameOwner(toLocalName(oldName), toLocalName(newName));
     RunnerRegistry::instance().rename(toLocalName(oldName), toLocalName(newName),
                                       toLocalName(appletModulePath(newName)));
     markCompiled(toLocalName(oldName));

@@ -1,7 +1,7 @@
 #include "model/services/processedit.h"
 #include "standalone/model_service/QuickStepStore.h"
+#include "standalone/model_service/SharedTable.h"
 #include "standalone/model_service/VariableStore.h"
-#include "standalone/model_service/project_file.h"
 
 using namespace standalone;
 
@@ -10,18 +10,20 @@ namespace processedit {
 
 void loadQuickStepJsonStr(const QString& json)
 {
-    quickStepStore().load(json.toUtf8());
+    const QByteArray text = json.toUtf8();
+    if (quickStepStore().load(text))
+        quickStepsFile().setLoaded(text, quickStepStore().fileText());
 }
 
 void saveQuickStepJsonStr(const QString& path, BUSINESSTYPE /*business*/)
 {
-    writeProjectFile(path, quickStepStore().fileText());
+    quickStepsFile().save(path, quickStepStore().fileText());
 }
 
 void saveGlobalVarJsonStr(const QString& projectPath, BUSINESSTYPE /*business*/)
 {
-    writeProjectFile(projectPath + QStringLiteral("/globalVariable.json"),
-                     variableStore().globalsFileText());
+    globalVariablesFile().save(projectPath + QStringLiteral("/globalVariable.json"),
+                               variableStore().globalsFileText());
 }
 
 } // namespace processedit

@@ -2,6 +2,7 @@
 
 #include "standalone/host/AppletQuestions.h"
 #include "standalone/runtime/RunCommands.h"
+#include "standalone/runtime/RunnerRegistry.h"
 #include "standalone/variables/SystemVariables.h"
 
 #include <QCoreApplication>
@@ -16,6 +17,13 @@ bool send(RunCommands& commands, std::uint32_t id, int status, const std::string
     unsigned char command[protocol::MaxRecord];
     return commands.send(command,
                          protocol::putAnswer(command, id, status, text.data(), text.size()));
+}
+
+/// A name or a value of the applet's in a line about it.
+QString elided(const QString& text)
+{
+    constexpr int Longest = 200;
+    return text.size() <= Longest ? text : text.left(Longest) + u'…';
 }
 
 QString translated(const char* source)
@@ -57,12 +65,12 @@ bool AppletRequests::useVariable(std::uint32_t id, protocol::RequestKind kind,
     const QString name = QString::fromStdString(texts[0]);
     system_variate::SystemVarInfo info;
     if (!variables.find(name, info))
-        return refuse(id, translated("没有系统变量“%1”").arg(name));
+        return refuse(id, translated("没有系统变量“%1”").arg(elided(name)));
     if (kind == protocol::ReadVariable)
         return answer(id, info.value);
     const QString value = QString::fromStdString(texts[1]);
     if (variables.setValue(name, value) != SystemVariables::Done)
-        return refuse(id, translated("系统变量“%1”不接受值“%2”").arg(name, value));
+        return refuse(id, translated("系统变量“%1”不接受值“%2”").arg(elided(name), elided(value)));
     // No faster than the listeners hear of it.
     variables.waitForListeners();
     return answer(id, QString());
@@ -93,15 +101,24 @@ void AppletRequests::askUser(std::uint32_t id, protocol::RequestKind kind,
     question.text = QString::fromStdString(texts[1]);
     if (kind == protocol::AskText)
         question.value = QString::fromStdString(texts[2]);
-    const auto onAnswer = [commands = m_commands, state = m_state, id](bool accepted,
-                                                                       const QString& value) {
+    const auto onAnswer = [appName = m_appName, commands = m_commands, state = m_state,
+                           id](AppletQuestions::Outcome outcome, const QString& value) {
         {
             const std::lock_guard<std::mutex> lock(state->mutex);
             state->question = 0;
             state->isAnswered = true;
         }
-        send(*commands, id, accepted ? protocol::Done : protocol::Refused,
-             accepted ? value.toStdString() : std::string());
+        if (outcome == AppletQuestions::StopRun && RunnerRegistry::instance().stop(appName))
+            return; // who asks hears of the stop
+        std::string text;
+        if (outcome == AppletQuestions::Accepted)
+            text = value.toStdString();
+        if (text.size() > protocol::MaxText)
+            send(*commands, id, protocol::Refused,
+                 translated("输入的文本过长, 无法传给小程序").toStdString());
+        else
+            send(*commands, id,
+                 outcome == AppletQuestions::Accepted ? protocol::Done : protocol::Refused, text);
     };
     const std::lock_guard<std::mutex> lock(m_state->mutex);
     if (m_state->isClosed)

@@ -11,12 +11,13 @@
 #include <algorithm>
 #include <future>
 #include <memory>
+#include <system_error>
 
 namespace standalone {
 
 namespace {
 
-std::string text(const char* source, const QString& detail = QString())
+std::string runText(const char* source, const QString& detail = QString())
 {
     const QString line = QCoreApplication::translate("standalone::AppletRun", source);
     return (detail.isEmpty() ? line : line.arg(detail)).toStdString();
@@ -35,11 +36,17 @@ std::string withoutNul(const std::string& text)
 }
 
 /// A thread of its own keeps a child that can't be waited for from staying a zombie. It ends with
-/// the child, or with this process.
+/// the child, or with this process. Without a thread the zombie stays as long.
 void waitElsewhere(std::unique_ptr<ChildProcess> child)
 {
     child->killAtOnce();
-    std::thread([left = std::move(child)]() mutable { left.reset(); }).detach();
+    ChildProcess* const left = child.release();
+    try {
+        std::thread([left] { delete left; }).detach();
+    } catch (const std::system_error&) {
+        left->forget();
+        delete left;
+    }
 }
 
 int millisecondsUntil(std::chrono::steady_clock::time_point time)
@@ -54,14 +61,26 @@ int millisecondsUntil(std::chrono::steady_clock::time_point time)
 } // namespace
 
 AppletRun::AppletRun(Request request)
-    : m_request(std::move(request)), m_requests(m_request.appName, m_commands),
-      m_thread(&AppletRun::run, this)
+    : m_request(std::move(request)), m_requests(m_request.appName, m_commands)
 {
+}
+
+bool AppletRun::start()
+{
+    try {
+        m_thread = std::thread(&AppletRun::run, this);
+        return true;
+    } catch (const std::system_error&) {
+        m_running = false;
+        m_over = true;
+        return false;
+    }
 }
 
 AppletRun::~AppletRun()
 {
-    m_thread.join();
+    if (m_thread.joinable())
+        m_thread.join();
 }
 
 void AppletRun::stop(std::chrono::milliseconds patience)
@@ -100,8 +119,8 @@ RunEvent AppletRun::watchChild()
     auto child = std::make_unique<ChildProcess>();
     if (!child->start(m_request.program, {m_request.module, QString::number(m_request.memoryLimit)},
                       trace.handle())) {
-        log(LogError, text(QT_TRANSLATE_NOOP("standalone::AppletRun", "运行程序启动失败: %1"),
-                           child->error()));
+        log(LogError, runText(QT_TRANSLATE_NOOP("standalone::AppletRun", "运行程序启动失败: %1"),
+                              child->error()));
         return RunCrashed;
     }
     m_commands->setChild(child.get());
@@ -132,6 +151,7 @@ RunEvent AppletRun::watchChild()
         account.appName = QString::fromLocal8Bit(m_request.appName.c_str());
         account.fault = QString::fromUtf8(m_reader.fault());
         account.memoryLimit = m_request.memoryLimit;
+        account.hasTold = m_hasToldFault;
         tellAccount(account);
     }
     const std::lock_guard<std::mutex> lock(m_mutex);
@@ -142,7 +162,7 @@ RunEvent AppletRun::watchChild()
 void AppletRun::listen(ChildProcess& child, RunAccount& account)
 {
     LineSplitter output([this](const std::string& line) { log(LogInfo, line); });
-    LineSplitter errors([this](const std::string& line) { log(LogError, line); });
+    LineSplitter errors([this](const std::string& line) { onLog(LogError, line); });
     const auto sink = [&](ChildProcess::Stream stream, const char* data, std::size_t size) {
         if (stream == ChildProcess::Output)
             output.feed(data, size);
@@ -165,6 +185,7 @@ void AppletRun::listen(ChildProcess& child, RunAccount& account)
         if (Clock::now() >= m_forceAt) {
             child.killAtOnce();
             m_forceAt = Clock::time_point::max();
+            m_leaveAt = Clock::now() + DeathPatience;
         }
         if (timeUntilKill() == 0) {
             kill(child);
@@ -183,7 +204,7 @@ void AppletRun::kill(ChildProcess& child)
     if (m_leaveAt != Clock::time_point::max())
         return;
     m_forceAt = Clock::now() + SupervisorPatience;
-    m_leaveAt = Clock::now() + DeathPatience;
+    m_leaveAt = m_forceAt + DeathPatience;
 }
 
 void AppletRun::tellAccount(const RunAccount& account)
@@ -293,6 +314,7 @@ void AppletRun::onTemplateSequence(const std::string& templateId, const std::str
 
 void AppletRun::onLog(int level, const std::string& line)
 {
+    m_hasToldFault = m_hasToldFault || level >= LogError;
     log(level < LogDebug ? LogDebug : level > LogError ? LogError : level, line);
 }
 
@@ -308,6 +330,9 @@ void AppletRun::onRequest(std::uint32_t id, protocol::RequestKind kind,
 
 void AppletRun::onEnd(protocol::EndReason reason)
 {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (reason == protocol::Stopped && !m_stopAsked)
+        m_reader.refuse("没有停止请求就报告了停止");
     m_endReason = reason;
 }
 

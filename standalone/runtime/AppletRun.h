@@ -5,6 +5,7 @@
 #include "standalone/runtime/RunBacklog.h"
 #include "standalone/runtime/RunCommands.h"
 #include "standalone/runtime/protocol_reader.h"
+#include "standalone/runtime/run_limits.h"
 
 #include <QString>
 
@@ -21,7 +22,10 @@ class ChildProcess;
 struct RunAccount;
 
 /// What a run event is called with.
-enum RunEvent : int { RunFinished = 1, RunStopped = 2, RunCrashed = 3 };
+using sdk_ui_interface::processedit::RunCrashed;
+using sdk_ui_interface::processedit::RunEvent;
+using sdk_ui_interface::processedit::RunFinished;
+using sdk_ui_interface::processedit::RunStopped;
 
 /// One run of an applet: a child process and the thread that starts it, listens to it, calls the
 /// editor's callbacks and tells the end. All callbacks come from that thread, with no lock held.
@@ -44,12 +48,14 @@ public:
     static constexpr std::chrono::milliseconds StopPatience{400};
     /// How long a child that was killed has for ending what it has started, before it is not asked
     /// any more.
-    static constexpr std::chrono::milliseconds SupervisorPatience{700};
-    /// How long the end of a child that was killed is waited for; it then goes on alone.
-    static constexpr std::chrono::milliseconds DeathPatience{2000};
+    static constexpr std::chrono::milliseconds SupervisorPatience{
+        run_limits::SupervisorMilliseconds};
+    /// How long the end of a child is waited for after that; it then goes on alone.
+    static constexpr std::chrono::milliseconds DeathPatience{run_limits::DeathMilliseconds};
 
-    /// Starts at once.
     explicit AppletRun(Request request);
+    /// Once. False if there is no thread to be had: then it is over, and nothing was called.
+    bool start();
     /// Waits for the thread; not to be called on it.
     ~AppletRun() override;
 
@@ -96,6 +102,7 @@ private:
     protocol::Reader m_reader{*this, protocol::Channel::Reports};
     int m_endReason = 0;      ///< of the end record, 0 without one
     std::string m_lastStepId; ///< of the last report
+    bool m_hasToldFault = false;
 
     const std::shared_ptr<RunCommands> m_commands = std::make_shared<RunCommands>();
     const std::shared_ptr<RunBacklog> m_backlog = std::make_shared<RunBacklog>(m_commands);

@@ -60,6 +60,8 @@ public:
     /// Kills it without that: for a child that doesn't do as it is told. What it has started may
     /// stay.
     void killAtOnce();
+    /// Leaves a child that nobody will wait for any more.
+    void forget() { m_pid = -1; }
     /// Waits for the end of the child.
     ChildEnd reap();
     /// The same, but no longer than that: empty if the child hasn't ended, or has and is held by
@@ -67,7 +69,9 @@ public:
     std::optional<ChildEnd> reapWithin(std::chrono::milliseconds patience);
 
 private:
-    bool openPipes(int (&childEnds)[4]);
+    static constexpr int Commands = StreamCount; ///< the command channel, behind the streams
+    using ChildEnds = int[StreamCount + 1];
+    bool openPipes(ChildEnds& childEnds);
     bool readStream(int stream, const Sink& sink);
     void closeCommands();
     bool canBeReaped() const;

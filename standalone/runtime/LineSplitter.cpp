@@ -12,13 +12,14 @@ void LineSplitter::feed(const char* data, std::size_t size)
     while (size > 0) {
         const auto* end = static_cast<const char*>(std::memchr(data, '\n', size));
         const std::size_t length = end ? static_cast<std::size_t>(end - data) : size;
-        // One byte more shows where a character ends.
-        const std::size_t taken = std::min(length, MaxLine + 1 - m_line.size());
+        // One byte more shows where a character ends, and one behind it whether the line does.
+        const std::size_t taken = std::min(length, MaxLine + 2 - m_line.size());
         m_line.append(data, taken);
         const bool lineEnds = end && taken == length;
         if (lineEnds && !m_line.empty() && m_line.back() == '\r')
             m_line.pop_back();
-        if (m_line.size() > MaxLine)
+        const bool mayEnd = !lineEnds && m_line.size() == MaxLine + 1 && m_line.back() == '\r';
+        if (m_line.size() > MaxLine && !mayEnd)
             handOver(protocol::cutAtCharacter(m_line.data(), m_line.size(), MaxLine));
         if (lineEnds)
             handOver(m_line.size());
@@ -35,6 +36,8 @@ void LineSplitter::handOver(std::size_t size)
 
 void LineSplitter::finish()
 {
+    if (m_line.size() > MaxLine)
+        handOver(MaxLine);
     if (!m_line.empty())
         handOver(m_line.size());
 }

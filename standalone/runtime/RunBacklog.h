@@ -17,8 +17,8 @@ class RunCommands;
 class RunBacklog : public std::enable_shared_from_this<RunBacklog>
 {
 public:
-    /// In bytes, with what each thing said costs beside its texts: fewer of them than an
-    /// AppletLogFeed holds, so that the log of one run comes through whole.
+    /// In bytes, with what each thing said costs beside its texts. What is read at once may go
+    /// beyond it.
     static constexpr std::size_t Most = std::size_t(4) << 20;
     static constexpr std::size_t CostOfEach = 1024;
 

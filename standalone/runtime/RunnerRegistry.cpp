@@ -1,5 +1,7 @@
 #include "standalone/runtime/RunnerRegistry.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 namespace standalone {
@@ -87,15 +89,27 @@ bool RunnerRegistry::unload(const std::string& appName)
 
 bool RunnerRegistry::run(AppletRun::Request request)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    Applet& applet = m_applets[request.appName];
+    std::unique_lock<std::mutex> lock(m_mutex);
+    const std::string appName = request.appName;
+    const std::string module = request.module.toLocal8Bit().toStdString();
+    Applet& applet = m_applets[appName];
     if (applet.run && applet.run->isRunning())
         return false;
+    const auto run = std::make_shared<AppletRun>(std::move(request));
+    if (!run->start()) {
+        const capplet_sdk::LogCallback callback = applet.logCallback;
+        lock.unlock();
+        const QString line = QCoreApplication::translate("standalone::RunnerRegistry",
+                                                         "运行启动失败: 系统无法再创建线程");
+        if (callback)
+            callback(appName.c_str(), LogError, line.toUtf8().constData());
+        return false;
+    }
     retire(applet.run);
     applet.hasRunner = true;
     applet.isLoaded = true;
-    applet.record = {request.appName, request.module.toLocal8Bit().toStdString()};
-    applet.run = std::make_shared<AppletRun>(std::move(request));
+    applet.record = {appName, module};
+    applet.run = run;
     return true;
 }
 

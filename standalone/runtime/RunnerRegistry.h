@@ -35,7 +35,8 @@ public:
     /// False while it runs.
     bool unload(const std::string& appName);
 
-    /// Starts a run and registers its runner; false if one is running.
+    /// Starts a run and registers its runner; false if one is running, or if the system has no
+    /// thread for it, which the log then says.
     bool run(AppletRun::Request request);
     bool stop(const std::string& appName);
     /// Forgets the runner; one that still runs is killed and ends like after a stop.

@@ -43,7 +43,7 @@ RunTrace TraceFile::read() const
     Area area;
     if (!readAt(0, &area, sizeof area))
         return trace;
-    trace.cause = area.cause <= ChannelLost ? static_cast<Cause>(area.cause) : NoCause;
+    trace.cause = area.cause <= ProcessLimit ? static_cast<Cause>(area.cause) : NoCause;
     trace.endedCount = area.endedCount;
     trace.survivorCount = area.survivorCount;
     for (std::uint32_t i = 0; i < std::min(area.endedCount, MaxEnded); ++i) {

@@ -28,11 +28,11 @@ constexpr int CommandPipe = 4;
 constexpr int TraceNumber = 5;
 /// Our own ends lie above the numbers that they take in the child, so that none is overwritten.
 constexpr int LowestOwn = 16;
-/// Read of a stream at once.
-constexpr std::size_t PieceSize = 16 * 1024;
+/// Read of a stream at once: some thousand lines at worst, when each is empty.
+constexpr std::size_t PieceSize = 4 * 1024;
 /// Reads per stream after the child's end: more than its pipe can hold, which is a megabyte where
 /// the child has widened it.
-constexpr int MaxRoundsAfterExit = 65;
+constexpr int MaxRoundsAfterExit = (1 << 20) / PieceSize + 1;
 
 void closeFile(int& file)
 {
@@ -117,7 +117,7 @@ ChildProcess::~ChildProcess()
 }
 
 /// @p childEnds: of the three streams, in their order, and of the command channel.
-bool ChildProcess::openPipes(int (&childEnds)[4])
+bool ChildProcess::openPipes(ChildEnds& childEnds)
 {
     for (int i = 0; i < StreamCount; ++i) {
         int ends[2] = {-1, -1};
@@ -130,7 +130,7 @@ bool ChildProcess::openPipes(int (&childEnds)[4])
     }
     int commands[2] = {-1, -1};
     const bool made = makePipe(commands);
-    childEnds[3] = commands[0];
+    childEnds[Commands] = commands[0];
     m_commands = commands[1];
     if (!made || !makePipe(m_wake))
         return false;
@@ -152,7 +152,7 @@ bool ChildProcess::start(const QString& program, QStringList arguments, int trac
         argv.push_back(text.data());
     argv.push_back(nullptr);
 
-    int childEnds[4] = {-1, -1, -1, -1};
+    ChildEnds childEnds = {-1, -1, -1, -1};
     int result = 0;
     pid_t pid = -1;
     if (openPipes(childEnds)) {
@@ -161,7 +161,7 @@ bool ChildProcess::start(const QString& program, QStringList arguments, int trac
         posix_spawn_file_actions_adddup2(&setup.actions, childEnds[Output], STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&setup.actions, childEnds[Errors], STDERR_FILENO);
         posix_spawn_file_actions_adddup2(&setup.actions, childEnds[Reports], ReportPipe);
-        posix_spawn_file_actions_adddup2(&setup.actions, childEnds[3], CommandPipe);
+        posix_spawn_file_actions_adddup2(&setup.actions, childEnds[Commands], CommandPipe);
         if (traceFile >= 0)
             posix_spawn_file_actions_adddup2(&setup.actions, traceFile, TraceNumber);
         result =

@@ -1,6 +1,7 @@
 #include "standalone/runtime/protocol.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstdio>
 #include <cstring>
 
@@ -168,6 +169,7 @@ std::size_t putStop(unsigned char* out)
 std::size_t putAnswer(unsigned char* out, std::uint32_t id, int status, const char* text,
                       std::size_t size)
 {
+    assert(size <= MaxText);
     return Writer(out, AnswerCommand)
         .number(id)
         .signedNumber(status)

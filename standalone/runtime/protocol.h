@@ -78,6 +78,7 @@ std::size_t putEnd(unsigned char* out, EndReason reason);
 std::size_t putRequest(unsigned char* out, std::uint32_t id, RequestKind kind, const Texts& texts);
 std::size_t putStart(unsigned char* out, const char* sequenceId, std::size_t size);
 std::size_t putStop(unsigned char* out);
+/// @p size is at most MaxText: half an answer is none.
 std::size_t putAnswer(unsigned char* out, std::uint32_t id, int status, const char* text,
                       std::size_t size);
 

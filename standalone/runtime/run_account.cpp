@@ -1,5 +1,6 @@
 #include "standalone/runtime/run_account.h"
 
+#include "standalone/runtime/run_limits.h"
 #include "standalone/runtime/signal_texts.h"
 #include "standalone/runtime/step_names.h"
 #include "standalone/shown_text.h"
@@ -64,6 +65,8 @@ QString RunAccount::reason() const
         return accountText("栈溢出: 递归过深或局部变量过大");
     case run_trace::ChannelLost:
         return accountText("步骤关闭了与编辑器通信的描述符, 运行已被终止");
+    case run_trace::ProcessLimit:
+        return accountText("进程数超过上限 %1, 运行已被终止").arg(run_limits::MostProcesses);
     case run_trace::NoCause:
         break;
     }
@@ -73,6 +76,8 @@ QString RunAccount::reason() const
         return accountText("运行被信号中断: %1").arg(signalText(end.number));
     if (trace.hasBegun)
         return accountText("步骤结束了运行进程, 退出代码 %1").arg(end.number);
+    if (!hasTold)
+        return accountText("运行进程在小程序开始之前就已结束, 退出代码 %1").arg(end.number);
     return QString();
 }
 

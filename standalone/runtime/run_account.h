@@ -15,6 +15,7 @@ struct RunAccount
     RunTrace trace;
     bool wasKilled = false; ///< by us, after a stop
     QString fault;          ///< what was wrong with its reports if that ended it, by us
+    bool hasTold = false;   ///< the child itself has told of a fault
     bool isLeft = false;    ///< it could not be waited for: its end is unknown
     qint64 memoryLimit = 0; ///< in bytes
 

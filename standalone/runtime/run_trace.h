@@ -22,7 +22,7 @@ constexpr std::uint32_t MaxEnded = 8;
 constexpr std::uint64_t NoStep = ~std::uint64_t(0);
 
 /// Why the child ended itself, where its exit status alone doesn't tell.
-enum Cause : std::uint32_t { NoCause, MemoryLimit, StackOverflow, ChannelLost };
+enum Cause : std::uint32_t { NoCause, MemoryLimit, StackOverflow, ChannelLost, ProcessLimit };
 
 /// The begin of a step. passes[0] counts how often it has begun since the step around it did,
 /// passes[1] the same for that one, and so on outwards; 0 where nothing is around.
@@ -73,7 +73,7 @@ struct Area
     std::uint32_t size; ///< of it all, in bytes
     StepBegin recent[Remembered];
     OpenStep open[MaxDepth];
-    /// What the supervisor adds when everybody else has ended, whether or not there is a version.
+    /// What the supervisor adds while it ends the run, whether or not there is a version.
     std::uint32_t endedCount;    ///< of processes that were ended; the first stand in ended
     std::uint32_t survivorCount; ///< of those and the applet's own, which could not be ended
     EndedProcess ended[MaxEnded];

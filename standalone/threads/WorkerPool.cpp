@@ -1,5 +1,7 @@
 #include "standalone/threads/WorkerPool.h"
 
+#include <system_error>
+
 namespace standalone {
 
 WorkerPool::WorkerPool(std::size_t mostThreads) : m_mostThreads(mostThreads) {}
@@ -16,14 +18,23 @@ WorkerPool::~WorkerPool()
         thread.join();
 }
 
-void WorkerPool::start(std::function<void()> task)
+bool WorkerPool::start(std::function<void()> task)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_waiting.push_back(std::move(task));
     const bool allAreBusy = m_working + m_waiting.size() > m_threads.size();
-    if (allAreBusy && m_threads.size() < m_mostThreads)
-        m_threads.emplace_back(&WorkerPool::work, this);
+    if (allAreBusy && m_threads.size() < m_mostThreads) {
+        try {
+            m_threads.emplace_back(&WorkerPool::work, this);
+        } catch (const std::system_error&) {
+            if (m_threads.empty()) {
+                m_waiting.pop_back();
+                return false;
+            }
+        }
+    }
     m_hasWork.notify_one();
+    return true;
 }
 
 void WorkerPool::waitForDone()

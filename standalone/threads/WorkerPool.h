@@ -22,7 +22,8 @@ public:
     WorkerPool(const WorkerPool&) = delete;
     WorkerPool& operator=(const WorkerPool&) = delete;
 
-    void start(std::function<void()> task);
+    /// False if there is no thread and none to be had: the task is not taken.
+    bool start(std::function<void()> task);
     /// Returns when nothing waits and nothing is being worked on. Not from a task.
     void waitForDone();
 

@@ -25,6 +25,14 @@ void logError(const QString& text)
     sdk_ui_interface::log::log_error(QStringLiteral("[流程编辑] ") + text);
 }
 
+QVector<system_variate::SystemVarInfo> infosOf(const SystemVariableContent& content)
+{
+    QVector<system_variate::SystemVarInfo> infos;
+    for (const auto& entry : content.entries)
+        infos.append(entry.info);
+    return infos;
+}
+
 } // namespace
 
 SystemVariableFile::~SystemVariableFile()
@@ -36,7 +44,7 @@ SystemVariableFile::~SystemVariableFile()
     m_wake.notify_all();
     if (m_writer.joinable())
         m_writer.join();
-    save();
+    save(Patience::Last);
 }
 
 QString SystemVariableFile::folder() const
@@ -52,7 +60,7 @@ QVector<system_variate::SystemVarInfo> SystemVariableFile::load(const QString& f
     m_content = {};
     m_base.clear();
     m_lastText.clear();
-    m_isLocked = m_isChanged = m_isDue = false;
+    m_isLocked = m_isChanged = m_isDue = m_isWaiting = false;
     if (folder.isEmpty())
         return {};
     const QString path = filePath(folder);
@@ -81,10 +89,19 @@ QVector<system_variate::SystemVarInfo> SystemVariableFile::load(const QString& f
         logError(QStringLiteral("系统变量“%1”无法识别, 已原样保留").arg(name));
     m_base = json::entryTexts(m_content);
     m_lastText = file.content;
-    QVector<system_variate::SystemVarInfo> variables;
-    for (const auto& entry : qAsConst(m_content.entries))
-        variables.append(entry.info);
-    return variables;
+    return infosOf(m_content);
+}
+
+QVector<system_variate::SystemVarInfo> SystemVariableFile::variables() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return infosOf(m_content);
+}
+
+void SystemVariableFile::setOnTakenIn(std::function<void()> told)
+{
+    const std::lock_guard<std::mutex> writing(m_writing);
+    m_onTakenIn = std::move(told);
 }
 
 void SystemVariableFile::put(const system_variate::SystemVarInfo& variable)
@@ -125,7 +142,7 @@ void SystemVariableFile::work()
     }
 }
 
-bool SystemVariableFile::save()
+bool SystemVariableFile::save(Patience patience)
 {
     const std::lock_guard<std::mutex> writing(m_writing);
     QString path;
@@ -138,11 +155,10 @@ bool SystemVariableFile::save()
             return false;
         path = filePath(m_folder);
     }
-    // Two that write at once: each finds what the other has written. Where no lock can be made,
-    // nothing can be written either, which is told then.
+    // Two that write at once: each finds what the other has written.
     QLockFile turn(path + QStringLiteral(".lock"));
-    turn.tryLock(LockPatience);
-    takeInOther(path);
+    if (!takeTurn(turn, patience) || !takeInOther(path))
+        return false;
 
     QByteArray text;
     QMap<QString, std::string> entries;
@@ -166,12 +182,28 @@ bool SystemVariableFile::save()
     return isWritten;
 }
 
-/// What another program has made of the file since it was read or written here.
-void SystemVariableFile::takeInOther(const QString& path)
+/// False while another program has it; the change is then due for another time.
+bool SystemVariableFile::takeTurn(QLockFile& turn, Patience patience)
+{
+    const bool isHeldByAnother =
+        !turn.tryLock(LockPatience) && turn.error() == QLockFile::LockFailedError;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    // Where no lock can be made, nothing can be written either, which is told then.
+    const bool isTurn = !isHeldByAnother || patience == Patience::Last;
+    if (!isTurn && !m_isWaiting)
+        logError(QStringLiteral("系统变量文件正由其他程序写入, 稍后再保存: ") + filePath(m_folder));
+    m_isWaiting = m_isDue = !isTurn;
+    m_wake.notify_all();
+    return isTurn;
+}
+
+/// What another program has made of the file since it was read or written here; false if it would
+/// be lost.
+bool SystemVariableFile::takeInOther(const QString& path)
 {
     const auto file = file_reading::read(path, file_reading::MostOfTable);
     if (file.isMissing)
-        return;
+        return true;
     SystemVariableContent other;
     QStringList strangers;
     QStringList both;
@@ -179,23 +211,26 @@ void SystemVariableFile::takeInOther(const QString& path)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (path != filePath(m_folder) || (file.isRead && file.content == m_lastText))
-            return;
+            return true;
         if (complaint.isEmpty())
             complaint = json::read(file.content, other, strangers);
         if (complaint.isEmpty())
             both = json::merge(m_base, other, m_content);
     }
+    if (complaint.isEmpty() && m_onTakenIn)
+        m_onTakenIn();
     if (complaint.isEmpty() && both.isEmpty()) {
         logError(QStringLiteral("系统变量文件已被其他程序修改, 其修改已合并: ") + path);
-        return;
+        return true;
     }
     const QString copy = kept_copies::keep(path, kept_copies::replaced);
-    logError(
-        complaint.isEmpty()
-            ? QStringLiteral("系统变量文件已被其他程序修改, 双方都改了 %1; 对方的内容保留为 %2")
-                  .arg(both.join(QStringLiteral(", ")), copy)
-            : QStringLiteral("系统变量文件已被其他程序修改且无法读取 (%1), 其内容保留为 %2")
-                  .arg(complaint, copy));
+    const QString outcome = copy.isEmpty() ? QStringLiteral("对方的内容无法另存, 未保存")
+                                           : QStringLiteral("对方的内容保留为 ") + copy;
+    logError(complaint.isEmpty() ? QStringLiteral("系统变量文件已被其他程序修改, 双方都改了 %1; %2")
+                                       .arg(both.join(QStringLiteral(", ")), outcome)
+                                 : QStringLiteral("系统变量文件已被其他程序修改且无法读取 (%1), %2")
+                                       .arg(complaint, outcome));
+    return !copy.isEmpty();
 }
 
 } // namespace standalone

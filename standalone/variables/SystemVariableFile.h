@@ -9,8 +9,11 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <thread>
+
+class QLockFile;
 
 namespace standalone {
 
@@ -38,15 +41,29 @@ public:
     void put(const system_variate::SystemVarInfo& variable);
     void remove(const QString& name);
 
-    /// Writes now; false if that failed, which the host's log tells. What another program has
-    /// changed in the file since is taken in, variable by variable; where both have changed one, a
-    /// copy of the other's file is kept (".replaced"). Memory hears of it at the next load.
-    bool save();
+    /// As the file has them, or will; empty before load().
+    QVector<system_variate::SystemVarInfo> variables() const;
+
+    enum class Patience {
+        Usual, ///< while another program is writing, the change waits for the next time
+        Last   ///< there is none: it is written all the same
+    };
+    /// Writes now; false if that failed, which the host's log tells, and then the change is kept
+    /// for the next time. What another program has changed in the file since is taken in, variable
+    /// by variable; where both have changed one, a copy of the other's file is kept (".replaced"),
+    /// without which nothing is written.
+    bool save(Patience patience = Patience::Usual);
+
+    /// @p told is called when variables() has got what another program has changed: by whichever
+    /// thread writes, which holds nothing that the functions above wait for but the writing itself.
+    /// Not any more once this has returned; empty: nobody is told.
+    void setOnTakenIn(std::function<void()> told);
 
 private:
     void change();
     void work();
-    void takeInOther(const QString& path);
+    bool takeInOther(const QString& path);
+    bool takeTurn(QLockFile& turn, Patience patience);
 
     mutable std::mutex m_mutex; ///< guards all below
     QString m_folder;
@@ -56,10 +73,12 @@ private:
     bool m_isLocked = false;  ///< the file holds what can be neither read nor kept: hands off
     bool m_isChanged = false; ///< the file lacks something
     bool m_isDue = false;     ///< the writer is to write it
+    bool m_isWaiting = false; ///< for another program that is writing; the log has told
     bool m_isClosing = false;
     std::condition_variable m_wake;
-    std::mutex m_writing; ///< held while the file is written; taken before m_mutex
-    std::thread m_writer; ///< from the first change on
+    std::mutex m_writing;              ///< held while the file is written; taken before m_mutex
+    std::function<void()> m_onTakenIn; ///< under m_writing
+    std::thread m_writer;              ///< from the first change on
 };
 
 } // namespace standalone

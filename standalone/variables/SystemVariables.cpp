@@ -1,5 +1,6 @@
 #include "standalone/variables/SystemVariables.h"
 
+#include "model/services/log.h"
 #include "standalone/variables/system_values.h"
 
 #include <QMutexLocker>
@@ -8,10 +9,31 @@
 
 namespace standalone {
 
+namespace {
+
+bool isSame(const system_variate::SystemVarInfo& one, const system_variate::SystemVarInfo& other)
+{
+    return one.name == other.name && one.description == other.description &&
+           one.kind == other.kind && one.category == other.category && one.value == other.value &&
+           one.precision == other.precision;
+}
+
+} // namespace
+
 SystemVariables& SystemVariables::instance()
 {
     static SystemVariables variables;
     return variables;
+}
+
+SystemVariables::SystemVariables()
+{
+    m_file.setOnTakenIn([this] { m_thread.start([this] { takeInFile(); }); });
+}
+
+SystemVariables::~SystemVariables()
+{
+    m_file.setOnTakenIn({});
 }
 
 void SystemVariables::setProjectFolder(const QString& folder)
@@ -19,7 +41,10 @@ void SystemVariables::setProjectFolder(const QString& folder)
     const QMutexLocker lock(&m_mutex);
     if (folder == m_file.folder())
         return;
-    m_file.save();
+    if (!m_file.save(SystemVariableFile::Patience::Last))
+        sdk_ui_interface::log::log_error(
+            QStringLiteral("[流程编辑] 工程的系统变量未能保存, 未写入的修改已丢失: ") +
+            m_file.folder());
     for (const auto& variable : qAsConst(m_variables))
         tell(VarRemoved, variable);
     m_variables.clear();
@@ -120,17 +145,40 @@ void SystemVariables::waitForListeners()
     m_thread.waitForDone();
 }
 
+/// Whatever was put meanwhile is in both.
+void SystemVariables::takeInFile()
+{
+    const QMutexLocker lock(&m_mutex);
+    auto gone = m_variables;
+    const auto present = m_file.variables();
+    for (const auto& variable : present) {
+        gone.remove(variable.name);
+        const auto known = m_variables.constFind(variable.name);
+        if (known != m_variables.constEnd() && isSame(*known, variable))
+            continue;
+        const bool isNew = known == m_variables.constEnd();
+        m_variables.insert(variable.name, variable);
+        tell(isNew ? VarAdded : VarChanged, variable);
+    }
+    for (const auto& variable : qAsConst(gone)) {
+        m_variables.remove(variable.name);
+        tell(VarRemoved, variable);
+    }
+}
+
 void SystemVariables::tell(Operation operation, const system_variate::SystemVarInfo& variable)
 {
     SystemVarDef definition;
     definition.name = variable.name;
     definition.kind = variable.kind;
     definition.category = variable.category;
-    m_thread.start([this, operation, definition] {
+    const bool isTaken = m_thread.start([this, operation, definition] {
         QMutexLocker lock(&m_listenerMutex);
         for (IVariateListener* listener : qAsConst(m_listeners))
             listener->notify(operation, definition);
     });
+    if (!isTaken)
+        qWarning("no thread to tell of a changed system variable");
 }
 
 } // namespace standalone

@@ -12,7 +12,8 @@ namespace standalone {
 
 /// The system variables of a stand-alone host: a table that is kept in the project's folder, and
 /// the listeners that are told of its changes, one after another, on a thread of the table's own.
-/// Any thread may call. A change stands in the file at most SystemVariableFile::Delay later.
+/// Any thread may call. A change stands in the file at most SystemVariableFile::Delay later; what
+/// another program has changed there comes into the table then, and is told like any change.
 class SystemVariables
 {
 public:
@@ -46,7 +47,9 @@ public:
     void waitForListeners();
 
 private:
-    SystemVariables() = default;
+    SystemVariables();
+    ~SystemVariables();
+    void takeInFile();
     void tell(Operation operation, const system_variate::SystemVarInfo& variable);
 
     mutable QMutex m_mutex; ///< guards the variables, and the order in which changes are told

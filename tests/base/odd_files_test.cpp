@@ -5,6 +5,7 @@
 #include "base/file_reading.h"
 #include "base/kept_copies.h"
 #include "tests/support/folders.h"
+#include "tests/support/ordinary_user.h"
 #include "tests/support/test_program.h"
 
 #include <QFile>
@@ -97,6 +98,17 @@ void OddFilesTest::keptAside()
         const QString kept = kept_copies::keep(odd, kept_copies::damaged);
         QVERIFY2(!kept.isEmpty() && QFileInfo::exists(kept) && !QFileInfo::exists(odd), kind);
     }
+    // A disk that takes no copy: the file stays where it is.
+    const auto before = QDir(m_folder.path()).entryList(QDir::Files);
+    QVERIFY(test_support::putFile(file, "fourth"));
+    {
+        const test_support::FullDisk disk(3);
+        QCOMPARE(kept_copies::keep(file, kept_copies::damaged), QString());
+    }
+    QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files), before);
+    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner));
+    const QString kept = kept_copies::keep(file, kept_copies::damaged);
+    QCOMPARE(QFile::permissions(kept), QFile::permissions(file));
 }
 
 void OddFilesTest::indented_data()

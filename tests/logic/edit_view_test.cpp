@@ -44,8 +44,10 @@ private slots:
     void unknownSequencesChangeNothing();
     void clearedFlows();
     void clicksNameTheBlock();
+    void panelsFollowTheCurrentRow();
     void tableStandsBesideTheTree();
     void columnWidths();
+    void narrowTreeScrolls();
     void deepTree();
 
 private:
@@ -353,6 +355,48 @@ void EditViewTest::clicksNameTheBlock()
     QCOMPARE(tree->selectionModel()->selectedRows(), QModelIndexList({flow}));
 }
 
+void EditViewTest::panelsFollowTheCurrentRow()
+{
+    QStringList uuids{m_applet->initial, m_applet->main};
+    for (int i = 0; i < 60; ++i)
+        uuids << m_applet->add(m_sequence, m_applet->main, step_type::Delay, "a");
+    uuids << m_applet->end;
+    m_view->resize(700, 400);
+    m_view->show();
+    show();
+    auto* tree = m_view->findChild<QTreeView*>(text("treeView"));
+    QSignalSpy told(m_view.get(), &LogicView::processItemClicked);
+    const auto toldUuid = [&] { return told.isEmpty() ? QString() : told.last().at(1).toString(); };
+    for (const Qt::Key key :
+         {Qt::Key_Down, Qt::Key_End, Qt::Key_PageUp, Qt::Key_Home, Qt::Key_PageDown}) {
+        told.clear();
+        QTest::keyClick(tree, key);
+        QTRY_COMPARE(toldUuid(), tree->currentIndex().data(logic_roles::BlockUuid).toString());
+    }
+    // A row at the edge scrolls away from under the mouse: no click comes of it.
+    tree->scrollTo(row(uuids[30])->index(), QAbstractItemView::PositionAtTop);
+    QTest::mousePress(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
+                      tree->visualRect(row(uuids[35])->index()).center());
+    tree->scrollToTop();
+    QTest::mouseRelease(tree->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(300, 5));
+    QTRY_COMPARE(toldUuid(), uuids[35]);
+    // A jump from a message, once.
+    told.clear();
+    tree->setCurrentIndex(row(uuids[7])->index());
+    m_view->onItemClicked(row(uuids[7])->index());
+    QCoreApplication::processEvents();
+    QCOMPARE(told.count(), 1);
+    QCOMPARE(toldUuid(), uuids[7]);
+    // Another sequence begins with none.
+    const QString other = m_applet->addSequence("Other");
+    m_view->addNewModelSlot(other);
+    m_view->showSequence(other);
+    QCoreApplication::processEvents();
+    QCOMPARE(told.count(), 1);
+    QTest::keyClick(tree, Qt::Key_End);
+    QTRY_COMPARE(told.count(), 2);
+}
+
 void EditViewTest::tableStandsBesideTheTree()
 {
     for (int i = 0; i < 100; ++i)
@@ -410,6 +454,29 @@ void EditViewTest::columnWidths()
     QCOMPARE(widths.first().at(1).toBool(), false);
     m_view->showSequence(m_sequence);
     QCOMPARE(header->sectionSize(0), 320);
+}
+
+void EditViewTest::narrowTreeScrolls()
+{
+    show();
+    m_view->show();
+    auto* tree = m_view->findChild<QTreeView*>(text("treeView"));
+    const QHeaderView* header = tree->header();
+    const QScrollBar* bar = tree->horizontalScrollBar();
+    m_view->setEditColumnWidths({320, 260, 200});
+    for (int width : {1200, 420, 260, 900}) {
+        m_view->resize(width, 400);
+        QCoreApplication::processEvents();
+        QCOMPARE(header->sectionSize(0), 320);
+        QCOMPARE(header->sectionSize(1), 260);
+        QVERIFY(header->sectionSize(2) >= 120);
+        // The end of the last column comes into sight, and nothing behind it.
+        QCOMPARE(bar->maximum(), qMax(0, header->length() - tree->viewport()->width()));
+        QCOMPARE(bar->maximum() > 0, width < 700);
+    }
+    // Wider columns in a window of the same size, as from the settings of an applet.
+    m_view->setEditColumnWidths({800, 260, 200});
+    QTRY_COMPARE(bar->maximum(), header->length() - tree->viewport()->width());
 }
 
 void EditViewTest::deepTree()

@@ -43,10 +43,11 @@ void RunStatesTest::outcome()
 
 void RunStatesTest::looks()
 {
+    const QPalette light(Qt::white);
     QCOMPARE(run_states::text(Outcome::Succeeded), QStringLiteral("执行成功"));
-    QCOMPARE(run_states::background(Outcome::Succeeded), QBrush(QColor(187, 237, 196)));
+    QCOMPARE(run_states::background(Outcome::Succeeded, light), QBrush(QColor(187, 237, 196)));
     QCOMPARE(run_states::text(Outcome::Failed), QStringLiteral("执行失败"));
-    QCOMPARE(run_states::background(Outcome::Failed), QBrush(QColor(241, 178, 185)));
+    QCOMPARE(run_states::background(Outcome::Failed, light), QBrush(QColor(241, 178, 185)));
     QCOMPARE(run_states::background(Outcome::Started), QBrush(Qt::transparent));
     QCOMPARE(run_states::closingOutcome(-1), Outcome::Failed);
     QCOMPARE(run_states::closingOutcome(3), Outcome::Succeeded);

@@ -1,8 +1,10 @@
 // The panels of the steps: what is loaded, and when which edit reaches the block and the model.
 
+#include "panels/loop_variables.h"
 #include "panels/wgtFor.h"
 #include "tests/panels/PanelFixture.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -63,6 +65,7 @@ class StepPanelsTest : public QObject
 {
     Q_OBJECT
 private slots:
+    void loopVariablesOfAStep();
     void loadingWritesNothing();
     void anotherClassLeavesThePanelEmpty();
     void typedTextReachesItsStepOnce_data();
@@ -424,6 +427,36 @@ void StepPanelsTest::ownFileWarns()
     QVERIFY(block->getSplitFile());
     QCOMPARE(f.takeTold().count(), 3);
     QVERIFY(!f.panel()->isTimerActive());
+}
+
+void StepPanelsTest::loopVariablesOfAStep()
+{
+    PanelFixture f;
+    const auto add = [&f](const QString& parent, int stepType, const char* name) {
+        return applet_fixture::addStep<IProcessBlock>(f.appName, f.sequence, parent, stepType,
+                                                      name);
+    };
+    const auto uuid = [](const auto& block) { return QString::fromStdString(block->uuid); };
+    const auto outer =
+        std::dynamic_pointer_cast<ForProcessBlock>(add(text("1"), step_type::For, "outer"));
+    const auto branch = add(uuid(outer), step_type::If, "branch");
+    const auto inner =
+        std::dynamic_pointer_cast<ForProcessBlock>(add(uuid(branch), step_type::For, "inner"));
+    const auto step = add(uuid(inner), step_type::Statement, "step");
+    outer->setVariableName("n", true);
+    inner->setCustom(true);
+    inner->setFun1("u8 k = 3");
+    const auto names = [&f](const std::shared_ptr<IProcessBlock>& block) {
+        std::string all;
+        for (const auto& variable : loop_variables::around(f.appName, f.sequence, block->uuid))
+            all += variable.type + ' ' + variable.name + ';';
+        return all;
+    };
+    QCOMPARE(names(step), std::string("s32 n;u8 k;"));
+    QCOMPARE(names(inner), std::string("s32 n;")); // its own is in its body alone
+    QCOMPARE(names(outer), std::string());
+    inner->setFun1("k = 3");
+    QCOMPARE(names(step), std::string("s32 n;"));
 }
 
 PE_WIDGET_TEST("step_panels", StepPanelsTest)

@@ -44,7 +44,7 @@ private slots:
 void SequenceTableLookTest::contextMenu()
 {
     SequenceTableFixture f({QStringLiteral("a"), QStringLiteral("b")});
-    const auto entries = [&f](const QMenu* menu) {
+    const auto entries = [](const QMenu* menu) {
         QStringList texts;
         for (const QAction* action : menu->actions())
             texts.append((action->isEnabled() ? QStringLiteral("+") : QStringLiteral("-")) +

@@ -166,14 +166,20 @@ void StorageFailuresTest::folderWithoutPermission()
 void StorageFailuresTest::fullDisk_data()
 {
     QTest::addColumn<int>("room");
-    QTest::newRow("for half of it") << 50000;
-    QTest::newRow("for nothing") << 10;
+    QTest::addColumn<bool>("isReplaced"); // by another program, before
+    QTest::newRow("for half of it") << 50000 << false;
+    QTest::newRow("for nothing") << 10 << false;
+    QTest::newRow("not for the other's copy") << 10 << true;
 }
 
 void StorageFailuresTest::fullDisk()
 {
     QFETCH(int, room);
+    QFETCH(bool, isReplaced);
     m_editor->save(QString());
+    const QByteArray backup = content(document());
+    if (isReplaced)
+        QVERIFY(test_support::putFile(document(), "{\"logicview\":{}, \"other\": 1}"));
     const QByteArray before = content(document());
     m_step->setCustomCode(std::string(room > 10 ? 100000 : 1, 'x'));
     changeStep("second");
@@ -184,8 +190,9 @@ void StorageFailuresTest::fullDisk()
     }
     QCOMPARE(m_record->take(), QStringList{QStringLiteral("sigSave [idle]")});
     QCOMPARE(content(document()), before);
-    QCOMPARE(content(document() + QStringLiteral(".bak")), before);
+    QCOMPARE(content(document() + QStringLiteral(".bak")), backup);
     QCOMPARE(QDir(folder()).entryList(QDir::Files).size(), 2);
+    QCOMPARE(m_log.filter(QStringLiteral("其内容无法另存")).size(), isReplaced ? 1 : 0);
 }
 
 void StorageFailuresTest::deletedUnderTheEditor()

@@ -212,19 +212,33 @@ void CompilerTest::onlyWhatChangedIsCompiled()
     QCOMPARE(work(source("n = 1;")), QStringLiteral("link"));
     QCOMPARE(work(source("n = 1;", "s64")),
              QStringLiteral("a_capplet.cpp link sequence_main.cpp sequence_sub.cpp"));
+    // Nor does a generation go for another one that shares other headers.
+    QCOMPARE(work(source("n = 1;")), QStringLiteral("link"));
+    QCOMPARE(work(source("n = 1;", "s64")), QStringLiteral("link"));
     // What another compiler made is of no use.
     useCompiler("echo \"$@\" >> '" + QFile::encodeName(log) + "'\nexec g++ \"$@\"");
     QCOMPARE(work(source("n = 1;", "s64")),
              QStringLiteral("a_capplet.cpp link sequence_main.cpp sequence_sub.cpp"));
-    // Objects damaged on disk cost one failure.
+    // Objects cut off on disk are made anew; those that only the linker tells cost one failure.
     const QDir objects(standalone::appletCodeFolder(m_app) + QStringLiteral("/objects"));
-    const QStringList names = objects.entryList({QStringLiteral("*.o")}, QDir::Files);
-    for (const QString& name : names) {
-        QFile object(objects.filePath(name));
-        QVERIFY(object.open(QIODevice::WriteOnly));
-    }
-    QVERIFY(work(source("n = 3;", "s64")).contains(QStringLiteral("undefined reference")));
-    QCOMPARE(work(source("n = 3;", "s64")), QStringLiteral("a_capplet.cpp link sequence_main.cpp"));
+    const auto damage = [&objects](bool isCutOff) {
+        for (const QString& name : objects.entryList({QStringLiteral("*.o")}, QDir::Files)) {
+            const qint64 size = QFileInfo(objects.filePath(name)).size();
+            QFile object(objects.filePath(name));
+            QVERIFY(object.open(QIODevice::WriteOnly));
+            QVERIFY(isCutOff || object.write(QByteArray(int(size), 'x')) == size);
+        }
+    };
+    damage(true);
+    QCOMPARE(work(source("n = 3;", "s64")),
+             QStringLiteral("a_capplet.cpp link sequence_main.cpp sequence_sub.cpp"));
+    damage(false);
+    QVERIFY(work(source("n = 4;", "s64")).contains(QStringLiteral("file format not recognized")));
+    QCOMPARE(work(source("n = 4;", "s64")), QStringLiteral("a_capplet.cpp link sequence_main.cpp"));
+    // What the user's code misses is no reason to make them anew.
+    QVERIFY(work(source("extern int nowhere(); nowhere();", "s64"))
+                .contains(QStringLiteral("undefined reference")));
+    QCOMPARE(work(source("n = 5;", "s64")), QStringLiteral("link sequence_sub.cpp"));
     QVERIFY(objects.entryList(QDir::Files).filter(QStringLiteral(".new")).isEmpty());
 }
 
@@ -246,7 +260,7 @@ void CompilerTest::missingCompiler()
     QTRY_COMPARE_WITH_TIMEOUT(results().size(), 1, 60000);
     QCOMPARE(results()[0].result, CompilerMissing);
     QVERIFY(results()[0].message.startsWith(
-        QStringLiteral("找不到 C++ 编译器, 已尝试运行: /nowhere/c++ ")));
+        QStringLiteral("找不到 C++ 编译器 /nowhere/c++, 请安装软件包 g++")));
 }
 
 void CompilerTest::hangingCompilerIsKilled()

@@ -14,6 +14,12 @@
 #include <QtTest>
 
 #include <csignal>
+#include <grp.h>
+#include <numeric>
+#include <sys/ptrace.h>
+#include <sys/resource.h>
+#include <unistd.h>
+#include <vector>
 
 using namespace builders;
 using namespace run_events;
@@ -80,11 +86,16 @@ private slots:
     void nothingOutlivesTheEditor_data();
     void nothingOutlivesTheEditor();
     void nothingOutlivesTheSupervisor();
+    void survivorsAreTold();
+    void forksWithoutEnd_data();
+    void forksWithoutEnd();
     void manyAreNamedInShort();
     void namesAreOneLine();
     void processOfAThreadLivesOn();
     void memoryIsCountedTogether_data();
     void memoryIsCountedTogether();
+    void groupsHideNoMemory();
+    void unreadableIsTooMuch();
 
 private:
     QString build(const QString& appName, const QString& code);
@@ -224,6 +235,76 @@ void EscapesTest::nothingOutlivesTheSupervisor()
     QTRY_VERIFY_WITH_TIMEOUT(!test_support::isAlive(runner), Patience);
 }
 
+/// A process of the run that nobody can end, here since it is held before its end.
+void EscapesTest::survivorsAreTold()
+{
+    const QString appName = QStringLiteral("survivor");
+    QCOMPARE(build(appName, QStringLiteral("int pid = do_fork(); if (pid == 0) { do_setsid(); "
+                                           "for (;;) do_sleep(60); } "
+                                           "log_info(\"pid %d\", pid); delay_ms(60000);")),
+             QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->logLines(appName).size(), 1, Patience);
+    const QString pid = m_harness->logLines(appName).first().mid(6);
+    QProcess tracer;
+    tracer.start(QCoreApplication::applicationFilePath(),
+                 {QStringLiteral("tracer"), pid, QString::number(PTRACE_O_TRACEEXIT)});
+    QTRY_VERIFY_WITH_TIMEOUT(tracer.canReadLine() || tracer.state() == QProcess::NotRunning,
+                             Patience);
+    if (tracer.state() == QProcess::NotRunning)
+        QSKIP("This system lets no process be held");
+    QVERIFY(service::stopCApplet(appName, false));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Stopped}, Patience);
+    QVERIFY(test_support::isAlive(pid.toLongLong()));
+    tracer.kill();
+    QTRY_COMPARE_WITH_TIMEOUT(tracer.state(), QProcess::NotRunning, Patience);
+    // The stop itself was obeyed.
+    QCOMPARE(m_harness->logLines(appName).mid(1).join(u'\n'),
+             QStringLiteral("2 已结束步骤留下的 1 个进程: applet_runner (%1); "
+                            "1 个进程无法结束, 仍在运行")
+                 .arg(pid));
+    QTRY_VERIFY_WITH_TIMEOUT(!test_support::isAlive(pid.toLongLong()), Patience);
+}
+
+void EscapesTest::forksWithoutEnd_data()
+{
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<bool>("isStopped");
+    // So many that nothing else on the machine suffers if they are let.
+    const QString bomb = QStringLiteral(
+        "int* count = (int*)do_mmap(nullptr, 4096, 3, 0x21, -1, 0); "
+        "for (;;) if (__sync_fetch_and_add(count, 1) > 2500) do_sleep(60); else if (do_fork() == 0)"
+        " { %1 }");
+    const QString chain = QStringLiteral("if (do_fork() == 0) for (;;) if (do_fork() > 0) "
+                                         "do_exit(0); else { %1 } "
+                                         "log_info(\"ready\"); delay_ms(60000);");
+    const QString leave = QStringLiteral("do_setsid();");
+    QTest::newRow("ever more") << bomb.arg(QString()) << false;
+    QTest::newRow("ever more, each in a group of its own") << bomb.arg(leave) << false;
+    QTest::newRow("one after the other") << chain.arg(QString()) << true;
+    QTest::newRow("one after the other, each in a group of its own") << chain.arg(leave) << true;
+}
+
+void EscapesTest::forksWithoutEnd()
+{
+    QFETCH(QString, code);
+    QFETCH(bool, isStopped);
+    standalone::setMemoryLimit(0);
+    const QString appName = QStringLiteral("forks");
+    QCOMPARE(build(appName, code), QString());
+    QVERIFY(m_harness->start(appName));
+    if (isStopped) {
+        QTRY_VERIFY_WITH_TIMEOUT(!m_harness->logLines(appName).isEmpty(), Patience);
+        QVERIFY(service::stopCApplet(appName, false));
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{isStopped ? Stopped : Crashed},
+                              Patience);
+    const QString log = m_harness->logLines(appName).join(u'\n');
+    QCOMPARE(log.contains(QStringLiteral("3 进程数超过上限 1000, 运行已被终止")), !isStopped);
+    QVERIFY2(!log.contains(QStringLiteral("仍在运行")), qPrintable(log));
+    QCOMPARE(test_support::processesWith(m_harness->projectPath().toUtf8()), 0);
+}
+
 void EscapesTest::manyAreNamedInShort()
 {
     const QString appName = QStringLiteral("many");
@@ -306,6 +387,47 @@ void EscapesTest::memoryIsCountedTogether()
                               QList<int>{isTooMuch ? Crashed : Finished}, Patience);
     const QString log = m_harness->logLines(appName).join(u'\n');
     QVERIFY2(log.contains(QStringLiteral("3 内存超过上限 96 MB")) == isTooMuch, qPrintable(log));
+}
+
+/// Of which the system tells before it tells of the memory.
+void EscapesTest::groupsHideNoMemory()
+{
+    const QString appName = QStringLiteral("groups");
+    QCOMPARE(build(appName, QStringLiteral("for (;;) { memset(malloc(1 << 20), 1, 1 << 20); "
+                                           "delay_ms(1); }")),
+             QString());
+    std::vector<gid_t> before(std::size_t(getgroups(0, nullptr)));
+    getgroups(int(before.size()), before.data());
+    std::vector<gid_t> many(3000);
+    std::iota(many.begin(), many.end(), 60000);
+    if (setgroups(many.size(), many.data()) != 0)
+        QSKIP("This user may join no groups");
+    const bool isStarted = m_harness->start(appName);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_harness->reports(appName).isEmpty(), Patience);
+    QCOMPARE(setgroups(before.size(), before.data()), 0);
+    QVERIFY(isStarted);
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Crashed}, Patience);
+    const QString log = m_harness->logLines(appName).join(u'\n');
+    QVERIFY2(log.contains(QStringLiteral("3 内存超过上限 96 MB")), qPrintable(log));
+}
+
+/// As where the system has no descriptor to give.
+void EscapesTest::unreadableIsTooMuch()
+{
+    const QString appName = QStringLiteral("unreadable");
+    QCOMPARE(build(appName, QStringLiteral("log_info(\"ready\"); for (;;) do_sleep(60);")),
+             QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->logLines(appName).size(), 1, Patience);
+    const QList<qint64> supervisors =
+        test_support::childProcesses(QCoreApplication::applicationPid(), "applet_runner");
+    QCOMPARE(supervisors.size(), 1);
+    const rlimit none = {3, 3};
+    QCOMPARE(prlimit(pid_t(supervisors.first()), RLIMIT_NOFILE, &none, nullptr), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Crashed}, Patience);
+    QVERIFY2(m_harness->logLines(appName).last().contains(QStringLiteral("内存超过上限")),
+             qPrintable(m_harness->logLines(appName).last()));
+    QCOMPARE(test_support::processesWith(m_harness->projectPath().toUtf8()), 0);
 }
 
 PE_TEST("escapes", EscapesTest)

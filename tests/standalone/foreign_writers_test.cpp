@@ -2,15 +2,18 @@
 // version. What they write is neither lost nor changed on the way.
 
 #include "base/file_reading.h"
+#include "model/services/process_edit.h"
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
 #include "standalone/compiler/code_folder.h"
 #include "standalone/variables/SystemVariableFile.h"
 #include "tests/standalone/model_samples.h"
 #include "tests/support/folders.h"
+#include "tests/support/ordinary_user.h"
 #include "tests/support/test_program.h"
 
 #include <QFile>
+#include <QLockFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -31,6 +34,10 @@ private slots:
     void halfACharacter();
     void damagedTwice();
     void globalsStayAsTheyStand();
+    void othersGlobals_data();
+    void othersGlobals();
+    void lockedByAnother();
+    void noRoomForTheOther();
     void codeOfANeighbour();
 
 private:
@@ -185,6 +192,87 @@ void ForeignWritersTest::globalsStayAsTheyStand()
     processedit::saveGlobalVarJsonStr(m_folder->path(), EveryBusiness);
     QCOMPARE(content("globalVariable.json"), written);
     process_json_edit::loadGlobalVariable("{}");
+}
+
+void ForeignWritersTest::othersGlobals_data()
+{
+    QTest::addColumn<QByteArray>("theirs");
+    QTest::addColumn<bool>("isChangedHere");
+    QTest::addColumn<bool>("isTheirsLeft");
+    QTest::addColumn<QString>("copy");
+    const QByteArray loaded = R"({"variables": []})";
+    const QByteArray other = R"({"variables": [{"uuid": "o", "name": "other"}]})";
+    const QString none;
+    QTest::newRow("nobody's change") << loaded << false << true << none;
+    QTest::newRow("ours") << loaded << true << false << none;
+    QTest::newRow("ours, indented anew")
+        << QByteArray("{ \"variables\":[] }") << true << false << none;
+    QTest::newRow("theirs") << other << false << true << none;
+    QTest::newRow("both") << other << true << false << QStringLiteral(".replaced");
+    QTest::newRow("damaged") << QByteArray("{") << true << false << QStringLiteral(".damaged");
+    QTest::newRow("gone") << QByteArray() << false << false << none;
+}
+
+void ForeignWritersTest::othersGlobals()
+{
+    QFETCH(QByteArray, theirs);
+    QFETCH(bool, isChangedHere);
+    QFETCH(bool, isTheirsLeft);
+    QFETCH(QString, copy);
+    namespace processedit = sdk_ui_interface::processedit;
+    const QString file = path("globalVariable.json");
+    process_json_edit::loadGlobalVariable(R"({"variables": []})");
+    if (!theirs.isEmpty())
+        QVERIFY(test_support::putFile(file, theirs));
+    if (isChangedHere)
+        process_edit::addVariable(std::string(), GlobalVariable, std::string());
+    samples::LogCatcher log;
+    processedit::saveGlobalVarJsonStr(m_folder->path(), EveryBusiness);
+    QCOMPARE(content("globalVariable.json") == theirs, isTheirsLeft);
+    QCOMPARE(log.lines.size(), copy.isEmpty() ? 0 : 1);
+    QStringList files{QStringLiteral("globalVariable.json")};
+    if (!copy.isEmpty()) {
+        files << files.first() + copy;
+        QCOMPARE(file_reading::read(file + copy, file_reading::MostOfTable).content, theirs);
+    }
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), files);
+    // From then on the file is what is known.
+    process_edit::addVariable(std::string(), GlobalVariable, std::string());
+    processedit::saveGlobalVarJsonStr(m_folder->path(), EveryBusiness);
+    process_json_edit::loadGlobalVariable("{}");
+}
+
+// A change waits for whoever is writing, and is told once.
+void ForeignWritersTest::lockedByAnother()
+{
+    SystemVariableFile file;
+    file.load(m_folder->path());
+    samples::LogCatcher log;
+    {
+        QLockFile other(path("systemVariable.json.lock"));
+        QVERIFY(other.lock());
+        file.put(variable("a", "1"));
+        QVERIFY(!file.save() && !file.save());
+        QVERIFY(!QFile::exists(path("systemVariable.json")));
+    }
+    QTRY_COMPARE(listing(), QStringLiteral("a=1"));
+    QCOMPARE(log.lines.size(), 1);
+}
+
+void ForeignWritersTest::noRoomForTheOther()
+{
+    SystemVariableFile file;
+    file.load(m_folder->path());
+    const QByteArray theirs = "{\"variables\": [";
+    QVERIFY(test_support::putFile(path("systemVariable.json"), theirs));
+    file.put(variable("a", "1"));
+    {
+        const test_support::FullDisk disk(3);
+        QVERIFY(!file.save());
+    }
+    QCOMPARE(content("systemVariable.json"), theirs);
+    QVERIFY(file.save());
+    QCOMPARE(content("systemVariable.json.replaced"), theirs);
 }
 
 // What the generator has not written it doesn't remove, and it writes to no applet's own folder.

@@ -92,6 +92,8 @@ const std::map<std::string, Record>& floods()
          }},
         {"stops", [](unsigned char* out, std::uint32_t) { return putStop(out); }},
         {"ends", [](unsigned char* out, std::uint32_t) { return putEnd(out, protocol::Finished); }},
+        {"stopped unasked",
+         [](unsigned char* out, std::uint32_t) { return putEnd(out, protocol::Stopped); }},
         {"zeros", [](unsigned char* out, std::uint32_t) { return out[0] = 0, 1; }},
     };
     return all;
@@ -312,6 +314,7 @@ void HostileChildTest::floodIsBounded_data()
     row("answers", "未知的记录类型");
     row("stops", "未知的记录类型");
     row("ends", "运行结束之后还有记录");
+    row("stopped unasked", "没有停止请求就报告了停止");
     row("zeros", "记录的长度超出范围");
 }
 

@@ -43,8 +43,10 @@ void HostileCodeTest::macrosEndWithTheirStep_data()
     };
     row("keyword", "#define if(x) if(!(x))\n#define return");
     row("what generated lines are made of", "#define rt nowhere\n#define s32 nothing");
+    row("what stands behind rt", "#define step_end no\n#define first no\n#define running no");
     row("function of the runtime", "#define log_info(...)");
     row("name of a variable", "#define n 1");
+    row("Chinese name", "#define 上限 nowhere\n#define 甲\n#undef 乙");
     row("joined lines", "#def\\\nine \\\n n \\\n 1");
     row("blanks and comments", "  # /* { */ define /* a\n b */ n 1");
     row("digraph", "%:define n 1");
@@ -69,10 +71,10 @@ void HostileCodeTest::macrosEndWithTheirStep()
     const BlockPtr loop = customFor("loop", "int i = 0", "i < 2", "++i", {hostile("a", false)});
     loop->preStatements = "#define i 7\n#define n 1";
     const auto source = applet({sequence(
-        "main",
-        {hostile("h", false), loop, plain(step_type::EndFor, "end"), hostile("own", true),
-         statement("s", "int n = 2, LIMIT = 3, OTHER = 4; double d = NAN; if (d == d) step_fail(); "
-                        "log_info(\"%d\", n + LIMIT + OTHER);")})});
+        "main", {hostile("h", false), loop, plain(step_type::EndFor, "end"), hostile("own", true),
+                 statement("s", "int 上限 = 0, 甲 = 上限, 乙 = 甲; (void)乙; int n = 2, LIMIT = 3, "
+                                "OTHER = 4; double d = NAN; if (d == d) step_fail(); "
+                                "log_info(\"%d\", n + LIMIT + OTHER);")})});
     QCOMPARE(m_harness->build(appName, source), QString());
     const int runs = m_harness->events(appName).size();
     QVERIFY(m_harness->start(appName));
@@ -136,6 +138,11 @@ void HostileCodeTest::faultsWithMacros_data()
     row({QStringLiteral("#if 1\n{\n#else\n{\n#endif\n}")}, 0);
     row({QStringLiteral("a;\n#ifdef A\n#if B\n#endif")}, 2);
     row({QStringLiteral("a;\n#endif")}, 2);
+    row({QStringLiteral("#if 0\n#define A {\n#endif"), QStringLiteral("A")}, 0);
+    row({open, QStringLiteral("#if 1\n#undef OPEN\n#endif"), QStringLiteral("OPEN\n{")}, 0);
+    row({QStringLiteral("#if 0\n#endif"), QStringLiteral("{")}, 1);
+    row({QStringLiteral("a;\n # line 5")}, 2);
+    row({QStringLiteral("a;\n\n#5 \"b\"")}, 3);
     row({QStringLiteral("#else")}, 1);
     row({QStringLiteral("#define A\n/* {")}, 2);
     row({QStringLiteral("#define A\n\"x;")}, 2);

@@ -92,6 +92,7 @@ private slots:
 
     void compilersDieWithTheEditor_data();
     void compilersDieWithTheEditor();
+    void nothingIsLeftBehind();
     void bombsEnd_data();
     void bombsEnd();
     void outputIsClipped();
@@ -164,6 +165,18 @@ void HostileCompilesTest::compilersDieWithTheEditor()
     qunsetenv("CXX");
     const Answer answer = compile(*m_service, one(QString()));
     QVERIFY2(answer.result == CompileSucceeded, qPrintable(answer.message));
+}
+
+void HostileCompilesTest::nothingIsLeftBehind()
+{
+    const QString log = m_harness->projectPath() + QStringLiteral("/pids");
+    useCompiler("sleep 600 >/dev/null 2>&1 &\necho $! >> '" + QFile::encodeName(log) +
+                "'\nexec c++ \"$@\"");
+    QCOMPARE(compile(*m_service, one(QString())).result, CompileSucceeded);
+    const auto pids = contentOfFile(log).trimmed().split('\n');
+    QCOMPARE(pids.size(), 3);
+    for (const QByteArray& pid : pids)
+        QTRY_VERIFY(!test_support::isAlive(pid.toLongLong()));
 }
 
 void HostileCompilesTest::bombsEnd_data()
@@ -284,6 +297,8 @@ void HostileCompilesTest::keptWhileNothingChanges()
                    ? 0
                    : contentOfFile(log).count('\n');
     };
+    const QString clock = m_harness->projectPath() + QStringLiteral("/clock.h");
+    QVERIFY(test_support::putFile(clock, "#define CLOCK __TIME__\n"));
     QVERIFY(test_support::putFile(path, "int helped = 1;\n"));
     // What was written just now may be written once more within the same tick of its clock.
     QTRY_VERIFY(QFileInfo(path).metadataChangeTime().msecsTo(QDateTime::currentDateTime()) > 100);
@@ -294,10 +309,14 @@ void HostileCompilesTest::keptWhileNothingChanges()
     // Another program's module is none of ours.
     QVERIFY(test_support::putFile(standalone::appletModulePath(appName), module()));
     QCOMPARE(compilers(source, false), 1);
-    // What no file holds is asked for each time.
-    const auto clock = one(QStringLiteral("log_info(__TIME__);"));
-    QCOMPARE(compilers(clock, false), 2);
-    QCOMPARE(compilers(clock, false), 2);
+    // What no file holds, or no list names, is asked for each time.
+    for (const QString& code :
+         {QStringLiteral("log_info(__TIME__);"),
+          QStringLiteral("#include \"%1\"\nlog_info(CLOCK);").arg(clock),
+          QStringLiteral("__asm__(\".data\\n.incbin \\\"%1\\\"\\n.text\");").arg(path)}) {
+        QCOMPARE(compilers(one(code), false), 2);
+        QCOMPARE(compilers(one(code), false), 2);
+    }
 }
 
 /// Each finds its own module whole when it is told of its success.
@@ -331,6 +350,19 @@ void HostileCompilesTest::aHeldFolderIsRefused()
     }
     m_service->setTimeout(CompilePatience);
     QCOMPARE(compile(*m_service, one(QString())).result, CompileSucceeded);
+    // Whoever waits while the folder goes gets a lock that others see.
+    auto holder = std::make_unique<standalone::FolderLock>(folder);
+    QCOMPARE(holder->lock(0, never), standalone::FolderLock::Held);
+    standalone::FolderLock waiting(folder);
+    auto result = standalone::FolderLock::Impossible;
+    std::thread waiter([&] { result = waiting.lock(CompilePatience, never); });
+    QTest::qWait(50);
+    holder->removeFile();
+    QVERIFY(QDir(folder).removeRecursively());
+    holder.reset();
+    waiter.join();
+    QCOMPARE(result, standalone::FolderLock::Held);
+    QCOMPARE(standalone::FolderLock(folder).lock(0, never), standalone::FolderLock::HeldByAnother);
 }
 
 void HostileCompilesTest::messagesAreWhole()

@@ -148,7 +148,10 @@ private slots:
         const auto loaded = facade::getProcess(copyApp, QString::fromStdString(block->uuid));
         QVERIFY(loaded && loaded != block);
         QCOMPARE(fingerprint(*loaded), fingerprint(*block));
-        QVERIFY(typeid(*loaded->copyAlone()) == typeid(*loaded));
+        const IProcessBlock& sameKind = *loaded;
+        const auto copy = loaded->copyAlone();
+        const IProcessBlock& copied = *copy;
+        QVERIFY(typeid(copied) == typeid(sameKind));
         QCOMPARE(fingerprint(*loaded->clone()), fingerprint(*block));
         QCOMPARE(facade::generateProcessJson(copyApp), json);
     }

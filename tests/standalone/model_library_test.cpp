@@ -133,6 +133,11 @@ private slots:
         QVERIFY(std::dynamic_pointer_cast<UdsProcessBlock>(block));
         QCOMPARE(block->name, std::string("安全访问"));
         QCOMPARE(block->property.extra.at("udsJson"), std::string("{}"));
+        facade::renameProcessCAppletName(libraryApp, QStringLiteral("renamed"));
+        QVERIFY(process_edit::getCustomBaseStepProperty(localApp, DiagnosticStep, 4).name.empty());
+        QVERIFY(
+            !process_edit::getCustomBaseStepProperty("renamed", DiagnosticStep, 4).name.empty());
+        facade::renameProcessCAppletName(QStringLiteral("renamed"), libraryApp);
         process_edit::removeAllCustomStepProperty(localApp);
         QVERIFY(
             facade::createProcess(libraryApp, sequence, QStringLiteral("0"), DiagnosticStep, 4, 0)

@@ -10,6 +10,7 @@
 #include "standalone/runtime/runtime.h"
 
 #include <QSemaphore>
+#include <QThread>
 #include <QtTest>
 
 using namespace builders;
@@ -40,6 +41,9 @@ private slots:
 
     void endsAlone_data();
     void endsAlone();
+    void begunLineIsKept_data();
+    void begunLineIsKept();
+    void crashBesideAWriteThatWaits();
     void childrenDieWithTheRun_data();
     void childrenDieWithTheRun();
     void tellsTheLastSteps();
@@ -141,6 +145,61 @@ void RunawaysTest::endsAlone()
     QVERIFY(m_harness->start(QStringLiteral("ok")));
     QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(QStringLiteral("ok")).size(), runs + 1, Patience);
     QCOMPARE(m_harness->events(QStringLiteral("ok")).last(), Finished);
+}
+
+void RunawaysTest::begunLineIsKept_data()
+{
+    QTest::addColumn<QString>("ending");
+    QTest::addColumn<int>("event");
+    QTest::newRow("crash") << QStringLiteral("abort();") << Crashed;
+    QTest::newRow("stop") << QStringLiteral("log_info(\"ready\"); for (;;) {}") << Stopped;
+}
+
+void RunawaysTest::begunLineIsKept()
+{
+    QFETCH(QString, ending);
+    QFETCH(int, event);
+    const QString appName = QStringLiteral("begun_") + QString::fromUtf8(QTest::currentDataTag());
+    const std::string code = "printf(\"whole\\nbegun\"); " + ending.toStdString();
+    QCOMPARE(m_harness->build(appName, applet({sequence("main", {statement("s", code)})})),
+             QString());
+    QVERIFY(m_harness->start(appName));
+    if (event == Stopped) {
+        QTRY_VERIFY_WITH_TIMEOUT(m_harness->logLines(appName).contains(QStringLiteral("1 ready")),
+                                 Patience);
+        QVERIFY(service::stopCApplet(appName, false));
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{event}, Patience);
+    QCOMPARE(m_harness->logLines(appName).count(QStringLiteral("1 begun")), 1);
+}
+
+/// The editor doesn't read, one thread waits for it in the midst of a piece, another one crashes:
+/// all that was said before arrives, each of it once.
+void RunawaysTest::crashBesideAWriteThatWaits()
+{
+    const QString appName = QStringLiteral("crash_beside");
+    const std::string code =
+        "static volatile int turn = 0; "
+        "int do_thread(unsigned long*, const void*, void* (*)(void*), void*) "
+        "__asm__(\"pthread_create\"); int do_usleep(unsigned) __asm__(\"usleep\"); "
+        "struct T { static void* f(void*) { int seen = 0; "
+        "do { seen = turn; do_usleep(200000); } while (seen != turn); "
+        "*(volatile int*)0 = 1; return nullptr; } }; "
+        "unsigned long thread; do_thread(&thread, nullptr, T::f, nullptr); "
+        "for (;;) { turn = turn + 1; log_info(\"%d %0*d\", turn, 5000, 0); }";
+    QCOMPARE(m_harness->build(appName, applet({sequence("main", {statement("s", code)})})),
+             QString());
+    QVERIFY(m_harness->start(appName));
+    QThread::msleep(1500); // no event loop
+    QVERIFY(m_harness->events(appName).isEmpty());
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Crashed}, Patience);
+    QStringList lines = m_harness->logLines(appName);
+    QVERIFY2(lines.last().contains(QStringLiteral("(SIGSEGV)")), qPrintable(lines.last().left(90)));
+    lines.removeLast();
+    int turn = 0;
+    for (const QString& line : qAsConst(lines))
+        QCOMPARE(line.section(u' ', 1, 1), QString::number(++turn));
+    QVERIFY2(turn > 600, qPrintable(QString::number(turn)));
 }
 
 void RunawaysTest::childrenDieWithTheRun_data()

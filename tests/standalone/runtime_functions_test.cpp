@@ -30,6 +30,8 @@ private slots:
     void calledByApiSteps();
     void systemVariables();
     void questions();
+    void longAnswerIsRefused();
+    void questionsWithoutEndAreStopped();
     void questionGoesWithTheRun_data();
     void questionGoesWithTheRun();
 
@@ -214,6 +216,39 @@ void RuntimeFunctionsTest::questions()
                         QStringLiteral("3 questions 继续? "), QStringLiteral("3 questions again "),
                         QStringLiteral("5 questions name 值"), QStringLiteral("0 title text "),
                         QStringLiteral("0 questions text ")}));
+}
+
+/// Not cut without a word, and neither is what the log says of it.
+void RuntimeFunctionsTest::longAnswerIsRefused()
+{
+    const auto before = user_dialogs::setHandler([](const user_dialogs::Message&) {
+        return user_dialogs::Answer{user_dialogs::Button::Ok, QString(9000, u'x')};
+    });
+    const QString appName = QStringLiteral("long");
+    run(appName, {statement("s", "string text = ask_text(\"name\", \"\"); "
+                                 "log_info(\"[%s]\", text.c_str()); char name[5000]; "
+                                 "memset(name, 'y', 4999); name[4999] = 0; "
+                                 "get_system_number(name);")});
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Finished}, Patience);
+    user_dialogs::setHandler(before);
+    QCOMPARE(
+        m_harness->logLines(appName),
+        (QStringList{QStringLiteral("3 输入的文本过长, 无法传给小程序"), QStringLiteral("1 []"),
+                     QStringLiteral("3 没有系统变量“%1…”").arg(QString(200, u'y'))}));
+}
+
+void RuntimeFunctionsTest::questionsWithoutEndAreStopped()
+{
+    int shown = 0;
+    const auto before = user_dialogs::setHandler([&](const user_dialogs::Message&) {
+        return user_dialogs::Answer{
+            ++shown < 20 ? user_dialogs::Button::Ok : user_dialogs::Button::WayOut, QString()};
+    });
+    const QString appName = QStringLiteral("endless");
+    run(appName, {statement("s", "while (true) show_capplet_box(\"x\");")});
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Stopped}, Patience);
+    user_dialogs::setHandler(before);
+    QCOMPARE(shown, 20);
 }
 
 void RuntimeFunctionsTest::questionGoesWithTheRun_data()

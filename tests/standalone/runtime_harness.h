@@ -12,7 +12,7 @@ constexpr int Finished = 1;
 constexpr int Stopped = 2;
 constexpr int Crashed = 3;
 /// How long an event may take, in milliseconds: a loaded machine; no run comes near it.
-constexpr int Patience = 20000;
+constexpr int Patience = 60000;
 } // namespace run_events
 
 /// A project folder of its own, and a recorder of everything the runtime and the compiler report.

@@ -321,6 +321,12 @@ private slots:
         QTest::newRow("as long as may be")
             << QByteArrayList{longLine.left(longLine.size() - 1) + '\n'}
             << QByteArrayList{longLine.left(longLine.size() - 1)};
+        QTest::newRow("as long as may be, its end in two pieces")
+            << QByteArrayList{longLine.left(longLine.size() - 1) + '\r', "\nb\n"}
+            << QByteArrayList{longLine.left(longLine.size() - 1), "b"};
+        QTest::newRow("too long, with a sign that ends none")
+            << QByteArrayList{longLine.left(longLine.size() - 1) + '\r', "b"}
+            << QByteArrayList{longLine.left(longLine.size() - 1), "\rb"};
         const QByteArray characters = QByteArray("电").repeated(2000);
         const int whole = int(standalone::LineSplitter::MaxLine) / 3 * 3;
         QTest::newRow("too long, of characters")

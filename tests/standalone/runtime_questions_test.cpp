@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -19,6 +20,8 @@ class RuntimeQuestionsTest : public QObject
 
 private slots:
     void answered();
+    void leftByTheWayOut_data();
+    void leftByTheWayOut();
     void closed();
     void closedBeforeShown();
 
@@ -37,8 +40,9 @@ private:
     }
 
     QStringList m_answers;
-    const AppletQuestions::Answer m_take = [this](bool accepted, const QString& value) {
-        m_answers << QString::number(accepted) + u' ' + value;
+    const AppletQuestions::Answer m_take = [this](AppletQuestions::Outcome outcome,
+                                                  const QString& value) {
+        m_answers << QString::number(outcome) + u' ' + value;
     };
 };
 
@@ -57,6 +61,37 @@ void RuntimeQuestionsTest::answered()
                   m_take);
     QTRY_COMPARE(m_answers.size(), 2);
     QCOMPARE(m_answers.last(), QStringLiteral("1 值"));
+}
+
+void RuntimeQuestionsTest::leftByTheWayOut_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::newRow("yes or no") << int(AppletQuestion::YesNo);
+    QTest::newRow("text") << int(AppletQuestion::Text);
+    QTest::newRow("notice") << int(AppletQuestion::Notice);
+}
+
+/// What an applet says is shown as it is, and whatever it asks, the run can be stopped instead.
+void RuntimeQuestionsTest::leftByTheWayOut()
+{
+    QFETCH(int, kind);
+    m_answers.clear();
+    const QString text = QStringLiteral("数组 a[<i>] <img src=\"x\">");
+    bool isPlain = false;
+    whenShown<QDialog>([&](QDialog& dialog) {
+        for (const auto* label : dialog.findChildren<QLabel*>())
+            isPlain = isPlain || (label->text() == text && label->textFormat() == Qt::PlainText);
+        for (auto* button : dialog.findChildren<QPushButton*>()) {
+            if (button->text() == QStringLiteral("停止运行"))
+                return button->click();
+        }
+        dialog.reject();
+    });
+    AppletQuestions::instance().ask(
+        {AppletQuestion::Kind(kind), QStringLiteral("t"), text, QStringLiteral("值")}, m_take);
+    QTRY_COMPARE(m_answers.join(u'|'), QStringLiteral("2 "));
+    QVERIFY(isPlain);
+    QVERIFY(!QApplication::activeModalWidget());
 }
 
 void RuntimeQuestionsTest::closed()

@@ -6,6 +6,7 @@
 #include "model/services/applet_runtime.h"
 #include "model/services/capplet.h"
 #include "model/services/processedit.h"
+#include "standalone/compiler/compiler_command.h"
 #include "standalone/host/Host.h"
 #include "standalone/runtime/applet_paths.h"
 #include "standalone/runtime/runtime.h"
@@ -17,6 +18,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <pthread.h>
 
 using namespace builders;
 using namespace run_events;
@@ -56,6 +58,10 @@ private slots:
     void equalReportsAreOne();
     void changesOfSequenceAreAllThere();
     void textsAreCutAtCharacters();
+    void endBeforeItsBegin();
+    void noThreadToBeHad();
+    void oddLogTexts();
+    void nobodyIsAtTheScreen();
 
 private:
     qint64 pidFromLog(const QString& appName) const;
@@ -213,6 +219,12 @@ void RuntimeRunTest::startIsRefused()
     // A sequence that the module doesn't have shows in the child only.
     QVERIFY(m_harness->start(appName, QStringLiteral("other")));
     QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), (QList<int>{Stopped, Crashed}), Patience);
+
+    // A module of another program is none that was asked for.
+    QFile module(standalone::appletModulePath(appName));
+    QVERIFY(module.open(QIODevice::Append) && module.write("x") == 1);
+    module.close();
+    QVERIFY(!m_harness->start(appName));
 }
 
 void RuntimeRunTest::runnerState()
@@ -376,6 +388,72 @@ void RuntimeRunTest::textsAreCutAtCharacters()
     for (const QString& line : lines)
         printed += line.mid(2);
     QCOMPARE(printed, QString(10000, QStringLiteral("电").front()));
+}
+
+/// A module that ends the process while it is loaded.
+void RuntimeRunTest::endBeforeItsBegin()
+{
+    const QString appName = QStringLiteral("early");
+    QVERIFY(QDir().mkpath(standalone::appletModuleFolder(appName)));
+    QProcess compiler;
+    compiler.start(standalone::compilerCommand().program,
+                   {QStringLiteral("-shared"), QStringLiteral("-fPIC"), QStringLiteral("-xc++"),
+                    QStringLiteral("-"), QStringLiteral("-o"),
+                    standalone::appletModulePath(appName)});
+    QVERIFY(compiler.waitForStarted());
+    compiler.write("#include <cstdlib>\nstatic struct S { S() { std::exit(0); } } s;\n");
+    compiler.closeWriteChannel();
+    QVERIFY(compiler.waitForFinished(Patience) && compiler.exitCode() == 0);
+    QVERIFY(m_harness->start(appName));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Crashed}, Patience);
+    QCOMPARE(m_harness->logLines(appName),
+             QStringList{QStringLiteral("3 运行进程在小程序开始之前就已结束, 退出代码 0")});
+}
+
+void RuntimeRunTest::noThreadToBeHad()
+{
+    const QString appName = QStringLiteral("threadless");
+    QCOMPARE(m_harness->build(appName, applet({sequence("main", {statement("s", "")})})),
+             QString());
+    pthread_attr_t usual;
+    pthread_attr_t impossible;
+    QCOMPARE(pthread_getattr_default_np(&usual), 0);
+    pthread_attr_init(&impossible);
+    pthread_attr_setstacksize(&impossible, std::size_t(1) << 46);
+    QCOMPARE(pthread_setattr_default_np(&impossible), 0);
+    const bool isStarted = m_harness->start(appName);
+    pthread_setattr_default_np(&usual);
+    QVERIFY(!isStarted);
+    QCOMPARE(m_harness->logLines(appName),
+             QStringList{QStringLiteral("3 运行启动失败: 系统无法再创建线程")});
+    QVERIFY(m_harness->start(appName));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Finished}, Patience);
+}
+
+void RuntimeRunTest::oddLogTexts()
+{
+    const QString appName = QStringLiteral("odd");
+    const char* const code = "log_info(\"a%cb\", 0); log_info(\"电压 %lc\", 0xdfff);";
+    QCOMPARE(m_harness->build(appName, applet({sequence("main", {statement("s", code)})})),
+             QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Finished}, Patience);
+    QCOMPARE(m_harness->logLines(appName),
+             (QStringList{QStringLiteral("1 a\u2400b"),
+                          QStringLiteral("3 日志文本无法格式化: 电压 %lc")}));
+}
+
+/// No widgets and no handler: questions are declined, while a notice needs nobody.
+void RuntimeRunTest::nobodyIsAtTheScreen()
+{
+    const QString appName = QStringLiteral("nobody");
+    const char* const code = "int shown = show_capplet_box(\"x\"); bool yes = ask_yes_no(\"?\"); "
+                             "log_info(\"%d %d\", shown, yes);";
+    QCOMPARE(m_harness->build(appName, applet({sequence("main", {statement("s", code)})})),
+             QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Finished}, Patience);
+    QCOMPARE(m_harness->logLines(appName), QStringList{QStringLiteral("1 0 0")});
 }
 
 static void printLog(const char*, DrelLogLevel, const char* text)

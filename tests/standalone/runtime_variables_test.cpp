@@ -59,6 +59,7 @@ private slots:
     void foreignFiles_data();
     void foreignFiles();
     void fileThatCannotBeKeptIsNotReplaced();
+    void othersChangesAreTold();
     void listenersHearInOrder();
 
 private:
@@ -212,6 +213,33 @@ void RuntimeVariablesTest::fileThatCannotBeKeptIsNotReplaced()
                                   QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     QVERIFY(!m_variables.save() && !m_variables.save());
     QCOMPARE(readAll(file.fileName()), content);
+}
+
+// What is taken from the file is in the table, so that the next change doesn't undo it.
+void RuntimeVariablesTest::othersChangesAreTold()
+{
+    QTemporaryDir folder;
+    m_variables.setProjectFolder(folder.path());
+    for (const char* name : {"a", "b", "c"})
+        m_variables.define(variable(name, SignedCategory, "1"));
+    QVERIFY(m_variables.save());
+    standalone::SystemVariableFile other;
+    other.load(folder.path());
+    other.put(variable("b", SignedCategory, "2"));
+    other.put(variable("d", SignedCategory, "4"));
+    other.remove(QStringLiteral("c"));
+    QVERIFY(other.save());
+    m_variables.waitForListeners();
+    Listener listener;
+    QCOMPARE(m_variables.setValue(QStringLiteral("a"), QStringLiteral("5")), SystemVariables::Done);
+    QVERIFY(m_variables.save());
+    m_variables.waitForListeners();
+    QCOMPARE(listener.heard, (QStringList{QStringLiteral("4 a"), QStringLiteral("2 b"),
+                                          QStringLiteral("1 d"), QStringLiteral("3 c")}));
+    QStringList lines;
+    for (const auto& each : m_variables.list())
+        lines << each.name + each.value;
+    QCOMPARE(lines.join(u' '), QStringLiteral("a5 b2 d4"));
 }
 
 void RuntimeVariablesTest::listenersHearInOrder()

@@ -25,6 +25,17 @@ inline QList<qint64> childProcesses(qint64 parent, const QByteArray& name)
     return found;
 }
 
+/// How many processes have @p text in their command line, which zombies don't.
+inline int processesWith(const QByteArray& text)
+{
+    int count = 0;
+    for (const QString& pid : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+        QFile line(QStringLiteral("/proc/%1/cmdline").arg(pid));
+        count += line.open(QIODevice::ReadOnly) && line.readAll().contains(text);
+    }
+    return count;
+}
+
 /// Whether a process lives and is no zombie.
 inline bool isAlive(qint64 pid)
 {

@@ -6,6 +6,7 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <QPushButton>
 #include <QTest>
 
 #include <cstring>
@@ -25,6 +26,9 @@ private slots:
     void types();
     void picksVariables_data();
     void picksVariables();
+    void clickAndOk();
+    void picksGoToTheCursor();
+    void loopVariables();
     void picksFunctions();
     void recordParametersCantBePicked();
     void functionOfTheValue();
@@ -158,6 +162,71 @@ void EntryValueDialogTest::picksVariables()
     QTEST(text, "text");
     p.box->undo();
     QCOMPARE(p.dialog.getData(), QStringLiteral("ab"));
+}
+
+void EntryValueDialogTest::clickAndOk()
+{
+    const auto click = [](Picker& p, const char* name) {
+        emit p.tree->itemClicked(p.variable(name), 0);
+    };
+    const auto accepted = [](Picker& p) {
+        p.find<QPushButton>("btnOk")->click();
+        return p.dialog.getData();
+    };
+    const QString given = QStringLiteral("given");
+    Picker none(EntryVariables, given);
+    QCOMPARE(accepted(none), given);
+    Picker one(EntryVariables, given);
+    one.box->selectAll(); // as it is shown
+    click(one, "seq_s32");
+    QCOMPARE(accepted(one), QStringLiteral("seq_s32"));
+    Picker twice(EntryVariables, given);
+    twice.box->selectAll();
+    click(twice, "seq_s32");
+    twice.pick("seq_s32");
+    QCOMPARE(accepted(twice), QStringLiteral("seq_s32"));
+    Picker typed(EntryVariables, given);
+    click(typed, "seq_s32");
+    QTest::keyClicks(typed.box, QStringLiteral("x"));
+    QCOMPARE(accepted(typed), QStringLiteral("xgiven"));
+    Picker group(EntryVariables, given);
+    click(group, "seq_s32");
+    emit group.tree->itemClicked(group.tree->topLevelItem(0), 0);
+    QCOMPARE(accepted(group), given);
+    Picker function(EntryVariablesAndFunctions, QString());
+    emit function.table->itemClicked(function.table->item(function.row("now_ms"), 2));
+    QVERIFY2(accepted(function).contains(QStringLiteral("now_ms(")),
+             qPrintable(function.shownFunctions().join(QLatin1Char(' '))));
+    // The way out takes nothing.
+    Picker cancelled(EntryVariables, given);
+    click(cancelled, "seq_s32");
+    cancelled.find<QPushButton>("btnCancel")->click();
+    QCOMPARE(cancelled.dialog.getData(), given);
+}
+
+void EntryValueDialogTest::picksGoToTheCursor()
+{
+    Picker p(EntryVariables, QStringLiteral("a = ;\nb;"));
+    p.dialog.setCursorPosition(4);
+    p.box->selectAll();
+    p.pick("seq_s32");
+    p.pick("global_u32");
+    QCOMPARE(p.dialog.getData(), QStringLiteral("a = seq_s32global_u32;\nb;"));
+}
+
+void EntryValueDialogTest::loopVariables()
+{
+    processVariable i, known;
+    i.name = "i";
+    i.type = "s32";
+    known.name = "global_u32";
+    known.type = "s32";
+    Picker p;
+    p.dialog.setLoopVariables({i, known});
+    p.dialog.setData(QString(), QString(), false);
+    QCOMPARE(p.listed().first(), QStringLiteral("序列变量: seq_int seq_s32 i"));
+    p.dialog.setData(QStringLiteral("u32"), QString(), false);
+    QCOMPARE(p.listed().first(), QStringLiteral("序列变量:"));
 }
 
 void EntryValueDialogTest::picksFunctions()

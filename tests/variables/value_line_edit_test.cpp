@@ -4,6 +4,7 @@
 #include "tests/support/text.h"
 #include "variables/VarValueLineEdit.h"
 
+#include <QToolTip>
 #include <QtTest>
 
 class ValueLineEditTest : public QObject
@@ -14,6 +15,8 @@ private slots:
     void tellsAcceptedValues();
     void refusalKeepsTheCursor();
     void refusalFallsBackToWhatWasPutIn();
+    void refusalIsSeen_data();
+    void refusalIsSeen();
     void leavingCompletesArrays_data();
     void leavingCompletesArrays();
     void anotherTypeTakesTheRulesOff();
@@ -73,6 +76,37 @@ void ValueLineEditTest::refusalFallsBackToWhatWasPutIn()
     edit.insert(text("e"));
     QCOMPARE(edit.text(), text("abcd"));
     QCOMPARE(spy.count(), 1);
+}
+
+void ValueLineEditTest::refusalIsSeen_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("keys");
+    QTest::addColumn<QString>("left");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("number") << "s32" << text("9999999999") << text("999999999")
+                            << text("s32 的取值范围是 -2147483648 到 2147483647");
+    QTest::newRow("element") << "u8*" << text("1,256") << text("1,25")
+                             << text("u8* 每个元素的取值范围是 0 到 255");
+    QTest::newRow("elements") << "u8*" << text("1,2,3,4") << text("1,2,34")
+                              << text("最多 3 个元素");
+    QTest::newRow("text") << "string" << text("abcd") << text("abc") << text("最多 3 个字符");
+}
+
+void ValueLineEditTest::refusalIsSeen()
+{
+    QFETCH(QString, type);
+    QFETCH(QString, keys);
+    VarValueLineEdit edit;
+    edit.setValueType(type, 3);
+    edit.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&edit));
+    const QColor calm = edit.grab().toImage().pixelColor(1, edit.height() / 2);
+    QTest::keyClicks(&edit, keys);
+    QTEST(edit.text(), "left");
+    QTEST(QToolTip::text(), "reason");
+    QVERIFY(edit.grab().toImage().pixelColor(1, edit.height() / 2) != calm);
+    QTRY_COMPARE(edit.grab().toImage().pixelColor(1, edit.height() / 2), calm);
 }
 
 void ValueLineEditTest::leavingCompletesArrays_data()

@@ -232,6 +232,13 @@ void Person::clickStep(const char* name)
     click(steps(), row(steps(), text(name)));
 }
 
+void Person::pressInSteps(Qt::Key key)
+{
+    seen(steps())->setFocus();
+    QTest::keyClick(steps(), key);
+    settle();
+}
+
 void Person::toggleStep(const char* name)
 {
     QTreeView* tree = steps();
@@ -335,6 +342,25 @@ void Person::addVariable(const char* group, const char* name, const char* type, 
         if (*texts[column])
             typeInCell(tree, added.sibling(added.row(), column), text(texts[column]));
     }
+}
+
+void Person::renameVariable(const char* name, const char* newName)
+{
+    typeInCell(variables(), row(variables(), text(name)), text(newName));
+}
+
+void Person::chooseForVariable(const char* name, const char* entry)
+{
+    const QModelIndex variable = row(variables(), text(name));
+    click(variables(), variable);
+    chooseInMenu(variables(), variables()->visualRect(variable).center(), entry);
+}
+
+void Person::chooseForSequence(int number, const char* entry)
+{
+    clickSequence(number);
+    const QModelIndex cell = sequences()->model()->index(number, 0);
+    chooseInMenu(sequences(), sequences()->visualRect(cell).center(), entry);
 }
 
 void Person::addSequence()

@@ -43,6 +43,8 @@ public:
     void chooseStep(const char* name);
     /// A click on the first row of that name in the tree of steps.
     void clickStep(const char* name);
+    /// A key while the tree of steps has the keyboard.
+    void pressInSteps(Qt::Key key);
     /// A click on the check box of such a row.
     void toggleStep(const char* name);
 
@@ -60,10 +62,15 @@ public:
     void addVariable(const char* group, const char* name, const char* type, const char* value,
                      const char* remark);
 
+    void renameVariable(const char* name, const char* newName);
+    /// An entry of the context menu of a variable.
+    void chooseForVariable(const char* name, const char* entry);
+
     /// Adds a sequence by the context menu; its row is the last one then.
     void addSequence();
     void renameSequence(int row, const char* name);
     void clickSequence(int row);
+    void chooseForSequence(int row, const char* entry);
     void makeMain(int row);
     void commentSequence(int row, const char* comment);
 

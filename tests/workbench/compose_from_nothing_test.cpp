@@ -1,15 +1,18 @@
 // From an empty project to a finished run, by mouse and keyboard alone.
 //
-// With COMPOSE_PICTURES set to a folder, the window is pictured there at each station.
+// With COMPOSE_PICTURES set to a folder, the window is pictured there at each station; with
+// COMPOSE_DARK set, in a dark palette.
 
 #include "tests/workbench/Person.h"
 
+#include "model/colour_rules.h"
 #include "shell/ProcessEditWidget.h"
 #include "standalone/runtime/runtime.h"
 #include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
 #include "workbench/MainWindow.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
@@ -35,6 +38,16 @@ QStringList stepNames(const QAbstractItemView* view)
 {
     QStringList names = test_support::printTree(*view->model());
     return names.replaceInStrings(QRegularExpression(QStringLiteral("\\[.\\] ")), QString());
+}
+
+QPalette darkPalette()
+{
+    QPalette palette(QColor(53, 53, 53)); // texts, frames and what is disabled follow from it
+    palette.setColor(QPalette::Base, QColor(35, 35, 35));
+    palette.setColor(QPalette::Disabled, QPalette::Base, QColor(45, 45, 45));
+    for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor(120, 120, 120));
+    return colour_rules::withPlaceholders(palette);
 }
 
 /// Paints a dialog into the picture of the window below it, as the screen shows both.
@@ -85,6 +98,8 @@ private:
 
 void ComposeFromNothingTest::initTestCase()
 {
+    if (qEnvironmentVariableIsSet("COMPOSE_DARK"))
+        QApplication::setPalette(darkPalette());
     QStandardPaths::setTestModeEnabled(true);
     QCoreApplication::setOrganizationName(QStringLiteral("process-edit-test"));
     QCoreApplication::setApplicationName(QStringLiteral("compose_from_nothing_test"));

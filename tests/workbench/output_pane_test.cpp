@@ -6,11 +6,13 @@
 #include "shell/ProcessEditWidget.h"
 #include "tests/support/folders.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 #include "workbench/MainWindow.h"
 #include "workbench/OutputPane.h"
 
 #include <QDockWidget>
 #include <QLabel>
+#include <QScrollBar>
 #include <QSettings>
 #include <QTextBlock>
 #include <QTreeView>
@@ -25,6 +27,8 @@ class OutputPaneTest : public QObject
 private slots:
     void initTestCase();
     void errorsLeadToTheirSteps();
+    void causeIsInSight();
+    void linesKeepTheirOwnLook();
 
 private:
     void breakStep(const char* sequence, const char* step, const char* code) const;
@@ -109,6 +113,90 @@ void OutputPaneTest::errorsLeadToTheirSteps()
     view->addNewModelSlot(QLatin1String(identity));
     doubleClick(at);
     QCOMPARE(view->currentSequenceId(), QLatin1String(identity));
+}
+
+// Of a crash and of a failed compile: what explains the cause is folded, and nothing of it is lost.
+void OutputPaneTest::causeIsInSight()
+{
+    OutputPane pane(QStringLiteral("nothing"));
+    pane.resize(500, 160);
+    pane.show();
+    const auto shown = [&pane] {
+        QStringList lines;
+        for (QTextBlock block = pane.document()->begin(); block.isValid(); block = block.next()) {
+            if (block.isVisible())
+                lines << block.text().remove(QRegularExpression(QStringLiteral("^[\\d:]+  ")));
+        }
+        return lines;
+    };
+    const auto isInSight = [&pane](const char* words) {
+        QTextCursor end(pane.document());
+        end.movePosition(QTextCursor::End);
+        const QTextCursor cursor =
+            pane.document()->find(text(words), end, QTextDocument::FindBackward);
+        return !cursor.isNull() && cursor.block().isVisible() &&
+               pane.viewport()->rect().contains(pane.cursorRect(cursor).center());
+    };
+    const QStringList lines =
+        text("信号中断|正在执行: c|此前执行的步骤 (由近及远):|  b|  a|运行崩溃").split(u'|');
+    for (int i = 0; i < 20; ++i)
+        pane.append(QStringLiteral("earlier"), false);
+    pane.append(lines.mid(0, 5).join(u'\n'), false);
+    pane.append(lines[5], true);
+    QCOMPARE(shown().mid(20), (QStringList{lines[0], lines[1], text("▸ ") + lines[2], lines[5]}));
+    QVERIFY(isInSight("信号中断"));
+    QVERIFY(pane.toPlainText().contains(QStringLiteral("\n  a\n")));
+
+    // A click opens the details and closes them again.
+    const auto click = [&pane](const char* words) {
+        const QTextCursor cursor = pane.document()->find(
+            text(words), QTextCursor(pane.document()->lastBlock()), QTextDocument::FindBackward);
+        const QPoint spot = pane.cursorRect(cursor).center() - QPoint(4, 0);
+        QTest::mouseClick(pane.viewport(), Qt::LeftButton, {}, spot);
+    };
+    click("此前执行");
+    QCOMPARE(shown().mid(22, 3), (QStringList{text("▾ ") + lines[2], lines[3], lines[4]}));
+    click("此前执行");
+    QCOMPARE(shown().size(), 24);
+
+    // A long error begins at its top, however far up one has read.
+    QString words;
+    for (int i = 0; i < 40; ++i)
+        words += QStringLiteral("a.cpp:%1: error: words\n").arg(i);
+    pane.verticalScrollBar()->setValue(0);
+    pane.append(QStringLiteral("第一处 [s/1]\n第二处 [s/2]\n") + words +
+                    QStringLiteral("\n编译用时1.5秒\nmain编译失败\n"),
+                true);
+    QCOMPARE(shown().mid(24).join(u'|'),
+             text("第一处|第二处|▸ 编译器的原文 (41 行):|编译用时1.5秒|main编译失败"));
+    QVERIFY(isInSight("第一处") && isInSight("编译失败"));
+    pane.append(words, true); // without places nothing can stand for it
+    QVERIFY(isInSight("a.cpp:0:") && !isInSight("a.cpp:39:"));
+    // What comes then doesn't take the reader away, until the next run begins.
+    pane.append(QStringLiteral("later"), false);
+    QVERIFY(!isInSight("later"));
+    pane.followEnd();
+    QVERIFY(isInSight("later"));
+    pane.append(QStringLiteral("the next"), false);
+    QVERIFY(isInSight("the next"));
+}
+
+void OutputPaneTest::linesKeepTheirOwnLook()
+{
+    OutputPane pane(QStringLiteral("nothing"));
+    pane.append(QStringLiteral("wrong [s/1]"), true);
+    pane.setTextCursor(QTextCursor(pane.document()->lastBlock())); // as a click leaves it
+    pane.append(QStringLiteral("  fine  <b>&amp;"), false);
+    pane.append(QStringLiteral("still used [s/2]"), false);
+    const auto format = [&pane](int line) {
+        QTextCursor cursor(pane.document()->findBlockByNumber(line));
+        cursor.movePosition(QTextCursor::EndOfBlock);
+        return cursor.charFormat();
+    };
+    QVERIFY(format(0).fontUnderline() && format(0).foreground().color().red() > 150);
+    QVERIFY(!format(1).fontUnderline() && !format(1).hasProperty(QTextFormat::ForegroundBrush));
+    QVERIFY(format(2).fontUnderline() && !format(2).hasProperty(QTextFormat::ForegroundBrush));
+    QVERIFY(pane.toPlainText().contains(QStringLiteral("    fine  <b>&amp;\n")));
 }
 
 PE_WIDGET_TEST("output_pane_test", OutputPaneTest)

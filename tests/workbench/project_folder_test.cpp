@@ -1,5 +1,7 @@
 #include "workbench/ProjectFolder.h"
 
+#include "base/file_reading.h"
+#include "base/file_writing.h"
 #include "tests/support/folders.h"
 #include "tests/support/test_program.h"
 
@@ -9,15 +11,27 @@ class ProjectFolderTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
+    void initTestCase();
     void complaints();
     void createRenameRemove();
+    void filesOfOthersStay_data();
+    void filesOfOthersStay();
     void orderIsTheProjects();
+    void aFailureLeavesTheNameFree();
     void refusedNames_data();
     void refusedNames();
     void onlyFoldersWithADocumentAreApplets();
     void lastAppletIsKeptByProject();
+
+private:
+    QTemporaryDir m_home; // with the trash
 };
+
+void ProjectFolderTest::initTestCase()
+{
+    QStandardPaths::setTestModeEnabled(true);
+    qputenv("HOME", QFile::encodeName(m_home.path()));
+}
 
 void ProjectFolderTest::complaints()
 {
@@ -46,6 +60,56 @@ void ProjectFolderTest::createRenameRemove()
     QVERIFY(project.applets().isEmpty());
 }
 
+void ProjectFolderTest::filesOfOthersStay_data()
+{
+    QTest::addColumn<bool>("isRenamed");
+    QTest::newRow("renamed") << true;
+    QTest::newRow("removed") << false;
+}
+
+void ProjectFolderTest::filesOfOthersStay()
+{
+    QFETCH(bool, isRenamed);
+    QTemporaryDir folder;
+    const ProjectFolder project(folder.path());
+    const auto leave = [&](const char* name) {
+        const QString applet = QString::fromLatin1(name);
+        QVERIFY(isRenamed ? project.renameApplet(applet, applet + u'2').isEmpty()
+                          : project.removeApplet(applet).isEmpty());
+    };
+    const auto path = [&](const QString& name) {
+        return folder.filePath(QStringLiteral("CApplet/") + name);
+    };
+    const auto put = [&](const QStringList& names) {
+        for (const QString& name : names)
+            QVERIFY(test_support::putFile(path(name), "x"));
+    };
+    const QString object = QStringLiteral("a_code/objects/%1.o").arg(QString(64, u'0'));
+    const QStringList made{QStringLiteral("a_code/made.cpp"), object, QStringLiteral("a_mp/a.mp"),
+                           QStringLiteral("a_mp/a.mp.new")};
+    const QStringList foreign{QStringLiteral("a_code/helper.h"),
+                              QStringLiteral("a_code/objects/mine.o"),
+                              QStringLiteral("a_mp/notes.txt")};
+    const QStringList neighbours{
+        QStringLiteral("b_code/processInfo.pedt"), QStringLiteral("b_code/made.cpp"),
+        QStringLiteral("b_mp/processInfo.pedt"), QStringLiteral("b_mp/b.mp")};
+    for (const char* name : {"a", "b"})
+        QCOMPARE(project.createApplet(QString::fromLatin1(name)), QString());
+    for (const char* name : {"a_code/objects", "a_mp", "b_code", "b_mp"})
+        QVERIFY(QDir().mkpath(path(QString::fromLatin1(name))));
+    put(made + foreign + neighbours);
+    for (const char* name : {"a_code", "b_code"})
+        QVERIFY(test_support::putFile(
+            path(QString::fromLatin1(name) + QStringLiteral("/generated_files.txt")),
+            "made.cpp\n../b/processInfo.pedt\n"));
+    for (const char* name : {"a", "b"})
+        leave(name);
+    for (const QString& name : made)
+        QVERIFY2(!QFileInfo::exists(path(name)), qPrintable(name));
+    for (const QString& name : foreign + neighbours)
+        QVERIFY2(QFileInfo::exists(path(name)), qPrintable(name));
+}
+
 void ProjectFolderTest::orderIsTheProjects()
 {
     QTemporaryDir folder;
@@ -61,15 +125,32 @@ void ProjectFolderTest::orderIsTheProjects()
     QCOMPARE(order(), QStringLiteral("z b"));
 
     // What else the file holds stays; a damaged file costs the order and nothing else.
-    QVERIFY(test_support::putFile(orderFile, R"({"applets": ["b", "gone"], "title": "x"})"));
+    QVERIFY(test_support::putFile(orderFile,
+                                  R"({"title": 9007199254740993, "applets": ["b", "gone"]})"));
     QCOMPARE(order(), QStringLiteral("b z"));
     QCOMPARE(project.createApplet(QStringLiteral("a")), QString());
     QCOMPARE(order(), QStringLiteral("b z a"));
-    QFile file(orderFile);
-    QVERIFY(file.open(QIODevice::ReadOnly) && file.readAll().contains("title"));
-    file.close();
+    const auto content = [](const QString& path) {
+        return file_reading::read(path, file_reading::MostOfTable).content;
+    };
+    QVERIFY2(content(orderFile).contains("\"title\": 9007199254740993"), content(orderFile));
     QVERIFY(test_support::putFile(orderFile, "{"));
     QCOMPARE(order(), QStringLiteral("a b z"));
+    // Kept before it is replaced.
+    QCOMPARE(project.renameApplet(QStringLiteral("a"), QStringLiteral("y")), QString());
+    QCOMPARE(order(), QStringLiteral("y b z"));
+    QCOMPARE(content(orderFile + QStringLiteral(".damaged")), QByteArray("{"));
+}
+
+void ProjectFolderTest::aFailureLeavesTheNameFree()
+{
+    QTemporaryDir folder;
+    const ProjectFolder project(folder.path());
+    file_writing::setFault([](file_writing::Step, const QString&) { return true; });
+    const QString complaint = project.createApplet(QStringLiteral("a"));
+    file_writing::setFault({});
+    QVERIFY(!complaint.isEmpty());
+    QCOMPARE(project.createApplet(QStringLiteral("a")), QString());
 }
 
 void ProjectFolderTest::refusedNames_data()

@@ -1,9 +1,11 @@
 #include "logic/LogicView.h"
 #include "model/dialogs/user_dialogs.h"
 #include "shell/ProcessEditWidget.h"
+#include "standalone/host/Host.h"
 #include "standalone/runtime/runtime.h"
 #include "tests/support/child_processes.h"
 #include "tests/support/folders.h"
+#include "tests/support/ordinary_user.h"
 #include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
 #include "workbench/MainWindow.h"
@@ -12,7 +14,9 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QMenu>
+#include <QProgressBar>
 #include <QSettings>
+#include <QStatusBar>
 #include <QToolButton>
 #include <QTreeView>
 #include <QtTest>
@@ -38,6 +42,9 @@ private slots:
     void runThatCannotBeginIsTold();
     void documentIsReloadedCopiedAndSavedElsewhere();
     void windowStateIsRemembered();
+    void defaultWindowFitsTheScreen();
+    void treeKeepsHalfOfTheHeight();
+    void readOnlyProjectIsToldOnce();
 
 private:
     template <class Widget> Widget* find(const char* name) const
@@ -54,6 +61,7 @@ private:
     QStringList runRows() const;
 
     static constexpr int Patience = 120000;
+    QTemporaryDir m_home; // with the trash
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<MainWindow> m_window;
     QStringList m_dialogs;
@@ -63,6 +71,7 @@ private:
 void WindowTest::initTestCase()
 {
     QStandardPaths::setTestModeEnabled(true);
+    qputenv("HOME", QFile::encodeName(m_home.path()));
     QCoreApplication::setOrganizationName(QStringLiteral("process-edit-test"));
     QCoreApplication::setApplicationName(QStringLiteral("window_test"));
     QSettings().clear();
@@ -165,6 +174,10 @@ void WindowTest::stopEndsAnEndlessLoop()
     QCOMPARE(m_dialogs.size(), 1);
     QVERIFY(m_dialogs.first().startsWith(QStringLiteral("警告:当前流程正在运行")));
     QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
+    // The loop didn't come to its end, and nothing says that it did.
+    QVERIFY2(runRows().join(u'\n').contains(QStringLiteral(" | 已停止")),
+             qPrintable(runRows().join(u'\n')));
+    QCOMPARE(find<QLabel>("activity")->text(), QStringLiteral("运行中止"));
 }
 
 void WindowTest::killedRunnerLeavesAUsableEditor()
@@ -183,6 +196,10 @@ void WindowTest::killedRunnerLeavesAUsableEditor()
         QCOMPARE(kill(pid_t(runners.first()), SIGKILL), 0);
         QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
         QCOMPARE(output.last(), QStringLiteral("endless_loop 运行崩溃, 即将停止运行\n"));
+        const auto* activity = find<QLabel>("activity");
+        QCOMPARE(activity->text(), QStringLiteral("运行崩溃"));
+        QVERIFY(activity->palette().color(QPalette::WindowText).red() > 150);
+        QVERIFY(m_window->statusBar()->findChild<QProgressBar*>()->value() < 100);
     }
 }
 
@@ -283,11 +300,16 @@ void WindowTest::runThatCannotBeginIsTold()
 {
     m_window->openApplet(QStringLiteral("crash"));
     standalone::setRunnerPath(m_folder->filePath(QStringLiteral("no_runner")));
+    QStringList log;
+    connect(&standalone::Host::instance(), &standalone::Host::errorLogged, this,
+            [&log](const QString& line) { log << line; });
     pressRunMain();
     QTRY_COMPARE_WITH_TIMEOUT(find<QLabel>("activity")->text(), QStringLiteral("运行未能开始"),
                               Patience);
     standalone::setRunnerPath(QString());
     QVERIFY(isIdle());
+    QVERIFY2(log.join(u'\n').contains(QStringLiteral("无法运行: 找不到运行程序: ")),
+             qPrintable(log.join(u'\n')));
 }
 
 void WindowTest::documentIsReloadedCopiedAndSavedElsewhere()
@@ -348,6 +370,58 @@ void WindowTest::windowStateIsRemembered()
     QCOMPARE(m_window->dockWidgetArea(find<QDockWidget>("logDock")), Qt::RightDockWidgetArea);
     QCOMPARE(m_window->dockWidgetArea(find<QDockWidget>("outputDock")), Qt::BottomDockWidgetArea);
     QSettings().clear();
+}
+
+void WindowTest::defaultWindowFitsTheScreen()
+{
+    m_window->openApplet(QStringLiteral("ecu_check"));
+    QCoreApplication::processEvents();
+    // A full HD screen at twice the size.
+    const QSize room(960, 540);
+    const QSize size = MainWindow::firstSize(room);
+    QVERIFY(size.width() <= room.width() && size.height() <= room.height());
+    QCOMPARE(m_window->minimumSizeHint().boundedTo(size), m_window->minimumSizeHint());
+    QCOMPARE(MainWindow::firstSize(QSize(1920, 1050)), MainWindow::firstSize(QSize()));
+}
+
+void WindowTest::treeKeepsHalfOfTheHeight()
+{
+    m_window->openApplet(QStringLiteral("ecu_check"));
+    m_window->resize(1600, 960);
+    QCoreApplication::processEvents();
+    QVERIFY2(logicTree("treeView")->height() >= 480,
+             qPrintable(QString::number(logicTree("treeView")->height())));
+}
+
+void WindowTest::readOnlyProjectIsToldOnce()
+{
+    using test_support::OrdinaryUser;
+    const QString folder = m_folder->path();
+    auto* offer = find<QToolButton>("readOnlyOffer");
+    m_window->openApplet(QStringLiteral("crash"));
+    QVERIFY(offer->isHidden());
+    QVERIFY(OrdinaryUser::own(folder));
+    const auto rights = QFile::permissions(folder);
+    QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
+    {
+        const OrdinaryUser user;
+        QVERIFY(user.isOrdinary());
+        m_window->openProject(ProjectFolder(folder));
+        m_window->openApplet(QStringLiteral("crash"));
+        const QStatusBar* status = m_window->statusBar();
+        QVERIFY2(status->currentMessage().contains(folder), qPrintable(status->currentMessage()));
+        QVERIFY(offer->isVisible());
+
+        const QTemporaryDir elsewhere;
+        const QString copy = elsewhere.filePath(QStringLiteral("copy.pedt"));
+        m_answer = {user_dialogs::Button::Ok, copy};
+        offer->click();
+        QVERIFY(QFile::exists(copy));
+        m_window->openApplet(QStringLiteral("endless_loop"));
+        QVERIFY(!status->currentMessage().contains(folder));
+        QVERIFY(offer->isVisible());
+    }
+    QVERIFY(QFile::setPermissions(folder, rights));
 }
 
 PE_WIDGET_TEST("window_test", WindowTest)
