@@ -52,12 +52,26 @@ bool isOfSystem(const QString& path)
 QFileInfoList objectFiles(const QString& folder)
 {
     static const QRegularExpression key(QStringLiteral("^[0-9a-f]{64}$"));
-    QFileInfoList files = QDir(folder).entryInfoList(QDir::Files, QDir::Time); // the newest first
+    QFileInfoList files = QDir(folder).entryInfoList(QDir::Files, QDir::Unsorted);
     files.erase(std::remove_if(
                     files.begin(), files.end(),
                     [](const QFileInfo& file) { return !key.match(file.baseName()).hasMatch(); }),
                 files.end());
     return files;
+}
+
+/// At most that many of them.
+QStringList newest(QStringList files, int count)
+{
+    if (files.size() <= count)
+        return files;
+    QHash<QString, qint64> modified;
+    for (const QString& file : qAsConst(files))
+        modified.insert(file, fileState(file).modified);
+    std::nth_element(
+        files.begin(), files.begin() + count, files.end(),
+        [&](const QString& a, const QString& b) { return modified[a] > modified[b]; });
+    return files.mid(0, count);
 }
 
 QString objectFolder(const QString& codeFolder)
@@ -207,15 +221,16 @@ std::optional<FileStates> ObjectCache::outsideFiles(const QList<QByteArray>& key
 void ObjectCache::prune(const QSet<QByteArray>& used) const
 {
     const QFileInfoList files = objectFiles(m_folder);
-    int left = std::max(FewestKept, GenerationsKept * used.size()) - used.size();
-    QSet<QByteArray> kept = used;
+    QStringList unused;
     for (const QFileInfo& file : files) {
-        if (file.suffix() == QLatin1String("o") && left > 0 &&
-            !used.contains(file.completeBaseName().toLatin1())) {
-            kept.insert(file.completeBaseName().toLatin1());
-            --left;
-        }
+        if (file.suffix() == QLatin1String("o") &&
+            !used.contains(file.completeBaseName().toLatin1()))
+            unused << file.filePath();
     }
+    const int left = std::max(FewestKept, GenerationsKept * used.size()) - used.size();
+    QSet<QByteArray> kept = used;
+    for (const QString& object : newest(unused, left))
+        kept.insert(QFileInfo(object).completeBaseName().toLatin1());
     for (const QFileInfo& file : files) {
         if (file.suffix() == QLatin1String("new") ||
             !kept.contains(file.completeBaseName().toLatin1()))
