@@ -323,7 +323,10 @@ void AppletRun::onRequest(std::uint32_t id, protocol::RequestKind kind,
 {
     if (m_silent)
         return;
-    m_backlog->add(0);
+    std::size_t bytes = 0;
+    for (const std::string& text : texts)
+        bytes += text.size();
+    m_backlog->add(bytes);
     if (const char* fault = m_requests.take(id, kind, texts))
         m_reader.refuse(fault);
 }
