@@ -109,10 +109,11 @@ std::shared_ptr<IProcessBlock> getQuickStepInfo(const QString& id);
 QVector<std::shared_ptr<IProcessBlock>> getQuickStepInfoVector(QStringList ids);
 /// Replaces the quick steps by those of a JSON text; an empty text gives none.
 void loadQuickStepJsonStr(const QString& json);
-/// Writes the quick steps to a file, atomically; a failure goes to the log.
+/// Writes the quick steps to a file, atomically, if they have changed. What another program has
+/// written there meanwhile is copied aside first. A failure goes to the log, and the file stays.
 void saveQuickStepJsonStr(const QString& path, BUSINESSTYPE business);
-/// Writes the project's global variables to "globalVariable.json" in the project folder,
-/// atomically; a failure goes to the log.
+/// Writes the project's global variables to "globalVariable.json" in the project folder, as the
+/// quick steps are written.
 void saveGlobalVarJsonStr(const QString& projectPath, BUSINESSTYPE business);
 
 // Templates

@@ -1,5 +1,6 @@
 #include "standalone/compiler/CompileService.h"
 
+#include "model/services/log.h"
 #include "standalone/compiler/ModuleBuild.h"
 #include "standalone/compiler/code_folder.h"
 #include "standalone/compiler/error_lines.h"
@@ -122,8 +123,11 @@ CompileService::StartResult CompileService::start(Request request)
     const auto shared = std::make_shared<const Request>(std::move(request));
     if (m_pool.start([this, shared, fingerprint] { work(*shared, fingerprint); }))
         return Started;
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_compiling.remove(shared->appName);
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_compiling.remove(shared->appName);
+    }
+    sdk_ui_interface::log::log_error(compileText("编译启动失败: 系统无法再创建线程"));
     return Refused;
 }
 
