@@ -70,8 +70,8 @@ void MainWindow::renameApplet()
 
 void MainWindow::removeApplet()
 {
-    if (!user_dialogs::question(this, tr("警告"),
-                                tr("确定删除小程序 %1 及其全部文件吗？").arg(m_applet)))
+    if (!user_dialogs::riskyQuestion(this, tr("警告"),
+                                     tr("确定删除小程序 %1 及其全部文件吗？").arg(m_applet)))
         return;
     const QString name = m_applet;
     closeEditor();
@@ -88,7 +88,7 @@ void MainWindow::reloadApplet()
 {
     m_editor->syncAuthoringPanelsToSdk();
     if (isWindowModified() &&
-        !user_dialogs::question(
+        !user_dialogs::riskyQuestion(
             this, tr("提示"),
             tr("将放弃 %1 未保存的修改，重新读取流程文件，是否继续？").arg(m_applet)))
         return;

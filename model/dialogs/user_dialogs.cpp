@@ -53,6 +53,8 @@ Answer showBox(QWidget* parent, const Message& message, QMessageBox::Icon icon,
         if (buttons == QMessageBox::Ok)
             box.setEscapeButton(QMessageBox::Ok);
     }
+    if (message.isRisky)
+        box.setDefaultButton(QMessageBox::No);
     const auto button = QMessageBox::StandardButton(box.exec());
     return {out && box.clickedButton() == out ? Button::WayOut : asked(button), QString()};
 }
@@ -163,6 +165,11 @@ bool confirm(QWidget* parent, const QString& title, const QString& text)
 bool question(QWidget* parent, const QString& title, const QString& text)
 {
     return ask(parent, {Kind::YesNo, title, text, {}, {}, {}, {}}).button == Button::Yes;
+}
+
+bool riskyQuestion(QWidget* parent, const QString& title, const QString& text)
+{
+    return ask(parent, {Kind::YesNo, title, text, {}, {}, {}, {}, true}).button == Button::Yes;
 }
 
 Button saveOrDiscard(QWidget* parent, const QString& title, const QString& text)

@@ -36,7 +36,8 @@ struct Message
     /// Of a box or a line of text: what one more button says, which answers Button::WayOut. Empty:
     /// there is none.
     QString wayOut;
-    QStringList choices; ///< of Kind::Choice; the answer's value is one of them, with Button::Ok
+    QStringList choices;  ///< of Kind::Choice; the answer's value is one of them, with Button::Ok
+    bool isRisky = false; ///< of Kind::YesNo: Return answers No
 };
 
 /// What the person did; @c value counts for the inputs, with Button::Ok.
@@ -66,6 +67,8 @@ bool confirm(QWidget* parent, const QString& title, const QString& text);
 
 /// True for Yes.
 bool question(QWidget* parent, const QString& title, const QString& text);
+/// The same before something that can't be taken back: who just presses Return has said No.
+bool riskyQuestion(QWidget* parent, const QString& title, const QString& text);
 
 /// Save, Discard or Cancel.
 Button saveOrDiscard(QWidget* parent, const QString& title, const QString& text);

@@ -15,11 +15,13 @@
 #include <QApplication>
 #include <QDockWidget>
 #include <QMenu>
+#include <QMessageBox>
 #include <QSettings>
 #include <QStatusBar>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTextBlock>
+#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeView>
@@ -44,6 +46,7 @@ private slots:
     void saveIsTold();
     void keysStandInToolTips();
     void hiddenToolBarsComeBack();
+    void returnDeletesNoApplet();
 
 private:
     /// The code of a statement step, by its name in the shown sequence.
@@ -198,6 +201,24 @@ void FirstHourTest::hiddenToolBarsComeBack()
         entry->trigger();
         QVERIFY(bar->isVisible());
     }
+}
+
+void FirstHourTest::returnDeletesNoApplet()
+{
+    const auto handler = user_dialogs::setHandler({});
+    QString asked;
+    QTimer answer;
+    connect(&answer, &QTimer::timeout, this, [&] {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            asked = box->text();
+            QTest::keyClick(box, Qt::Key_Return);
+        }
+    });
+    answer.start(0);
+    m_person->press("删除小程序");
+    user_dialogs::setHandler(handler);
+    QVERIFY2(asked.contains(m_app), qPrintable(asked));
+    QVERIFY(m_window->editor() && ProjectFolder(m_folder->path()).applets().contains(m_app));
 }
 
 PE_WIDGET_TEST("first_hour", FirstHourTest)
