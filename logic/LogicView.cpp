@@ -8,6 +8,7 @@
 #include "logic/tree_look.h"
 #include "logic/view_models.h"
 #include "model/colour_rules.h"
+#include "model/dialogs/EmptyHint.h"
 #include "model/services/widget_bases.h"
 
 #include <QEvent>
@@ -25,6 +26,11 @@ constexpr int EditTab = 0;
 constexpr int RunTab = 1;
 constexpr int DefaultColumnWidth = 200;
 constexpr int LeastColumnWidth = 120;
+
+QString noSequence()
+{
+    return LogicView::tr("没有序列，请先在“序列”中添加");
+}
 
 bool areWidths(const QList<int>& widths, int count)
 {
@@ -65,6 +71,7 @@ LogicView::~LogicView()
 void LogicView::setUpEditTab()
 {
     tree_look::apply(m->ui.treeView);
+    new EmptyHint(m->ui.treeView, noSequence());
     m->breakPoints = std::make_unique<BreakPointColumn>(m->ui.tableView, m->ui.treeView);
     m->chosenRow = std::make_unique<ChosenRow>(m->ui.treeView);
     connect(m->chosenRow.get(), &ChosenRow::chosen, this, &LogicView::processItemClicked);
@@ -294,7 +301,10 @@ void LogicView::addStep(logicBlockType baseType, int stepType, const QString& st
     StepEditor::Way way = StepEditor::Way::Chosen;
     if (fromDrop)
         way = isInsert ? StepEditor::Way::DroppedAbove : StepEditor::Way::DroppedOn;
-    m->steps->addStep({baseType, stepType, stepName, quickStepId, way});
+    if (currentModel())
+        m->steps->addStep({baseType, stepType, stepName, quickStepId, way});
+    else
+        emit sigNotice(noSequence());
 }
 
 void LogicView::focusSteps()

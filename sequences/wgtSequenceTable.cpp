@@ -2,6 +2,7 @@
 
 #include "model/IProcessBlock.h"
 #include "model/applet_name.h"
+#include "model/dialogs/EmptyHint.h"
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
 #include "sequences/SequenceTable.h"
@@ -35,6 +36,7 @@ wgtSequenceTable::wgtSequenceTable(QWidget* parent)
     layout->addWidget(m_table);
     m_table->setObjectName(QStringLiteral("tableWidget"));
     m_table->setContextMenuPolicy(Qt::CustomContextMenu);
+    new EmptyHint(m_table, tr("没有序列，右键单击此处添加"));
     connect(m_table, &QTableWidget::currentItemChanged, this,
             &wgtSequenceTable::onCurrentItemChangedSlot);
     connect(m_table, &QTableWidget::itemChanged, this, &wgtSequenceTable::onItemChangedSlot);

@@ -13,6 +13,7 @@
 #include "shell/notify_callbacks.h"
 #include "shell/variable_use.h"
 
+#include "model/dialogs/EmptyHint.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/applet_runtime.h"
 #include "model/services/host.h"
@@ -55,6 +56,8 @@ void ProcessEditWidget::initUI()
     m->ui.treeWidget->setIconSize(
         StyleManager::toolbarButtonIconSize(ProcessEditToolBar::IconSize));
     m->ui.treeWidget->initStepList();
+    new EmptyHint(m->ui.treeWidget,
+                  tr("没有步骤类型，请检查步骤类型表：\n%1").arg(default_tables::stepTable()));
     m->commonControl = new wgtCommonControl(this);
     m->commonControl->hide();
     m->generalSetting = new wgtGeneralSetting(this);

@@ -39,15 +39,33 @@ QByteArray readTable(const QString& fileName)
     return QByteArray();
 }
 
+QString chosenFolder;
+
+QString shipped(const char* fileName)
+{
+    const QString folder = chosenFolder.isEmpty() ? QCoreApplication::applicationDirPath() +
+                                                        QStringLiteral("/Business/Teststand")
+                                                  : chosenFolder;
+    return folder + u'/' + QLatin1String(fileName);
+}
+
 } // namespace
+
+void setFolder(const QString& folder)
+{
+    chosenFolder = folder;
+}
+
+QString stepTable()
+{
+    return shipped("defaultStep.json");
+}
 
 void loadOnce()
 {
-    const QString shipped =
-        QCoreApplication::applicationDirPath() + QStringLiteral("/Business/Teststand/");
     const QString project = getProjectManager()->projectPath();
     if (!process_json_edit::isDefaultStepLoaded()) {
-        const QString steps = shipped + QStringLiteral("defaultStep.json");
+        const QString steps = stepTable();
         const QByteArray table = readTable(steps);
         process_json_edit::loadDefaultStepJson(table.toStdString());
         // Without it nothing can be added, which an empty palette doesn't explain.
@@ -60,7 +78,7 @@ void loadOnce()
             QString::fromUtf8(readTable(project + QStringLiteral("/quickStep.json"))));
     if (!process_json_edit::isDefaultGlobalVarLoaded())
         process_json_edit::loadDefaultVariable(
-            readTable(shipped + QStringLiteral("defaultVariable.json")).toStdString());
+            readTable(shipped("defaultVariable.json")).toStdString());
     if (!process_json_edit::isUserGlobalVarLoaded())
         process_json_edit::loadGlobalVariable(
             readTable(project + QStringLiteral("/globalVariable.json")).toStdString());

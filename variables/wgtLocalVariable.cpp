@@ -1,6 +1,7 @@
 #include "variables/wgtLocalVariable.h"
 
 #include "model/colour_rules.h"
+#include "model/dialogs/EmptyHint.h"
 #include "model/services/log.h"
 #include "variables/TreeState.h"
 #include "variables/VariableEditor.h"
@@ -81,6 +82,7 @@ void wgtLocalVariable::setUpTree()
     m_treeView->setDropIndicatorShown(true);
     m_treeView->setUniformRowHeights(true);
     m_treeView->setContextMenuPolicy(Qt::CustomContextMenu);
+    new EmptyHint(m_treeView, tr("没有序列，无法添加变量"));
     m_treeView->installEventFilter(this);
     m_treeView->viewport()->installEventFilter(this);
 }

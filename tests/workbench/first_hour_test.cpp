@@ -14,6 +14,7 @@
 
 #include <QApplication>
 #include <QDockWidget>
+#include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
 #include <QSettings>
@@ -130,6 +131,19 @@ void FirstHourTest::whatWentIsTold()
              qPrintable(status()));
     m_person->chooseForSequence(0, "删除所选序列");
     QCOMPARE(status(), text("已删除序列 ecu_check（含 11 个步骤），小程序中已没有序列"));
+    // Where one would add something it says what is missing, and when one tries.
+    const auto hint = [](const QWidget* view) {
+        const auto* label = view->findChild<QLabel*>(text("emptyHint"));
+        return label && label->isVisible() ? label->text() : QString();
+    };
+    QTRY_COMPARE(hint(m_person->sequences()), text("没有序列，右键单击此处添加"));
+    QTRY_COMPARE(hint(m_person->steps()), text("没有序列，请先在“序列”中添加"));
+    m_person->chooseStep("延时");
+    QCOMPARE(status(), text("没有序列，请先在“序列”中添加"));
+    m_person->showTab("变量");
+    QTRY_COMPARE(hint(m_person->variables()), text("没有序列，无法添加变量"));
+    m_person->pressRunCurrent();
+    QTRY_COMPARE(status(), text("无序列信息，请添加序列"));
 }
 
 void FirstHourTest::usersOfARenamedVariableAreTold()
