@@ -30,7 +30,7 @@ void AppletStorage::save(const QString& targetPath)
         return;
     m_flushPanels();
     const QString fileName = targetFile(m_appName, targetPath);
-    if (!applet_documents::write(m_appName, fileName, m_strip)) {
+    if (!applet_documents::write(m_appName, fileName, m_strip, ruleAt(targetPath))) {
         emit refused();
         return;
     }
@@ -47,7 +47,8 @@ bool AppletStorage::saveApp(const QString& appName, bool strip, const QString& t
         m_flushPanels();
     const QString fileName = targetFile(appName, targetPath);
     if (!applet_documents::write(appName, fileName,
-                                 strip ? m_strip : applet_documents::StripFunction())) {
+                                 strip ? m_strip : applet_documents::StripFunction(),
+                                 ruleAt(targetPath))) {
         if (isOwn)
             emit refused();
         sdk_ui_interface::log::log_error(
@@ -58,6 +59,11 @@ bool AppletStorage::saveApp(const QString& appName, bool strip, const QString& t
         applet_documents::keepBackup(appName, fileName, applet_documents::Backup::KeepFirst);
     tellSaved(appName);
     return true;
+}
+
+applet_documents::Others AppletStorage::ruleAt(const QString& targetPath) const
+{
+    return targetPath.isEmpty() ? m_others : applet_documents::Others::Replace;
 }
 
 void AppletStorage::tellSaved(const QString& appName) const

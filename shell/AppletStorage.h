@@ -26,6 +26,8 @@ public:
     {
         m_strip = std::move(callback);
     }
+    /// Holds for the applets' own documents; where a copy goes has been asked for.
+    void setRuleForOthers(applet_documents::Others rule) { m_others = rule; }
     /// Told the applet's name after each save.
     void setSavedCallback(SavedCallback callback) { m_saved = std::move(callback); }
 
@@ -47,10 +49,12 @@ signals:
     void refused();
 
 private:
+    applet_documents::Others ruleAt(const QString& targetPath) const;
     void tellSaved(const QString& appName) const;
 
     std::function<void()> m_flushPanels;
     QString m_appName;
     applet_documents::StripFunction m_strip;
+    applet_documents::Others m_others = applet_documents::Others::Replace;
     SavedCallback m_saved;
 };

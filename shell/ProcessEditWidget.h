@@ -69,6 +69,10 @@ public:
     void save(const QString& targetPath);
     /// The same for any applet, with a result. @p strip applies the strip callback.
     bool saveApp(const QString& appName, bool strip, const QString& targetPath);
+    /// Whether a save replaces what another program has put in the document's place since it was
+    /// read or written here, and keeps a copy of it; true at first. Otherwise it is refused like
+    /// one that can't be written, for the host to ask: applet_documents::isOfAnother tells.
+    void setReplacesOthers(bool replaces);
     /// Removes the applet from runtime and model; the widget stays.
     void resetCApplet();
     /// Drops variables and model with @p removeModel, and the custom steps unless kept.

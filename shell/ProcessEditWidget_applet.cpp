@@ -124,6 +124,12 @@ bool ProcessEditWidget::saveApp(const QString& appName, bool strip, const QStrin
     return m->storage->saveApp(appName, strip, targetPath);
 }
 
+void ProcessEditWidget::setReplacesOthers(bool replaces)
+{
+    using applet_documents::Others;
+    m->storage->setRuleForOthers(replaces ? Others::Replace : Others::Refuse);
+}
+
 void ProcessEditWidget::saveFromButton()
 {
     const QString project = getProjectManager()->projectPath();

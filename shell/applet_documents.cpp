@@ -116,15 +116,22 @@ KnownContent& remember(const QString& fileName, const QByteArray& content)
     return known;
 }
 
-// False if another program's content stands there and can't be kept: the document stays as it is.
-bool keepIfReplaced(const QString& fileName)
+// What another program has put in the place of what is known; nothing if it is as it was, or was
+// never looked at.
+std::optional<QByteArray> contentOfAnother(const QString& fileName)
 {
     const auto known = knownContents().constFind(QFileInfo(fileName).absoluteFilePath());
     if (known == knownContents().constEnd())
-        return true;
-    const auto file = file_reading::read(fileName, file_reading::MostOfDocument);
+        return std::nullopt;
+    auto file = file_reading::read(fileName, file_reading::MostOfDocument);
     if (!file.isRead || known->isOf(file.content))
-        return true;
+        return std::nullopt;
+    return std::move(file.content);
+}
+
+// False if no copy can be made: the document stays as it is.
+bool keepReplaced(const QString& fileName)
+{
     const QString copy = kept_copies::keep(fileName, kept_copies::replaced);
     sdk_ui_interface::log::log_error(
         copy.isEmpty()
@@ -329,7 +336,7 @@ QString documentPath(const QString& jsonFolder)
     return jsonFolder.isEmpty() ? QString() : jsonFolder + documentName;
 }
 
-bool write(const QString& appName, const QString& fileName, const StripFunction& strip)
+bool write(const QString& appName, const QString& fileName, const StripFunction& strip, Others rule)
 {
     if (fileName.isEmpty())
         return false;
@@ -344,9 +351,26 @@ bool write(const QString& appName, const QString& fileName, const StripFunction&
     const auto text = QByteArray::fromRawData(document.data(), int(document.size()));
     if (knownContents().value(path).isUnkept && !keepDamaged(fileName, Reporter(false)))
         return false;
-    if (!keepIfReplaced(fileName) || !file_writing::replace(fileName, text).isEmpty())
+    if (isOfAnother(fileName) && (rule == Others::Refuse || !keepReplaced(fileName)))
+        return false;
+    if (!file_writing::replace(fileName, text).isEmpty())
         return false;
     remember(fileName, text);
+    return true;
+}
+
+bool isOfAnother(const QString& fileName)
+{
+    return contentOfAnother(fileName).has_value();
+}
+
+bool mayBeReplaced(const QString& fileName)
+{
+    const auto content = contentOfAnother(fileName);
+    if (content && !keepReplaced(fileName))
+        return false;
+    if (content)
+        remember(fileName, *content);
     return true;
 }
 
@@ -411,10 +435,12 @@ void read(const QString& appName, const QString& jsonFolder, bool quiet)
         return;
     const Reporter report(quiet);
     const QString document = documentPath(jsonFolder);
-    if (QFileInfo::exists(document))
+    if (QFileInfo::exists(document)) {
         readDocument(appName, document, report);
-    else
+    } else {
+        knownOf(document) = KnownContent(); // one that is there later is somebody else's
         readOldDocument(appName, jsonFolder, report);
+    }
 }
 
 } // namespace applet_documents

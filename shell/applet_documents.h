@@ -21,6 +21,13 @@ enum class Backup {
     KeepFirst ///< the same, but a backup that is there stays
 };
 
+/// What a save does to a document that another program has changed since it was read or written
+/// here, or has made since there was none.
+enum class Others {
+    Replace, ///< it is kept aside (".replaced"), which the log tells, and replaced
+    Refuse   ///< it stays, and nothing is written
+};
+
 extern const QString documentName;
 
 /// The applet's own document; @p jsonFolder ends with a separator. Empty for an empty folder: an
@@ -29,12 +36,17 @@ QString documentPath(const QString& jsonFolder);
 
 /// Writes the applet's sequences, blocks and variables to @p fileName: the file is either the old
 /// one or the new one at any moment. An empty @p strip writes all. False, with the file as it was,
-/// if it can't be written, if @p fileName is empty, and if the model holds nothing of the applet
-/// while there is a file that would be emptied.
-///
-/// A document that another program has changed since it was read or written here is kept aside
-/// first (".replaced").
-bool write(const QString& appName, const QString& fileName, const StripFunction& strip);
+/// if it can't be written, if @p fileName is empty, if the model holds nothing of the applet while
+/// there is a file that would be emptied, and if it is another program's and @p rule says so.
+bool write(const QString& appName, const QString& fileName, const StripFunction& strip,
+           Others rule = Others::Replace);
+
+/// Whether the document is another program's, as Others says.
+bool isOfAnother(const QString& fileName);
+
+/// Keeps such a document aside (".replaced"), so that the next save replaces it under either rule.
+/// False, with a line in the log, if no copy can be made; nothing is changed then.
+bool mayBeReplaced(const QString& fileName);
 
 /// Keeps the backup beside @p fileName. An applet without any block never touches it, so that an
 /// emptied document can't destroy the last good one; nor is it replaced by what could be read of a

@@ -12,6 +12,7 @@
 #include "standalone/model_service/project_tables.h"
 #include "workbench/OutputPane.h"
 #include "workbench/ProgressDisplay.h"
+#include "workbench/ProjectLock.h"
 #include "workbench/SystemVariablePane.h"
 #include "workbench/application_icon.h"
 #include "workbench/step_locator.h"
@@ -228,8 +229,10 @@ void MainWindow::connectHost()
         Qt::QueuedConnection);
 }
 
-void MainWindow::openProject(const ProjectFolder& project)
+bool MainWindow::openProject(const ProjectFolder& project)
 {
+    if (!lockProject(project))
+        return false;
     closeEditor();
     if (m_project.path() != project.path())
         standalone::forgetProjectTables();
@@ -239,6 +242,7 @@ void MainWindow::openProject(const ProjectFolder& project)
     standalone::Host::instance().setProjectPath(project.path());
     refreshApplets();
     showTitle();
+    return true;
 }
 
 void MainWindow::openApplet(const QString& name)
@@ -327,8 +331,13 @@ void MainWindow::connectEditor()
     });
     m_editor->setOnRuntimeStaleCallback([this](const QString&) { showStale(true); });
     // Queued: it may come in the middle of what a compile has started.
-    connect(m_editor, &ProcessEditWidget::sigSave, this, &MainWindow::offerAnotherPlace,
+    connect(m_editor, &ProcessEditWidget::sigSave, this, &MainWindow::onSaveRefused,
             Qt::QueuedConnection);
+    m_editor->setReplacesOthers(m_isUnattended);
+    // A compile ends with a save: what it would replace is asked for before it begins.
+    m_editor->setCompileCheckCallback([this](const QString&, const QString&, const QString&, bool) {
+        return mayReplaceDocument(tr("未保存，也未编译")) ? QList<int>() : QList<int>{0};
+    });
     connect(m_editor, &ProcessEditWidget::notifyRunResultSig, this,
             [this](bool success, const QString& text) { m_output->append(text, !success); });
     for (const auto begun : {&ProcessEditWidget::sigCompileStart, &ProcessEditWidget::sigRunStart})
@@ -401,7 +410,7 @@ bool MainWindow::mayLeaveApplet()
     const auto choice = user_dialogs::saveOrDiscard(
         this, tr("提示"), tr("小程序 %1 有未保存的修改，是否保存？").arg(m_applet));
     if (choice == user_dialogs::Button::Save)
-        return m_editor->saveApp(m_applet, true, QString());
+        return mayReplaceDocument(tr("未保存")) && m_editor->saveApp(m_applet, true, QString());
     return choice == user_dialogs::Button::Discard;
 }
 

@@ -4,9 +4,12 @@
 
 #include <QMainWindow>
 
+#include <memory>
+
 class OutputPane;
 class ProcessEditWidget;
 class ProgressDisplay;
+class ProjectLock;
 class QAction;
 class QComboBox;
 class QDockWidget;
@@ -23,8 +26,12 @@ public:
     MainWindow();
     ~MainWindow() override;
 
-    /// Opens a project without an applet. What is unsaved must have been asked for before.
-    void openProject(const ProjectFolder& project);
+    /// Nobody is at the screen: what a person would be asked about other workbenches becomes lines
+    /// in the log, and the work goes on. To be said before a project is opened.
+    void setUnattended() { m_isUnattended = true; }
+    /// Opens a project without an applet. What is unsaved must have been asked for before. False,
+    /// with everything as it was, if another workbench has it open and the person leaves it then.
+    bool openProject(const ProjectFolder& project);
     /// Opens an applet of the project in a new editor; the one before is closed. Of one whose
     /// document is damaged the person chooses what to open, which may be nothing.
     void openApplet(const QString& name);
@@ -75,7 +82,16 @@ private:
     void removeApplet();
     void reloadApplet();
     void saveCopy();
+    void onSaveRefused();
+    /// False if the document is another program's and the person leaves it so, who is told what
+    /// that means: @p otherwise.
+    bool mayReplaceDocument(const QString& otherwise);
+    QString document() const;
+    /// Whether a person is to be asked before a save.
+    bool isDocumentOfAnother() const;
     void offerAnotherPlace();
+    bool lockProject(const ProjectFolder& project);
+    bool mayShareProject(const QString& path, ProjectLock& lock);
     void tellIfReadOnly();
     void refreshApplets();
     void complain(const QString& complaint);
@@ -85,11 +101,13 @@ private:
     void applyDefaultSizes();
 
     ProjectFolder m_project;
+    std::unique_ptr<ProjectLock> m_lock; ///< of the project; null without one
     QString m_applet;
     ProcessEditWidget* m_editor = nullptr;
     QString m_outcome;             ///< of what was asked for last
     bool m_isFailure = false;      ///< and whether it is one
     bool m_isReadOnlyTold = false; ///< of the open project
+    bool m_isUnattended = false;   ///< nobody is at the screen
     bool m_isBuilt = false;        ///< something compiled that a change of the document makes stale
 
     QByteArray m_dockState; ///< until the window is shown first

@@ -2,8 +2,11 @@
 
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/host.h"
+#include "model/services/log.h"
 #include "shell/ProcessEditWidget.h"
+#include "shell/applet_documents.h"
 #include "workbench/MainWindow.h"
+#include "workbench/ProjectLock.h"
 
 #include <QFileInfo>
 #include <QToolButton>
@@ -22,11 +25,41 @@ void MainWindow::chooseProject()
         complain(project.complaint());
         return;
     }
-    openProject(project);
+    if (!openProject(project))
+        return;
     const QStringList applets = project.applets();
     const QString last = project.lastApplet();
     if (!applets.isEmpty())
         openApplet(applets.contains(last) ? last : applets.first());
+}
+
+bool MainWindow::lockProject(const ProjectFolder& project)
+{
+    if (QFileInfo(project.path()) == QFileInfo(m_project.path()))
+        return true; // what there was to ask was asked when it was opened
+    auto lock = std::make_unique<ProjectLock>(project.path());
+    if (!lock->holder().isEmpty() && !mayShareProject(project.path(), *lock))
+        return false;
+    m_lock = std::move(lock);
+    return true;
+}
+
+bool MainWindow::mayShareProject(const QString& path, ProjectLock& lock)
+{
+    const QString fact = tr("工程 %1 已在另一个工作台中打开（%2）").arg(path, lock.holder());
+    if (m_isUnattended) {
+        sdk_ui_interface::log::log_error(fact);
+        return true;
+    }
+    const QString open = tr("仍然打开");
+    const QStringList choices{tr("不打开"), open};
+    const QString text = tr("%1。\n\n同一个小程序在两处的修改不会合并：一处保存的内容会被另一处的"
+                            "保存替换，替换前会询问。")
+                             .arg(fact);
+    if (choices.value(user_dialogs::choose(this, tr("工程已被打开"), text, choices)) != open)
+        return false;
+    lock.takeOver();
+    return true;
 }
 
 void MainWindow::chooseApplet(const QString& name)
@@ -109,10 +142,50 @@ void MainWindow::saveCopy()
     setWindowModified(isModified);
 }
 
-void MainWindow::offerAnotherPlace()
+void MainWindow::onSaveRefused()
 {
     if (!m_editor)
         return;
+    if (!isDocumentOfAnother())
+        offerAnotherPlace();
+    else if (mayReplaceDocument(tr("未保存")))
+        m_editor->save(QString());
+}
+
+bool MainWindow::mayReplaceDocument(const QString& otherwise)
+{
+    if (!isDocumentOfAnother())
+        return true;
+    const QString replace = tr("替换");
+    const QStringList choices{tr("不保存"), replace};
+    const QString text = tr("小程序 %1 的流程文件已被其他程序修改，例如另一个工作台。\n\n"
+                            "替换时，对方的内容另存在同一文件夹中；不保存时，可以用“重新加载”读取"
+                            "对方的内容，或用“另存副本”把这里的内容保存到其他位置。")
+                             .arg(m_applet);
+    if (choices.value(user_dialogs::choose(this, tr("流程文件已被修改"), text, choices)) !=
+        replace) {
+        showNotice(IWindowManager::NoticeWarning,
+                   tr("%1 的流程文件已被其他程序修改，%2").arg(m_applet, otherwise));
+        return false;
+    }
+    if (applet_documents::mayBeReplaced(document()))
+        return true;
+    offerAnotherPlace();
+    return false;
+}
+
+QString MainWindow::document() const
+{
+    return applet_documents::documentPath(m_project.appletFolder(m_applet));
+}
+
+bool MainWindow::isDocumentOfAnother() const
+{
+    return !m_isUnattended && applet_documents::isOfAnother(document());
+}
+
+void MainWindow::offerAnotherPlace()
+{
     showNotice(IWindowManager::NoticeWarning,
                tr("无法保存 %1，请检查磁盘空间和文件夹权限").arg(m_applet));
     if (user_dialogs::question(this, tr("警告"),

@@ -71,7 +71,10 @@ int runApplication(const CommandLine& line)
     MainWindow window;
     QObject::connect(&standalone::Host::instance(), &standalone::Host::errorLogged, &window,
                      [](const QString& text) { complain(text); });
-    window.openProject(project);
+    if (line.headless)
+        window.setUnattended();
+    if (!window.openProject(project))
+        return exit_status::RunEnded;
     // With nobody at the screen a document that can't be read is the end; a person is shown the log
     // and may go on with what there is.
     if (line.headless && !applet.isEmpty()) {

@@ -6,6 +6,7 @@
 #include "shell/LogicMaster.h"
 #include "shell/ProcessEditNotifyTool.h"
 #include "shell/ProcessEditToolBar.h"
+#include "shell/applet_documents.h"
 #include "standalone/host/Host.h"
 #include "standalone/runtime/runtime.h"
 #include "tests/shell/EditorRecorder.h"
@@ -34,6 +35,8 @@ private slots:
     void fullDisk();
     void deletedUnderTheEditor();
     void replacedUnderTheEditor();
+    void othersAreNotReplacedUnasked_data();
+    void othersAreNotReplacedUnasked();
     void unloadedAppletNeverEmptiesAFile();
     void copyElsewhereHasItsBackupThere();
     void appletWithoutPathsIsRefused();
@@ -225,6 +228,40 @@ void StorageFailuresTest::replacedUnderTheEditor()
     m_editor->load(false);
     m_editor->save(QString());
     QVERIFY(!QFile::exists(document() + QStringLiteral(".replaced2")));
+}
+
+void StorageFailuresTest::othersAreNotReplacedUnasked_data()
+{
+    QTest::addColumn<bool>("wasThere");
+    QTest::newRow("changed") << true;
+    QTest::newRow("made") << false;
+}
+
+void StorageFailuresTest::othersAreNotReplacedUnasked()
+{
+    QFETCH(bool, wasThere);
+    m_editor->setReplacesOthers(false);
+    if (wasThere)
+        m_editor->save(QString());
+    const QByteArray theirs = "{\"logicview\":{}, \"other\": 1}";
+    QVERIFY(test_support::putFile(document(), theirs));
+    m_record->take();
+    m_editor->save(QString());
+    QCOMPARE(m_record->take(), QStringList{QStringLiteral("sigSave [idle]")});
+    QVERIFY(!m_editor->saveApp(m_name, false, QString()));
+    QCOMPARE(content(document()), theirs);
+    QVERIFY(!QFile::exists(document() + QStringLiteral(".replaced")));
+    // Where a copy goes has been asked for.
+    const QString copy = folder() + QStringLiteral("copy.pedt");
+    for (int round = 0; round < 2; ++round) {
+        QVERIFY(m_editor->saveApp(m_name, false, copy));
+        QVERIFY(test_support::putFile(copy, theirs));
+    }
+
+    QVERIFY(applet_documents::mayBeReplaced(document()));
+    QCOMPARE(content(document() + QStringLiteral(".replaced")), theirs);
+    m_editor->save(QString());
+    QVERIFY(content(document()).contains("first"));
 }
 
 void StorageFailuresTest::unloadedAppletNeverEmptiesAFile()
