@@ -7,6 +7,7 @@
 #include "tests/support/test_program.h"
 #include "tests/support/told_context.h"
 
+#include <QTextCodec>
 #include <QtTest>
 
 namespace processedit = sdk_ui_interface::processedit;
@@ -73,11 +74,16 @@ private slots:
     void compileRunAndSkip();
     void compileErrorKeepsTheEditorUsable();
     void resultOfAnotherWindow();
+    void stopAsksInALocaleOfItsOwn_data();
+    void stopAsksInALocaleOfItsOwn();
 
 private:
     QString makeSequence(const char* code);
 
-    const QString m_name = QStringLiteral("build_test");
+    void makeApplet(const QString& name);
+
+    QString m_name;
+    QTextCodec* const m_codec = QTextCodec::codecForLocale();
     QTemporaryDir m_project;
     RecordingView m_view;
     std::unique_ptr<BuildController> m_build;
@@ -93,6 +99,12 @@ void BuildControllerTest::initTestCase()
 
 void BuildControllerTest::init()
 {
+    makeApplet(QStringLiteral("build_test"));
+}
+
+void BuildControllerTest::makeApplet(const QString& name)
+{
+    m_name = name;
     m_view = RecordingView();
     m_outcomes.clear();
     m_applet = std::make_unique<ScopedApplet>(m_name);
@@ -112,6 +124,7 @@ void BuildControllerTest::cleanup()
     m_build.reset();
     LogicMaster::instance()->removeApplet(m_name, true);
     m_applet.reset();
+    QTextCodec::setCodecForLocale(m_codec);
 }
 
 QString BuildControllerTest::makeSequence(const char* code)
@@ -258,6 +271,30 @@ void BuildControllerTest::resultOfAnotherWindow()
     QCOMPARE(finished.count(), 1);
     QVERIFY(m_view.calls.isEmpty());
     QVERIFY(m_outcomes.isEmpty());
+}
+
+void BuildControllerTest::stopAsksInALocaleOfItsOwn_data()
+{
+    QTest::addColumn<QByteArray>("codec");
+    QTest::newRow("UTF-8") << QByteArray("UTF-8");
+    QTest::newRow("GBK") << QByteArray("GBK");
+}
+
+/// The names of runners are in the encoding of the locale.
+void BuildControllerTest::stopAsksInALocaleOfItsOwn()
+{
+    QFETCH(QByteArray, codec);
+    cleanup();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName(codec));
+    makeApplet(QStringLiteral("检测"));
+    makeSequence("while (true) {}");
+    m_build->runMain();
+    QTRY_COMPARE_WITH_TIMEOUT(m_view.calls.value(m_view.calls.size() - 1),
+                              QStringLiteral("running"), 60000);
+    m_view.calls.clear();
+    m_build->stop();
+    QCOMPARE(m_view.calls, QStringList{QStringLiteral("ask")});
+    QTRY_COMPARE_WITH_TIMEOUT(m_outcomes.size(), 1, 60000);
 }
 
 PE_WIDGET_TEST("build_controller_test", BuildControllerTest)
