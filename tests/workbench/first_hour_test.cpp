@@ -143,7 +143,7 @@ void FirstHourTest::whatWentIsTold()
     m_person->showTab("变量");
     QTRY_COMPARE(hint(m_person->variables()), text("没有序列，无法添加变量"));
     m_person->pressRunCurrent();
-    QTRY_COMPARE(status(), text("无序列信息，请添加序列"));
+    QCOMPARE(m_person->boxes().last(), text("警告: 无序列信息，请添加序列"));
 }
 
 void FirstHourTest::usersOfARenamedVariableAreTold()
