@@ -1,11 +1,11 @@
 #include "runner/control.h"
 
+#include "protocol/protocol_reader.h"
 #include "runner/channel.h"
 #include "runner/requests.h"
 #include "runner/run_tracer.h"
 #include "runner/standard_output.h"
 #include "runner/supervisor.h"
-#include "standalone/runtime/protocol_reader.h"
 
 #include <algorithm>
 #include <cerrno>

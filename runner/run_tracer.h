@@ -1,7 +1,7 @@
 #pragma once
 
+#include "protocol/run_trace.h"
 #include "runner/applet_module.h"
-#include "standalone/runtime/run_trace.h"
 
 #include <cstddef>
 #include <vector>

@@ -1,20 +1,21 @@
 # The arrows between the rooms, held against the include lines: the editor sees its services through
 # model/ only, nobody below shell/ sees the shell, the model sees nobody but
-# base/, and base/ nobody at all.
+# base/, and base/ and protocol/ nobody at all.
 
 # A room and what a line of it may not include.
-set(forbidden_base "model|standalone|runner|shell|logic|panels|variables|sequences|workbench")
-set(forbidden_model "standalone|runner|shell|logic|panels|variables|sequences|workbench")
-set(forbidden_logic "standalone|runner|shell|panels|variables|sequences|workbench")
-set(forbidden_panels "standalone|runner|shell|logic|sequences|workbench")
-set(forbidden_variables "standalone|runner|shell|logic|panels|sequences|workbench")
-set(forbidden_sequences "standalone|runner|shell|logic|panels|workbench")
-set(forbidden_shell "standalone|runner|workbench")
+set(forbidden_base "model|protocol|standalone|runner|shell|logic|panels|variables|sequences|workbench")
+set(forbidden_protocol "base|model|standalone|runner|shell|logic|panels|variables|sequences|workbench")
+set(forbidden_model "protocol|standalone|runner|shell|logic|panels|variables|sequences|workbench")
+set(forbidden_logic "protocol|standalone|runner|shell|panels|variables|sequences|workbench")
+set(forbidden_panels "protocol|standalone|runner|shell|logic|sequences|workbench")
+set(forbidden_variables "protocol|standalone|runner|shell|logic|panels|sequences|workbench")
+set(forbidden_sequences "protocol|standalone|runner|shell|logic|panels|workbench")
+set(forbidden_shell "protocol|standalone|runner|workbench")
 set(forbidden_standalone "runner|shell|logic|panels|variables|sequences|workbench")
-set(forbidden_runner "model|standalone/[a-qs-z]|shell|logic|panels|variables|sequences|workbench")
+set(forbidden_runner "base|model|standalone|shell|logic|panels|variables|sequences|workbench")
 
 set(wrong "")
-foreach(room base model logic panels variables sequences shell standalone runner)
+foreach(room base protocol model logic panels variables sequences shell standalone runner)
   file(GLOB_RECURSE files ${ROOT}/${room}/*.h ${ROOT}/${room}/*.cpp)
   list(LENGTH files count)
   if(count EQUAL 0)
