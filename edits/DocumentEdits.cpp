@@ -9,6 +9,7 @@
 
 using document_state::Depth;
 using document_state::StatePtr;
+using Kind = DocumentChange::Kind;
 using Part = DocumentChange::Part;
 namespace processedit = sdk_ui_interface::processedit;
 
@@ -24,7 +25,27 @@ QString nameOf(const std::string& localName)
     return QString::fromLocal8Bit(localName.c_str());
 }
 
+bool isOfProject(const DocumentChange::Item& item)
+{
+    return item.part == Part::QuickStep || item.part == Part::Template;
+}
+
+/// The other way round.
+DocumentChange::Item inverse(const DocumentChange::Item& item)
+{
+    DocumentChange::Item inverse = item;
+    std::swap(inverse.before, inverse.after);
+    if (item.kind == Kind::Added || item.kind == Kind::Removed)
+        inverse.kind = item.kind == Kind::Added ? Kind::Removed : Kind::Added;
+    return inverse;
+}
+
 } // namespace
+
+bool DocumentChange::isOfDocument() const
+{
+    return !std::all_of(items.begin(), items.end(), isOfProject);
+}
 
 DocumentEdits& DocumentEdits::instance()
 {
@@ -45,13 +66,16 @@ DocumentEdits::Act::~Act()
     // Who hears of it may change something in turn.
     const DocumentChange change = std::exchange(edits.m_act, DocumentChange());
     emit edits.changed(change);
+    if (change.isOfDocument())
+        emit edits.modified();
 }
 
 void DocumentEdits::add(const QString& appName, DocumentChange::Item item)
 {
     if (!item.before && !item.after)
         return;
-    m_act.appName = appName;
+    if (!appName.isEmpty())
+        m_act.appName = appName;
     m_act.items.push_back(std::move(item));
 }
 
@@ -64,7 +88,7 @@ QString DocumentEdits::createProcess(const QString& appName, const QString& sequ
     const Act act;
     const QString uuid =
         processedit::createProcess(appName, sequenceId, parentUuid, baseType, subType, index);
-    add(appName, {Part::Step, sequenceId, uuid, nullptr,
+    add(appName, {Part::Step, Kind::Added, sequenceId, uuid, nullptr,
                   document_state::ofStep(appName, uuid, Depth::Whole)});
     return uuid;
 }
@@ -77,7 +101,7 @@ QString DocumentEdits::createProcessInfoByQuickStep(const QString& appName,
     const Act act;
     const QString uuid = processedit::createProcessInfoByQuickStep(appName, sequenceId, parentUuid,
                                                                    quickStepId, index);
-    add(appName, {Part::Step, sequenceId, uuid, nullptr,
+    add(appName, {Part::Step, Kind::Added, sequenceId, uuid, nullptr,
                   document_state::ofStep(appName, uuid, Depth::Whole)});
     return uuid;
 }
@@ -91,7 +115,7 @@ void DocumentEdits::updateProcess(const QString& appName, const QString& sequenc
     StatePtr before = document_state::ofStep(appName, uuid, Depth::Alone);
     write();
     processedit::updateProcess(appName, sequenceId, block);
-    add(appName, {Part::Step, sequenceId, uuid, std::move(before),
+    add(appName, {Part::Step, Kind::Written, sequenceId, uuid, std::move(before),
                   document_state::ofStep(appName, uuid, Depth::Alone)});
 }
 
@@ -103,7 +127,7 @@ void DocumentEdits::setEnableState(const QString& appName, const QString& sequen
     StatePtr before = document_state::ofStep(appName, uuid, Depth::EnableState);
     block->enableState = state;
     processedit::updateProcess(appName, sequenceId, block);
-    add(appName, {Part::Step, sequenceId, uuid, std::move(before),
+    add(appName, {Part::Step, Kind::Enabled, sequenceId, uuid, std::move(before),
                   document_state::ofStep(appName, uuid, Depth::EnableState)});
 }
 
@@ -116,7 +140,7 @@ void DocumentEdits::updateProcessInfoIndex(const QString& appName, const QString
     process_edit::updateProcessInfoIndex(appName.toLocal8Bit().toStdString(),
                                          sequenceId.toStdString(), blockUuid.toStdString(),
                                          parentUuid.toStdString(), index);
-    add(appName, {Part::Step, sequenceId, blockUuid, std::move(before),
+    add(appName, {Part::Step, Kind::Moved, sequenceId, blockUuid, std::move(before),
                   document_state::ofStep(appName, blockUuid, Depth::Alone)});
 }
 
@@ -126,7 +150,7 @@ void DocumentEdits::removeProcess(const QString& appName, const QString& sequenc
     const Act act;
     StatePtr before = document_state::ofStep(appName, blockUuid, Depth::Whole);
     processedit::removeProcess(appName, sequenceId, blockUuid);
-    add(appName, {Part::Step, sequenceId, blockUuid, std::move(before), nullptr});
+    add(appName, {Part::Step, Kind::Removed, sequenceId, blockUuid, std::move(before), nullptr});
 }
 
 void DocumentEdits::removeAllProcessBySequenceID(const QString& appName, const QString& sequenceId,
@@ -142,7 +166,7 @@ void DocumentEdits::removeAllProcessBySequenceID(const QString& appName, const Q
         // As if the last one went first: undone, each finds its place.
         const std::vector<std::string>& uuids = *flows[each];
         for (auto uuid = uuids.rbegin(); uuid != uuids.rend(); ++uuid)
-            add(appName, {Part::Step, sequenceId, text(*uuid),
+            add(appName, {Part::Step, Kind::Removed, sequenceId, text(*uuid),
                           document_state::ofStep(appName, text(*uuid), Depth::Whole), nullptr});
     }
     processedit::removeAllProcessBySequenceID(appName, sequenceId, flow);
@@ -154,7 +178,7 @@ QString DocumentEdits::createSeuqence(const QString& appName, const QString& nam
 {
     const Act act;
     const QString id = processedit::createSeuqence(appName, name);
-    add(appName, {Part::Sequence, id, QString(), nullptr,
+    add(appName, {Part::Sequence, Kind::Added, id, QString(), nullptr,
                   document_state::ofSequence(appName, id, Depth::Whole)});
     return id;
 }
@@ -165,7 +189,7 @@ void DocumentEdits::updateSequence(const QString& appName, const SequenceInfo& i
     const QString id = text(info.id);
     StatePtr before = document_state::ofSequence(appName, id, Depth::Alone);
     processedit::updateSequence(appName, info);
-    add(appName, {Part::Sequence, id, QString(), std::move(before),
+    add(appName, {Part::Sequence, Kind::Written, id, QString(), std::move(before),
                   document_state::ofSequence(appName, id, Depth::Alone)});
 }
 
@@ -174,7 +198,8 @@ void DocumentEdits::removeSequence(const QString& appName, const QString& sequen
     const Act act;
     StatePtr before = document_state::ofSequence(appName, sequenceId, Depth::Whole);
     processedit::removeSequence(appName, sequenceId);
-    add(appName, {Part::Sequence, sequenceId, QString(), std::move(before), nullptr});
+    add(appName,
+        {Part::Sequence, Kind::Removed, sequenceId, QString(), std::move(before), nullptr});
 }
 
 void DocumentEdits::removeAllSequenceByAppName(const QString& appName)
@@ -183,7 +208,7 @@ void DocumentEdits::removeAllSequenceByAppName(const QString& appName)
     const auto sequences = processedit::getAllSequenceByAppName(appName);
     for (auto sequence = sequences.rbegin(); sequence != sequences.rend(); ++sequence)
         add(appName,
-            {Part::Sequence, text(sequence->id), QString(),
+            {Part::Sequence, Kind::Removed, text(sequence->id), QString(),
              document_state::ofSequence(appName, text(sequence->id), Depth::Whole), nullptr});
     processedit::removeAllSequenceByAppName(appName);
 }
@@ -195,8 +220,8 @@ std::string DocumentEdits::addVariable(const std::string& appName, processVariab
 {
     const Act act;
     const std::string uuid = process_edit::addVariable(appName, scope, ownerId);
-    add(nameOf(appName),
-        {Part::Variable, QString(), text(uuid), nullptr, document_state::ofVariable(uuid)});
+    add(nameOf(appName), {Part::Variable, Kind::Added, QString(), text(uuid), nullptr,
+                          document_state::ofVariable(uuid)});
     return uuid;
 }
 
@@ -206,15 +231,15 @@ void DocumentEdits::updateVariable(const std::string& appName, const processVari
     const Act act;
     StatePtr before = document_state::ofVariable(variable.uuid);
     process_edit::updateVariable(appName, variable, scope);
-    add(nameOf(appName), {Part::Variable, QString(), text(variable.uuid), std::move(before),
-                          document_state::ofVariable(variable.uuid)});
+    add(nameOf(appName), {Part::Variable, Kind::Written, QString(), text(variable.uuid),
+                          std::move(before), document_state::ofVariable(variable.uuid)});
 }
 
 void DocumentEdits::pasteVariable(const std::string& appName, processVariable& variable, int scope)
 {
     const Act act;
     process_edit::pasteVariable(appName, variable, scope);
-    add(nameOf(appName), {Part::Variable, QString(), text(variable.uuid), nullptr,
+    add(nameOf(appName), {Part::Variable, Kind::Added, QString(), text(variable.uuid), nullptr,
                           document_state::ofVariable(variable.uuid)});
 }
 
@@ -226,8 +251,8 @@ void DocumentEdits::removeVariables(const std::string& appName,
         StatePtr before = document_state::ofVariable(uuid);
         process_edit::removeVariables(appName, {uuid});
         StatePtr after = document_state::ofVariable(uuid); // a default one stays
-        add(nameOf(appName),
-            {Part::Variable, QString(), text(uuid), std::move(before), std::move(after)});
+        add(nameOf(appName), {Part::Variable, Kind::Removed, QString(), text(uuid),
+                              std::move(before), std::move(after)});
     }
 }
 
@@ -237,9 +262,55 @@ void DocumentEdits::removeAllVarBySequenceId(const std::string& appName,
     const Act act;
     const auto variables = process_edit::getAllSequenceVariable(appName, sequenceId);
     for (auto variable = variables.rbegin(); variable != variables.rend(); ++variable)
-        add(nameOf(appName), {Part::Variable, QString(), text(variable->uuid),
+        add(nameOf(appName), {Part::Variable, Kind::Removed, QString(), text(variable->uuid),
                               document_state::ofVariable(variable->uuid), nullptr});
     process_edit::removeAllVarBySequenceId(appName, sequenceId);
+}
+
+// What the project keeps
+
+QString DocumentEdits::addQuickStepInfo(const QString& appName, const QString& blockUuid)
+{
+    const Act act;
+    const QString id = processedit::addQuickStepInfo(appName, blockUuid);
+    add(appName,
+        {Part::QuickStep, Kind::Added, QString(), id, nullptr, document_state::ofQuickStep(id)});
+    return id;
+}
+
+void DocumentEdits::removeQuickStepInfo(const QString& id)
+{
+    const Act act;
+    StatePtr before = document_state::ofQuickStep(id);
+    processedit::removeQuickStepInfo(id);
+    add(QString(), {Part::QuickStep, Kind::Removed, QString(), id, std::move(before), nullptr});
+}
+
+std::pair<QString, QString> DocumentEdits::addProcessTemplate(const QString& appName,
+                                                              const QString& sequenceId)
+{
+    const Act act;
+    const auto idAndName = processedit::addProcessTemplate(appName, sequenceId);
+    add(appName, {Part::Template, Kind::Added, QString(), idAndName.first, nullptr,
+                  document_state::ofTemplate(idAndName.first)});
+    return idAndName;
+}
+
+void DocumentEdits::removeProcessTemplate(const QString& id)
+{
+    const Act act;
+    StatePtr before = document_state::ofTemplate(id);
+    processedit::removeProcessTemplate(id);
+    add(QString(), {Part::Template, Kind::Removed, QString(), id, std::move(before), nullptr});
+}
+
+void DocumentEdits::renameProcessTemplate(const QString& id, const QString& name)
+{
+    const Act act;
+    StatePtr before = document_state::ofTemplate(id);
+    processedit::renameProcessTemplate(id, name);
+    add(QString(), {Part::Template, Kind::Written, QString(), id, std::move(before),
+                    document_state::ofTemplate(id)});
 }
 
 // Changes
@@ -248,12 +319,8 @@ bool DocumentEdits::undo(const DocumentChange& change)
 {
     const Act act;
     bool isWhole = true;
-    m_act.appName = change.appName;
-    std::for_each(
-        change.items.rbegin(), change.items.rend(), [&](const DocumentChange::Item& item) {
-            isWhole = put(item, item.before) && isWhole;
-            m_act.items.push_back({item.part, item.sequenceId, item.id, item.after, item.before});
-        });
+    for (auto item = change.items.rbegin(); item != change.items.rend(); ++item)
+        isWhole = put(change.appName, inverse(*item)) && isWhole;
     return isWhole;
 }
 
@@ -261,25 +328,33 @@ bool DocumentEdits::redo(const DocumentChange& change)
 {
     const Act act;
     bool isWhole = true;
-    m_act.appName = change.appName;
-    for (const DocumentChange::Item& item : change.items) {
-        isWhole = put(item, item.after) && isWhole;
-        m_act.items.push_back(item);
-    }
+    for (const DocumentChange::Item& item : change.items)
+        isWhole = put(change.appName, item) && isWhole;
     return isWhole;
 }
 
-bool DocumentEdits::put(const DocumentChange::Item& item, const StatePtr& state)
+bool DocumentEdits::put(const QString& appName, const DocumentChange::Item& item)
 {
-    if (state)
-        return document_state::restore(m_act.appName, *state);
-    if (item.part == Part::Step)
-        processedit::removeProcess(m_act.appName, item.sequenceId, item.id);
-    else if (item.part == Part::Sequence)
-        processedit::removeSequence(m_act.appName, item.sequenceId);
-    else
-        process_edit::removeVariables(m_act.appName.toLocal8Bit().toStdString(),
-                                      {item.id.toStdString()});
+    add(appName, item);
+    if (item.after)
+        return document_state::restore(appName, *item.after);
+    switch (item.part) {
+    case Part::Step:
+        processedit::removeProcess(appName, item.sequenceId, item.id);
+        break;
+    case Part::Sequence:
+        processedit::removeSequence(appName, item.sequenceId);
+        break;
+    case Part::Variable:
+        process_edit::removeVariables(appName.toLocal8Bit().toStdString(), {item.id.toStdString()});
+        break;
+    case Part::QuickStep:
+        processedit::removeQuickStepInfo(item.id);
+        break;
+    case Part::Template:
+        processedit::removeProcessTemplate(item.id);
+        break;
+    }
     return true;
 }
 

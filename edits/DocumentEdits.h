@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 class IProcessBlock;
@@ -67,6 +68,14 @@ public:
     void removeVariables(const std::string& appName, const std::vector<std::string>& uuids);
     void removeAllVarBySequenceId(const std::string& appName, const std::string& sequenceId);
 
+    // What the project keeps beside its documents -------------------------------------------------
+    QString addQuickStepInfo(const QString& appName, const QString& blockUuid);
+    void removeQuickStepInfo(const QString& id);
+    std::pair<QString, QString> addProcessTemplate(const QString& appName,
+                                                   const QString& sequenceId);
+    void removeProcessTemplate(const QString& id);
+    void renameProcessTemplate(const QString& id, const QString& name);
+
     // Changes ------------------------------------------------------------------------------------
     /// Brings the document to where it was before a change, or to where it was after it, and
     /// announces that. The document stands where the change has left it, or was brought before it.
@@ -75,13 +84,16 @@ public:
     bool redo(const DocumentChange& change);
 
 signals:
-    /// The document has changed. Rows and panels may be told only after it.
+    /// Something has changed. Who shows it takes it over now.
     void changed(const DocumentChange& change);
+    /// Then, if it was a document: all that shows it is up to date.
+    void modified();
 
 private:
     DocumentEdits() = default;
     void add(const QString& appName, DocumentChange::Item item);
-    bool put(const DocumentChange::Item& item, const document_state::StatePtr& state);
+    /// Brings a part to where it stands after its item.
+    bool put(const QString& appName, const DocumentChange::Item& item);
 
     int m_depth = 0; ///< of acts
     DocumentChange m_act;

@@ -1,5 +1,6 @@
 #include "logic/LogicView.h"
 
+#include "edits/DocumentEdits.h"
 #include "logic/CustonStandModel.h"
 #include "logic/LogicViewParts.h"
 #include "logic/RowHeightDelegate.h"
@@ -56,6 +57,8 @@ LogicView::LogicView(QWidget* parent) : QWidget(parent), m(std::make_unique<Logi
     setUpEditTab();
     setUpSteps();
     setUpRunTab();
+    connect(&DocumentEdits::instance(), &DocumentEdits::changed, this,
+            &LogicView::onDocumentChanged);
     m->ui.tabWidget->setTabEnabled(RunTab, false);
     m->ui.tabWidget->setCurrentIndex(EditTab);
     connect(m->ui.tabWidget, &QTabWidget::currentChanged, this, &LogicView::onCurrentTabChange);
@@ -96,14 +99,12 @@ void LogicView::setUpSteps()
     m->steps = std::make_unique<StepEditor>(*m->ui.treeView, m->checkStates);
     const StepEditor* steps = m->steps.get();
     connect(m->ui.treeView, &MyCustomTreeView::sigRemoveItem, this, &LogicView::removeRowSlot);
-    connect(steps, &StepEditor::edited, this, &LogicView::sigModified);
     connect(steps, &StepEditor::rowCountChanged, m->breakPoints.get(),
             &BreakPointColumn::setRowCount);
     connect(steps, &StepEditor::rowsRemoved, this,
             [this] { m->sheets->refreshJumps(m_currentSequenceId); });
     connect(steps, &StepEditor::rowsRemoved, this, &LogicView::sigStepsRemoved);
     connect(steps, &StepEditor::removed, this, &LogicView::sigNotice);
-    connect(steps, &StepEditor::blockChanged, this, &LogicView::refreshRow);
     connect(steps, &StepEditor::rowChosen, this, &LogicView::onItemClicked);
     connect(steps, &StepEditor::refused, this, &LogicView::showRefusal);
     // The model that is told of the move would not outlive a new load.
@@ -314,7 +315,6 @@ void LogicView::onDataChanged(QModelIndex topLeft, QModelIndex bottomRight)
         return;
     m->sheets->refreshJumps(model->sequenceId());
     tree_look::redraw(m->ui.treeView, m->checkStates.followers());
-    emit sigModified();
 }
 
 void LogicView::addStep(logicBlockType baseType, int stepType, const QString& stepName,
@@ -374,10 +374,9 @@ void LogicView::syncCheckStatesToSdk()
     CustonStandModel* model = currentModel();
     if (!model || m_appName.isEmpty())
         return;
+    const DocumentEdits::Act act;
     bool changed = false;
     syncCheckStateItemRecursive(model->invisibleRootItem(), changed);
-    if (changed)
-        emit sigModified();
 }
 
 void LogicView::syncCheckStateItemRecursive(QStandardItem* item, bool& changed)
@@ -393,6 +392,22 @@ void LogicView::syncCheckStateItemRecursive(QStandardItem* item, bool& changed)
 void LogicView::refreshRow(const QString& blockUuid)
 {
     m->sheets->refreshRow(m_currentSequenceId, blockUuid);
+}
+
+bool LogicView::isShown(const QString& blockUuid) const
+{
+    const CustonStandModel* model = currentModel();
+    return model && model->rowOf(blockUuid);
+}
+
+void LogicView::onDocumentChanged(const DocumentChange& change)
+{
+    if (change.appName != m_appName)
+        return;
+    for (const DocumentChange::Item& item : change.items) {
+        if (item.part == DocumentChange::Part::Step && item.kind == DocumentChange::Kind::Written)
+            m->sheets->refreshRow(item.sequenceId, item.id);
+    }
 }
 
 void LogicView::refreshSequenceNames()

@@ -15,6 +15,7 @@
 class CustonStandModel;
 class QStandardItem;
 class QStandardItemModel;
+struct DocumentChange;
 struct LogicViewParts;
 struct processTemplateInfo;
 
@@ -94,6 +95,8 @@ public:
     // Refreshing ---------------------------------------------------------------------------------
     /// Writes a block's texts into its row of the current sequence.
     void refreshRow(const QString& blockUuid);
+    /// Whether the sequence on the edit tab has such a step.
+    bool isShown(const QString& blockUuid) const;
     /// The same for all calls of sequences, in every loaded sequence.
     void refreshSequenceNames();
     /// The blocks that no longer fit what was compiled; their rows are marked, others unmarked.
@@ -112,8 +115,6 @@ signals:
     /// The run shows another sequence, or is at its end.
     void sigRunSequenceChanged();
     void sigUdsRuntimeStaleRequired();
-    /// The user changed the document through this view.
-    void sigModified();
     /// Steps of the sequence on the edit tab were removed, or all of them.
     void sigStepsRemoved();
     /// Something to know that needs no answer.
@@ -137,6 +138,7 @@ public slots:
     /// Keeps the selected steps as quick steps.
     void onQucikAddSlot();
     void onDataChanged(QModelIndex topLeft, QModelIndex bottomRight);
+    void onDocumentChanged(const DocumentChange& change);
     /// Brings every block to the state of its check box.
     void syncCheckStatesToSdk();
     void syncCheckStateItemRecursive(QStandardItem* item, bool& changed);

@@ -95,11 +95,17 @@ void StepEditor::addStep(const NewStep& step)
         addUdsStep(step);
         return;
     }
-    const DocumentEdits::Act act;
-    if (QStandardItem* row = create(step))
-        show(row);
-    else if (step.baseType == BasicStep)
+    if (!addRows(step) && step.baseType == BasicStep)
         warn(QT_TRANSLATE_NOOP("LogicView", "添加步骤失败"));
+}
+
+bool StepEditor::addRows(const NewStep& step)
+{
+    const DocumentEdits::Act act;
+    QStandardItem* row = create(step);
+    if (row)
+        show(row);
+    return row != nullptr;
 }
 
 bool StepEditor::mayAdd(const NewStep& step)
@@ -163,7 +169,6 @@ void StepEditor::show(QStandardItem* row)
     emit rowChosen(index);
     m_checkStates.spread(row);
     m_tree.viewport()->update();
-    emit edited();
 }
 
 void StepEditor::makeCurrent(const QModelIndex& index)
@@ -203,11 +208,11 @@ void StepEditor::appendStatements(const QStringList& statements,
     if (flow->rowCount() == before)
         return;
     tellRowCount();
-    emit edited();
 }
 
 void StepEditor::addQuickSteps()
 {
+    const DocumentEdits::Act act;
     QStringList ids;
     const QModelIndexList rows = m_tree.selectionModel()
                                      ? m_tree.selectionModel()->selectedRows(logic_columns::Name)
@@ -217,7 +222,7 @@ void StepEditor::addQuickSteps()
         const auto block = processedit::getProcess(m_appName, uuid);
         if (!block || block->property.name.empty() || !block->property.showInPalette)
             continue;
-        const QString id = processedit::addQuickStepInfo(m_appName, uuid);
+        const QString id = DocumentEdits::instance().addQuickStepInfo(m_appName, uuid);
         if (!id.isEmpty())
             ids.append(id);
     }

@@ -70,7 +70,6 @@ public:
     bool editUdsStep(const QModelIndex& row);
 
 signals:
-    void edited();
     void rowCountChanged(int rowCount); ///< flows' rows included
     void rowsRemoved();
     /// What went, in the words of its user, since nothing is asked.
@@ -81,8 +80,6 @@ signals:
     void refused(QString reason);
     /// The service has kept a moved step where it was: the tree must be loaded again.
     void moveRefused(QString sequenceId);
-    /// The block of a row has other texts than the row.
-    void blockChanged(QString blockUuid);
     void udsBlockAdded(QString blockUuid);
     void udsBlockRemoved(QString blockUuid);
     void udsRuntimeStale();
@@ -98,6 +95,8 @@ private:
                                                   const QStandardItem* anchor) const;
     /// Block and rows of a step; null if there is no place or no block.
     QStandardItem* create(const NewStep& step);
+    /// The same, and shows them; false if there are none.
+    bool addRows(const NewStep& step);
     void show(QStandardItem* row);
     void makeCurrent(const QModelIndex& index);
     void addUdsStep(const NewStep& step);

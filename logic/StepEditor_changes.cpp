@@ -102,7 +102,6 @@ void StepEditor::removeStep()
     if (current)
         m_checkStates.updateUpward(current);
     m_tree.viewport()->update();
-    emit edited();
 }
 
 void StepEditor::removeAllSteps()
@@ -136,7 +135,6 @@ void StepEditor::removeAllSteps()
                      .arg(before - model->rows().items().size()));
     emit rowChosen(index);
     m_tree.viewport()->update();
-    emit edited();
 }
 
 void StepEditor::clearRows()
@@ -184,5 +182,4 @@ void StepEditor::writeMovedRows(const QModelIndexList& rows)
     makeCurrent(moved.first()->index());
     m_checkStates.switchOff(comeUnderDisabled);
     m_tree.viewport()->update();
-    emit edited();
 }

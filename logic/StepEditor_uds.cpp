@@ -23,14 +23,15 @@ void StepEditor::addUdsStep(const NewStep& step)
     // Much may have happened while the dialog was open.
     if (!currentModel() || currentModel()->sequenceId() != sequenceId)
         return;
-    const DocumentEdits::Act act;
-    QStandardItem* row = create(step);
-    if (!row) {
-        warn(QT_TRANSLATE_NOOP("LogicView", "添加步骤失败"));
-        return;
+    {
+        const DocumentEdits::Act act;
+        if (QStandardItem* row = create(step)) {
+            takeOver(row, kind, info);
+            show(row);
+            return;
+        }
     }
-    takeOver(row, kind, info);
-    show(row);
+    warn(QT_TRANSLATE_NOOP("LogicView", "添加步骤失败"));
 }
 
 bool StepEditor::editUdsStep(const QModelIndex& row)
@@ -51,11 +52,11 @@ bool StepEditor::editUdsStep(const QModelIndex& row)
     QStandardItem* item = model ? model->rowOf(uuid) : nullptr;
     if (!item)
         return true;
+    const DocumentEdits::Act act;
     takeOver(item, block->property, info);
     emit udsBlockRemoved(uuid);
     emit udsBlockAdded(uuid);
     emit rowChosen(item->index());
-    emit edited();
     return true;
 }
 
@@ -79,7 +80,6 @@ void StepEditor::takeOver(QStandardItem* row, const BaseStepProperty& kind,
         block->property = kind;
         uds_steps::takeOver(*block, info);
     });
-    emit blockChanged(uuidOf(row));
     emit udsRuntimeStale();
 }
 

@@ -52,6 +52,7 @@ std::string IBlockControl::stepIdOf(const std::shared_ptr<IProcessBlock>& block)
 void IBlockControl::handBack(const std::shared_ptr<IProcessBlock>& block,
                              const std::function<void()>& write)
 {
+    const DocumentEdits::Act act;
     DocumentEdits::instance().updateProcess(m_cappletName, m_sequenceId, block, write);
     emit updateProcessData();
 }

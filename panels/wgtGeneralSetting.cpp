@@ -147,6 +147,7 @@ void wgtGeneralSetting::saveGeneral()
 {
     if (!m_block)
         return;
+    const DocumentEdits::Act act;
     DocumentEdits::instance().updateProcess(m_cappletName, m_sequenceId, m_block, [this] {
         m_block->name = m_nameEdit->text().toStdString();
         m_block->tagEnabled = m_tagCheckBox->isChecked();

@@ -122,6 +122,7 @@ void wgtSequenceTable::showContextMenu(const QPoint& position)
 void wgtSequenceTable::addSequenceSlot()
 {
     flushPending();
+    const DocumentEdits::Act act;
     const QString name = sequence_rules::freeName(m_table->names());
     const QString id = DocumentEdits::instance().createSeuqence(m_appName, name);
     if (id.isEmpty())
@@ -130,7 +131,6 @@ void wgtSequenceTable::addSequenceSlot()
     emit signalAddSquence(id);
     emit currentSequenceChanged(id);
     m_table->resizeRowsToContents();
-    emit sigModified();
 }
 
 void wgtSequenceTable::removeSelectedSequence()
@@ -152,7 +152,6 @@ void wgtSequenceTable::removeSelectedSequence()
     emit signalRemoveSequence(ids);
     emit currentSequenceChanged(currentSequenceId());
     m_table->selectRow(m_table->currentRow());
-    emit sigModified();
     emit sigNotice(notice);
 }
 
@@ -184,7 +183,6 @@ void wgtSequenceTable::removeAllSequence()
     m_table->removeAllRows();
     emit signalRemoveAllSequence();
     emit currentSequenceChanged(QString());
-    emit sigModified();
     if (!rows.isEmpty())
         emit sigNotice(notice);
 }
@@ -219,10 +217,10 @@ void wgtSequenceTable::onItemChangedSlot(QTableWidgetItem* item)
     SequenceInfo info = processedit::getSequence(m_appName, m_table->sequenceIdAt(item->row()));
     const bool isName = column == SequenceTable::NameColumn;
     (isName ? info.name : info.comment) = item->text().toStdString();
+    const DocumentEdits::Act act;
     DocumentEdits::instance().updateSequence(m_appName, info);
     if (isName)
         emit signalRenameSequence();
-    emit sigModified();
 }
 
 void wgtSequenceTable::onMainSequenceCheckBoxChangedSlot(int state)
@@ -258,7 +256,6 @@ void wgtSequenceTable::setMain(int row, bool isMain)
     SequenceInfo info = processedit::getSequence(m_appName, m_table->sequenceIdAt(row));
     info.isMain = isMain;
     DocumentEdits::instance().updateSequence(m_appName, info);
-    emit sigModified();
 }
 
 #include "moc_wgtSequenceTable.cpp"

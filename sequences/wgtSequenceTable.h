@@ -58,8 +58,6 @@ signals:
     /// In table order.
     void signalAddTemplate(QStringList idList);
     void signalRenameSequence();
-    /// The table changed the document.
-    void sigModified();
 
 private slots:
     void onCurrentItemChangedSlot(QTableWidgetItem* current, QTableWidgetItem* previous);

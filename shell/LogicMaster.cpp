@@ -1,5 +1,6 @@
 #include "shell/LogicMaster.h"
 
+#include "edits/DocumentEdits.h"
 #include "model/applet_name.h"
 #include "model/services/applet_runtime.h"
 #include "shell/ProcessEditNotifyTool.h"
@@ -37,6 +38,7 @@ LogicMaster::LogicMaster()
     qRegisterMetaType<QVector<QPair<QString, QString>>>("QVector<QPair<QString,QString>>");
     qRegisterMetaType<QVector<QPair<QString, QString>>>("QVector<QPair<QString,QString> >");
 
+    connect(&DocumentEdits::instance(), &DocumentEdits::modified, this, &LogicMaster::sigModify);
     const ProcessEditNotifyTool* tool = ProcessEditNotifyTool::instance();
     connect(tool, &ProcessEditNotifyTool::compileFinishSignal, this, &LogicMaster::onCompileFinish,
             Qt::QueuedConnection);

@@ -1,5 +1,6 @@
 #include "shell/ProcessEditWidget.h"
 
+#include "edits/DocumentEdits.h"
 #include "shell/AppletStorage.h"
 #include "shell/BuildController.h"
 #include "shell/LogicMaster.h"
@@ -117,12 +118,11 @@ void ProcessEditWidget::connectPanels()
     connect(logicView, &LogicView::sigCurrentTabChanged, this,
             &ProcessEditWidget::onLogicWidgetTabChanged);
     connect(logicView, &LogicView::sigRunSequenceChanged, this,
-            &ProcessEditWidget::showRunVariables);
+            [this] { m->buildView->showRunVariables(); });
     connect(logicView, &LogicView::sigUpdateProcessWidgetWidth, this,
             &ProcessEditWidget::onSaveProcessTreeWidthSlot);
     connect(m->feeds, &RunFeeds::progressChanged, this, &ProcessEditWidget::sigProcessPrograss);
     connect(m->feeds, &RunFeeds::logLine, this, &ProcessEditWidget::onAppletLog);
-    connect(logicView, &LogicView::sigModified, LogicMaster::instance(), &LogicMaster::sigModify);
     connect(logicView, &LogicView::sigUdsRuntimeStaleRequired, this, [this] {
         if (m->onRuntimeStale)
             m->onRuntimeStale(m->appName);
@@ -132,13 +132,13 @@ void ProcessEditWidget::connectPanels()
     connect(m->ui.splitter, &QSplitter::splitterMoved, this, &ProcessEditWidget::onSplitterMoved);
     connect(m->toolBar, &ProcessEditToolBar::defaultFunctionClicked, this,
             &ProcessEditWidget::onToolWidgetButtonClickedSlot);
-    connect(m->commonControl, &wgtCommonControl::updateTreeProcessData, this,
-            [this](const QString& blockUuid) {
-                m->generalSetting->refreshPreview(blockUuid);
-                tellBlockChanged(blockUuid);
+    connect(m->commonControl, &wgtCommonControl::updateTreeProcessData, m->generalSetting,
+            &wgtGeneralSetting::refreshPreview);
+    connect(&DocumentEdits::instance(), &DocumentEdits::changed, this,
+            [this](const DocumentChange& change) {
+                if (change.appName == m->appName)
+                    variable_use::recordChange(change);
             });
-    connect(m->generalSetting, &wgtGeneralSetting::updateTreeProcessData, this,
-            &ProcessEditWidget::tellBlockChanged);
 }
 
 void ProcessEditWidget::connectLogicMaster()
@@ -293,6 +293,8 @@ void ProcessEditWidget::processItemClickedSlot(int baseType, QString blockuuid)
         m->commonControl->showNothingSelected();
         return;
     }
+    if (!m->ui.center_wgt->isShown(blockuuid)) // another sequence has been chosen meanwhile
+        return;
     const auto block = processedit::getProcess(m->appName, blockuuid);
     m->generalSetting->loadGeneral(block);
     m->commonControl->showBlock(block);
@@ -300,25 +302,7 @@ void ProcessEditWidget::processItemClickedSlot(int baseType, QString blockuuid)
 
 void ProcessEditWidget::currentSequenceChangedSlot(QString sequenceId)
 {
-    m->commonControl->flushPending();
-    m->commonControl->showNothingSelected();
-    m->generalSetting->flushPending();
-    m->generalSetting->showNothingSelected();
-    m->commonControl->setSequenceId(sequenceId);
-    m->generalSetting->setSequenceId(sequenceId);
-    m->ui.center_wgt->showSequence(sequenceId);
-    m->ui.widget_para->showSequence(sequenceId);
-    showRunVariables();
-}
-
-/// Of the sequence in sight, where that is another one than the edited.
-void ProcessEditWidget::showRunVariables()
-{
-    const LogicView& view = *m->ui.center_wgt;
-    const auto owner = view.runTemplate();
-    const bool isOther =
-        view.isRunTabShown() && (owner || view.runSequenceId() != view.currentSequenceId());
-    m->ui.widget_para->showRunSequence(isOther ? view.runSequenceId() : QString(), owner);
+    m->buildView->showSequence(sequenceId);
 }
 
 void ProcessEditWidget::onLogicWidgetTabChanged(int index)
@@ -340,16 +324,8 @@ void ProcessEditWidget::onLogicWidgetTabChanged(int index)
         m->inRunTab = false;
     }
     m->ui.splitter->refresh();
-    showRunVariables();
+    m->buildView->showRunVariables();
     emit sigPrcoessMode(index);
-}
-
-void ProcessEditWidget::tellBlockChanged(const QString& blockUuid)
-{
-    m->ui.center_wgt->refreshRow(blockUuid);
-    variable_use::recordBlock(m->appName, getCurrentShowSequenceId(),
-                              processedit::getProcess(m->appName, blockUuid));
-    emit LogicMaster::instance()->sigModify();
 }
 
 void ProcessEditWidget::showUnavailable()

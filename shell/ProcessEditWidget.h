@@ -253,7 +253,6 @@ private:
     void connectBuild();
     /// Tells every part the applet that it works on.
     void nameParts(const QString& appName);
-    void showRunVariables();
     void connectSequences();
     void connectPalette();
     static void removeQuickStep(const QString& id);
@@ -268,7 +267,6 @@ private:
     void takeDrop(const QMimeData& data);
     void showUnavailable();
     void openCodeFolder();
-    void tellBlockChanged(const QString& blockUuid);
     void onAppletLog(const QString& appName, const QString& message);
 
     std::unique_ptr<ProcessEditParts> m;

@@ -196,9 +196,6 @@ QString ProcessEditWidget::getCurrentShowSequenceId() const
 void ProcessEditWidget::setCurrentShowSequence(const QString& sequenceId)
 {
     m->buildView->showSequence(sequenceId);
-    m->commonControl->setSequenceId(sequenceId);
-    m->generalSetting->setSequenceId(sequenceId);
-    m->ui.widget_para->showSequence(sequenceId);
 }
 
 bool ProcessEditWidget::currentShowSequenceIsEmpty() const
@@ -208,10 +205,10 @@ bool ProcessEditWidget::currentShowSequenceIsEmpty() const
 
 void ProcessEditWidget::clearCurrentShowSequenceData()
 {
+    const DocumentEdits::Act act;
     DocumentEdits::instance().removeAllProcessBySequenceID(m->appName, getCurrentShowSequenceId(),
                                                            NoBlock);
     m->ui.center_wgt->clearCurrentSequenceRows();
-    emit LogicMaster::instance()->sigModify();
 }
 
 void ProcessEditWidget::syncAuthoringPanelsToSdk()

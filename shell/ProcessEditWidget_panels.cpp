@@ -7,6 +7,7 @@
 #include "shell/WidgetBuildView.h"
 #include "shell/variable_use.h"
 
+#include "edits/DocumentEdits.h"
 #include "logic/palette_choice.h"
 #include "model/blocks/UdsProcessBlock.h"
 #include "model/services/host.h"
@@ -48,13 +49,9 @@ void ProcessEditWidget::connectSequences()
             &LogicView::refreshSequenceNames);
     connect(table, &wgtSequenceTable::signalAddTemplate, this,
             &ProcessEditWidget::onAddTemplateSequence);
-    connect(table, &wgtSequenceTable::sigModified, LogicMaster::instance(),
-            &LogicMaster::sigModify);
     connect(table, &wgtSequenceTable::sigNotice, this, &ProcessEditWidget::tell);
     connect(m->ui.center_wgt, &LogicView::sigNotice, this, &ProcessEditWidget::tell);
     const wgtLocalVariable* variables = m->ui.widget_para;
-    connect(variables, &wgtLocalVariable::sigModified, LogicMaster::instance(),
-            &LogicMaster::sigModify);
     connect(variables, &wgtLocalVariable::sigUpdateVariable, this,
             &ProcessEditWidget::onVariablesUpdated);
     connect(variables, &wgtLocalVariable::sigNamesGone, this, &ProcessEditWidget::tellOfUsers);
@@ -82,7 +79,7 @@ void ProcessEditWidget::onAddTemplateSequence(QStringList sequenceIdList)
 {
     bool isAnyAdded = false;
     for (const QString& sequenceId : qAsConst(sequenceIdList)) {
-        if (!processedit::addProcessTemplate(m->appName, sequenceId).first.isEmpty())
+        if (!DocumentEdits::instance().addProcessTemplate(m->appName, sequenceId).first.isEmpty())
             isAnyAdded = true;
     }
     if (!isAnyAdded)
@@ -209,7 +206,7 @@ void ProcessEditWidget::contextMenuEvent(QPoint pos)
 
 void ProcessEditWidget::removeQuickStep(const QString& id)
 {
-    processedit::removeQuickStepInfo(id);
+    DocumentEdits::instance().removeQuickStepInfo(id);
     emit LogicMaster::instance()->sigUpdateQuickStep({id}, true);
 }
 

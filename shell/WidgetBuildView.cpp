@@ -9,6 +9,7 @@
 #include "shell/RunFeeds.h"
 
 #include <QCoreApplication>
+#include <QScopedValueRollback>
 
 WidgetBuildView::WidgetBuildView(ProcessEditParts& parts, QWidget* window)
     : m_parts(parts), m_window(window)
@@ -23,10 +24,31 @@ EditPlace WidgetBuildView::place() const
 
 void WidgetBuildView::showSequence(const QString& sequenceId)
 {
+    if (m_isShowing) // the table tells of the row that was chosen below
+        return;
+    const QScopedValueRollback<bool> showing(m_isShowing, true);
     // What waits belongs to the sequence that was shown.
     flushPanels();
-    m_parts.ui.center_wgt->showSequence(sequenceId);
+    LogicView& view = *m_parts.ui.center_wgt;
+    if (sequenceId.isEmpty() || sequenceId != view.currentSequenceId()) {
+        m_parts.commonControl->showNothingSelected();
+        m_parts.generalSetting->showNothingSelected();
+    }
+    m_parts.commonControl->setSequenceId(sequenceId);
+    m_parts.generalSetting->setSequenceId(sequenceId);
+    view.showSequence(sequenceId);
     m_parts.ui.sequenceWidget->selectSequence(sequenceId);
+    m_parts.ui.widget_para->showSequence(sequenceId);
+    showRunVariables();
+}
+
+void WidgetBuildView::showRunVariables()
+{
+    const LogicView& view = *m_parts.ui.center_wgt;
+    const auto owner = view.runTemplate();
+    const bool isOther =
+        view.isRunTabShown() && (owner || view.runSequenceId() != view.currentSequenceId());
+    m_parts.ui.widget_para->showRunSequence(isOther ? view.runSequenceId() : QString(), owner);
 }
 
 void WidgetBuildView::goTo(const EditPlace& place)

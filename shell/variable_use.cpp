@@ -2,6 +2,7 @@
 
 #include "shell/LogicMaster.h"
 
+#include "edits/DocumentChange.h"
 #include "model/applet_name.h"
 #include "model/process_blocks.h"
 #include "model/services/process_edit.h"
@@ -108,6 +109,20 @@ void dropGeneratedCode(const QString& appName, const QString& sequenceId,
     processedit::updateProcess(appName, sequenceId, block);
 }
 
+/// Of a block and all under it, whatever their depth.
+void recordTree(const QString& appName, const QString& sequenceId,
+                const std::shared_ptr<IProcessBlock>& block)
+{
+    std::vector<std::shared_ptr<IProcessBlock>> pending{block};
+    while (!pending.empty()) {
+        const auto next = std::move(pending.back());
+        pending.pop_back();
+        recordBlock(appName, sequenceId, next);
+        if (next)
+            pending.insert(pending.end(), next->children.begin(), next->children.end());
+    }
+}
+
 /// Names that mean a sequence's own variables there.
 QSet<QString> ownNames(const QString& appName, const QString& sequenceId)
 {
@@ -165,6 +180,21 @@ void recordBlock(const QString& appName, const QString& sequenceId,
     else if (block)
         LogicMaster::instance()->setVariableUse(
             appName, sequenceId, QString::fromStdString(block->uuid), namesIn(*block));
+}
+
+void recordChange(const DocumentChange& change)
+{
+    using Kind = DocumentChange::Kind;
+    for (const DocumentChange::Item& item : change.items) {
+        if (item.part != DocumentChange::Part::Step)
+            continue;
+        if (item.kind == Kind::Written)
+            recordBlock(change.appName, item.sequenceId,
+                        processedit::getProcess(change.appName, item.id));
+        else if (item.kind == Kind::Added)
+            recordTree(change.appName, item.sequenceId,
+                       processedit::getProcess(change.appName, item.id));
+    }
 }
 
 QVector<StepPlace> usersOf(const QString& appName, const QString& sequenceId,

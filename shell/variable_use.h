@@ -14,6 +14,7 @@
 
 class IProcessBlock;
 class UdsProcessBlock;
+struct DocumentChange;
 
 /// Which variables the steps of an applet use, told to LogicMaster so that a change of a system
 /// variable reaches them. Needs no widget. GUI thread only.
@@ -39,6 +40,9 @@ void recordApplet(const QString& appName, bool defer);
 /// Records what a step uses now, in place of what was recorded for it.
 void recordBlock(const QString& appName, const QString& sequenceId,
                  const std::shared_ptr<IProcessBlock>& block);
+
+/// Records the use of the steps that a change has added or written.
+void recordChange(const DocumentChange& change);
 
 /// A step by its sequence and its own uuid.
 struct StepPlace

@@ -34,9 +34,11 @@ foreach(room base protocol model edits logic panels variables sequences shell st
 endforeach()
 # A document changes through edits/ only. What loads, saves and forgets one is no change of it.
 string(CONCAT changing
-  "[^a-zA-Z](processedit|process_edit)::(create[A-Z]|update(Process|Sequence|Variable|ProcessInfoIndex)\\(|"
-  "(remove(Process|Sequence|Variables|AllProcessBySequenceID|AllSequenceByAppName|AllVarBySequenceId))\\(|"
-  "(add|paste)Variable\\()")
+  "[^a-zA-Z](processedit|process_edit)::(create[A-Z]|"
+  "(add|remove)QuickStepInfo\\(|(add|remove|rename)ProcessTemplate\\(|"
+  "update(Process|Sequence|Variable|ProcessInfoIndex)\\(|"
+  "remove(Process|Sequence|Variables|AllProcessBySequenceID|AllSequenceByAppName|"
+  "AllVarBySequenceId)\\(|(add|paste)Variable\\()")
 set(loading logic/flow_loader.cpp shell/ProcessEditWidget_applet.cpp shell/variable_use.cpp)
 foreach(room logic panels variables sequences shell)
   file(GLOB_RECURSE files ${ROOT}/${room}/*.h ${ROOT}/${room}/*.cpp)

@@ -42,7 +42,6 @@ void VariableEditor::tell(const Reach& reach)
 {
     if (reach.isShared)
         emit sigShared(reach.isGlobal, reach.names);
-    emit sigModified();
 }
 
 void VariableEditor::tellGone(const QStringList& names, const QString& newName,
@@ -70,6 +69,7 @@ std::string VariableEditor::addToService(processVariableType scope) const
 
 QModelIndex VariableEditor::add(const QModelIndex& group)
 {
+    const DocumentEdits::Act act;
     const processVariableType scope = scopeOf(group);
     const std::string uuid = addToService(scope);
     if (uuid.empty())
@@ -94,6 +94,7 @@ void VariableEditor::remove(const QModelIndexList& rows)
         reach.add(scopeOf(row), row.data().toString().toStdString());
         names[scopeOf(row)].append(row.data().toString());
     }
+    const DocumentEdits::Act act;
     DocumentEdits::instance().removeVariables(m_appName, uuids);
     variable_rows::remove(*m_sheet, rows);
     tell(reach);
@@ -115,6 +116,7 @@ void VariableEditor::removeAll(const QModelIndex& group)
 QItemSelection VariableEditor::paste(const VariableClipboard& clipboard, const QModelIndex& group,
                                      int row)
 {
+    const DocumentEdits::Act act;
     const processVariableType scope = scopeOf(group);
     const auto pasted = clipboard.paste(m_appName, scope, ownerOf(scope));
     if (pasted.empty())

@@ -47,10 +47,8 @@ public:
 signals:
     /// Other sequences see what has changed: whether a global variable is among it, and the names.
     void sigShared(bool isHaveGlobalVar, QStringList names);
-    /// The document changed. After sigShared.
-    void sigModified();
     /// Steps of a sequence, or of all with an empty id, may still use names that are no variables'
-    /// any more: removed ones, or one that was changed to @p newName. After sigModified.
+    /// any more: removed ones, or one that was changed to @p newName.
     void sigNamesGone(QStringList names, QString newName, QString sequenceId);
 
 private:

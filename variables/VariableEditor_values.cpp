@@ -3,6 +3,7 @@
 
 #include "variables/VariableEditor.h"
 
+#include "edits/DocumentEdits.h"
 #include "model/services/process_edit.h"
 #include "variables/varStandModel.h"
 #include "variables/variable_rows.h"
@@ -42,6 +43,7 @@ void VariableEditor::storeCell(const QModelIndex& cell)
         variable_rows::write(*m_sheet, row, former);
         return;
     }
+    const DocumentEdits::Act act;
     const processVariable stored = store(variable);
     Reach reach;
     reach.add(stored.scope, stored.name);
@@ -55,6 +57,7 @@ void VariableEditor::setLength(processVariable variable, int length)
 {
     variable.value = variable_rules::cutToLength(variable.value, variable.type, length);
     variable.length = length;
+    const DocumentEdits::Act act;
     store(variable);
     Reach reach;
     reach.add(variable.scope, variable.name);
@@ -77,6 +80,7 @@ QString VariableEditor::variableInSight(const std::string& name) const
 void VariableEditor::give(const QString& name, const QString& value, DrelVarType type,
                           processVariableType scope, bool forceNew)
 {
+    const DocumentEdits::Act act;
     std::string uuid = forceNew ? std::string() : variableInSight(name.toStdString()).toStdString();
     const bool isNew = uuid.empty();
     if (isNew)

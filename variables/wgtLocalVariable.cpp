@@ -72,7 +72,6 @@ wgtLocalVariable::wgtLocalVariable(QWidget* parent)
     connect(m_sheets, &VariableSheets::dropEnd, this, &wgtLocalVariable::onDropEnd);
     connect(m_editor, &VariableEditor::sigShared, this, &wgtLocalVariable::onShared);
     connect(m_editor, &VariableEditor::sigNamesGone, this, &wgtLocalVariable::sigNamesGone);
-    connect(m_editor, &VariableEditor::sigModified, this, &wgtLocalVariable::sigModified);
 }
 
 // An editor that goes with its tree says so, and must find the panel whole.

@@ -91,8 +91,6 @@ signals:
     void sigUpdateVariable(bool isHaveGlobalVar, QStringList updateVarNameList);
     /// As VariableEditor's.
     void sigNamesGone(QStringList names, QString newName, QString sequenceId);
-    /// The document changed.
-    void sigModified();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -26,6 +26,9 @@ StatePtr ofStep(const QString& appName, const QString& blockUuid, Depth depth);
 StatePtr ofSequence(const QString& appName, const QString& sequenceId, Depth depth);
 /// A variable of any scope with its place among its like.
 StatePtr ofVariable(const std::string& uuid);
+/// A quick step and a template of the project, with their places among their like.
+StatePtr ofQuickStep(const QString& id);
+StatePtr ofTemplate(const QString& id);
 
 /// Makes the part stand as it did: puts it back under its uuids, or writes the fields of one that
 /// is there and moves it. False, with nothing changed, if that can't be: its place is gone, or one

@@ -109,4 +109,20 @@ void QuickStepStore::remove(const std::string& id)
                    m_blocks.end());
 }
 
+std::optional<QuickStepStore::Standing> QuickStepStore::standing(const std::string& id) const
+{
+    for (std::size_t index = 0; index < m_blocks.size(); ++index) {
+        if (m_blocks[index]->uuid == id)
+            return Standing{m_blocks[index], index};
+    }
+    return std::nullopt;
+}
+
+void QuickStepStore::restore(const Standing& standing)
+{
+    remove(standing.block->uuid);
+    const std::size_t index = std::min(standing.index, m_blocks.size());
+    m_blocks.insert(m_blocks.begin() + std::ptrdiff_t(index), standing.block);
+}
+
 } // namespace standalone

@@ -5,6 +5,7 @@
 #include <QByteArray>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,6 +31,15 @@ public:
     /// Keeps a copy under a new id, which is returned.
     std::string add(const IProcessBlock& block);
     void remove(const std::string& id);
+
+    /// A quick step, which never changes, and where it stands.
+    struct Standing
+    {
+        BlockPtr block;
+        std::size_t index = 0;
+    };
+    std::optional<Standing> standing(const std::string& id) const; ///< empty if there is none
+    void restore(const Standing& standing);
 
 private:
     bool m_isLoaded = false;

@@ -125,6 +125,22 @@ void TemplateStore::removeAll(bool keepLoadedMark)
     m_isLoaded = m_isLoaded && keepLoadedMark;
 }
 
+std::optional<TemplateStore::Standing> TemplateStore::standing(const std::string& id) const
+{
+    for (std::size_t index = 0; index < m_entries.size(); ++index) {
+        if (m_entries[index].info.id == id)
+            return Standing{m_entries[index], index};
+    }
+    return std::nullopt;
+}
+
+void TemplateStore::restore(const Standing& standing)
+{
+    remove(standing.entry.info.id);
+    const std::size_t index = std::min(standing.index, m_entries.size());
+    m_entries.insert(m_entries.begin() + std::ptrdiff_t(index), standing.entry);
+}
+
 QString TemplateStore::freeTemplateName(const QString& wanted) const
 {
     return freeName(wanted, [this](const QString& name) {

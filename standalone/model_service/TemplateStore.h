@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,12 @@ class AppletModel;
 /// The templates of the project in their order. A template never changes but for its name.
 class TemplateStore
 {
+    struct Entry
+    {
+        processTemplateInfo info;
+        std::string json; ///< as it was read or first written, but for the name
+    };
+
 public:
     bool isLoaded() const { return m_isLoaded; }
     /// Replaces all by those of a JSON text; one that doesn't parse changes nothing.
@@ -30,12 +37,16 @@ public:
     /// @p wanted, or the same with a number if a template has that name.
     QString freeTemplateName(const QString& wanted) const;
 
-private:
-    struct Entry
+    /// A template, and where it stands.
+    struct Standing
     {
-        processTemplateInfo info;
-        std::string json; ///< as it was read or first written, but for the name
+        Entry entry;
+        std::size_t index = 0;
     };
+    std::optional<Standing> standing(const std::string& id) const; ///< empty if there is none
+    void restore(const Standing& standing);
+
+private:
     Entry* entry(const std::string& id);
 
     bool m_isLoaded = false;

@@ -2,6 +2,8 @@
 
 #include "model/services/processedit.h"
 #include "standalone/model_service/AppletStore.h"
+#include "standalone/model_service/QuickStepStore.h"
+#include "standalone/model_service/TemplateStore.h"
 #include "standalone/model_service/VariableStore.h"
 #include "standalone/model_service/compile_marks.h"
 #include "standalone/model_service/identifiers.h"
@@ -33,12 +35,14 @@ struct State
         std::size_t index = 0;
     };
 
-    // One of the five.
+    // One of them.
     std::optional<Enabled> enabled;
     std::optional<SequenceInfo> head;
     std::optional<Step> step;
     std::optional<Sequence> sequence;
     std::optional<VariableStore::Standing> variable;
+    std::optional<QuickStepStore::Standing> quickStep;
+    std::optional<TemplateStore::Standing> processTemplate;
 };
 
 namespace {
@@ -124,8 +128,29 @@ StatePtr ofVariable(const std::string& uuid)
     return state->variable ? state : nullptr;
 }
 
+StatePtr ofQuickStep(const QString& id)
+{
+    auto state = std::make_shared<State>();
+    state->quickStep = quickStepStore().standing(toUtf8(id));
+    return state->quickStep ? state : nullptr;
+}
+
+StatePtr ofTemplate(const QString& id)
+{
+    auto state = std::make_shared<State>();
+    state->processTemplate = templateStore().standing(toUtf8(id));
+    return state->processTemplate ? state : nullptr;
+}
+
 bool restore(const QString& appName, const State& state)
 {
+    if (state.quickStep || state.processTemplate) {
+        if (state.quickStep)
+            quickStepStore().restore(*state.quickStep);
+        else
+            templateStore().restore(*state.processTemplate);
+        return true;
+    }
     if (state.variable) {
         const bool isRestored = variableStore().restore(toLocalName(appName), *state.variable);
         if (state.variable->scope == GlobalVariable)

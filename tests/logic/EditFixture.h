@@ -1,5 +1,6 @@
 #pragma once
 
+#include "edits/DocumentEdits.h"
 #include "logic/CustonStandModel.h"
 #include "logic/LogicView.h"
 #include "logic/logic_roles.h"
@@ -24,7 +25,7 @@ public:
     QString sequence;
     QTreeView* tree;
     QStringList boxes;
-    QSignalSpy modified{&view, &LogicView::sigModified};
+    QSignalSpy modified{&DocumentEdits::instance(), &DocumentEdits::modified};
 
     EditFixture()
         : sequence(applet.addSequence("Main")),

@@ -1,5 +1,6 @@
 // A loaded sequence on the edit tab: its rows, what their cells hold, and how they follow blocks.
 
+#include "edits/DocumentEdits.h"
 #include "logic/CustonStandModel.h"
 #include "logic/LogicView.h"
 #include "logic/flow_loader.h"
@@ -157,7 +158,7 @@ void EditViewTest::checkBoxReachesTheBlock()
 {
     const QString uuid = m_applet->add(m_sequence, m_applet->main, step_type::Delay, "a");
     show();
-    QSignalSpy modified(m_view.get(), &LogicView::sigModified);
+    QSignalSpy modified(&DocumentEdits::instance(), &DocumentEdits::modified);
     row(uuid)->setCheckState(Qt::Unchecked);
     QCOMPARE(m_applet->get<IProcessBlock>(uuid)->enableState, 0);
     QCOMPARE(modified.count(), 1);
@@ -181,7 +182,7 @@ void EditViewTest::clickOnAnIf()
         QTest::mouseClick(tree->viewport(), Qt::LeftButton, Qt::NoModifier,
                           QPoint(rect.left() + 10, rect.center().y()));
     };
-    QSignalSpy modified(m_view.get(), &LogicView::sigModified);
+    QSignalSpy modified(&DocumentEdits::instance(), &DocumentEdits::modified);
     QSignalSpy rowChanges(m_view->editModel(m_sequence), &QAbstractItemModel::dataChanged);
     clickBox(branch);
     QCOMPARE(printTree(*m_view->editModel(m_sequence)),
@@ -224,7 +225,7 @@ void EditViewTest::flowBoxOfManyRows()
         m_applet->add(m_sequence, m_applet->main, step_type::EndFor, "endfor");
     }
     show();
-    QSignalSpy modified(m_view.get(), &LogicView::sigModified);
+    QSignalSpy modified(&DocumentEdits::instance(), &DocumentEdits::modified);
     for (const Qt::CheckState state : {Qt::Unchecked, Qt::Checked}) {
         row(m_applet->main)->setCheckState(state);
         const auto blocks = sdk_ui_interface::processedit::getAllProcessBySequenceID(
@@ -243,7 +244,7 @@ void EditViewTest::syncWritesWhatDiffers()
     const QString branch = m_applet->add(m_sequence, m_applet->main, step_type::If, "a");
     const QString inner = m_applet->add(m_sequence, branch, step_type::Delay, "b");
     show();
-    QSignalSpy modified(m_view.get(), &LogicView::sigModified);
+    QSignalSpy modified(&DocumentEdits::instance(), &DocumentEdits::modified);
     m_view->syncCheckStatesToSdk();
     QCOMPARE(modified.count(), 0);
     m_applet->setEnabled(inner, 0);
@@ -327,7 +328,7 @@ void EditViewTest::clearedFlows()
     const QString uuid = m_applet->add(m_sequence, m_applet->main, step_type::Delay, "a");
     m_applet->setEnabled(uuid, 0);
     show();
-    QSignalSpy modified(m_view.get(), &LogicView::sigModified);
+    QSignalSpy modified(&DocumentEdits::instance(), &DocumentEdits::modified);
     m_view->clearCurrentSequenceRows();
     QCOMPARE(m_applet->get<IProcessBlock>(uuid)->enableState, 0); // the box was not clicked
     QCOMPARE(modified.count(), 0);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "edits/DocumentEdits.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/processedit.h"
 #include "sequences/SequenceTable.h"
@@ -98,7 +99,8 @@ private:
         QObject::connect(p, &Table::signalAddTemplate, p,
                          [this](auto list) { tell("template", list); });
         QObject::connect(p, &Table::signalRenameSequence, p, [this] { tell("renamed"); });
-        QObject::connect(p, &Table::sigModified, p, [this] { tell("modified"); });
+        QObject::connect(&DocumentEdits::instance(), &DocumentEdits::modified, p,
+                         [this] { tell("modified"); });
     }
 
     user_dialogs::Handler previous;

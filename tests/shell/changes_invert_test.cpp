@@ -48,6 +48,7 @@ private:
     void editPanel();
     void changeVariables();
     void changeSequences();
+    void changeLibraries();
 
     QByteArray document() const;
     template <class Widget> Widget* child(const char* name) const
@@ -92,6 +93,9 @@ QByteArray ChangesInvertTest::document() const
     text += QByteArray::fromStdString(process_json_edit::generateAppAndSequenceVariableJson(name));
     for (const processVariable& variable : process_edit::getAllGlobalVariable())
         text += QByteArray::fromStdString(variable.uuid + variable.name + variable.value + ' ');
+    text += processedit::generateTemplateJsonStr().toUtf8();
+    for (const auto& step : processedit::getQuickStepInfo())
+        text += QByteArray::fromStdString(step->uuid + step->name + ' ');
     return text;
 }
 
@@ -231,6 +235,40 @@ void ChangesInvertTest::changeSequences()
     }
 }
 
+/// What the project keeps beside the document. Templates have no view yet that changes them.
+void ChangesInvertTest::changeLibraries()
+{
+    const auto templates = processedit::getAllProcessTemplate();
+    const auto quickSteps = processedit::getQuickStepInfo();
+    const auto anyOf = [&](const auto& list) {
+        return list[m_random.bounded(quint32(list.size()))];
+    };
+    auto* tree = m_view->findChild<QTreeView*>(QStringLiteral("treeView"));
+    switch (m_random.bounded(5)) {
+    case 0:
+        if (tree->selectionModel())
+            tree->selectAll();
+        m_view->onQucikAddSlot();
+        break;
+    case 1:
+        for (const auto& step : quickSteps.mid(1))
+            DocumentEdits::instance().removeQuickStepInfo(QString::fromStdString(step->uuid));
+        break;
+    case 2:
+        m_sequences->addSequenceToTemplate();
+        break;
+    case 3:
+        if (!templates.empty())
+            DocumentEdits::instance().renameProcessTemplate(
+                QString::fromStdString(anyOf(templates).id), word());
+        break;
+    default:
+        if (templates.size() > 4)
+            DocumentEdits::instance().removeProcessTemplate(
+                QString::fromStdString(anyOf(templates).id));
+    }
+}
+
 void ChangesInvertTest::act()
 {
     if (const QStandardItem* row = anyRow(true))
@@ -242,10 +280,12 @@ void ChangesInvertTest::act()
         changeRows();
     else if (choice < 75)
         editPanel();
-    else if (choice < 92)
+    else if (choice < 87)
         changeVariables();
-    else
+    else if (choice < 94)
         changeSequences();
+    else
+        changeLibraries();
 }
 
 void ChangesInvertTest::changes_invert()
@@ -262,12 +302,13 @@ void ChangesInvertTest::changes_invert()
     disconnect(listening);
     const QByteArray last = document();
     // A walk that went nowhere has shown nothing.
-    QMap<QPair<int, int>, int> kinds; // by part and what became of it: came, went, changed
+    QMap<QPair<int, int>, int> kinds;
     for (const DocumentChange& change : qAsConst(changes)) {
         for (const DocumentChange::Item& item : change.items)
-            ++kinds[{int(item.part), !item.before ? 0 : !item.after ? 1 : 2}];
+            ++kinds[{int(item.part), int(item.kind)}];
     }
-    QCOMPARE(kinds.size(), 9);
+    QCOMPARE(kinds.size(),
+             5 + 3 + 3 + 2 + 3); // of steps, sequences, variables, quick steps, templates
     QVERIFY(*std::min_element(kinds.begin(), kinds.end()) >= 20);
 
     for (auto change = changes.crbegin(); change != changes.crend(); ++change)

@@ -315,6 +315,8 @@ void EditorPanelsTest::changedSystemVariableReloadsThePanel()
     find<QTreeView>(view, "treeView")->setCurrentIndex(rows->index(0, 0, rows->index(MainFlow, 0)));
     view->removeRowSlot();
     QCOMPARE(users(), 0);
+    view->appendStatements({QStringLiteral("speed = 3;")}, {});
+    QCOMPARE(users(), 1);
 }
 
 void EditorPanelsTest::stepsOfUnknownKindsAreShownAndKept()

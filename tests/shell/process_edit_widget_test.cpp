@@ -105,6 +105,9 @@ void ProcessEditWidgetTest::panelsSayWhyTheyAreEmpty()
         m_name, sequence(), QStringLiteral("1"), step_type::Break, "跳出");
     step->property.editable = true;
     click(step);
+    QVERIFY(!message->isHidden()); // not of the sequence in sight, as the rows know it
+    m_editor->loadDataToUI(m_name, false);
+    click(step);
     QVERIFY(message->isHidden());
     QCOMPARE(find<QLabel>(panel, "label_3")->text(), QStringLiteral("此步骤类型无需设置属性"));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "edits/DocumentEdits.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/process_edit.h"
 #include "tests/support/applet_fixture.h"
@@ -32,7 +33,7 @@ public:
                                      .arg(QString::number(isGlobal), names.join(QLatin1Char(',')))
                                      .trimmed());
                          });
-        QObject::connect(&panel, &wgtLocalVariable::sigModified, &panel,
+        QObject::connect(&DocumentEdits::instance(), &DocumentEdits::modified, &panel,
                          [this] { told.append(QStringLiteral("modified")); });
         panel.resize(520, 400);
         panel.show();
