@@ -9,8 +9,8 @@
 #include <QApplication>
 #include <QFormLayout>
 #include <QLineEdit>
-#include <QStandardItemModel>
 #include <QStackedWidget>
+#include <QStandardItemModel>
 #include <QTreeView>
 #include <QVBoxLayout>
 

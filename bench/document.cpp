@@ -87,14 +87,24 @@ void load_document_yardstick(benchmark::State& state)
 
 } // namespace
 
-BENCHMARK(save_document)->Arg(1000)->Arg(10000)->Arg(50000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(save_document)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Arg(50000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK(save_document_yardstick)
     ->Arg(1000)
     ->Arg(10000)
     ->Arg(50000)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
-BENCHMARK(load_document)->Arg(1000)->Arg(10000)->Arg(50000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(load_document)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Arg(50000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK(load_document_yardstick)
     ->Arg(1000)
     ->Arg(10000)

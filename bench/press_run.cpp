@@ -51,7 +51,7 @@ void press_run_yardstick(benchmark::State& state)
     const QString module = bench.scratchFile("a_capplet.o");
     const auto compile = [&](const QString& file, const QString& to) {
         return QProcess::execute(command.program,
-                                 command.compileArguments(code.filePath(file), to)) == 0;
+                                 command.compileArguments({code.filePath(file)}, to)) == 0;
     };
     const QStringList link = command.linkArguments({module, object}, bench.scratchFile("bare.mp"));
     bool good = files.size() == 2 && compile(files.first(), module);

@@ -103,7 +103,8 @@ struct GeneratedCode
 /// The header of all generated units; it includes those of the runtime.
 extern const char* const SharedHeaderName;
 
-/// A unit for each sequence that the target reaches, and one for the module. The same source gives
+/// A unit for each sequence that the target reaches, and one for the module. Units can be compiled
+/// together, unless their text has directives beside that for the shared header. The same source gives
 /// the same texts, byte by byte, and a change in one sequence changes the texts of no other. The
 /// work grows with the number of steps.
 GeneratedCode generate(const AppletSource& source);

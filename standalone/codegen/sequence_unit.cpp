@@ -109,10 +109,8 @@ void SequenceGenerator::writeHead(CodeWriter& writer) const
     writer.line(std::string("#include \"") + SharedHeaderName + '"');
     writer.blankLine();
 
-    const std::string first = "first_of_" + m_sequence.unit();
     writer.line("namespace rt {");
-    writer.line("extern const u32 " + first + ';');
-    writer.line("static const u32& first = " + first + "; // 本序列第一个步骤的编号");
+    writer.line("extern const u32 first_of_" + m_sequence.unit() + "; // 本序列第一个步骤的编号");
     std::map<std::string, std::vector<const PlannedSequence*>> callees;
     for (const PlannedSequence* sequence : m_callees) {
         callees[sequence->space].push_back(sequence);

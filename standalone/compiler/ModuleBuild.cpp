@@ -14,6 +14,15 @@
 
 namespace standalone {
 
+namespace {
+
+std::size_t cores()
+{
+    return std::max(1u, std::thread::hardware_concurrency());
+}
+
+} // namespace
+
 ModuleBuild::ModuleBuild(const codegen::GeneratedCode& code, const QString& folder,
                          const CompilerLimits& limits)
     : m_code(code), m_folder(folder), m_limits(limits), m_command(compilerCommand()),
@@ -27,7 +36,8 @@ CompilerOutcome ModuleBuild::run(const QString& path)
     if (!m_cache.prepare())
         return {CompilerOutcome::NotWritten, m_cache.folder().toUtf8()};
     findObjects();
-    compileUnits();
+    compileObjects();
+    partFailed();
     CompilerOutcome::Kind kind = CompilerOutcome::Succeeded;
     ClippedOutput words;
     const auto tell = [&](const CompilerOutcome& outcome, const std::string& file) {
@@ -40,61 +50,108 @@ CompilerOutcome ModuleBuild::run(const QString& path)
         kind = outcome.kind;
         words.add(outcome.output);
     };
-    QSet<QByteArray> used;
-    for (const Unit& unit : m_units) {
-        used.insert(unit.key);
-        tell(unit.outcome, unit.file->name);
-    }
+    for (const Object& object : m_objects)
+        tell(object.outcome, object.units.front()->name);
     if (kind == CompilerOutcome::Succeeded)
-        tell(link(path), std::string());
-    if (m_isAnyMade)
+        tell(linkParted(path), std::string());
+    if (m_isAnyMade) {
+        keepGroups();
+        QSet<QByteArray> used;
+        for (const Object& object : m_objects)
+            used.insert(object.key);
         m_cache.prune(used);
+    }
     return {kind, words.toText()};
 }
 
 std::optional<FileStates> ModuleBuild::outsideFiles() const
 {
     QList<QByteArray> keys;
-    for (const Unit& unit : m_units)
-        keys << unit.key;
+    for (const Object& object : m_objects)
+        keys << object.key;
     return m_cache.outsideFiles(keys);
+}
+
+void ModuleBuild::add(UnitGroup units, bool isKept)
+{
+    const QByteArray key = m_cache.keyOf(units);
+    m_objects.push_back({std::move(units), key, isKept, isKept, {CompilerOutcome::Succeeded, {}}});
 }
 
 void ModuleBuild::findObjects()
 {
+    UnitGroup units;
     for (const codegen::GeneratedFile& file : m_code.files) {
-        if (!file.isUnit)
-            continue;
-        Unit unit;
-        unit.file = &file;
-        unit.key = m_cache.keyOf(file);
-        unit.isKept = m_cache.holds(unit.key);
-        unit.outcome.kind = CompilerOutcome::Succeeded;
-        m_units.push_back(unit);
+        if (file.isUnit)
+            units.push_back(&file);
     }
+    findGroups(units);
+    UnitGroup stale;
+    for (const codegen::GeneratedFile* unit : units) {
+        if (m_cache.holds(m_cache.keyOf({unit})))
+            add({unit}, true);
+        else
+            stale.push_back(unit);
+    }
+    // The module's own unit tells of every change of another.
+    const auto isOfModule = [this](const auto* unit) { return unit == &m_code.files.front(); };
+    const auto module = std::find_if(stale.begin(), stale.end(), isOfModule);
+    if (module != stale.end()) {
+        add({*module}, false);
+        stale.erase(module);
+    }
+    for (UnitGroup& group : groupsOf(stale, cores()))
+        add(std::move(group), false);
 }
 
-void ModuleBuild::compileUnits()
+/// Takes the units that were compiled together before. What is left of such a group when one of
+/// them has changed stays one.
+void ModuleBuild::findGroups(UnitGroup& units)
 {
-    std::vector<Unit*> work;
-    for (Unit& unit : m_units) {
-        if (!unit.isKept)
-            work.push_back(&unit);
+    QHash<QByteArray, const codegen::GeneratedFile*> byKey;
+    const QList<QByteArrayList> groups = m_cache.groups();
+    for (const codegen::GeneratedFile* unit : units) {
+        if (!groups.isEmpty())
+            byKey.insert(m_cache.keyOf({unit}), unit);
+    }
+    QSet<const codegen::GeneratedFile*> found;
+    for (const QByteArrayList& group : groups) {
+        UnitGroup left;
+        for (const QByteArray& key : group) {
+            if (const codegen::GeneratedFile* unit = byKey.take(key))
+                left.push_back(unit);
+        }
+        if (left.empty())
+            continue;
+        found += QSet<const codegen::GeneratedFile*>(left.begin(), left.end());
+        const bool isKept = m_cache.holds(m_cache.keyOf(left));
+        add(std::move(left), isKept);
+    }
+    units.erase(std::remove_if(units.begin(), units.end(),
+                               [&](const auto* unit) { return found.contains(unit); }),
+                units.end());
+}
+
+void ModuleBuild::compileObjects()
+{
+    std::vector<Object*> work;
+    for (Object& object : m_objects) {
+        if (!object.isMade)
+            work.push_back(&object);
     }
     // The longest first, so that no core waits for one that began late.
-    std::stable_sort(work.begin(), work.end(), [](const Unit* left, const Unit* right) {
-        return left->file->text.size() > right->file->text.size();
+    std::stable_sort(work.begin(), work.end(), [](const Object* left, const Object* right) {
+        return sizeOf(left->units) > sizeOf(right->units);
     });
     std::atomic<std::size_t> next{0};
     const auto compileSome = [&] {
         for (std::size_t i = next++; i < work.size(); i = next++)
-            compileUnit(*work[i]);
+            compileObject(*work[i]);
     };
-    m_isAnyMade = !work.empty();
-    const std::size_t most = std::max(1u, std::thread::hardware_concurrency());
+    m_isAnyMade = m_isAnyMade || !work.empty();
     std::vector<std::thread> helpers;
     try {
-        for (std::size_t i = 1; i < std::min(most, work.size()); ++i)
+        for (std::size_t i = 1; i < std::min(cores(), work.size()); ++i)
             helpers.emplace_back(compileSome);
     } catch (const std::system_error&) {
         // Those that are there, this thread at least, do the work of all.
@@ -104,27 +161,103 @@ void ModuleBuild::compileUnits()
         helper.join();
 }
 
-void ModuleBuild::compileUnit(Unit& unit)
+void ModuleBuild::compileObject(Object& object)
 {
-    const QString object = m_cache.objectOf(unit.key);
-    const QString unfinished = object + unfinishedSuffix;
-    m_cache.forget(unit.key);
-    unit.outcome = runLimited(m_command.compileArguments(
-        QString::fromStdString(unit.file->name), unfinished, m_cache.dependenciesOf(unit.key)));
-    if (unit.outcome.kind != CompilerOutcome::Succeeded)
+    const QString path = m_cache.objectOf(object.key);
+    const QString unfinished = path + unfinishedSuffix;
+    m_cache.forget(object.key);
+    object.isMade = true;
+    QStringList sources;
+    for (const codegen::GeneratedFile* unit : object.units)
+        sources << QString::fromStdString(unit->name);
+    object.outcome = runLimited(
+        m_command.compileArguments(sources, unfinished, m_cache.dependenciesOf(object.key)));
+    if (object.outcome.kind != CompilerOutcome::Succeeded)
         QFile::remove(unfinished);
-    else if (file_writing::moveOver(unfinished, object).isEmpty())
-        m_cache.keep(unit.key);
+    else if (file_writing::moveOver(unfinished, path).isEmpty())
+        m_cache.keep(object.key);
     else
-        unit.outcome = {CompilerOutcome::NotWritten, object.toUtf8()};
+        object.outcome = {CompilerOutcome::NotWritten, path.toUtf8()};
+}
+
+/// What a group fails for is told of the unit that is to blame for it.
+void ModuleBuild::partFailed()
+{
+    const auto isFailed = [](const Object& object) {
+        switch (object.outcome.kind) {
+        case CompilerOutcome::Failed:
+        case CompilerOutcome::OutOfMemory:
+        case CompilerOutcome::FileTooLarge:
+            return true;
+        default:
+            return false;
+        }
+    };
+    QByteArray words;
+    for (const Object& object : m_objects)
+        words += isFailed(object) ? object.outcome.output : QByteArray();
+    part(isFailed, words);
+}
+
+/// Compiles the units of groups each by itself: those of which @p words tell, and if these are good
+/// the others.
+void ModuleBuild::part(const std::function<bool(const Object&)>& isMeant, const QByteArray& words)
+{
+    UnitGroup named;
+    UnitGroup others;
+    const auto takeUnits = [&](const Object& object) {
+        if (object.units.size() == 1 || !isMeant(object))
+            return false;
+        for (const codegen::GeneratedFile* unit : object.units) {
+            const bool isNamed = words.contains(QByteArray::fromStdString(unit->name + ':'));
+            (isNamed ? named : others).push_back(unit);
+        }
+        return true;
+    };
+    m_objects.erase(std::remove_if(m_objects.begin(), m_objects.end(), takeUnits), m_objects.end());
+    for (const UnitGroup& units : {named, others}) {
+        for (const codegen::GeneratedFile* unit : units)
+            add({unit}, m_cache.holds(m_cache.keyOf({unit})));
+        compileObjects();
+        const bool isAnyBad =
+            std::any_of(m_objects.begin(), m_objects.end(), [](const Object& object) {
+                return object.outcome.kind != CompilerOutcome::Succeeded;
+            });
+        if (isAnyBad)
+            return;
+    }
+}
+
+void ModuleBuild::keepGroups() const
+{
+    QList<QByteArrayList> groups;
+    for (const Object& object : m_objects) {
+        if (object.units.size() == 1 || object.outcome.kind != CompilerOutcome::Succeeded)
+            continue;
+        groups << QByteArrayList();
+        for (const codegen::GeneratedFile* unit : object.units)
+            groups.last() << m_cache.keyOf({unit});
+    }
+    m_cache.keepGroups(groups);
+}
+
+/// What the linker misses it tells of objects: each has one unit then.
+CompilerOutcome ModuleBuild::linkParted(const QString& path)
+{
+    const CompilerOutcome outcome = link(path);
+    if (outcome.kind != CompilerOutcome::Failed)
+        return outcome;
+    const std::size_t before = m_objects.size();
+    part([&](const Object& object) { return outcome.output.contains(object.key); }, outcome.output);
+    return m_objects.size() == before ? outcome : link(path);
 }
 
 CompilerOutcome ModuleBuild::link(const QString& path)
 {
     const QString unfinished = path + unfinishedSuffix;
     QStringList objects;
-    for (const Unit& unit : m_units)
-        objects << QDir(m_folder).relativeFilePath(m_cache.objectOf(unit.key));
+    for (const Object& object : m_objects)
+        objects << QDir(m_folder).relativeFilePath(m_cache.objectOf(object.key));
     CompilerOutcome outcome = runLimited(m_command.linkArguments(objects, unfinished));
     if (outcome.kind == CompilerOutcome::Succeeded &&
         !file_writing::moveOver(unfinished, path).isEmpty())
@@ -135,9 +268,9 @@ CompilerOutcome ModuleBuild::link(const QString& path)
     // What isn't in the code may be in an object that was damaged on disk: the next compile does
     // without those kept.
     if (outcome.kind == CompilerOutcome::Failed && errorLines(outcome.output, m_code).isEmpty()) {
-        for (const Unit& unit : m_units) {
-            if (unit.isKept)
-                m_cache.forget(unit.key);
+        for (const Object& object : m_objects) {
+            if (object.isKept)
+                m_cache.forget(object.key);
         }
     }
     return outcome;

@@ -7,6 +7,7 @@
 #include <QSemaphore>
 
 #include <atomic>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -22,8 +23,8 @@ struct CompilerLimits
 };
 
 /// Makes a module of code that stands in its folder: compiles the units whose objects are not kept
-/// from before, several at once, and links. Used once, on one thread, while nobody else uses the
-/// folder.
+/// from before, several compilers at once, each with one unit or a group, and links. Used once, on
+/// one thread, while nobody else uses the folder.
 class ModuleBuild
 {
 public:
@@ -43,18 +44,25 @@ public:
     std::optional<FileStates> outsideFiles() const;
 
 private:
-    struct Unit
+    struct Object
     {
-        const codegen::GeneratedFile* file = nullptr;
-        QByteArray key;      ///< of its object
-        bool isKept = false; ///< the object was there
+        UnitGroup units;
+        QByteArray key;
+        bool isMade = false; ///< it is there, or was tried
+        bool isKept = false; ///< it was there before
         CompilerOutcome outcome;
     };
 
     void findObjects();
-    void compileUnits();
-    void compileUnit(Unit& unit);
+    void findGroups(UnitGroup& units);
+    void add(UnitGroup units, bool isKept);
+    void compileObjects();
+    void compileObject(Object& object);
+    void partFailed();
+    void part(const std::function<bool(const Object&)>& isMeant, const QByteArray& words);
+    void keepGroups() const;
     CompilerOutcome link(const QString& path);
+    CompilerOutcome linkParted(const QString& path);
     CompilerOutcome runLimited(const QStringList& arguments) const;
 
     const codegen::GeneratedCode& m_code;
@@ -62,7 +70,7 @@ private:
     const CompilerLimits m_limits;
     const CompilerCommand m_command;
     ObjectCache m_cache;
-    std::vector<Unit> m_units;
+    std::vector<Object> m_objects;
     bool m_isAnyMade = false; ///< an object
     QString m_culprit;
     QElapsedTimer m_timer;

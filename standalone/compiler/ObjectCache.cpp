@@ -18,6 +18,7 @@ namespace standalone {
 
 namespace {
 
+const QString groupsName = QStringLiteral("/groups.txt");
 constexpr int FewestKept = 64;
 constexpr int GenerationsKept = 4;
 
@@ -68,9 +69,8 @@ QStringList newest(QStringList files, int count)
     QHash<QString, qint64> modified;
     for (const QString& file : qAsConst(files))
         modified.insert(file, fileState(file).modified);
-    std::nth_element(
-        files.begin(), files.begin() + count, files.end(),
-        [&](const QString& a, const QString& b) { return modified[a] > modified[b]; });
+    std::nth_element(files.begin(), files.begin() + count, files.end(),
+                     [&](const QString& a, const QString& b) { return modified[a] > modified[b]; });
     return files.mid(0, count);
 }
 
@@ -114,12 +114,14 @@ bool ObjectCache::prepare() const
     return QDir().mkpath(m_folder);
 }
 
-QByteArray ObjectCache::keyOf(const codegen::GeneratedFile& unit) const
+QByteArray ObjectCache::keyOf(const UnitGroup& units) const
 {
     QCryptographicHash hash(QCryptographicHash::Sha256);
     hash.addData(m_shared);
-    hash.addData(QByteArray::fromStdString('\n' + unit.name + '\n'));
-    hash.addData(unit.text.data(), static_cast<int>(unit.text.size()));
+    for (const codegen::GeneratedFile* unit : units) {
+        hash.addData(QByteArray::fromStdString('\n' + unit->name + '\n'));
+        hash.addData(unit->text.data(), static_cast<int>(unit->text.size()));
+    }
     return hash.result().toHex();
 }
 
@@ -218,6 +220,26 @@ std::optional<FileStates> ObjectCache::outsideFiles(const QList<QByteArray>& key
     return outside;
 }
 
+QList<QByteArrayList> ObjectCache::groups() const
+{
+    QList<QByteArrayList> groups;
+    for (const QByteArray& line : contentOf(m_folder + groupsName).split('\n'))
+        groups << line.split(' ');
+    return groups;
+}
+
+void ObjectCache::keepGroups(const QList<QByteArrayList>& groups) const
+{
+    QByteArrayList lines;
+    for (const QByteArrayList& group : groups)
+        lines << group.join(' ');
+    // Without it units are divided anew.
+    if (!file_writing::replace(m_folder + groupsName, lines.join('\n'),
+                               file_writing::Content::Derived)
+             .isEmpty())
+        QFile::remove(m_folder + groupsName);
+}
+
 void ObjectCache::prune(const QSet<QByteArray>& used) const
 {
     const QFileInfoList files = objectFiles(m_folder);
@@ -243,6 +265,7 @@ void ObjectCache::removeAll(const QString& codeFolder)
     const QString folder = objectFolder(codeFolder);
     for (const QFileInfo& file : objectFiles(folder))
         QFile::remove(file.filePath());
+    QFile::remove(folder + groupsName);
     QDir().rmdir(folder);
 }
 

@@ -3,8 +3,11 @@
 #include "standalone/codegen/applet_source.h"
 #include "standalone/compiler/compiler_command.h"
 #include "standalone/compiler/dependencies.h"
+#include "standalone/compiler/unit_groups.h"
 
+#include <QByteArrayList>
 #include <QHash>
+#include <QList>
 #include <QSet>
 #include <QString>
 
@@ -14,7 +17,7 @@
 namespace standalone {
 
 /// The objects of an applet's units, kept in a folder from one compile to the next. An object is
-/// named by a hash of the command, its unit's text and the headers that all units share. Beside it
+/// named by a hash of the command, its units' texts and the headers that all units share. Beside it
 /// stand the list of files that the compiler read for it, as the compiler wrote it (.d), and what
 /// those files and the object were (.sum): it is used again only if they are so still. Made for one
 /// compile of one applet; its units' threads may call at once, each about its own unit.
@@ -30,7 +33,8 @@ public:
     /// Makes the folder.
     bool prepare() const;
 
-    QByteArray keyOf(const codegen::GeneratedFile& unit) const;
+    /// Of the object that units make together.
+    QByteArray keyOf(const UnitGroup& units) const;
     QString objectOf(const QByteArray& key) const { return pathOf(key, ".o"); }
     /// Where the compiler lists the files that it reads.
     QString dependenciesOf(const QByteArray& key) const { return pathOf(key, ".d"); }
@@ -48,6 +52,11 @@ public:
     /// were then; nothing if that can't be told of one. A file is looked at once a compile, however
     /// many units read it.
     std::optional<FileStates> outsideFiles(const QList<QByteArray>& keys) const;
+
+    /// The units of each object that was made of several, by the keys that each would have alone;
+    /// what keepGroups() was told last. Any text may stand in their file.
+    QList<QByteArrayList> groups() const;
+    void keepGroups(const QList<QByteArrayList>& groups) const;
 
     /// Keeps the objects of these keys and the newest of the others; what a killed compiler left
     /// goes.

@@ -36,9 +36,10 @@ bool isClang(const CompilerCommand& command)
 
 } // namespace
 
-QStringList CompilerCommand::compileArguments(const QString& source, const QString& object,
+QStringList CompilerCommand::compileArguments(QStringList sources, const QString& object,
                                               const QString& dependencies) const
 {
+    const QString last = sources.takeLast();
     QStringList all = arguments;
     all << (isClang(*this) ? QStringLiteral("-ferror-limit=50")
                            : QStringLiteral("-fmax-errors=50"));
@@ -46,7 +47,9 @@ QStringList CompilerCommand::compileArguments(const QString& source, const QStri
     if (!dependencies.isEmpty())
         all << QStringLiteral("-MD") << QStringLiteral("-MT") << QStringLiteral("o")
             << QStringLiteral("-MF") << dependencies;
-    return all + compileOptions + QStringList{source, QStringLiteral("-o"), object};
+    for (const QString& source : qAsConst(sources))
+        all << QStringLiteral("-include") << source;
+    return all + compileOptions + QStringList{last, QStringLiteral("-o"), object};
 }
 
 QStringList CompilerCommand::linkArguments(const QStringList& objects, const QString& module) const

@@ -13,9 +13,9 @@ struct CompilerCommand
     QString program;
     QStringList arguments; ///< of the environment
 
-    /// Makes the object of one unit, and lists the files that it reads in @p dependencies, if that
-    /// names a file. It tells fifty errors at most.
-    QStringList compileArguments(const QString& source, const QString& object,
+    /// Makes one object of units, as if they were one, and lists the files that it reads in
+    /// @p dependencies, if that names a file. It tells fifty errors at most.
+    QStringList compileArguments(QStringList sources, const QString& object,
                                  const QString& dependencies = QString()) const;
     /// Makes the module of all objects.
     QStringList linkArguments(const QStringList& objects, const QString& module) const;

@@ -132,8 +132,7 @@ extern s32 a;
 #include "a_capplet.h"
 
 namespace rt {
-extern const u32 first_of_sequence_main;
-static const u32& first = first_of_sequence_main; // 本序列第一个步骤的编号
+extern const u32 first_of_sequence_main; // 本序列第一个步骤的编号
 extern const u32 index_of_sequence_sub;
 } // namespace rt
 
@@ -148,23 +147,23 @@ void sequence_main()
     // ---- 初始流程 ----
     // ---- 主流程 ----
     // f  f
-    if (!rt::step_begin(rt::first + 0)) return;
+    if (!rt::step_begin(rt::first_of_sequence_main + 0)) return;
     {
         s32 i;
         for (i = 0; rt::running() && i < 2; i += 1) {
-            rt::step_turn(rt::first + 0, i, 0, 2);
+            rt::step_turn(rt::first_of_sequence_main + 0, i, 0, 2);
             // c  c
-            if (!rt::step_begin(rt::first + 1)) return;
+            if (!rt::step_begin(rt::first_of_sequence_main + 1)) return;
             {
                 rt::call(rt::index_of_sequence_sub, process::sequence_sub);
             }
-            if (!rt::step_end(rt::first + 1)) return;
+            if (!rt::step_end(rt::first_of_sequence_main + 1)) return;
         }
     }
-    if (!rt::step_end(rt::first + 0)) return;
+    if (!rt::step_end(rt::first_of_sequence_main + 0)) return;
     // ef  ef
-    if (!rt::step_begin(rt::first + 2)) return;
-    if (!rt::step_end(rt::first + 2)) return;
+    if (!rt::step_begin(rt::first_of_sequence_main + 2)) return;
+    if (!rt::step_end(rt::first_of_sequence_main + 2)) return;
     // ---- 结束流程 ----
 }
 
@@ -176,8 +175,7 @@ void sequence_main()
 #include "a_capplet.h"
 
 namespace rt {
-extern const u32 first_of_sequence_sub;
-static const u32& first = first_of_sequence_sub; // 本序列第一个步骤的编号
+extern const u32 first_of_sequence_sub; // 本序列第一个步骤的编号
 } // namespace rt
 
 namespace applet {
@@ -188,27 +186,27 @@ void sequence_sub()
     // ---- 初始流程 ----
     // ---- 主流程 ----
     // if  if
-    if (!rt::step_begin(rt::first + 0)) return;
-    if (rt::step_test(rt::first + 0, (a + 1) > 0)) {
+    if (!rt::step_begin(rt::first_of_sequence_sub + 0)) return;
+    if (rt::step_test(rt::first_of_sequence_sub + 0, (a + 1) > 0)) {
         // go  go
-        if (!rt::step_begin(rt::first + 1)) return;
+        if (!rt::step_begin(rt::first_of_sequence_sub + 1)) return;
         {
-            if (!rt::step_end(rt::first + 1)) return;
+            if (!rt::step_end(rt::first_of_sequence_sub + 1)) return;
             goto step_3;
         }
-        if (!rt::step_end(rt::first + 0)) return;
+        if (!rt::step_end(rt::first_of_sequence_sub + 0)) return;
     }
     // ei  ei
-    if (!rt::step_begin(rt::first + 2)) return;
-    if (!rt::step_end(rt::first + 2)) return;
+    if (!rt::step_begin(rt::first_of_sequence_sub + 2)) return;
+    if (!rt::step_end(rt::first_of_sequence_sub + 2)) return;
     // s  s
 step_3:
-    if (!rt::step_begin(rt::first + 3)) return;
+    if (!rt::step_begin(rt::first_of_sequence_sub + 3)) return;
     {
         a += 1;
         log_info("x");
     }
-    if (!rt::step_end(rt::first + 3)) return;
+    if (!rt::step_end(rt::first_of_sequence_sub + 3)) return;
     // ---- 结束流程 ----
 }
 

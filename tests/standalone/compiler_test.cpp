@@ -5,9 +5,11 @@
 #include "standalone/compiler/CompileService.h"
 #include "standalone/runtime/applet_paths.h"
 
+#include <QThread>
 #include <QtTest>
 
 #include <mutex>
+#include <numeric>
 
 using namespace builders;
 using standalone::CompileService;
@@ -44,6 +46,7 @@ private slots:
     void errorsNameTheirSteps_data();
     void errorsNameTheirSteps();
     void onlyWhatChangedIsCompiled();
+    void manySequencesShareCompilers();
     void problemsFailWithoutACompiler();
     void missingCompiler();
     void hangingCompilerIsKilled();
@@ -65,6 +68,9 @@ private:
     }
     /// A compiler of our own making, as a shell script.
     void useCompiler(const QByteArray& script);
+    void countCompilers(const QByteArray& compiler);
+    QString logOfCompilers() const { return m_harness->projectPath() + QStringLiteral("/log"); }
+    QStringList work(const codegen::AppletSource& source);
 
     const QString m_app = QStringLiteral("小程序");
     std::unique_ptr<RuntimeHarness> m_harness;
@@ -181,25 +187,40 @@ void CompilerTest::errorsNameTheirSteps()
              qPrintable(results()[0].message));
 }
 
-/// Compilers and linkers are counted by a program that stands in for the compiler.
+/// Lets a program stand in for the compiler that writes down what it is asked for.
+void CompilerTest::countCompilers(const QByteArray& compiler)
+{
+    useCompiler("echo \"$@\" >> '" + QFile::encodeName(logOfCompilers()) + "'\nexec " + compiler +
+                " \"$@\"");
+}
+
+/// What compilers were asked for, sorted: "link", or the units joined by '+'. The message of a
+/// failure instead.
+QStringList CompilerTest::work(const codegen::AppletSource& source)
+{
+    QFile::remove(logOfCompilers());
+    const QString failure = m_harness->build(m_app, source);
+    QFile file(logOfCompilers());
+    if (!failure.isEmpty() || !file.open(QIODevice::ReadOnly))
+        return {failure};
+    QStringList asked;
+    for (const QString& line : QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
+        QStringList units;
+        for (const QString& word : line.split(u' ')) {
+            if (word.endsWith(QLatin1String(".cpp")))
+                units << word;
+        }
+        asked << (units.isEmpty() ? QStringLiteral("link") : units.join(u'+'));
+    }
+    asked.sort();
+    return asked;
+}
+
 void CompilerTest::onlyWhatChangedIsCompiled()
 {
-    const QString log = m_harness->projectPath() + QStringLiteral("/log");
-    useCompiler("echo \"$@\" >> '" + QFile::encodeName(log) + "'\nexec c++ \"$@\"");
-    const auto work = [&](const codegen::AppletSource& source) {
-        QFile::remove(log);
-        const QString failure = m_harness->build(m_app, source);
-        QFile file(log);
-        QStringList names;
-        if (!failure.isEmpty() || !file.open(QIODevice::ReadOnly))
-            return failure;
-        for (const QString& line :
-             QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts))
-            names << (line.contains(QLatin1String("-shared"))
-                          ? QStringLiteral("link")
-                          : line.section(QStringLiteral(" -c "), 1).section(u' ', 0, 0));
-        names.sort();
-        return names.join(u' ');
+    countCompilers("c++");
+    const auto work = [this](const codegen::AppletSource& source) {
+        return this->work(source).join(u' ');
     };
     const auto source = [](const char* code, const char* type = "s32") {
         return applet({sequence("main", {call("c", "sub"), statement("own", "n = 1;", true)}),
@@ -216,7 +237,7 @@ void CompilerTest::onlyWhatChangedIsCompiled()
     QCOMPARE(work(source("n = 1;")), QStringLiteral("link"));
     QCOMPARE(work(source("n = 1;", "s64")), QStringLiteral("link"));
     // What another compiler made is of no use.
-    useCompiler("echo \"$@\" >> '" + QFile::encodeName(log) + "'\nexec g++ \"$@\"");
+    countCompilers("g++");
     QCOMPARE(work(source("n = 1;", "s64")),
              QStringLiteral("a_capplet.cpp link sequence_main.cpp sequence_sub.cpp"));
     // Objects cut off on disk are made anew; those that only the linker tells cost one failure.
@@ -240,6 +261,63 @@ void CompilerTest::onlyWhatChangedIsCompiled()
                 .contains(QStringLiteral("undefined reference")));
     QCOMPARE(work(source("n = 5;", "s64")), QStringLiteral("link sequence_sub.cpp"));
     QVERIFY(objects.entryList(QDir::Files).filter(QStringLiteral(".new")).isEmpty());
+}
+
+/// Small sequences share compilers, which nobody sees: neither in what is compiled after a change
+/// nor in what is told of an error.
+void CompilerTest::manySequencesShareCompilers()
+{
+    const int count = 6 * QThread::idealThreadCount();
+    std::vector<std::string> codes(std::size_t(count), "log_info(\"here\");");
+    const auto build = [&] {
+        std::vector<std::shared_ptr<IProcessBlock>> calls;
+        std::vector<codegen::SequenceSource> sequences{sequence("main", {})};
+        for (int i = 0; i < count; ++i) {
+            const std::string name = 'p' + std::to_string(i);
+            calls.push_back(call(("c" + name).c_str(), name.c_str()));
+            sequences.push_back(sequence(
+                name.c_str(), {statement(("s" + name).c_str(), codes[std::size_t(i)].c_str())}));
+        }
+        sequences.front() = sequence("main", calls);
+        return work(applet(sequences));
+    };
+    const auto sizes = [](const QStringList& asked) {
+        QList<int> sizes;
+        for (const QString& units : asked)
+            sizes << units.count(u'+') + 1;
+        std::sort(sizes.begin(), sizes.end());
+        return sizes;
+    };
+    countCompilers("c++");
+    const QStringList first = build();
+    const QList<int> firstSizes = sizes(first);
+    QCOMPARE(std::accumulate(firstSizes.begin(), firstSizes.end(), 0), count + 3);
+    QVERIFY2(first.size() < count / 2, qPrintable(first.join(u'\n')));
+    QVERIFY(m_harness->start(m_app));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(m_app), QList<int>({run_events::Finished}), 60000);
+    QCOMPARE(RuntimeHarness::logLines(m_app).filter(QStringLiteral("here")).size(), count);
+
+    codes[3] = "log_info(\"there\");";
+    const QStringList parted = build(); // the unit, what is left of its group, and the linker
+    QCOMPARE(parted.size(), 3);
+    QVERIFY(parted.contains(QStringLiteral("sequence_p3.cpp")));
+    codes[3] = "log_info(\"elsewhere\");";
+    QCOMPARE(build(), QStringList({QStringLiteral("link"), QStringLiteral("sequence_p3.cpp")}));
+
+    useCompiler("exec g++ \"$@\""); // all anew
+    codes[5] = "nowhere = 1;";
+    QVERIFY2(build().first().startsWith(QStringLiteral("出错步骤: 序列“p5”, 步骤“sp5”")),
+             qPrintable(build().first()));
+    codes[5] = "extern int nowhere(); nowhere();";
+    QVERIFY2(build().first().startsWith(QStringLiteral("出错位置: 序列“p5”: undefined reference")),
+             qPrintable(build().first()));
+    // Good each by itself.
+    for (int i = 0; i < count; ++i)
+        codes[std::size_t(i)] = i < count / 2 ? "extern int odd; (void)sizeof(odd);"
+                                              : "extern double odd; (void)sizeof(odd);";
+    countCompilers("c++ -g0");
+    const QStringList alone = build();
+    QVERIFY2(alone.contains(QStringLiteral("sequence_p0.cpp")), qPrintable(alone.join(u'\n')));
 }
 
 void CompilerTest::problemsFailWithoutACompiler()

@@ -1,0 +1,73 @@
+#include "standalone/compiler/unit_groups.h"
+
+#include <algorithm>
+#include <numeric>
+#include <string_view>
+
+namespace standalone {
+
+namespace {
+
+constexpr std::size_t MostTextOfGroup = 256 * 1024;
+constexpr std::size_t FewUnits = 4; ///< for each core
+
+/// Whether nothing in a unit reaches beyond its end: a macro would, or a header that is read once.
+bool isClosed(const codegen::GeneratedFile& unit)
+{
+    const std::string shared = std::string("#include \"") + codegen::SharedHeaderName + "\"\n";
+    std::string_view text(unit.text);
+    const std::size_t header = text.find(shared);
+    if (header == std::string_view::npos)
+        return false;
+    const std::string_view head = text.substr(0, header);
+    text.remove_prefix(header + shared.size());
+    for (const char* directive : {"#", "%:", "?\?=", "_Pragma"}) {
+        if (head.find(directive) != std::string_view::npos ||
+            text.find(directive) != std::string_view::npos)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+std::size_t sizeOf(const UnitGroup& group)
+{
+    return std::accumulate(
+        group.begin(), group.end(), std::size_t(0),
+        [](std::size_t sum, const auto* unit) { return sum + unit->text.size(); });
+}
+
+std::vector<UnitGroup> groupsOf(const UnitGroup& units, std::size_t cores)
+{
+    std::vector<UnitGroup> groups;
+    UnitGroup shared;
+    for (const codegen::GeneratedFile* unit : units) {
+        if (units.size() > FewUnits * cores && isClosed(*unit))
+            shared.push_back(unit);
+        else
+            groups.push_back({unit});
+    }
+    const std::size_t least = (sizeOf(shared) + MostTextOfGroup - 1) / MostTextOfGroup;
+    std::vector<UnitGroup> divided((least + cores - 1) / cores * cores);
+    // The largest first, each to where there is least yet.
+    std::stable_sort(shared.begin(), shared.end(), [](const auto* left, const auto* right) {
+        return left->text.size() > right->text.size();
+    });
+    std::vector<std::size_t> sizes(divided.size());
+    for (const codegen::GeneratedFile* unit : shared) {
+        const auto smallest = std::min_element(sizes.begin(), sizes.end());
+        *smallest += unit->text.size();
+        divided[std::size_t(smallest - sizes.begin())].push_back(unit);
+    }
+    for (UnitGroup& group : divided) {
+        if (!group.empty())
+            groups.push_back(std::move(group));
+    }
+    std::stable_sort(
+        groups.begin(), groups.end(),
+        [](const UnitGroup& left, const UnitGroup& right) { return sizeOf(left) > sizeOf(right); });
+    return groups;
+}
+
+} // namespace standalone
