@@ -29,6 +29,7 @@ private slots:
     void errorsLeadToTheirSteps();
     void causeIsInSight();
     void linesKeepTheirOwnLook();
+    void firstLinesLeadToTheRecord();
 
 private:
     void breakStep(const char* sequence, const char* step, const char* code) const;
@@ -197,6 +198,57 @@ void OutputPaneTest::linesKeepTheirOwnLook()
     QVERIFY(!format(1).fontUnderline() && !format(1).hasProperty(QTextFormat::ForegroundBrush));
     QVERIFY(format(2).fontUnderline() && !format(2).hasProperty(QTextFormat::ForegroundBrush));
     QVERIFY(pane.toPlainText().contains(QStringLiteral("    fine  <b>&amp;\n")));
+}
+
+void OutputPaneTest::firstLinesLeadToTheRecord()
+{
+    OutputPane pane(QStringLiteral("nothing"));
+    pane.resize(500, 160);
+    pane.show();
+    QSignalSpy files(&pane, &OutputPane::recordActivated);
+    QSignalSpy steps(&pane, &OutputPane::stepActivated);
+    int said = 0;
+    const auto say = [&pane, &said](int lines, const char* record) {
+        for (int line = 0; line < lines; ++line)
+            pane.append(QStringLiteral("line %1 [s/1]").arg(said++), false, text(record));
+    };
+    const auto first = [&pane] { return pane.document()->firstBlock().text(); };
+    const auto number = [&pane](int line) {
+        return pane.document()->findBlockByNumber(line).text().section(u' ', -1).toInt();
+    };
+    const auto doubleClickLine = [&pane](int line) {
+        pane.verticalScrollBar()->setValue(line);
+        const QTextCursor cursor(pane.document()->findBlockByNumber(line));
+        const QPoint spot = pane.cursorRect(cursor).center() + QPoint(4, 0);
+        QTest::mouseDClick(pane.viewport(), Qt::LeftButton, {}, spot);
+    };
+    say(20000, "/a.log");
+    QVERIFY(first().endsWith(QStringLiteral("line 0")));
+    // Nobody who reads is taken away from his line.
+    pane.verticalScrollBar()->setValue(10000);
+    say(2000, "/a.log");
+    const int gone = said - (pane.blockCount() - 1);
+    QVERIFY(gone >= 1000 && pane.blockCount() >= 20000);
+    QCOMPARE(first(), text("… %1 行已省略, 完整日志: /a.log").arg(gone));
+    QCOMPARE(number(1), gone);
+    QCOMPARE(number(pane.verticalScrollBar()->value()), 10000);
+    doubleClickLine(0);
+    QCOMPARE(files, QList<QList<QVariant>>({{text("/a.log")}}));
+    doubleClickLine(1); // the others lead where they led
+    QCOMPARE(steps.count(), 1);
+    QCOMPARE(files.count(), 1);
+
+    // Of another run, whose record could not be written.
+    pane.followEnd();
+    const int before = said;
+    say(25000, "");
+    const int goneOfIt = said - (pane.blockCount() - 1) - before;
+    QVERIFY(goneOfIt > 0);
+    QCOMPARE(first(), text("… %1 行已省略").arg(goneOfIt));
+    QCOMPARE(number(1), before + goneOfIt);
+    QCOMPARE(pane.verticalScrollBar()->value(), pane.verticalScrollBar()->maximum());
+    doubleClickLine(0);
+    QCOMPARE(files.count(), 1);
 }
 
 PE_WIDGET_TEST("output_pane_test", OutputPaneTest)
