@@ -38,7 +38,7 @@ RunInbox::Content RunInbox::take(bool withReports)
     if (lost > 0)
         content.lines.push_back(
             {content.lines.back().appName,
-             QCoreApplication::translate("RunInbox", "(输出过快，省略 %1 行)").arg(lost)});
+             QCoreApplication::translate("RunInbox", "… %1 行已省略").arg(lost)});
     return content;
 }
 

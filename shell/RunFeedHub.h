@@ -9,10 +9,10 @@
 
 class RunInbox;
 
-/// Hands what the runtime's threads report to every window's inbox. The signals that
-/// carry reports are emitted on foreign threads, and Qt lets no receiver of a direct connection go
-/// while its sender is at work; so this one object is connected to them, once for the process, and
-/// windows come and go behind its own mutex.
+/// Hands what the runtime's threads report to every window's inbox. The signals that carry it are
+/// emitted on foreign threads, and Qt keeps no receiver of a direct connection from going while its
+/// sender is at work; so this one object is connected to them, once for the process, and windows
+/// come and go behind its own mutex.
 ///
 /// add and remove on the GUI thread; the rest is called on the runtime's threads.
 class RunFeedHub : public QObject

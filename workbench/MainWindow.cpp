@@ -216,9 +216,13 @@ void MainWindow::connectHost()
                     statusBar()->showMessage(tr("该步骤已不存在"), NoticeMs);
             });
     connect(m_output, &OutputPane::recordActivated, this, [this](const QString& file) {
-        if (!QFileInfo::exists(file))
+        const auto opens = [](const QString& path) {
+            return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+        };
+        const QFileInfo record(file);
+        if (!record.exists())
             statusBar()->showMessage(tr("该文件已不存在: %1").arg(file), NoticeMs);
-        else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(file)))
+        else if (!opens(file) && !opens(record.path()))
             statusBar()->showMessage(tr("无法打开 %1").arg(file), NoticeMs);
     });
     // One progress is one run.
@@ -350,7 +354,10 @@ void MainWindow::connectEditor()
     });
     connect(m_editor, &ProcessEditWidget::notifyRunResultSig, this,
             [this](bool success, const QString& text) {
-                m_output->append(text, !success, standalone::runRecord(m_applet));
+                // A compile's words are in no record.
+                const bool hasRunner = !processedit::getCAppletRunState(m_applet).first.empty();
+                m_output->append(text, !success,
+                                 hasRunner ? standalone::runRecord(m_applet) : QString());
             });
     for (const auto begun : {&ProcessEditWidget::sigCompileStart, &ProcessEditWidget::sigRunStart})
         connect(m_editor, begun, m_output, &OutputPane::followEnd);

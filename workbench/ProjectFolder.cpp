@@ -222,8 +222,11 @@ QString ProjectFolder::renameApplet(const QString& oldName, const QString& newNa
     }
     // Generated code and module bear the old name inside; the next compile makes new ones.
     removeOutput(oldName);
-    if (!recordFolder(oldName).isEmpty())
-        QDir().rename(recordFolder(oldName), recordFolder(newName));
+    const QString records = recordFolder(oldName);
+    if (!records.isEmpty() && QFileInfo::exists(records) &&
+        !QDir().rename(records, recordFolder(newName)))
+        sdk_ui_interface::log::log_error(QStringLiteral("运行记录没有随小程序改名, 仍在: ") +
+                                         records);
     return QString();
 }
 

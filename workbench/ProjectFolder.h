@@ -30,8 +30,8 @@ public:
     QString createApplet(const QString& name) const;
     QString renameApplet(const QString& oldName, const QString& newName) const;
     /// The applet's folder goes to the trash, or is deleted where there is none. What was generated
-    /// for it goes too, here and when it is renamed; files of anybody else beside that stay.
-    /// The records of its runs go with it, and bear its new name.
+    /// for it goes too, here and when it is renamed; files of anybody else beside that stay. The
+    /// records of its runs go where it goes, and when it is renamed their folder is, too.
     QString removeApplet(const QString& name) const;
 
     /// The applet that was opened last in this project on this machine.

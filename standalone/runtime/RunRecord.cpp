@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QRegularExpression>
+#include <QStorageInfo>
 
 #include <algorithm>
 
@@ -65,17 +66,25 @@ QString RunRecord::flush()
     if (m_isOver || m_waiting.empty())
         return QString();
     m_size += std::int64_t(m_waiting.size());
-    const bool isTooLarge = m_size > m_limits.bytes;
-    const QString reason =
-        isTooLarge ? QCoreApplication::translate("standalone::RunRecord", "记录已达大小上限")
-                   : write(m_waiting);
-    m_waiting.clear();
-    if (!reason.isEmpty())
-        return fail(reason);
-    if (m_size >= m_pruneAt) {
+    QString reason;
+    if (m_size >= m_lookAt) {
+        m_lookAt = std::min(m_size + m_limits.bytes / m_limits.files, m_limits.bytes + 1);
         prune();
-        m_pruneAt = m_size + m_limits.bytes / m_limits.files;
+        reason = reasonToEnd();
     }
+    if (reason.isEmpty())
+        reason = write(m_waiting);
+    m_waiting.clear();
+    return reason.isEmpty() ? QString() : fail(reason);
+}
+
+QString RunRecord::reasonToEnd() const
+{
+    if (m_size > m_limits.bytes)
+        return QCoreApplication::translate("standalone::RunRecord", "记录已达大小上限");
+    const QStorageInfo disk(m_folder);
+    if (disk.isValid() && disk.bytesAvailable() < m_limits.spare)
+        return QCoreApplication::translate("standalone::RunRecord", "磁盘剩余空间不足");
     return QString();
 }
 
@@ -100,13 +109,17 @@ QString RunRecord::create()
             return QString();
         }
     }
-    return reason.isEmpty() ? QStringLiteral("EEXIST") : reason;
+    return reason.isEmpty()
+               ? QCoreApplication::translate("standalone::RunRecord", "没有可用的文件名")
+               : reason;
 }
 
 QString RunRecord::fail(const QString& reason)
 {
     const QString path = this->path();
     close();
+    if (!path.isEmpty() && QFileInfo(path).size() == 0)
+        QFile::remove(path); // else it would count, and make an older one go
     m_isOver = true;
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_path.clear();
@@ -120,8 +133,9 @@ void RunRecord::prune() const
     std::int64_t bytes = 0;
     const QString own = path();
     for (const QFileInfo& record : recordsIn(m_folder)) {
-        bytes += record.size();
-        if ((++count > m_limits.files || bytes > m_limits.bytes) && record.filePath() != own)
+        const bool isOwn = record.filePath() == own;
+        bytes += isOwn ? m_size : record.size();
+        if ((++count > m_limits.files || bytes > m_limits.bytes) && !isOwn)
             QFile::remove(record.filePath());
     }
 }

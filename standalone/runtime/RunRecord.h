@@ -22,6 +22,8 @@ public:
     {
         int files = 20;
         std::int64_t bytes = std::int64_t(1) << 30;
+        /// To be left on the disk, for documents. It is looked at now and then.
+        std::int64_t spare = std::int64_t(256) << 20;
     };
 
     /// An empty @p folder: nothing is recorded. It needn't be there.
@@ -43,6 +45,7 @@ public:
 private:
     QString create();
     QString fail(const QString& reason);
+    QString reasonToEnd() const;
     void prune() const;
     void close();
 
@@ -57,9 +60,9 @@ private:
     int m_file = -1;
     bool m_isOver = false; ///< nothing is recorded any more
     std::string m_waiting;
-    std::string m_time; ///< of day, of what waits
-    std::int64_t m_size = 0;
-    std::int64_t m_pruneAt = 0;
+    std::string m_time;         ///< of day, of what waits
+    std::int64_t m_size = 0;    ///< with what is about to be written
+    std::int64_t m_lookAt = 0;  ///< the size at which the folder is looked at again
     mutable std::mutex m_mutex; ///< guards what follows
     QString m_path;
 };

@@ -12,6 +12,7 @@
 #include <QtTest>
 
 #include <csignal>
+#include <limits>
 #include <sys/resource.h>
 
 using namespace builders;
@@ -27,6 +28,7 @@ private slots:
     void oldRecordsGo_data();
     void oldRecordsGo();
     void longRecordEnds();
+    void roomIsLeftForDocuments();
     void diskBecomesFull();
     void noFolderToBeHad();
     void runIsRecorded();
@@ -105,7 +107,7 @@ void RunRecordTest::oldRecordsGo()
     QVERIFY(test_support::putFile(foreign, QByteArray(1000, 'x')));
     QStringList made;
     for (int run = 0; run < 10; ++run) {
-        RunRecord record(m_folder, {files, bytes});
+        RunRecord record(m_folder, {files, bytes, 0});
         QCOMPARE(say(record, std::string(89, char('a' + run))), QString());
         made.append(QFileInfo(record.path()).fileName());
         QVERIFY(QFileInfo::exists(record.path()));
@@ -118,7 +120,7 @@ void RunRecordTest::oldRecordsGo()
 
 void RunRecordTest::longRecordEnds()
 {
-    RunRecord record(m_folder, {20, 250});
+    RunRecord record(m_folder, {20, 250, 0});
     const std::string line(89, 'x');
     for (int lines = 0; lines < 2; ++lines)
         QCOMPARE(say(record, line), QString());
@@ -130,6 +132,14 @@ void RunRecordTest::longRecordEnds()
     QCOMPARE(say(record, line), QString()); // told once
     QCOMPARE(record.path(), QString());     // it isn't all any more
     QCOMPARE(linesOf(path).size(), 2);
+}
+
+void RunRecordTest::roomIsLeftForDocuments()
+{
+    RunRecord record(m_folder, {20, 100000, std::numeric_limits<std::int64_t>::max()});
+    QVERIFY(say(record, "a").contains(QStringLiteral("空间不足")));
+    QCOMPARE(say(record, "b") + record.path(), QString());
+    QCOMPARE(records(), QStringList());
 }
 
 void RunRecordTest::diskBecomesFull()

@@ -1,3 +1,4 @@
+#include "base/file_reading.h"
 #include "logic/LogicView.h"
 #include "logic/logic_roles.h"
 #include "model/process_blocks.h"
@@ -10,10 +11,12 @@
 #include "workbench/MainWindow.h"
 #include "workbench/OutputPane.h"
 
+#include <QDesktopServices>
 #include <QDockWidget>
 #include <QLabel>
 #include <QScrollBar>
 #include <QSettings>
+#include <QStatusBar>
 #include <QTextBlock>
 #include <QTreeView>
 #include <QtTest>
@@ -30,10 +33,16 @@ private slots:
     void causeIsInSight();
     void linesKeepTheirOwnLook();
     void firstLinesLeadToTheRecord();
+    void recordOfARunIsOpened();
+
+public:
+    Q_INVOKABLE void keepUrl(const QUrl& url) { m_opened << url; }
 
 private:
-    void breakStep(const char* sequence, const char* step, const char* code) const;
+    static void setCode(const QString& app, const char* sequence, const char* step,
+                        const char* code);
 
+    QList<QUrl> m_opened; ///< by the desktop
     const QString m_app = QStringLiteral("ecu_check");
 };
 
@@ -45,13 +54,14 @@ void OutputPaneTest::initTestCase()
     QSettings().clear();
 }
 
-void OutputPaneTest::breakStep(const char* sequence, const char* step, const char* code) const
+void OutputPaneTest::setCode(const QString& app, const char* sequence, const char* step,
+                             const char* code)
 {
     const auto block = std::dynamic_pointer_cast<StatementProcessBlock>(
-        processedit::getProcess(m_app, QString::fromLatin1(step)));
+        processedit::getProcess(app, QString::fromLatin1(step)));
     QVERIFY(block);
     block->setCustomCode(code);
-    processedit::updateProcess(m_app, QString::fromLatin1(sequence), block);
+    processedit::updateProcess(app, QString::fromLatin1(sequence), block);
 }
 
 void OutputPaneTest::errorsLeadToTheirSteps()
@@ -66,8 +76,8 @@ void OutputPaneTest::errorsLeadToTheirSteps()
     window.openProject(ProjectFolder(folder.path()));
     window.openApplet(m_app);
     window.show();
-    breakStep(identity, answered, "int n = 1;\nqzqzq(n);");
-    breakStep(calibration, checksum, "if (qz2) {\n}\n");
+    setCode(m_app, identity, answered, "int n = 1;\nqzqzq(n);");
+    setCode(m_app, calibration, checksum, "if (qz2) {\n}\n");
 
     QSignalSpy finished(&window, &MainWindow::attemptFinished);
     window.editor()->onToolWidgetButtonClickedSlot(ProcessEditToolBar::Compile);
@@ -249,6 +259,47 @@ void OutputPaneTest::firstLinesLeadToTheRecord()
     QCOMPARE(pane.verticalScrollBar()->value(), pane.verticalScrollBar()->maximum());
     doubleClickLine(0);
     QCOMPARE(files.count(), 1);
+}
+
+void OutputPaneTest::recordOfARunIsOpened()
+{
+    QTemporaryDir folder;
+    QVERIFY(test_support::copyFolder(QStringLiteral(PE_EXAMPLE), folder.path()));
+    MainWindow window;
+    window.openProject(ProjectFolder(folder.path()));
+    window.openApplet(QStringLiteral("crash"));
+    window.show();
+    setCode(QStringLiteral("crash"), "77aa0ff8-0394-4df2-91eb-46f913f6dfee",
+            "e71618b8-b41b-448e-8488-fff4af7d5cc2",
+            "for (int i = 0; i < 25000; ++i) log_info(\"line %d\", i);");
+    QSignalSpy ended(window.editor(), &ProcessEditWidget::sigRunFinish);
+    window.editor()->onToolWidgetButtonClickedSlot(ProcessEditToolBar::RunMain);
+    QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, 60000);
+
+    auto* pane = qobject_cast<OutputPane*>(
+        window.findChild<QDockWidget*>(QStringLiteral("outputDock"))->widget());
+    const auto openRecord = [pane] {
+        pane->verticalScrollBar()->setValue(0);
+        const QPoint spot = pane->cursorRect(QTextCursor(pane->document())).center();
+        QTest::mouseDClick(pane->viewport(), Qt::LeftButton, {}, spot + QPoint(4, 0));
+    };
+    const QString said = pane->document()->firstBlock().text();
+    const QString record = said.section(QStringLiteral(", 完整日志: "), 1);
+    QVERIFY2(record.startsWith(folder.path() + QStringLiteral("/CApplet/crash_log/")),
+             qPrintable(said));
+    const QByteArray content = file_reading::read(record, file_reading::MostOfTable).content;
+    for (int line = 0, at = 0; line < 25000; ++line) {
+        at = content.indexOf("line " + QByteArray::number(line) + '\n', at);
+        QVERIFY2(at >= 0, qPrintable(QString::number(line)));
+    }
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "keepUrl");
+    openRecord();
+    QCOMPARE(m_opened, QList<QUrl>({QUrl::fromLocalFile(record)}));
+    QVERIFY(QFile::remove(record));
+    openRecord();
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    QCOMPARE(m_opened.size(), 1);
+    QVERIFY(window.statusBar()->currentMessage().contains(record));
 }
 
 PE_WIDGET_TEST("output_pane_test", OutputPaneTest)
