@@ -3,14 +3,17 @@
 
 #include "bench/logic_samples.h"
 #include "logic/LogicView.h"
+#include "logic/RunInbox.h"
+#include "logic/logic_roles.h"
 #include "logic/runProcessState.h"
 #include "shell/LogicMaster.h"
-#include "shell/RunFeeds.h"
+#include "shell/RunFeedHub.h"
 #include "shell/notify_callbacks.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTimer>
+#include <QTreeView>
 
 #include <benchmark/benchmark.h>
 
@@ -43,8 +46,8 @@ void report_cost(benchmark::State& state)
     const std::string sequence = sample.sequenceId.toStdString();
     LogicView view;
     view.setCAppletName(sample.appName);
-    RunFeeds feeds(&view, nullptr);
-    feeds.setRunningApp(sample.appName);
+    RunFeedHub::instance()->add(view.inbox());
+    view.inbox()->setRunningApp(sample.appName);
     for (auto _ : state) {
         state.PauseTiming();
         view.setRunMode(true, sample.appName, sample.sequenceId, QString());
@@ -61,6 +64,7 @@ void report_cost(benchmark::State& state)
         QApplication::processEvents();
         state.ResumeTiming();
     }
+    RunFeedHub::instance()->remove(view.inbox());
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
@@ -90,27 +94,45 @@ void report_cost_yardstick(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-/// The longest of the run tab's ticks, of 30 ms each, while a thread reports a million a second.
-double longestTick(bool isFlooded)
+/// A view that follows a run of many steps.
+struct RunningView
 {
-    constexpr int Ticks = 40;
-    const logic_samples::Builder builder(Steps);
-    const logic_samples::Sample& sample = builder.sample();
-    LogicView view;
-    view.resize(900, 700);
-    view.setCAppletName(sample.appName);
-    view.show();
-    view.setRunMode(true, sample.appName, sample.sequenceId, QString());
-    QApplication::processEvents();
-    std::atomic<bool> isOver{false};
-    std::thread runner([&] {
+    RunningView()
+    {
+        view.resize(900, 700);
+        view.setCAppletName(sample.appName);
+        view.show();
+        view.setRunMode(true, sample.appName, sample.sequenceId, QString());
+        QApplication::processEvents();
+    }
+    ~RunningView() { view.setRunMode(false, QString(), QString(), QString()); }
+
+    /// Reports a million a second.
+    void flood(const std::atomic<bool>& isOver)
+    {
         auto next = std::chrono::steady_clock::now();
-        for (int report = 0; isFlooded && !isOver; ++report) {
+        for (int report = 0; !isOver; ++report) {
             view.notifyRunState(sample.sequenceId, sample.blockUuids[report % Steps], 0,
                                 report / Steps % 101);
             if (report % 1000 == 999)
                 std::this_thread::sleep_until(next += std::chrono::milliseconds(1));
         }
+    }
+
+    const logic_samples::Builder builder{Steps};
+    const logic_samples::Sample& sample = builder.sample();
+    LogicView view;
+};
+
+/// The longest of the run tab's ticks, of 30 ms each, while a thread reports.
+double longestTick(bool isFlooded)
+{
+    constexpr int Ticks = 40;
+    RunningView run;
+    std::atomic<bool> isOver{false};
+    std::thread runner([&] {
+        if (isFlooded)
+            run.flood(isOver);
     });
     double longest = 0.0;
     int ticks = 0;
@@ -128,8 +150,46 @@ double longestTick(bool isFlooded)
         QApplication::processEvents(QEventLoop::WaitForMoreEvents);
     isOver = true;
     runner.join();
-    view.setRunMode(false, QString(), QString(), QString());
     return longest;
+}
+
+/// From the last report of a run to its row on screen.
+double lastState(bool isFlooded)
+{
+    RunningView run;
+    auto* tree = run.view.findChild<QTreeView*>(QStringLiteral("runTreeView"));
+    const QAbstractItemModel* rows = tree->model();
+    const QModelIndex row = rows->index(0, logic_columns::State, rows->index(1, 0));
+    std::atomic<bool> isOver{false};
+    std::chrono::steady_clock::time_point said;
+    std::thread runner([&] {
+        if (isFlooded)
+            run.flood(isOver);
+        while (!isOver)
+            std::this_thread::yield();
+        run.view.notifyRunState(run.sample.sequenceId, run.sample.blockUuids.first(), -1, 99.5);
+        said = std::chrono::steady_clock::now();
+    });
+    QTimer::singleShot(500, [&isOver] { isOver = true; });
+    const QString failed = QStringLiteral("执行失败");
+    while (row.data().toString() != failed)
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    tree->viewport()->repaint();
+    const auto shown = std::chrono::steady_clock::now();
+    runner.join();
+    return std::chrono::duration<double>(shown - said).count();
+}
+
+void last_state(benchmark::State& state)
+{
+    for (auto _ : state)
+        state.SetIterationTime(lastState(true));
+}
+
+void last_state_yardstick(benchmark::State& state)
+{
+    for (auto _ : state)
+        state.SetIterationTime(lastState(false));
 }
 
 void tick_under_flood(benchmark::State& state)
@@ -148,6 +208,12 @@ void tick_under_flood_yardstick(benchmark::State& state)
 
 BENCHMARK(report_cost)->Arg(1000000)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(report_cost_yardstick)->Arg(1000000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(last_state)->Arg(Steps)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(1);
+BENCHMARK(last_state_yardstick)
+    ->Arg(Steps)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime()
+    ->Iterations(1);
 BENCHMARK(tick_under_flood)
     ->Arg(Steps)
     ->Unit(benchmark::kMillisecond)

@@ -121,8 +121,8 @@ void LogicView::setUpRunTab()
     tree_look::apply(m->ui.runTreeView);
     m->ui.runTreeView->setItemDelegate(new RowHeightDelegate(m->ui.runTreeView));
     m->run = std::make_unique<RunView>(m->ui.runTreeView, m->ui.runTableView);
-    connect(m->run.get(), &RunView::sigProcessPrograss, this, &LogicView::sigProcessPrograss,
-            Qt::DirectConnection);
+    connect(m->run.get(), &RunView::sigProcessPrograss, this, &LogicView::sigProcessPrograss);
+    connect(m->run.get(), &RunView::sigLogLine, this, &LogicView::sigLogLine);
     connect(m->run.get(), &RunView::sheetShown, this, [this] {
         nameRunSequence();
         emit sigRunSequenceChanged();
@@ -450,6 +450,11 @@ void LogicView::notifyGoto(const QString& gotoSeqUuid, bool isEnd, const QString
     m->run->notifyGoto(gotoSeqUuid, isEnd, templateId);
 }
 
+std::shared_ptr<RunInbox> LogicView::inbox() const
+{
+    return m->run->inbox();
+}
+
 void LogicView::finishRow(bool success)
 {
     m->run->finishRow(success);
@@ -491,7 +496,7 @@ void LogicView::nameRunSequence()
 
 void LogicView::onRunTimerTimeout()
 {
-    m->run->landReports();
+    m->run->read();
 }
 
 #include "moc_LogicView.cpp"

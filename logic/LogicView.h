@@ -15,6 +15,7 @@
 class CustonStandModel;
 class QStandardItem;
 class QStandardItemModel;
+class RunInbox;
 struct DocumentChange;
 struct LogicViewParts;
 struct processTemplateInfo;
@@ -81,6 +82,9 @@ public:
                         double iProgress);
     /// A called sequence was entered or left, with @p templateId one of a template. Any thread.
     void notifyGoto(const QString& gotoSeqUuid, bool isEnd, const QString& templateId);
+    /// Where both of them, and the log lines of applets, come in; whoever tells shares it, and may
+    /// keep it beyond the view. Any thread may use it.
+    std::shared_ptr<RunInbox> inbox() const;
     /// Gives the row reported last the outcome of the run.
     void finishRow(bool success);
     /// The run is being ended by a stop.
@@ -109,9 +113,11 @@ signals:
     void sigCurrentTabChanged(int index);
     /// The user moved a column's edge: all widths.
     void sigUpdateProcessWidgetWidth(QStringList list, bool isRunWidget = false);
-    /// Progress of the run, 0 to 100, on the reporting thread, which holds the reports' lock: a
-    /// direct receiver must be quick and must not report.
+    /// Progress of the run, 0 to 100, the newest of what came in; @p state is negative after a
+    /// failure.
     void sigProcessPrograss(double progress, int state);
+    /// A line of any applet's log.
+    void sigLogLine(QString appName, QString text);
     /// The run shows another sequence, or is at its end.
     void sigRunSequenceChanged();
     void sigUdsRuntimeStaleRequired();
@@ -142,6 +148,7 @@ public slots:
     /// Brings every block to the state of its check box.
     void syncCheckStatesToSdk();
     void syncCheckStateItemRecursive(QStandardItem* item, bool& changed);
+    /// Takes what has come in, instead of waiting for the next 30 ms.
     void onRunTimerTimeout();
 
 protected:

@@ -1,6 +1,7 @@
 #include "logic/RunView.h"
 
 #include "logic/RowHeightDelegate.h"
+#include "logic/RunInbox.h"
 #include "logic/logic_roles.h"
 #include "logic/view_models.h"
 #include "model/services/log.h"
@@ -9,6 +10,7 @@
 #include <QHeaderView>
 #include <QProgressBar>
 #include <QSignalBlocker>
+#include <QThread>
 #include <QTimer>
 #include <QTreeView>
 
@@ -25,15 +27,17 @@ constexpr int ProgressMaximum = 100;
 
 RunView::RunView(QTreeView* tree, QTableView* table)
     : m_tree(tree), m_column(std::make_unique<BreakPointColumn>(table, tree)),
-      m_queue([this](double progress, int result) { emit sigProcessPrograss(progress, result); }),
-      m_runTimer(new QTimer(this))
+      m_runTimer(new QTimer(this)), m_inbox(std::make_shared<RunInbox>([this] {
+          QMetaObject::invokeMethod(this, &RunView::wake, Qt::QueuedConnection);
+      }))
 {
     m_runTimer->setInterval(DrawInterval);
-    connect(m_runTimer, &QTimer::timeout, this, &RunView::landReports);
+    connect(m_runTimer, &QTimer::timeout, this, &RunView::read);
 }
 
 RunView::~RunView()
 {
+    m_inbox->shut();
     finishLogProgress();
 }
 
@@ -42,7 +46,7 @@ void RunView::start(const QString& appName, const QString& sequenceId, const QSt
     if (m_isRunning)
         finishLogProgress();
     if (!m_isExpected)
-        m_queue.open();
+        m_inbox->open();
     m_isExpected = false;
     m_isRunning = true;
     m_isStopped = false;
@@ -57,7 +61,7 @@ void RunView::start(const QString& appName, const QString& sequenceId, const QSt
     earlier.swap(m_runSheets);
     m_sheetByIds.clear();
     RunPlan plan = run_plan::planRun(appName, sequenceId);
-    m_queue.setBlocks(plan.blockUuids);
+    m_inbox->setBlocks(plan.blockUuids);
     m_current = addSheet(plan.targets.front());
     // The others get their rows when the run comes to them, as they are now.
     m_unreached.assign(std::make_move_iterator(plan.targets.begin() + 1),
@@ -72,14 +76,14 @@ void RunView::start(const QString& appName, const QString& sequenceId, const QSt
 void RunView::expect()
 {
     m_isExpected = true;
-    m_queue.open();
+    m_inbox->open();
 }
 
 void RunView::stop()
 {
     if (!m_isRunning)
         return;
-    landReports();
+    read();
     if (m_cursor.lastResult == 0)
         emit sigProcessPrograss(ProgressMaximum, 0);
     m_runTimer->stop();
@@ -96,7 +100,7 @@ void RunView::stop()
     m_runSheets = std::move(kept);
     m_unreached.clear();
     m_sheetByIds.clear();
-    m_queue.close();
+    m_inbox->close();
     finishLogProgress();
     m_runAppName.clear();
     m_runStartSequenceId.clear();
@@ -116,21 +120,38 @@ void RunView::finishLogProgress()
 void RunView::notifyRunState(const QString& seqUuid, const QString& blockuuid, int result,
                              double iProgress)
 {
-    m_queue.report(seqUuid, blockuuid, result, iProgress);
+    m_inbox->report(seqUuid, blockuuid, iProgress, result);
+    if (QThread::currentThread() != thread())
+        return;
+    if (const auto progress = m_inbox->takeProgress())
+        emit sigProcessPrograss(progress->value, progress->state);
 }
 
 void RunView::notifyGoto(const QString& gotoSeqUuid, bool isEnd, const QString& templateId)
 {
-    m_queue.attachGoto(gotoSeqUuid, isEnd, templateId);
+    m_inbox->sequenceChange(gotoSeqUuid, isEnd, templateId);
 }
 
-void RunView::landReports()
+void RunView::wake()
 {
-    if (!m_isRunning)
-        return;
-    const std::vector<runProcessState> reports = m_queue.take();
-    if (reports.empty())
-        return;
+    if (!m_isRunning) // a run's timer does it
+        read();
+}
+
+void RunView::read()
+{
+    // What a run says before it is on screen waits for that.
+    const RunInbox::Content content = m_inbox->take(m_isRunning);
+    if (!content.reports.empty())
+        land(content.reports);
+    if (content.progress)
+        emit sigProcessPrograss(content.progress->value, content.progress->state);
+    for (const RunInbox::Line& line : content.lines)
+        emit sigLogLine(line.appName, line.text);
+}
+
+void RunView::land(const std::vector<runProcessState>& reports)
+{
     for (const runProcessState& report : reports) {
         if (!report.blockuuid.isEmpty()) {
             if (RunSheet* sheet = sheetOf(report.templateId, report.seqUuid)) {
@@ -159,7 +180,7 @@ void RunView::followGoto(const runProcessState& report)
 
 void RunView::finishRow(bool success)
 {
-    landReports();
+    read();
     if (!m_lastLanded || (success && m_cursor.lastResult < 0))
         return;
     if (m_isStopped && m_lastLanded->runningRow())

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "logic/BreakPointColumn.h"
-#include "logic/RunReportQueue.h"
 #include "logic/RunSheet.h"
 
 #include <QObject>
@@ -11,6 +10,7 @@
 #include <memory>
 #include <vector>
 
+class RunInbox;
 class QProgressBar;
 class QTableView;
 class QTimer;
@@ -31,6 +31,9 @@ public:
     RunView(QTreeView* tree, QTableView* table);
     ~RunView() override;
 
+    /// Where reports and log lines come in, by which it is shared; shut when the view goes.
+    std::shared_ptr<RunInbox> inbox() const { return m_inbox; }
+
     /// Builds the rows of everything that the run may reach, in place of those of an earlier run,
     /// and starts to follow reports. Reports that came in since expect() are kept, others aren't.
     void start(const QString& appName, const QString& sequenceId, const QString& progressText);
@@ -41,8 +44,9 @@ public:
     /// Lands what waits and closes the running row; the rows on screen stay until the next start.
     void stop();
 
-    /// Lands the waiting reports; called every 30 ms of a run.
-    void landReports();
+    /// Lands what waits of a run's reports, and tells progress and log lines: every 30 ms of a run,
+    /// and otherwise when something has come in.
+    void read();
 
     /// Marks the row reported last, and on a failure every row that still runs, with the outcome of
     /// the run. A row that failed stays a failure.
@@ -61,15 +65,17 @@ public:
     /// The widths of the columns; from now on the user's.
     void setColumnWidths(const QList<int>& widths);
 
-    /// Any thread.
+    /// Any thread. On the view's own the progress is told at once, otherwise when it is read.
     void notifyRunState(const QString& seqUuid, const QString& blockuuid, int result,
                         double iProgress);
     /// Any thread. @p templateId is empty for a sequence of the applet.
     void notifyGoto(const QString& gotoSeqUuid, bool isEnd, const QString& templateId);
 
 signals:
-    /// Emitted on the reporting thread with the reports locked, at the end of a run on the GUI's.
+    /// The newest progress of the run, 0 to 100; @p state is negative after a failure.
     void sigProcessPrograss(double progress, int state);
+    /// A line of any applet's log, with or without a run.
+    void sigLogLine(QString appName, QString text);
     /// Other rows came on screen.
     void sheetShown();
 
@@ -79,6 +85,8 @@ private:
     RunSheet* sheetOf(const QString& templateId, const QString& sequenceId);
     RunSheet* addSheet(const RunTarget& target);
     RunSheet* reach(const QString& templateId, const QString& sequenceId);
+    void wake();
+    void land(const std::vector<runProcessState>& reports);
     void followGoto(const runProcessState& report);
     void flush();
     void putOnScreen(RunSheet* sheet);
@@ -88,8 +96,8 @@ private:
 
     QTreeView* m_tree;
     std::unique_ptr<BreakPointColumn> m_column;
-    RunReportQueue m_queue;
     QTimer* m_runTimer;
+    std::shared_ptr<RunInbox> m_inbox;
     QString m_runAppName;
     QString m_runStartSequenceId;
     bool m_isRunning = false;

@@ -14,7 +14,6 @@ class AppletStorage;
 class BuildController;
 class LoadingUI;
 class ProcessEditToolBar;
-class RunFeeds;
 class WidgetBuildView;
 class wgtCommonControl;
 class wgtGeneralSetting;
@@ -39,8 +38,7 @@ struct ProcessEditParts
     QList<int> splitterSizes; ///< to come back to from the run tab
     bool inRunTab = false;
 
-    RunFeeds* feeds = nullptr; ///< children of the widget, as the two below
-    AppletStorage* storage = nullptr;
+    AppletStorage* storage = nullptr; ///< child of the widget, as the controller
     std::unique_ptr<WidgetBuildView> buildView;
     BuildController* build = nullptr;
 

@@ -7,13 +7,14 @@
 #include "shell/ProcessEditNotifyTool.h"
 #include "shell/ProcessEditParts.h"
 #include "shell/ProcessEditToolBar.h"
-#include "shell/RunFeeds.h"
+#include "shell/RunFeedHub.h"
 #include "shell/WidgetBuildView.h"
 #include "shell/default_tables.h"
 #include "shell/exchange_drops.h"
 #include "shell/notify_callbacks.h"
 #include "shell/variable_use.h"
 
+#include "logic/RunInbox.h"
 #include "model/dialogs/EmptyHint.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/applet_runtime.h"
@@ -93,7 +94,7 @@ void ProcessEditWidget::initUI()
     setAcceptDrops(true);
     installEventFilter(this);
 
-    m->feeds = new RunFeeds(m->ui.center_wgt, this);
+    RunFeedHub::instance()->add(m->ui.center_wgt->inbox());
     m->storage = new AppletStorage([this] { m->buildView->flushPanels(); }, this);
     m->buildView = std::make_unique<WidgetBuildView>(*m, this);
     m->build = new BuildController(m->businessName, *m->buildView, this);
@@ -121,8 +122,9 @@ void ProcessEditWidget::connectPanels()
             [this] { m->buildView->showRunVariables(); });
     connect(logicView, &LogicView::sigUpdateProcessWidgetWidth, this,
             &ProcessEditWidget::onSaveProcessTreeWidthSlot);
-    connect(m->feeds, &RunFeeds::progressChanged, this, &ProcessEditWidget::sigProcessPrograss);
-    connect(m->feeds, &RunFeeds::logLine, this, &ProcessEditWidget::onAppletLog);
+    connect(logicView, &LogicView::sigProcessPrograss, this,
+            &ProcessEditWidget::sigProcessPrograss);
+    connect(logicView, &LogicView::sigLogLine, this, &ProcessEditWidget::onAppletLog);
     connect(logicView, &LogicView::sigUdsRuntimeStaleRequired, this, [this] {
         if (m->onRuntimeStale)
             m->onRuntimeStale(m->appName);
@@ -252,29 +254,31 @@ void ProcessEditWidget::onToolWidgetButtonClickedSlot(int funcType)
 
 void ProcessEditWidget::onNotifyCompileResult(CAppCompileResult result, QString outputInfo)
 {
+    m->ui.center_wgt->onRunTimerTimeout(); // what was said before it is told before it
     m->build->onCompileResult(result, outputInfo);
 }
 
 void ProcessEditWidget::onNotifyRunResult(QString appName, bool isSuccessed, QString outputInfo)
 {
+    m->ui.center_wgt->onRunTimerTimeout(); // the same
     m->build->onRunResult(appName, isSuccessed, outputInfo);
 }
 
 void ProcessEditWidget::onNotifyStateResult(QString cappname, QString seqUuid, QString blockuuid,
                                             double iProgress, int result)
 {
-    m->feeds->report(cappname, seqUuid, blockuuid, iProgress, result);
+    m->ui.center_wgt->inbox()->reportOf(cappname, seqUuid, blockuuid, iProgress, result);
 }
 
 void ProcessEditWidget::onGotoSequence(QString cappname, QString gotoSeqUuid, bool isEnd)
 {
-    m->feeds->sequenceChange(cappname, gotoSeqUuid, isEnd, QString());
+    m->ui.center_wgt->inbox()->sequenceChangeOf(cappname, gotoSeqUuid, isEnd, QString());
 }
 
 void ProcessEditWidget::onGotoTemplateSequence(QString cappname, QString templateid,
                                                QString gotoSeqUuid, bool isEnd)
 {
-    m->feeds->sequenceChange(cappname, gotoSeqUuid, isEnd, templateid);
+    m->ui.center_wgt->inbox()->sequenceChangeOf(cappname, gotoSeqUuid, isEnd, templateid);
 }
 
 void ProcessEditWidget::onAppletLog(const QString& appName, const QString& message)

@@ -6,7 +6,7 @@
 #include "shell/ProcessEditParts.h"
 #include "shell/ProcessEditToolBar.h"
 #include "shell/ProcessEditWidget.h"
-#include "shell/RunFeeds.h"
+#include "shell/RunFeedHub.h"
 #include "shell/WidgetBuildView.h"
 #include "shell/applet_documents.h"
 #include "shell/applet_folders.h"
@@ -31,10 +31,10 @@ namespace processedit = sdk_ui_interface::processedit;
 
 ProcessEditWidget::~ProcessEditWidget()
 {
-    // From here on no runner's thread reaches a widget. The run's progress is finished by the view
-    // that made it.
-    m->feeds->close();
-    // Nor does a child that says something while it is being destroyed.
+    // What a runner's thread says from here on is nobody's. The run's progress is finished by the
+    // view that made it.
+    RunFeedHub::instance()->remove(m->ui.center_wgt->inbox());
+    // Nor does a child reach the widget that says something while it is being destroyed.
     for (QObject* child : findChildren<QObject*>())
         child->disconnect(this);
     LogicMaster::instance()->unregisterVariablePanel(m->ui.widget_para);

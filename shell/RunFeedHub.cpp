@@ -1,9 +1,8 @@
 #include "shell/RunFeedHub.h"
 
-#include "shell/AppletLogFeed.h"
+#include "logic/RunInbox.h"
 #include "shell/LogicMaster.h"
 #include "shell/ProcessEditNotifyTool.h"
-#include "shell/RunReportGate.h"
 
 #include <QMutexLocker>
 
@@ -28,41 +27,39 @@ RunFeedHub::RunFeedHub()
             &RunFeedHub::onLog, Qt::DirectConnection);
 }
 
-std::shared_ptr<const RunFeedHub::Windows> RunFeedHub::windows() const
+std::shared_ptr<const RunFeedHub::Inboxes> RunFeedHub::inboxes() const
 {
     QMutexLocker lock(&m_mutex);
-    return m_windows;
+    return m_inboxes;
 }
 
-void RunFeedHub::setWindows(Windows windows)
+void RunFeedHub::setInboxes(Inboxes inboxes)
 {
-    auto changed = std::make_shared<const Windows>(std::move(windows));
+    auto changed = std::make_shared<const Inboxes>(std::move(inboxes));
     QMutexLocker lock(&m_mutex);
-    m_windows.swap(changed);
+    m_inboxes.swap(changed);
 }
 
-void RunFeedHub::add(Window window)
+void RunFeedHub::add(std::shared_ptr<RunInbox> inbox)
 {
-    Windows changed = *windows();
-    changed.push_back(std::move(window));
-    setWindows(std::move(changed));
+    Inboxes changed = *inboxes();
+    changed.push_back(std::move(inbox));
+    setInboxes(std::move(changed));
 }
 
-void RunFeedHub::remove(const std::shared_ptr<RunReportGate>& gate)
+void RunFeedHub::remove(const std::shared_ptr<RunInbox>& inbox)
 {
-    Windows changed = *windows();
-    changed.erase(std::remove_if(changed.begin(), changed.end(),
-                                 [&gate](const Window& window) { return window.gate == gate; }),
-                  changed.end());
-    setWindows(std::move(changed));
+    Inboxes changed = *inboxes();
+    changed.erase(std::remove(changed.begin(), changed.end(), inbox), changed.end());
+    setInboxes(std::move(changed));
 }
 
 void RunFeedHub::onRunState(const QString& appName, const QString& sequenceId,
                             const QString& blockUuid, double progress, int result) const
 {
-    const auto all = windows();
-    for (const Window& window : *all)
-        window.gate->report(appName, sequenceId, blockUuid, progress, result);
+    const auto all = inboxes();
+    for (const auto& inbox : *all)
+        inbox->reportOf(appName, sequenceId, blockUuid, progress, result);
 }
 
 void RunFeedHub::onSequence(const QString& appName, const QString& sequenceId, bool isEnd) const
@@ -73,16 +70,16 @@ void RunFeedHub::onSequence(const QString& appName, const QString& sequenceId, b
 void RunFeedHub::onTemplateSequence(const QString& appName, const QString& templateId,
                                     const QString& sequenceId, bool isEnd) const
 {
-    const auto all = windows();
-    for (const Window& window : *all)
-        window.gate->sequenceChange(appName, sequenceId, isEnd, templateId);
+    const auto all = inboxes();
+    for (const auto& inbox : *all)
+        inbox->sequenceChangeOf(appName, sequenceId, isEnd, templateId);
 }
 
 void RunFeedHub::onLog(const QString& appName, int, const QString& message) const
 {
-    const auto all = windows();
-    for (const Window& window : *all)
-        window.log->put(appName, message);
+    const auto all = inboxes();
+    for (const auto& inbox : *all)
+        inbox->line(appName, message);
 }
 
 #include "moc_RunFeedHub.cpp"

@@ -7,38 +7,31 @@
 #include <memory>
 #include <vector>
 
-class AppletLogFeed;
-class RunReportGate;
+class RunInbox;
 
-/// Hands what the runtime's threads report to every window's gate and log feed. The signals that
-/// carry reports are emitted on foreign threads, and Qt lets no receiver of a direct connection go
-/// while its sender is at work; so this one object is connected to them, once for the process, and
-/// windows come and go behind its own mutex.
+/// Hands what the runtime's threads report to every window's inbox. The signals that carry it are
+/// emitted on foreign threads, and Qt keeps no receiver of a direct connection from going while its
+/// sender is at work; so this one object is connected to them, once for the process, and windows
+/// come and go behind its own mutex.
 ///
 /// add and remove on the GUI thread; the rest is called on the runtime's threads.
 class RunFeedHub : public QObject
 {
     Q_OBJECT
 public:
-    struct Window
-    {
-        std::shared_ptr<RunReportGate> gate;
-        std::shared_ptr<AppletLogFeed> log;
-    };
-
     /// The first call comes on the GUI thread.
     static RunFeedHub* instance();
 
-    void add(Window window);
-    /// A report that is under way may still reach the gate, which must be closed too.
-    void remove(const std::shared_ptr<RunReportGate>& gate);
+    void add(std::shared_ptr<RunInbox> inbox);
+    /// A report that is under way may still reach it.
+    void remove(const std::shared_ptr<RunInbox>& inbox);
 
 private:
-    using Windows = std::vector<Window>;
+    using Inboxes = std::vector<std::shared_ptr<RunInbox>>;
 
     RunFeedHub();
-    std::shared_ptr<const Windows> windows() const;
-    void setWindows(Windows windows);
+    std::shared_ptr<const Inboxes> inboxes() const;
+    void setInboxes(Inboxes inboxes);
 
     void onRunState(const QString& appName, const QString& sequenceId, const QString& blockUuid,
                     double progress, int result) const;
@@ -48,5 +41,5 @@ private:
     void onLog(const QString& appName, int level, const QString& message) const;
 
     mutable QMutex m_mutex; ///< guards the pointer; what it points to never changes
-    std::shared_ptr<const Windows> m_windows = std::make_shared<const Windows>();
+    std::shared_ptr<const Inboxes> m_inboxes = std::make_shared<const Inboxes>();
 };

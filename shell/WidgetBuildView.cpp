@@ -1,12 +1,12 @@
 #include "shell/WidgetBuildView.h"
 
+#include "logic/RunInbox.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/widget_bases.h"
 #include "panels/wgtCommonControl.h"
 #include "panels/wgtGeneralSetting.h"
 #include "shell/AppletStorage.h"
 #include "shell/ProcessEditParts.h"
-#include "shell/RunFeeds.h"
 
 #include <QCoreApplication>
 #include <QScopedValueRollback>
@@ -104,7 +104,7 @@ void WidgetBuildView::setReportingApp(const QString& appName)
 {
     if (!appName.isEmpty())
         m_parts.ui.center_wgt->expectRun();
-    m_parts.feeds->setRunningApp(appName);
+    m_parts.ui.center_wgt->inbox()->setRunningApp(appName);
 }
 
 void WidgetBuildView::hideWaiting()

@@ -1,6 +1,7 @@
 # Files are replaced in one way and read whole in one way, base/file_writing.h and
-# base/file_reading.h: no other source opens one. The child's runtime, which has no Qt, and the tool
-# that renders icons at build time are none of the editor's.
+# base/file_reading.h: no other source opens one. A run's record, which is no document and only
+# grows, has the system's own calls, standalone/runtime/run_record_posix.cpp. The child's runtime,
+# which has no Qt, and the tool that renders icons at build time are none of the editor's.
 
 set(wrong "")
 set(count 0)

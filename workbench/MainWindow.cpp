@@ -10,6 +10,7 @@
 #include "shell/applet_documents.h"
 #include "standalone/host/Host.h"
 #include "standalone/model_service/project_tables.h"
+#include "standalone/runtime/runtime.h"
 #include "workbench/OutputPane.h"
 #include "workbench/ProgressDisplay.h"
 #include "workbench/ProjectLock.h"
@@ -20,7 +21,9 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDesktopServices>
 #include <QDockWidget>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMenu>
@@ -33,6 +36,7 @@
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
+#include <QUrl>
 
 namespace processedit = sdk_ui_interface::processedit;
 
@@ -211,6 +215,16 @@ void MainWindow::connectHost()
                 if (!m_editor || !showStep(*m_editor, sequenceId, stepId))
                     statusBar()->showMessage(tr("该步骤已不存在"), NoticeMs);
             });
+    connect(m_output, &OutputPane::recordActivated, this, [this](const QString& file) {
+        const auto opens = [](const QString& path) {
+            return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+        };
+        const QFileInfo record(file);
+        if (!record.exists())
+            statusBar()->showMessage(tr("该文件已不存在: %1").arg(file), NoticeMs);
+        else if (!opens(file) && !opens(record.path()))
+            statusBar()->showMessage(tr("无法打开 %1").arg(file), NoticeMs);
+    });
     // One progress is one run.
     connect(&host, &standalone::Host::progressCreated, this,
             [this] { m_progress->start(tr("正在运行"), true); });
@@ -339,7 +353,12 @@ void MainWindow::connectEditor()
         return mayReplaceDocument(tr("未保存，也未编译")) ? QList<int>() : QList<int>{0};
     });
     connect(m_editor, &ProcessEditWidget::notifyRunResultSig, this,
-            [this](bool success, const QString& text) { m_output->append(text, !success); });
+            [this](bool success, const QString& text) {
+                // A compile's words are in no record.
+                const bool hasRunner = !processedit::getCAppletRunState(m_applet).first.empty();
+                m_output->append(text, !success,
+                                 hasRunner ? standalone::runRecord(m_applet) : QString());
+            });
     for (const auto begun : {&ProcessEditWidget::sigCompileStart, &ProcessEditWidget::sigRunStart})
         connect(m_editor, begun, m_output, &OutputPane::followEnd);
     connect(m_editor, &ProcessEditWidget::sigProcessPrograss, m_progress,

@@ -9,23 +9,27 @@
 #include <QTextBlock>
 #include <QTime>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int MaximumLines = 20000;
+constexpr int LinesToElide = 1000; ///< at once
 const QString closedMark = QStringLiteral("▸ ");
 const QString openMark = QStringLiteral("▾ ");
 
 /// What the pane knows of a line.
 struct LineData : QTextBlockUserData
 {
-    explicit LineData(const OutputLine& line)
-        : kind(line.kind), sequenceId(line.target), stepId(line.step)
+    explicit LineData(const OutputLine& line, const QString& leadsToFile = QString())
+        : kind(line.kind), sequenceId(line.target), stepId(line.step), file(leadsToFile)
     {
     }
 
     const OutputLine::Kind kind;
     const QString sequenceId;
     const QString stepId;
+    const QString file;
 };
 
 const LineData* dataOf(const QTextBlock& block)
@@ -45,7 +49,6 @@ OutputPane::OutputPane(const QString& placeholder, QWidget* parent) : QPlainText
 {
     setReadOnly(true);
     setUndoRedoEnabled(false);
-    setMaximumBlockCount(MaximumLines);
     setPlaceholderText(placeholder);
     setLineWrapMode(QPlainTextEdit::NoWrap);
     // A compiler points at places below its lines.
@@ -55,9 +58,10 @@ OutputPane::OutputPane(const QString& placeholder, QWidget* parent) : QPlainText
     setFont(fixed);
 }
 
-void OutputPane::append(const QString& text, bool isError)
+void OutputPane::append(const QString& text, bool isError, const QString& record)
 {
     const bool isAtEnd = verticalScrollBar()->value() >= verticalScrollBar()->maximum();
+    const QTextCursor top(firstVisibleBlock());
     QVector<OutputLine> lines = outputLines(text);
     lines.first().text.prepend(QTime::currentTime().toString(QStringLiteral("HH:mm:ss  ")));
     const bool wasEmpty = document()->isEmpty();
@@ -72,10 +76,59 @@ void OutputPane::append(const QString& text, bool isError)
         appendLine(cursor, lines[i], isError);
     }
     cursor.endEditBlock();
+    if (m_parts.empty() || m_parts.back().record != record)
+        m_parts.push_back({record, 0});
+    m_parts.back().lines += lines.size();
+    const bool hasSurplus = blockCount() > MaximumLines + LinesToElide;
+    if (hasSurplus)
+        elideSurplus();
     if (isError)
         showFrom(wasEmpty ? document()->firstBlock() : before.block().next());
     else if (isAtEnd)
         followEnd();
+    else if (hasSurplus)
+        verticalScrollBar()->setValue(top.block().firstLineNumber());
+}
+
+void OutputPane::elideSurplus()
+{
+    const int first = m_elided.lines > 0 ? 1 : 0;
+    QTextBlock kept = document()->findBlockByNumber(blockCount() - MaximumLines);
+    while (isOfKind(kept, OutputLine::Kind::Detail)) // they go with their heading
+        kept = kept.next();
+    countElided((kept.isValid() ? kept.blockNumber() : blockCount()) - first);
+    OutputLine line;
+    line.text = tr("… %1 行已省略").arg(m_elided.lines);
+    if (!m_elided.record.isEmpty())
+        line.text += tr(", 完整日志: %1").arg(m_elided.record);
+    QTextCharFormat format;
+    format.setFontUnderline(!m_elided.record.isEmpty());
+    QTextCursor cursor(document());
+    // Up to the end of the line before: a line that is joined with another loses what is known of
+    // it.
+    if (kept.isValid())
+        cursor.setPosition(kept.position() - 1, QTextCursor::KeepAnchor);
+    else
+        cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+    cursor.insertText(line.text, format);
+    QTextBlock block = document()->firstBlock();
+    block.setUserData(new LineData(line, m_elided.record));
+    block.setVisible(true);
+}
+
+void OutputPane::countElided(int lines)
+{
+    while (lines > 0 && !m_parts.empty()) {
+        Part& part = m_parts.front();
+        const int gone = std::min(lines, part.lines);
+        if (part.record != m_elided.record)
+            m_elided = {part.record, 0};
+        m_elided.lines += gone;
+        part.lines -= gone;
+        lines -= gone;
+        if (part.lines == 0)
+            m_parts.pop_front();
+    }
 }
 
 void OutputPane::appendLine(QTextCursor& cursor, const OutputLine& line, bool isError)
@@ -138,12 +191,16 @@ void OutputPane::mouseDoubleClickEvent(QMouseEvent* event)
 {
     const QTextBlock line = cursorForPosition(event->pos()).block();
     const LineData* data = dataOf(line);
-    if (!data || data->sequenceId.isEmpty() || event->button() != Qt::LeftButton) {
+    const bool leadsAway = data && (!data->sequenceId.isEmpty() || !data->file.isEmpty());
+    if (!leadsAway || event->button() != Qt::LeftButton) {
         QPlainTextEdit::mouseDoubleClickEvent(event);
         return;
     }
     event->accept();
-    emit stepActivated(data->sequenceId, data->stepId);
+    if (data->file.isEmpty())
+        emit stepActivated(data->sequenceId, data->stepId);
+    else
+        emit recordActivated(data->file);
 }
 
 #include "moc_OutputPane.cpp"

@@ -6,6 +6,7 @@
 #include "base/kept_copies.h"
 #include "model/services/log.h"
 #include "standalone/compiler/code_folder.h"
+#include "standalone/runtime/RunRecord.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -23,6 +24,7 @@ namespace {
 const QString documentName = QStringLiteral("processInfo.pedt");
 const QString orderFileName = QStringLiteral("/project.json");
 const std::string orderKey = "applets";
+const QString recordSuffix = QStringLiteral("_log");
 const QString lastAppletGroup = QStringLiteral("lastApplet/");
 
 QString settingsKey(const QString& projectPath)
@@ -165,6 +167,13 @@ void ProjectFolder::removeOutput(const QString& name) const
                                          code);
 }
 
+/// Empty if the name of the folder is another applet's.
+QString ProjectFolder::recordFolder(const QString& name) const
+{
+    const QString folder = name + recordSuffix;
+    return hasApplet(folder) ? QString() : QStringLiteral("%1/CApplet/%2").arg(m_path, folder);
+}
+
 QString ProjectFolder::complaintAboutName(const QString& name) const
 {
     static const QRegularExpression rule(QStringLiteral("^[a-zA-Z_][a-zA-Z0-9_]{0,63}$"));
@@ -172,10 +181,10 @@ QString ProjectFolder::complaintAboutName(const QString& name) const
         return QStringLiteral("名称需以字母或下划线开头，只含字母、数字和下划线: ") + name;
     if (QFileInfo::exists(appletFolder(name)))
         return QStringLiteral("已存在同名小程序: ") + name;
-    for (const char* suffix : {"_code", "_mp"}) {
+    for (const QString& suffix : {QStringLiteral("_code"), QStringLiteral("_mp"), recordSuffix}) {
         // Its folder would be taken for the output of another applet.
-        if (name.endsWith(QLatin1String(suffix)))
-            return QStringLiteral("名称不能以 %1 结尾").arg(QLatin1String(suffix));
+        if (name.endsWith(suffix))
+            return QStringLiteral("名称不能以 %1 结尾").arg(suffix);
     }
     return QString();
 }
@@ -213,6 +222,11 @@ QString ProjectFolder::renameApplet(const QString& oldName, const QString& newNa
     }
     // Generated code and module bear the old name inside; the next compile makes new ones.
     removeOutput(oldName);
+    const QString records = recordFolder(oldName);
+    if (!records.isEmpty() && QFileInfo::exists(records) &&
+        !QDir().rename(records, recordFolder(newName)))
+        sdk_ui_interface::log::log_error(QStringLiteral("运行记录没有随小程序改名, 仍在: ") +
+                                         records);
     return QString();
 }
 
@@ -226,6 +240,9 @@ QString ProjectFolder::removeApplet(const QString& name) const
         return QStringLiteral("无法删除文件夹: ") + folder;
     keepOrder(name, QString());
     removeOutput(name);
+    const QString records = recordFolder(name);
+    if (!records.isEmpty() && !(hasTrash && QFile::moveToTrash(records)))
+        standalone::removeRunRecords(records);
     return QString();
 }
 

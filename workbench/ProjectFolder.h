@@ -30,7 +30,8 @@ public:
     QString createApplet(const QString& name) const;
     QString renameApplet(const QString& oldName, const QString& newName) const;
     /// The applet's folder goes to the trash, or is deleted where there is none. What was generated
-    /// for it goes too, here and when it is renamed; files of anybody else beside that stay.
+    /// for it goes too, here and when it is renamed; files of anybody else beside that stay. The
+    /// records of its runs go where it goes, and when it is renamed their folder is, too.
     QString removeApplet(const QString& name) const;
 
     /// The applet that was opened last in this project on this machine.
@@ -40,6 +41,7 @@ public:
 private:
     QString complaintAboutName(const QString& name) const;
     void removeOutput(const QString& name) const;
+    QString recordFolder(const QString& name) const;
 
     /// Writes the order anew, with @p newName in the place of @p oldName; an empty old name
     /// appends, an empty new one leaves out. A project that can't be written keeps the order it

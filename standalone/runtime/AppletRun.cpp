@@ -61,7 +61,8 @@ int millisecondsUntil(std::chrono::steady_clock::time_point time)
 } // namespace
 
 AppletRun::AppletRun(Request request)
-    : m_request(std::move(request)), m_requests(m_request.appName, m_commands)
+    : m_request(std::move(request)), m_record(std::make_shared<RunRecord>(m_request.recordFolder)),
+      m_requests(m_request.appName, m_commands)
 {
 }
 
@@ -104,6 +105,7 @@ void AppletRun::sendStop()
 void AppletRun::run()
 {
     const RunEvent event = watchChild();
+    writeRecord();
     m_running = false;
     if (m_request.onRunEvent && !m_silent) {
         sdk_ui_interface::processedit::RunInfo info{m_request.appName, m_request.sequenceId};
@@ -182,6 +184,7 @@ void AppletRun::listen(ChildProcess& child, RunAccount& account)
             child.waitForWake(timeUntilAction());
         else
             isOpen = child.pump(timeUntilAction(), sink);
+        writeRecord();
         if (Clock::now() >= m_forceAt) {
             child.killAtOnce();
             m_forceAt = Clock::time_point::max();
@@ -196,6 +199,7 @@ void AppletRun::listen(ChildProcess& child, RunAccount& account)
     }
     output.finish();
     errors.finish();
+    writeRecord();
 }
 
 void AppletRun::kill(ChildProcess& child)
@@ -276,11 +280,31 @@ int AppletRun::timeUntilAction() const
 
 void AppletRun::log(int level, const std::string& line)
 {
+    const std::string text = withoutNul(line);
+    complainOfRecord(m_record->add(text));
+    tell(level, text);
+}
+
+void AppletRun::writeRecord()
+{
+    complainOfRecord(m_record->flush());
+}
+
+void AppletRun::complainOfRecord(const QString& reason)
+{
+    if (!reason.isEmpty())
+        tell(LogWarning,
+             runText(QT_TRANSLATE_NOOP("standalone::AppletRun", "运行记录无法写入, 运行继续: %1"),
+                     reason));
+}
+
+void AppletRun::tell(int level, const std::string& text)
+{
     const auto callback = RunnerRegistry::instance().logCallback(m_request.appName);
     if (!callback || m_silent)
         return;
-    m_backlog->add(line.size());
-    callback(m_request.appName.c_str(), static_cast<DrelLogLevel>(level), withoutNul(line).c_str());
+    m_backlog->add(text.size());
+    callback(m_request.appName.c_str(), static_cast<DrelLogLevel>(level), text.c_str());
 }
 
 void AppletRun::onBlock(const std::string& sequenceId, const std::string& blockId, double progress,

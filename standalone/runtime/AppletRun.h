@@ -6,6 +6,7 @@
 #include "standalone/runtime/AppletRequests.h"
 #include "standalone/runtime/RunBacklog.h"
 #include "standalone/runtime/RunCommands.h"
+#include "standalone/runtime/RunRecord.h"
 
 #include <QString>
 
@@ -40,6 +41,7 @@ public:
         QString module;
         std::string appName; ///< local 8-bit encoding
         std::string sequenceId;
+        QString recordFolder;   ///< for what the run says; empty: it isn't recorded
         qint64 memoryLimit = 0; ///< in bytes; 0: none
         sdk_ui_interface::processedit::RunEventCallback onRunEvent = nullptr;
     };
@@ -64,6 +66,9 @@ public:
     /// Whether nothing is left of it, not even a callback.
     bool isOver() const { return m_over; }
 
+    /// Of all that was said, whole at the run event and little behind before. Outlives the run.
+    std::shared_ptr<const RunRecord> record() const { return m_record; }
+
     /// Asks the applet to stop. Any thread, never waits.
     void stop(std::chrono::milliseconds patience = StopPatience);
 
@@ -84,6 +89,9 @@ private:
     void tellAccount(const RunAccount& account);
     QString stepsByName(const RunAccount& account) const;
     void log(int level, const std::string& text);
+    void tell(int level, const std::string& text);
+    void writeRecord();
+    void complainOfRecord(const QString& reason);
 
     void onBlock(const std::string& sequenceId, const std::string& blockId, double progress,
                  int result) override;
@@ -106,6 +114,7 @@ private:
 
     const std::shared_ptr<RunCommands> m_commands = std::make_shared<RunCommands>();
     const std::shared_ptr<RunBacklog> m_backlog = std::make_shared<RunBacklog>(m_commands);
+    const std::shared_ptr<RunRecord> m_record;
     AppletRequests m_requests;
     Clock::time_point m_forceAt = Clock::time_point::max(); ///< of the thread, set with a kill
     Clock::time_point m_leaveAt = Clock::time_point::max(); ///< the same

@@ -110,6 +110,7 @@ bool RunnerRegistry::run(AppletRun::Request request)
     applet.isLoaded = true;
     applet.record = {appName, module};
     applet.run = run;
+    applet.runRecord = run->record();
     return true;
 }
 
@@ -121,6 +122,13 @@ void RunnerRegistry::retire(std::shared_ptr<AppletRun>& run)
     m_retired.erase(std::remove_if(m_retired.begin(), m_retired.end(),
                                    [](const auto& retired) { return retired->isOver(); }),
                     m_retired.end());
+}
+
+std::shared_ptr<const RunRecord> RunnerRegistry::record(const std::string& appName) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const Applet* applet = find(appName);
+    return applet ? applet->runRecord : nullptr;
 }
 
 bool RunnerRegistry::stop(const std::string& appName)

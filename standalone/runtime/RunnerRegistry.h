@@ -44,6 +44,9 @@ public:
     /// Whether its runner is at work; empty without a runner.
     std::optional<bool> runnerState(const std::string& appName) const;
 
+    /// Of its last run; null before the first.
+    std::shared_ptr<const RunRecord> record(const std::string& appName) const;
+
     void setLogCallback(const std::string& appName, capplet_sdk::LogCallback callback);
     capplet_sdk::LogCallback logCallback(const std::string& appName) const;
 
@@ -59,7 +62,8 @@ private:
         bool hasRunner = false;
         bool isLoaded = false;
         MpCApplet record;
-        std::shared_ptr<AppletRun> run; ///< the last one
+        std::shared_ptr<AppletRun> run;             ///< the last one
+        std::shared_ptr<const RunRecord> runRecord; ///< its
         capplet_sdk::LogCallback logCallback = nullptr;
     };
 

@@ -21,6 +21,11 @@ QString appletCodeFolder(const QString& appName)
     return appletFolder(appName, QStringLiteral("_code"));
 }
 
+QString appletRecordFolder(const QString& appName)
+{
+    return appletFolder(appName, QStringLiteral("_log"));
+}
+
 QString appletModuleFolder(const QString& appName)
 {
     return appletFolder(appName, QStringLiteral("_mp"));

@@ -43,6 +43,7 @@ bool runCApplet(const QString& appName, const QString& sequenceId, RunEventCallb
     request.module = standalone::appletModulePath(appName);
     request.appName = appName.toLocal8Bit().toStdString();
     request.sequenceId = sequenceId.toStdString();
+    request.recordFolder = standalone::appletRecordFolder(appName);
     request.memoryLimit = standalone::memoryLimit();
     request.onRunEvent = onRunEvent;
     if (!onRunEvent || request.sequenceId.empty())

@@ -50,6 +50,12 @@ qint64 memoryLimit()
     return machine > 0 ? std::min(Most, machine / Share) : Most;
 }
 
+QString runRecord(const QString& appName)
+{
+    const auto record = RunnerRegistry::instance().record(appName.toLocal8Bit().toStdString());
+    return record ? record->path() : QString();
+}
+
 void shutdownRuntime()
 {
     RunnerRegistry::instance().shutDown();

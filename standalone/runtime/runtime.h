@@ -15,6 +15,10 @@ QString runnerPath();
 void setMemoryLimit(qint64 bytes);
 qint64 memoryLimit();
 
+/// The file that holds all that the applet's last run has said, little behind while it
+/// runs. Empty if it has said nothing, or not all of it could be written. Any thread.
+QString runRecord(const QString& appName);
+
 /// Kills all runs and waits for their threads; no callback comes after it. The host calls it before
 /// it tears down what the callbacks use. GUI thread.
 void shutdownRuntime();

@@ -1,6 +1,7 @@
 // A run on the run tab: reports become rows, in order, through calls of sequences and to the end.
 
 #include "logic/LogicView.h"
+#include "logic/RunInbox.h"
 #include "logic/logic_roles.h"
 #include "tests/logic/LogicFixture.h"
 #include "tests/support/print_tree.h"
@@ -13,7 +14,10 @@
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTest>
+#include <QThread>
 #include <QTreeView>
+
+#include <thread>
 
 using test_support::printTree;
 
@@ -25,7 +29,7 @@ private slots:
     void rowsOfARun();
     void oneStepAfterTheOther();
     void failureBeforeTheEnd();
-    void timerLandsReports();
+    void reportsOfAnotherThread();
     void oneTickIsLikeMany();
     void calledSequence();
     void callWithoutAWaitingReport();
@@ -156,12 +160,34 @@ void RunViewTest::failureBeforeTheEnd()
     QTRY_VERIFY(m_tree->findChildren<QProgressBar*>().isEmpty());
 }
 
-void RunViewTest::timerLandsReports()
+/// Lands by itself, and every signal is emitted on the view's own thread.
+void RunViewTest::reportsOfAnotherThread()
 {
     start();
+    QList<double> told;
+    connect(m_view.get(), &LogicView::sigProcessPrograss, this, [&told, this](double progress) {
+        QCOMPARE(QThread::currentThread(), thread());
+        told.append(progress);
+    });
+    std::thread runner([this] {
+        report(m_a, 0.0);
+        report(m_b, 0.0);
+        m_view->inbox()->line(text("any"), text("line"));
+    });
+    runner.join();
+    QCOMPARE(told.size(), 0);
+    QTRY_COMPARE(rows().at(1), text("b 0%"));
+    constexpr double OfB = (1 / 6.0) * 100.0;
+    QCOMPARE(told, QList<double>({OfB})); // the newest only
+    // What this thread reports is told at once.
     report(m_a, 0.0);
-    QTRY_COMPARE(rows().first(), text("a 0%"));
+    report(m_b, 0.0);
+    QCOMPARE(told, QList<double>({OfB, 0.0, OfB}));
     stop();
+    // Log lines come without a run, too.
+    QSignalSpy lines(m_view.get(), &LogicView::sigLogLine);
+    m_view->inbox()->line(text("any"), text("line"));
+    QTRY_COMPARE(lines.count(), 1);
 }
 
 void RunViewTest::oneTickIsLikeMany()

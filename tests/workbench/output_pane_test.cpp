@@ -1,3 +1,4 @@
+#include "base/file_reading.h"
 #include "logic/LogicView.h"
 #include "logic/logic_roles.h"
 #include "model/process_blocks.h"
@@ -10,10 +11,12 @@
 #include "workbench/MainWindow.h"
 #include "workbench/OutputPane.h"
 
+#include <QDesktopServices>
 #include <QDockWidget>
 #include <QLabel>
 #include <QScrollBar>
 #include <QSettings>
+#include <QStatusBar>
 #include <QTextBlock>
 #include <QTreeView>
 #include <QtTest>
@@ -29,10 +32,17 @@ private slots:
     void errorsLeadToTheirSteps();
     void causeIsInSight();
     void linesKeepTheirOwnLook();
+    void firstLinesLeadToTheRecord();
+    void recordOfARunIsOpened();
+
+public:
+    Q_INVOKABLE void keepUrl(const QUrl& url) { m_opened << url; }
 
 private:
-    void breakStep(const char* sequence, const char* step, const char* code) const;
+    static void setCode(const QString& app, const char* sequence, const char* step,
+                        const char* code);
 
+    QList<QUrl> m_opened; ///< by the desktop
     const QString m_app = QStringLiteral("ecu_check");
 };
 
@@ -44,13 +54,14 @@ void OutputPaneTest::initTestCase()
     QSettings().clear();
 }
 
-void OutputPaneTest::breakStep(const char* sequence, const char* step, const char* code) const
+void OutputPaneTest::setCode(const QString& app, const char* sequence, const char* step,
+                             const char* code)
 {
     const auto block = std::dynamic_pointer_cast<StatementProcessBlock>(
-        processedit::getProcess(m_app, QString::fromLatin1(step)));
+        processedit::getProcess(app, QString::fromLatin1(step)));
     QVERIFY(block);
     block->setCustomCode(code);
-    processedit::updateProcess(m_app, QString::fromLatin1(sequence), block);
+    processedit::updateProcess(app, QString::fromLatin1(sequence), block);
 }
 
 void OutputPaneTest::errorsLeadToTheirSteps()
@@ -65,8 +76,8 @@ void OutputPaneTest::errorsLeadToTheirSteps()
     window.openProject(ProjectFolder(folder.path()));
     window.openApplet(m_app);
     window.show();
-    breakStep(identity, answered, "int n = 1;\nqzqzq(n);");
-    breakStep(calibration, checksum, "if (qz2) {\n}\n");
+    setCode(m_app, identity, answered, "int n = 1;\nqzqzq(n);");
+    setCode(m_app, calibration, checksum, "if (qz2) {\n}\n");
 
     QSignalSpy finished(&window, &MainWindow::attemptFinished);
     window.editor()->onToolWidgetButtonClickedSlot(ProcessEditToolBar::Compile);
@@ -197,6 +208,98 @@ void OutputPaneTest::linesKeepTheirOwnLook()
     QVERIFY(!format(1).fontUnderline() && !format(1).hasProperty(QTextFormat::ForegroundBrush));
     QVERIFY(format(2).fontUnderline() && !format(2).hasProperty(QTextFormat::ForegroundBrush));
     QVERIFY(pane.toPlainText().contains(QStringLiteral("    fine  <b>&amp;\n")));
+}
+
+void OutputPaneTest::firstLinesLeadToTheRecord()
+{
+    OutputPane pane(QStringLiteral("nothing"));
+    pane.resize(500, 160);
+    pane.show();
+    QSignalSpy files(&pane, &OutputPane::recordActivated);
+    QSignalSpy steps(&pane, &OutputPane::stepActivated);
+    int said = 0;
+    const auto say = [&pane, &said](int lines, const char* record) {
+        for (int line = 0; line < lines; ++line)
+            pane.append(QStringLiteral("line %1 [s/1]").arg(said++), false, text(record));
+    };
+    const auto first = [&pane] { return pane.document()->firstBlock().text(); };
+    const auto number = [&pane](int line) {
+        return pane.document()->findBlockByNumber(line).text().section(u' ', -1).toInt();
+    };
+    const auto doubleClickLine = [&pane](int line) {
+        pane.verticalScrollBar()->setValue(line);
+        const QTextCursor cursor(pane.document()->findBlockByNumber(line));
+        const QPoint spot = pane.cursorRect(cursor).center() + QPoint(4, 0);
+        QTest::mouseDClick(pane.viewport(), Qt::LeftButton, {}, spot);
+    };
+    say(20000, "/a.log");
+    QVERIFY(first().endsWith(QStringLiteral("line 0")));
+    // Nobody who reads is taken away from his line.
+    pane.verticalScrollBar()->setValue(10000);
+    say(2000, "/a.log");
+    const int gone = said - (pane.blockCount() - 1);
+    QVERIFY(gone >= 1000 && pane.blockCount() >= 20000);
+    QCOMPARE(first(), text("… %1 行已省略, 完整日志: /a.log").arg(gone));
+    QCOMPARE(number(1), gone);
+    QCOMPARE(number(pane.verticalScrollBar()->value()), 10000);
+    doubleClickLine(0);
+    QCOMPARE(files, QList<QList<QVariant>>({{text("/a.log")}}));
+    doubleClickLine(1); // the others lead where they led
+    QCOMPARE(steps.count(), 1);
+    QCOMPARE(files.count(), 1);
+
+    // Of another run, whose record could not be written.
+    pane.followEnd();
+    const int before = said;
+    say(25000, "");
+    const int goneOfIt = said - (pane.blockCount() - 1) - before;
+    QVERIFY(goneOfIt > 0);
+    QCOMPARE(first(), text("… %1 行已省略").arg(goneOfIt));
+    QCOMPARE(number(1), before + goneOfIt);
+    QCOMPARE(pane.verticalScrollBar()->value(), pane.verticalScrollBar()->maximum());
+    doubleClickLine(0);
+    QCOMPARE(files.count(), 1);
+}
+
+void OutputPaneTest::recordOfARunIsOpened()
+{
+    QTemporaryDir folder;
+    QVERIFY(test_support::copyFolder(QStringLiteral(PE_EXAMPLE), folder.path()));
+    MainWindow window;
+    window.openProject(ProjectFolder(folder.path()));
+    window.openApplet(QStringLiteral("crash"));
+    window.show();
+    setCode(QStringLiteral("crash"), "77aa0ff8-0394-4df2-91eb-46f913f6dfee",
+            "e71618b8-b41b-448e-8488-fff4af7d5cc2",
+            "for (int i = 0; i < 25000; ++i) log_info(\"line %d\", i);");
+    QSignalSpy ended(window.editor(), &ProcessEditWidget::sigRunFinish);
+    window.editor()->onToolWidgetButtonClickedSlot(ProcessEditToolBar::RunMain);
+    QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, 60000);
+
+    auto* pane = qobject_cast<OutputPane*>(
+        window.findChild<QDockWidget*>(QStringLiteral("outputDock"))->widget());
+    const auto openRecord = [pane] {
+        pane->verticalScrollBar()->setValue(0);
+        const QPoint spot = pane->cursorRect(QTextCursor(pane->document())).center();
+        QTest::mouseDClick(pane->viewport(), Qt::LeftButton, {}, spot + QPoint(4, 0));
+    };
+    const QString said = pane->document()->firstBlock().text();
+    const QString record = said.section(QStringLiteral(", 完整日志: "), 1);
+    QVERIFY2(record.startsWith(folder.path() + QStringLiteral("/CApplet/crash_log/")),
+             qPrintable(said));
+    const QByteArray content = file_reading::read(record, file_reading::MostOfTable).content;
+    for (int line = 0, at = 0; line < 25000; ++line) {
+        at = content.indexOf("line " + QByteArray::number(line) + '\n', at);
+        QVERIFY2(at >= 0, qPrintable(QString::number(line)));
+    }
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "keepUrl");
+    openRecord();
+    QCOMPARE(m_opened, QList<QUrl>({QUrl::fromLocalFile(record)}));
+    QVERIFY(QFile::remove(record));
+    openRecord();
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    QCOMPARE(m_opened.size(), 1);
+    QVERIFY(window.statusBar()->currentMessage().contains(record));
 }
 
 PE_WIDGET_TEST("output_pane_test", OutputPaneTest)

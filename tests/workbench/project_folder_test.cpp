@@ -51,12 +51,20 @@ void ProjectFolderTest::createRenameRemove()
     const QString second = QStringLiteral("second");
     QCOMPARE(project.createApplet(first), QString());
     QVERIFY(QDir().mkpath(folder.filePath(QStringLiteral("CApplet/first_code"))));
+    const auto record = [&folder](const QString& applet) {
+        return folder.filePath(
+            QStringLiteral("CApplet/%1_log/20240101-120000-000.log").arg(applet));
+    };
+    QVERIFY(QDir().mkpath(QFileInfo(record(first)).path()));
+    QVERIFY(test_support::putFile(record(first), "x"));
     QCOMPARE(project.applets(), QStringList{first});
     QCOMPARE(project.renameApplet(first, second), QString());
     QCOMPARE(project.applets(), QStringList{second});
     QVERIFY(!QFileInfo::exists(folder.filePath(QStringLiteral("CApplet/first_code"))));
+    QVERIFY(!QFileInfo::exists(record(first)) && QFileInfo::exists(record(second)));
     QVERIFY(!project.renameApplet(first, QStringLiteral("third")).isEmpty());
     QCOMPARE(project.removeApplet(second), QString());
+    QVERIFY(!QFileInfo::exists(QFileInfo(record(second)).path()));
     QVERIFY(project.applets().isEmpty());
 }
 
@@ -92,10 +100,11 @@ void ProjectFolderTest::filesOfOthersStay()
                               QStringLiteral("a_mp/notes.txt")};
     const QStringList neighbours{
         QStringLiteral("b_code/processInfo.pedt"), QStringLiteral("b_code/made.cpp"),
-        QStringLiteral("b_mp/processInfo.pedt"), QStringLiteral("b_mp/b.mp")};
+        QStringLiteral("b_mp/processInfo.pedt"),   QStringLiteral("b_mp/b.mp"),
+        QStringLiteral("b_log/processInfo.pedt"),  QStringLiteral("b_log/20240101-120000-000.log")};
     for (const char* name : {"a", "b"})
         QCOMPARE(project.createApplet(QString::fromLatin1(name)), QString());
-    for (const char* name : {"a_code/objects", "a_mp", "b_code", "b_mp"})
+    for (const char* name : {"a_code/objects", "a_mp", "b_code", "b_mp", "b_log"})
         QVERIFY(QDir().mkpath(path(QString::fromLatin1(name))));
     put(made + foreign + neighbours);
     for (const char* name : {"a_code", "b_code"})
@@ -156,7 +165,8 @@ void ProjectFolderTest::aFailureLeavesTheNameFree()
 void ProjectFolderTest::refusedNames_data()
 {
     QTest::addColumn<QString>("name");
-    for (const char* name : {"", "1st", "a b", "a/b", "..", "检测", "taken", "x_code", "x_mp"})
+    for (const char* name :
+         {"", "1st", "a b", "a/b", "..", "检测", "taken", "x_code", "x_mp", "x_log"})
         QTest::newRow(name) << QString::fromUtf8(name);
 }
 
