@@ -38,6 +38,10 @@ CompilerOutcome ModuleBuild::run(const QString& path)
     findObjects();
     compileObjects();
     partFailed();
+    // In the order of the code.
+    std::sort(m_objects.begin(), m_objects.end(), [](const Object& left, const Object& right) {
+        return left.units.front() < right.units.front();
+    });
     CompilerOutcome::Kind kind = CompilerOutcome::Succeeded;
     ClippedOutput words;
     const auto tell = [&](const CompilerOutcome& outcome, const std::string& file) {
