@@ -3,9 +3,9 @@
 #include "model/process_blocks.h"
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
-#include "shell/ProcessEditNotifyTool.h"
-#include "shell/ProcessEditToolBar.h"
 #include "shell/ProcessEditWidget.h"
+#include "shell/bridge/ProcessEditNotifyTool.h"
+#include "shell/run/ProcessEditToolBar.h"
 #include "standalone/host/Host.h"
 
 #include <QApplication>

@@ -2,8 +2,8 @@
 // bytes.
 
 #include "bench/logic_samples.h"
-#include "shell/AppletStorage.h"
-#include "shell/LogicMaster.h"
+#include "shell/bridge/LogicMaster.h"
+#include "shell/documents/AppletStorage.h"
 
 #include <QFile>
 #include <QJsonDocument>

@@ -3,7 +3,7 @@
 
 #include "bench/logic_samples.h"
 #include "logic/LogicView.h"
-#include "logic/logic_roles.h"
+#include "logic/rows/logic_roles.h"
 #include "model/services/processedit.h"
 
 #include <QApplication>

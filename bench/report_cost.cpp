@@ -3,12 +3,12 @@
 
 #include "bench/logic_samples.h"
 #include "logic/LogicView.h"
-#include "logic/RunInbox.h"
-#include "logic/logic_roles.h"
-#include "logic/runProcessState.h"
-#include "shell/LogicMaster.h"
-#include "shell/RunFeedHub.h"
-#include "shell/notify_callbacks.h"
+#include "logic/rows/logic_roles.h"
+#include "logic/run/RunInbox.h"
+#include "logic/run/runProcessState.h"
+#include "shell/bridge/LogicMaster.h"
+#include "shell/bridge/RunFeedHub.h"
+#include "shell/bridge/notify_callbacks.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

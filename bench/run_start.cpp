@@ -2,7 +2,7 @@
 // toolkit with models of as many rows.
 
 #include "logic/LogicView.h"
-#include "logic/logic_roles.h"
+#include "logic/rows/logic_roles.h"
 #include "model/blocks/SequenceProcessBlock.h"
 #include "model/services/processedit.h"
 

@@ -2,8 +2,8 @@
 
 #include "bench/logic_samples.h"
 #include "logic/LogicView.h"
-#include "logic/logic_roles.h"
-#include "logic/step_rows.h"
+#include "logic/rows/logic_roles.h"
+#include "logic/rows/step_rows.h"
 
 #include <QApplication>
 #include <QStandardItemModel>

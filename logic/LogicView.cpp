@@ -1,13 +1,13 @@
 #include "logic/LogicView.h"
 
 #include "edits/DocumentEdits.h"
-#include "logic/CustonStandModel.h"
 #include "logic/LogicViewParts.h"
-#include "logic/RowHeightDelegate.h"
-#include "logic/RowIndex.h"
-#include "logic/logic_roles.h"
-#include "logic/tree_look.h"
-#include "logic/view_models.h"
+#include "logic/look/RowHeightDelegate.h"
+#include "logic/look/tree_look.h"
+#include "logic/look/view_models.h"
+#include "logic/rows/CustonStandModel.h"
+#include "logic/rows/RowIndex.h"
+#include "logic/rows/logic_roles.h"
 #include "model/colour_rules.h"
 #include "model/dialogs/EmptyHint.h"
 #include "model/services/widget_bases.h"
@@ -96,7 +96,8 @@ void LogicView::setUpEditTab()
 
 void LogicView::setUpSteps()
 {
-    m->steps = std::make_unique<StepEditor>(*m->ui.treeView, m->checkStates);
+    m->udsSteps = std::make_unique<UdsStepEditor>(*m->ui.treeView);
+    m->steps = std::make_unique<StepEditor>(*m->ui.treeView, m->checkStates, *m->udsSteps);
     const StepEditor* steps = m->steps.get();
     connect(m->ui.treeView, &MyCustomTreeView::sigRemoveItem, this, &LogicView::removeRowSlot);
     connect(steps, &StepEditor::rowCountChanged, m->breakPoints.get(),
@@ -110,9 +111,12 @@ void LogicView::setUpSteps()
     // The model that is told of the move would not outlive a new load.
     connect(steps, &StepEditor::moveRefused, this, &LogicView::addNewModelSlot,
             Qt::QueuedConnection);
-    connect(steps, &StepEditor::udsBlockAdded, this, &LogicView::sigUdsBlockAdded);
-    connect(steps, &StepEditor::udsBlockRemoved, this, &LogicView::sigUdsBlockRemoved);
-    connect(steps, &StepEditor::udsRuntimeStale, this, &LogicView::sigUdsRuntimeStaleRequired);
+    const UdsStepEditor* udsSteps = m->udsSteps.get();
+    connect(udsSteps, &UdsStepEditor::added, this, &LogicView::sigUdsBlockAdded);
+    connect(udsSteps, &UdsStepEditor::removed, this, &LogicView::sigUdsBlockRemoved);
+    connect(udsSteps, &UdsStepEditor::runtimeStale, this, &LogicView::sigUdsRuntimeStaleRequired);
+    connect(udsSteps, &UdsStepEditor::rowChosen, this, &LogicView::onItemClicked);
+    connect(udsSteps, &UdsStepEditor::refused, this, &LogicView::showRefusal);
     connect(steps, &StepEditor::quickStepsAdded, this, &LogicView::sigQuickStepsAdded);
 }
 
@@ -157,6 +161,7 @@ void LogicView::setCAppletName(const QString& appName)
     m->checkStates.setAppName(appName);
     m->sheets->setAppName(appName);
     m->steps->setAppName(appName);
+    m->udsSteps->setAppName(appName);
 }
 
 void LogicView::showSequence(const QString& sequenceId)
@@ -270,7 +275,7 @@ void LogicView::onItemClicked(QModelIndex index)
 
 void LogicView::onItemDoubleClicked(QModelIndex index)
 {
-    if (index.isValid() && !m->steps->editUdsStep(index))
+    if (index.isValid() && !m->udsSteps->edit(index))
         emit sigItemDbClick();
 }
 
@@ -342,7 +347,7 @@ void LogicView::appendStatements(const QStringList& statements,
 
 void LogicView::setUdsEditor(UdsEditor editor)
 {
-    m->steps->setUdsEditor(std::move(editor));
+    m->udsSteps->setDialog(std::move(editor));
 }
 
 // No box: a rule of the tree, which the user meets in passing.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "logic/UdsEditor.h"
+#include "logic/edit/UdsEditor.h"
 #include "model/step_kinds.h"
 
 #include <QList>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "logic/BreakPointColumn.h"
-#include "logic/CheckStateEditor.h"
-#include "logic/ChosenRow.h"
-#include "logic/EditSheets.h"
-#include "logic/RunView.h"
-#include "logic/StepEditor.h"
+#include "logic/edit/CheckStateEditor.h"
+#include "logic/edit/ChosenRow.h"
+#include "logic/edit/EditSheets.h"
+#include "logic/edit/StepEditor.h"
+#include "logic/look/BreakPointColumn.h"
+#include "logic/run/RunView.h"
 #include "ui_LogicView.h"
 
 #include <QLabel>
@@ -18,6 +18,7 @@ struct LogicViewParts
     Ui::LogicView ui;
     EditSheets* sheets = nullptr; ///< child of the view, goes after the trees
     CheckStateEditor checkStates;
+    std::unique_ptr<UdsStepEditor> udsSteps;
     std::unique_ptr<StepEditor> steps;
     std::unique_ptr<ChosenRow> chosenRow;
     std::unique_ptr<BreakPointColumn> breakPoints;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shell/PanelSettings.h"
 #include "shell/ProcessEditWidget.h"
+#include "shell/documents/PanelSettings.h"
 #include "ui_ProcessEditWidget.h"
 
 #include <QList>

@@ -1,14 +1,14 @@
 // What the panels around the tree ask of a ProcessEditWidget: palette, sequences, templates,
 // variables.
 
-#include "shell/LogicMaster.h"
 #include "shell/ProcessEditParts.h"
 #include "shell/ProcessEditWidget.h"
 #include "shell/WidgetBuildView.h"
-#include "shell/variable_use.h"
+#include "shell/bridge/LogicMaster.h"
+#include "shell/documents/variable_use.h"
 
 #include "edits/DocumentEdits.h"
-#include "logic/palette_choice.h"
+#include "logic/palette/palette_choice.h"
 #include "model/blocks/UdsProcessBlock.h"
 #include "model/services/host.h"
 #include "model/services/processedit.h"

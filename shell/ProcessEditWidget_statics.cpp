@@ -1,9 +1,9 @@
 // The operations of ProcessEditWidget that need no widget: they forward to who owns the matter.
 
-#include "shell/LogicMaster.h"
 #include "shell/ProcessEditWidget.h"
-#include "shell/applet_documents.h"
-#include "shell/variable_use.h"
+#include "shell/bridge/LogicMaster.h"
+#include "shell/documents/applet_documents.h"
+#include "shell/documents/variable_use.h"
 
 #include "model/services/capplet.h"
 #include "model/services/log.h"

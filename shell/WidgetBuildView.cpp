@@ -1,12 +1,12 @@
 #include "shell/WidgetBuildView.h"
 
-#include "logic/RunInbox.h"
+#include "logic/run/RunInbox.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/widget_bases.h"
 #include "panels/wgtCommonControl.h"
 #include "panels/wgtGeneralSetting.h"
-#include "shell/AppletStorage.h"
 #include "shell/ProcessEditParts.h"
+#include "shell/documents/AppletStorage.h"
 
 #include <QCoreApplication>
 #include <QScopedValueRollback>

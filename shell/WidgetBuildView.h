@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/BuildController.h"
+#include "shell/run/BuildController.h"
 
 class QWidget;
 struct ProcessEditParts;

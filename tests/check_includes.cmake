@@ -32,6 +32,32 @@ foreach(room base protocol model edits logic panels variables sequences shell st
     endforeach()
   endforeach()
 endforeach()
+# The same within a room: a folder, and what of its own room it may not include.
+set(folders
+  "logic/rows:(edit|look|palette|run)/|Logic"
+  "logic/look:(edit|palette|run)/|Logic"
+  "logic/edit:(palette|run)/|Logic"
+  "logic/palette:(edit|run)/|Logic"
+  "logic/run:(edit|palette)/|Logic"
+  "shell/bridge:(documents|run)/|ProcessEdit(Widget|Parts)|WidgetBuildView"
+  "shell/documents:run/|ProcessEdit(Widget|Parts)|WidgetBuildView"
+  "shell/run:ProcessEdit(Widget|Parts)|WidgetBuildView")
+foreach(entry ${folders})
+  string(REGEX MATCH "^(([a-z_]+)/[a-z_]+):(.*)$" entry "${entry}")
+  set(folder ${CMAKE_MATCH_1})
+  set(forbidden "#include \"${CMAKE_MATCH_2}/(${CMAKE_MATCH_3})")
+  file(GLOB files ${ROOT}/${folder}/*.h ${ROOT}/${folder}/*.cpp)
+  if(NOT files)
+    message(FATAL_ERROR "No files found in ${folder}: the check would check nothing")
+  endif()
+  foreach(file ${files})
+    file(STRINGS ${file} lines REGEX "${forbidden}")
+    if(lines)
+      file(RELATIVE_PATH name ${ROOT} ${file})
+      string(APPEND wrong "\n  ${name}: ${lines}")
+    endif()
+  endforeach()
+endforeach()
 # A document changes through edits/ only. What loads, saves and forgets one is no change of it.
 string(CONCAT changing
   "[^a-zA-Z](processedit|process_edit)::(create[A-Z]|"
@@ -39,7 +65,7 @@ string(CONCAT changing
   "update(Process|Sequence|Variable|ProcessInfoIndex)\\(|"
   "remove(Process|Sequence|Variables|AllProcessBySequenceID|AllSequenceByAppName|"
   "AllVarBySequenceId)\\(|(add|paste)Variable\\()")
-set(loading logic/flow_loader.cpp shell/ProcessEditWidget_applet.cpp shell/variable_use.cpp)
+set(loading logic/rows/flow_loader.cpp shell/ProcessEditWidget_applet.cpp shell/documents/variable_use.cpp)
 foreach(room logic panels variables sequences shell)
   file(GLOB_RECURSE files ${ROOT}/${room}/*.h ${ROOT}/${room}/*.cpp)
   foreach(file ${files})

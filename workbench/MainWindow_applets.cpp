@@ -4,7 +4,7 @@
 #include "model/services/host.h"
 #include "model/services/log.h"
 #include "shell/ProcessEditWidget.h"
-#include "shell/applet_documents.h"
+#include "shell/documents/applet_documents.h"
 #include "workbench/MainWindow.h"
 #include "workbench/ProjectLock.h"
 

@@ -2,9 +2,9 @@
 
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/processedit.h"
-#include "shell/ProcessEditNotifyTool.h"
-#include "shell/ProcessEditToolBar.h"
 #include "shell/ProcessEditWidget.h"
+#include "shell/bridge/ProcessEditNotifyTool.h"
+#include "shell/run/ProcessEditToolBar.h"
 #include "standalone/host/Host.h"
 #include "workbench/MainWindow.h"
 

@@ -1,6 +1,6 @@
 #include "model/colour_rules.h"
 #include "shell/ProcessEditWidget.h"
-#include "shell/applet_documents.h"
+#include "shell/documents/applet_documents.h"
 #include "standalone/compiler/compiler.h"
 #include "standalone/host/Host.h"
 #include "standalone/runtime/runtime.h"

@@ -1,7 +1,7 @@
 #include "workbench/step_locator.h"
 
 #include "logic/LogicView.h"
-#include "logic/logic_roles.h"
+#include "logic/rows/logic_roles.h"
 #include "shell/ProcessEditWidget.h"
 
 #include <QStandardItemModel>

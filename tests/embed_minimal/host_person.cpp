@@ -2,8 +2,8 @@
 // user would, and closes the host's window at the end.
 
 #include "model/services/processedit.h"
-#include "shell/ProcessEditToolBar.h"
 #include "shell/ProcessEditWidget.h"
+#include "shell/run/ProcessEditToolBar.h"
 
 #include <QApplication>
 #include <QTimer>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "edits/DocumentEdits.h"
-#include "logic/CustonStandModel.h"
 #include "logic/LogicView.h"
-#include "logic/logic_roles.h"
+#include "logic/rows/CustonStandModel.h"
+#include "logic/rows/logic_roles.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/process_edit.h"
 #include "tests/logic/LogicFixture.h"

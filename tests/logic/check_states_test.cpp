@@ -1,10 +1,10 @@
 // How a click on one check box spreads. Each case is a tree whose rows show two states, before and
 // after a click on the row marked with "<-".
 
-#include "logic/check_states.h"
+#include "logic/edit/check_states.h"
 
-#include "logic/CheckTree.h"
-#include "logic/logic_roles.h"
+#include "logic/edit/CheckTree.h"
+#include "logic/rows/logic_roles.h"
 #include "tests/logic/step_names.h"
 #include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"

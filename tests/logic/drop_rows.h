@@ -1,7 +1,7 @@
 #pragma once
 
-#include "logic/CustonStandModel.h"
-#include "logic/logic_roles.h"
+#include "logic/rows/CustonStandModel.h"
+#include "logic/rows/logic_roles.h"
 
 #include <QList>
 #include <QStandardItem>

@@ -1,10 +1,10 @@
 // A long walk of random edits on one view: after each of them the rows are what the model service
 // holds, and every structure is whole. EDIT_WALK_STEPS sets the length, EDIT_WALK_SEED the way.
 
-#include "logic/RowIndex.h"
-#include "logic/RowOutline.h"
-#include "logic/step_rows.h"
-#include "logic/structure_rules.h"
+#include "logic/edit/RowOutline.h"
+#include "logic/edit/structure_rules.h"
+#include "logic/rows/RowIndex.h"
+#include "logic/rows/step_rows.h"
 #include "tests/logic/EditFixture.h"
 #include "tests/support/test_program.h"
 

@@ -1,10 +1,10 @@
 // A loaded sequence on the edit tab: its rows, what their cells hold, and how they follow blocks.
 
 #include "edits/DocumentEdits.h"
-#include "logic/CustonStandModel.h"
 #include "logic/LogicView.h"
-#include "logic/flow_loader.h"
-#include "logic/logic_roles.h"
+#include "logic/rows/CustonStandModel.h"
+#include "logic/rows/flow_loader.h"
+#include "logic/rows/logic_roles.h"
 #include "tests/logic/LogicFixture.h"
 #include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"

@@ -2,7 +2,7 @@
 // log lines, when the reader is woken, and several threads at once.
 
 #include "logic/LogicView.h"
-#include "logic/RunInbox.h"
+#include "logic/run/RunInbox.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 

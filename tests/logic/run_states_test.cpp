@@ -1,6 +1,6 @@
 // What a report means for its row, and for the progress of the whole run.
 
-#include "logic/run_states.h"
+#include "logic/run/run_states.h"
 #include "tests/support/test_program.h"
 
 #include <QTest>

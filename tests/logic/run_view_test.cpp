@@ -1,8 +1,8 @@
 // A run on the run tab: reports become rows, in order, through calls of sequences and to the end.
 
 #include "logic/LogicView.h"
-#include "logic/RunInbox.h"
-#include "logic/logic_roles.h"
+#include "logic/rows/logic_roles.h"
+#include "logic/run/RunInbox.h"
 #include "tests/logic/LogicFixture.h"
 #include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"

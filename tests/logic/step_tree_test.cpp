@@ -1,9 +1,9 @@
 // The palette: what it makes of the tables, how the folder of the quick steps follows, and what its
 // items stand for.
 
-#include "logic/StepTree.h"
-#include "logic/logic_roles.h"
-#include "logic/palette_choice.h"
+#include "logic/palette/StepTree.h"
+#include "logic/palette/palette_choice.h"
+#include "logic/rows/logic_roles.h"
 #include "model/services/process_edit.h"
 #include "model/services/process_json_edit.h"
 #include "tests/logic/LogicFixture.h"

@@ -2,9 +2,9 @@
 // a tree with one act on the row marked "<-": lines with "+" come by it, lines with "-" go. A case
 // without either names the refusal.
 
-#include "logic/structure_rules.h"
+#include "logic/edit/structure_rules.h"
 
-#include "logic/StepOutline.h"
+#include "logic/edit/StepOutline.h"
 #include "tests/logic/step_names.h"
 #include "tests/support/test_program.h"
 

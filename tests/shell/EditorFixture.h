@@ -3,7 +3,7 @@
 #include "shell/ProcessEditWidget.h"
 
 #include "model/process_blocks.h"
-#include "shell/LogicMaster.h"
+#include "shell/bridge/LogicMaster.h"
 #include "standalone/host/Host.h"
 #include "tests/support/applet_fixture.h"
 

@@ -1,4 +1,4 @@
-#include "shell/applet_documents.h"
+#include "shell/documents/applet_documents.h"
 
 #include "model/process_blocks.h"
 #include "model/services/process_json_edit.h"

@@ -1,7 +1,7 @@
-#include "shell/BuildController.h"
+#include "shell/run/BuildController.h"
 
 #include "model/process_blocks.h"
-#include "shell/LogicMaster.h"
+#include "shell/bridge/LogicMaster.h"
 #include "standalone/host/Host.h"
 #include "tests/support/applet_fixture.h"
 #include "tests/support/test_program.h"

@@ -2,10 +2,10 @@
 // announced is undone, and made again. INVERT_WALK_SEED sets the way.
 
 #include "edits/DocumentEdits.h"
-#include "logic/CustonStandModel.h"
 #include "logic/LogicView.h"
-#include "logic/RowIndex.h"
-#include "logic/logic_roles.h"
+#include "logic/rows/CustonStandModel.h"
+#include "logic/rows/RowIndex.h"
+#include "logic/rows/logic_roles.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/process_edit.h"
 #include "model/services/process_json_edit.h"

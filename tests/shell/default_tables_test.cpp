@@ -1,4 +1,4 @@
-#include "shell/default_tables.h"
+#include "shell/documents/default_tables.h"
 
 #include "model/services/process_edit.h"
 #include "standalone/host/Host.h"

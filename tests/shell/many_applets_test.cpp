@@ -1,7 +1,7 @@
 #include "shell/ProcessEditWidget.h"
 
 #include "model/process_blocks.h"
-#include "shell/ProcessEditToolBar.h"
+#include "shell/run/ProcessEditToolBar.h"
 #include "standalone/host/Host.h"
 #include "standalone/runtime/runtime.h"
 #include "tests/shell/EditorRecorder.h"

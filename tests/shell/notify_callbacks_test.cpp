@@ -1,8 +1,8 @@
-#include "shell/notify_callbacks.h"
+#include "shell/bridge/notify_callbacks.h"
 
 #include "model/services/processedit.h"
-#include "shell/LogicMaster.h"
-#include "shell/ProcessEditNotifyTool.h"
+#include "shell/bridge/LogicMaster.h"
+#include "shell/bridge/ProcessEditNotifyTool.h"
 #include "standalone/variables/SystemVariables.h"
 #include "tests/support/test_program.h"
 

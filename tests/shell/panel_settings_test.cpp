@@ -1,4 +1,4 @@
-#include "shell/PanelSettings.h"
+#include "shell/documents/PanelSettings.h"
 #include "tests/support/test_program.h"
 
 #include <QtTest>

@@ -2,8 +2,8 @@
 
 #include "model/dialogs/user_dialogs.h"
 #include "model/process_blocks.h"
-#include "shell/ProcessEditNotifyTool.h"
-#include "shell/ProcessEditToolBar.h"
+#include "shell/bridge/ProcessEditNotifyTool.h"
+#include "shell/run/ProcessEditToolBar.h"
 #include "standalone/host/Host.h"
 #include "standalone/runtime/runtime.h"
 #include "tests/support/applet_fixture.h"

@@ -1,5 +1,5 @@
-#include "shell/AppletStorage.h"
-#include "shell/LogicMaster.h"
+#include "shell/bridge/LogicMaster.h"
+#include "shell/documents/AppletStorage.h"
 
 #include "model/process_blocks.h"
 #include "tests/support/applet_fixture.h"

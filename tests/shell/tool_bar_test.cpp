@@ -1,4 +1,4 @@
-#include "shell/ProcessEditToolBar.h"
+#include "shell/run/ProcessEditToolBar.h"
 #include "tests/support/test_program.h"
 
 #include <QMenu>

@@ -3,8 +3,8 @@
 
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/processedit.h"
-#include "shell/ProcessEditToolBar.h"
 #include "shell/ProcessEditWidget.h"
+#include "shell/run/ProcessEditToolBar.h"
 #include "standalone/runtime/runtime.h"
 #include "tests/support/folders.h"
 #include "tests/support/test_program.h"

@@ -1,0 +1,105 @@
+#include "logic/edit/UdsStepEditor.h"
+
+#include "edits/DocumentEdits.h"
+#include "logic/rows/CustonStandModel.h"
+#include "logic/rows/logic_roles.h"
+#include "logic/rows/step_rows.h"
+#include "logic/rows/uds_steps.h"
+#include "model/blocks/UdsProcessBlock.h"
+#include "model/services/processedit.h"
+
+#include <QTreeView>
+
+using namespace sdk_ui_interface;
+using step_rows::uuidOf;
+
+namespace {
+
+template <class Tell> void forDiagnosticRows(const QStandardItem* row, int levels, const Tell& tell)
+{
+    if (row->data(logic_roles::BaseType).toInt() == DiagnosticStep)
+        tell(uuidOf(row));
+    for (int i = 0; levels > 0 && i < row->rowCount(); ++i)
+        forDiagnosticRows(row->child(i), levels - 1, tell);
+}
+
+} // namespace
+
+UdsStepEditor::UdsStepEditor(QTreeView& tree) : m_tree(tree) {}
+
+QString UdsStepEditor::sequenceId() const
+{
+    const auto* model = qobject_cast<const CustonStandModel*>(m_tree.model());
+    return model ? model->sequenceId() : QString();
+}
+
+std::optional<UdsStepEditor::Setup> UdsStepEditor::ask(int stepType, const QString& name)
+{
+    const QString id = sequenceId();
+    Setup setup;
+    setup.kind = uds_steps::kindOf(m_appName, stepType, name.toStdString());
+    setup.info = uds_steps::infoOf(setup.kind);
+    // Much may have happened while the dialog was open.
+    if (!open(id, stepType, setup.info) || sequenceId() != id)
+        return std::nullopt;
+    return setup;
+}
+
+void UdsStepEditor::write(const QString& blockUuid, const Setup& setup)
+{
+    const auto block =
+        std::dynamic_pointer_cast<UdsProcessBlock>(processedit::getProcess(m_appName, blockUuid));
+    if (!block)
+        return;
+    DocumentEdits::instance().updateProcess(m_appName, sequenceId(), block, [&] {
+        block->property = setup.kind;
+        uds_steps::takeOver(*block, setup.info);
+    });
+    emit runtimeStale();
+}
+
+bool UdsStepEditor::edit(const QModelIndex& row)
+{
+    const QModelIndex name = row.siblingAtColumn(logic_columns::Name);
+    if (name.data(logic_roles::BaseType).toInt() != DiagnosticStep ||
+        !uds_steps::canBeEdited(m_appName))
+        return false;
+    const QString uuid = name.data(logic_roles::BlockUuid).toString();
+    const auto block =
+        std::dynamic_pointer_cast<UdsProcessBlock>(processedit::getProcess(m_appName, uuid));
+    if (!block)
+        return true;
+    UDSProcessInfo info = uds_steps::infoOf(*block);
+    if (!open(uuid, block->stepType(), info))
+        return true;
+    const auto* model = qobject_cast<const CustonStandModel*>(m_tree.model());
+    const QStandardItem* item = model ? model->rowOf(uuid) : nullptr;
+    if (!item)
+        return true;
+    const DocumentEdits::Act act;
+    write(uuid, {block->property, info});
+    emit removed(uuid);
+    emit added(uuid);
+    emit rowChosen(item->index());
+    return true;
+}
+
+bool UdsStepEditor::open(const QString& id, int stepType, UDSProcessInfo& info)
+{
+    if (m_dialog)
+        return m_dialog(m_appName, id, stepType, info);
+    emit refused(tr("没有可用的诊断编辑器"));
+    return false;
+}
+
+void UdsStepEditor::tellAdded(const QStandardItem* row)
+{
+    forDiagnosticRows(row, AllLevels, [this](const QString& uuid) { emit added(uuid); });
+}
+
+void UdsStepEditor::tellRemoved(const QStandardItem* row, int levels)
+{
+    forDiagnosticRows(row, levels, [this](const QString& uuid) { emit removed(uuid); });
+}
+
+#include "moc_UdsStepEditor.cpp"

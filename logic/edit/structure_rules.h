@@ -1,0 +1,61 @@
+#pragma once
+
+#include "logic/edit/StepOutline.h"
+
+#include <optional>
+
+/// What the tree of a flow may look like: which steps may be added where, where they go, and which
+/// rows belong together.
+///
+/// A structure's rows are siblings: an opener, the branches of an if, and the closer behind them;
+/// what an opener or a branch holds are its children. All operations are linear in the siblings at
+/// most. No state, any thread that may read the outline.
+namespace structure_rules {
+
+/// Why a step may not be added at an anchor.
+enum class Refusal {
+    None,
+    BranchWithoutIf,  ///< else, else if: the anchor is neither if nor else if
+    BranchOutOfOrder, ///< else not directly before endif; else if not before a row of its if
+    LoopExitOutside,  ///< break, continue: no loop holds the anchor
+    LoopExitAtEdge    ///< break, continue: the anchor or the row behind it is no basic step
+};
+
+/// Where rows go: before the row @c row of @c parent, or behind its last one.
+struct Place
+{
+    StepOutline::Node parent = nullptr;
+    int row = 0;
+    bool isLast = false; ///< behind the last child; @c row is then the number of children
+};
+
+/// Sibling rows, both ends included.
+struct Rows
+{
+    int first = 0;
+    int last = 0;
+};
+
+/// Whether a step of kind @p added may be added at the row @p anchor. Only else, else if, break and
+/// continue are ever refused.
+Refusal check(const StepOutline& outline, StepOutline::Node anchor, StepOutline::Kind added);
+
+/// Where a step goes that is added at a row: into a row that takes steps, behind any other; a
+/// branch always behind. Nothing if that would be beside the flows.
+std::optional<Place> placeAt(const StepOutline& outline, StepOutline::Node anchor,
+                             StepOutline::Kind added);
+
+/// Where a step goes that is dropped between two rows, above @p anchor: into the upper row if that
+/// takes steps, but for a branch; else between the two. Nothing for a flow's row.
+std::optional<Place> placeBefore(const StepOutline& outline, StepOutline::Node anchor,
+                                 StepOutline::Kind added);
+
+/// The other end of the structure that an opener or a closer bounds: the nearest sibling of that
+/// kind. Null for all other rows and for a row that lacks its partner.
+StepOutline::Node partner(const StepOutline& outline, StepOutline::Node node);
+
+/// The rows that go when @p node goes: from an opener to its closer with all branches between, from
+/// a closer likewise, any other row alone.
+Rows rowsOfStep(const StepOutline& outline, StepOutline::Node node);
+
+} // namespace structure_rules
