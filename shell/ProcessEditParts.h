@@ -1,10 +1,10 @@
 #pragma once
 
+#include "shell/PanelLayout.h"
 #include "shell/ProcessEditWidget.h"
-#include "shell/documents/PanelSettings.h"
+#include "shell/ShownDocument.h"
 #include "ui_ProcessEditWidget.h"
 
-#include <QList>
 #include <QString>
 
 #include <functional>
@@ -34,9 +34,8 @@ struct ProcessEditParts
     QString businessName;
     bool resetOnDestruction = true;
 
-    PanelSettings settings;
-    QList<int> splitterSizes; ///< to come back to from the run tab
-    bool inRunTab = false;
+    ShownDocument shown{*this};
+    PanelLayout layout{*this};
 
     AppletStorage* storage = nullptr; ///< child of the widget, as the controller
     std::unique_ptr<WidgetBuildView> buildView;

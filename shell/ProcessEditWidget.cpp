@@ -34,7 +34,6 @@ namespace processedit = sdk_ui_interface::processedit;
 namespace {
 
 constexpr int StretchFactors[] = {2, 5, 4};
-const QList<int> runTabSizes{0, 700, 300};
 
 } // namespace
 
@@ -95,7 +94,7 @@ void ProcessEditWidget::initUI()
     installEventFilter(this);
 
     RunFeedHub::instance()->add(m->ui.center_wgt->inbox());
-    m->storage = new AppletStorage([this] { m->buildView->flushPanels(); }, this);
+    m->storage = new AppletStorage([this] { m->shown.flushPanels(); }, this);
     m->buildView = std::make_unique<WidgetBuildView>(*m, this);
     m->build = new BuildController(m->businessName, *m->buildView, this);
 }
@@ -119,7 +118,7 @@ void ProcessEditWidget::connectPanels()
     connect(logicView, &LogicView::sigCurrentTabChanged, this,
             &ProcessEditWidget::onLogicWidgetTabChanged);
     connect(logicView, &LogicView::sigRunSequenceChanged, this,
-            [this] { m->buildView->showRunVariables(); });
+            [this] { m->shown.showRunVariables(); });
     connect(logicView, &LogicView::sigUpdateProcessWidgetWidth, this,
             &ProcessEditWidget::onSaveProcessTreeWidthSlot);
     connect(logicView, &LogicView::sigProcessPrograss, this,
@@ -290,45 +289,17 @@ void ProcessEditWidget::onAppletLog(const QString& appName, const QString& messa
 
 void ProcessEditWidget::processItemClickedSlot(int baseType, QString blockuuid)
 {
-    m->generalSetting->flushPending();
-    m->commonControl->flushPending();
-    if (baseType == NoBlock) {
-        m->generalSetting->showNothingSelected();
-        m->commonControl->showNothingSelected();
-        return;
-    }
-    if (!m->ui.center_wgt->isShown(blockuuid)) // another sequence has been chosen meanwhile
-        return;
-    const auto block = processedit::getProcess(m->appName, blockuuid);
-    m->generalSetting->loadGeneral(block);
-    m->commonControl->showBlock(block);
+    m->shown.showStep(baseType, blockuuid);
 }
 
 void ProcessEditWidget::currentSequenceChangedSlot(QString sequenceId)
 {
-    m->buildView->showSequence(sequenceId);
+    m->shown.showSequence(sequenceId);
 }
 
 void ProcessEditWidget::onLogicWidgetTabChanged(int index)
 {
-    const bool edit = index == 0;
-    m->ui.treeWidget->setEnabled(edit);
-    m->ui.attribute_tab->setTabEnabled(1, edit);
-    m->commonControl->setEnabled(edit);
-    m->generalSetting->setEnabled(edit);
-    if (!edit && !m->inRunTab) {
-        m->inRunTab = true;
-        m->splitterSizes = m->ui.splitter->sizes();
-        m->ui.splitter->setSizes(runTabSizes);
-        m->ui.attribute_tab->setCurrentIndex(0);
-        m->ui.splitter->handle(1)->setEnabled(false);
-    } else if (edit && m->inRunTab) {
-        m->ui.splitter->setSizes(m->splitterSizes);
-        m->ui.splitter->handle(1)->setEnabled(true);
-        m->inRunTab = false;
-    }
-    m->ui.splitter->refresh();
-    m->buildView->showRunVariables();
+    m->shown.showTab(index == 0);
     emit sigPrcoessMode(index);
 }
 
@@ -342,9 +313,8 @@ bool ProcessEditWidget::eventFilter(QObject* watched, QEvent* event)
     switch (event->type()) {
     case QEvent::MouseButtonRelease:
         // A handle that was let go after a move.
-        if (!m->inRunTab && qobject_cast<QSplitterHandle*>(watched) &&
-            m->ui.splitter->sizes() != m->settings.splitterSizes())
-            saveSplitterSizes();
+        if (qobject_cast<QSplitterHandle*>(watched))
+            m->layout.saveIfMoved();
         break;
     case QEvent::DragEnter: {
         auto* drag = static_cast<QDragEnterEvent*>(event);
@@ -392,46 +362,32 @@ void ProcessEditWidget::importFile(const QString&)
 
 void ProcessEditWidget::onSplitterMoved(int, int)
 {
-    if (!m->inRunTab)
-        m->splitterSizes = m->ui.splitter->sizes();
+    m->layout.takeSizes();
 }
 
 void ProcessEditWidget::loadSplitterSizes()
 {
-    if (m->settings.isOpen())
-        return;
-    m->settings.open(LogicMaster::instance()->settingPath(m->appName));
-    const QList<int> sizes = m->settings.splitterSizes();
-    if (sizes.size() >= m->ui.splitter->count()) {
-        m->splitterSizes = sizes;
-        m->ui.splitter->setSizes(sizes);
-    }
-    m->ui.widget_para->setColumnWidths(m->settings.variableWidths());
-    m->ui.center_wgt->setEditColumnWidths(m->settings.editTreeWidths());
-    updateProcessRunWidth();
+    m->layout.load(LogicMaster::instance()->settingPath(m->appName));
 }
 
 void ProcessEditWidget::saveSplitterSizes()
 {
-    // The run tab's own sizes are nobody's wish.
-    if (!m->inRunTab)
-        m->splitterSizes = m->ui.splitter->sizes();
-    m->settings.setSplitterSizes(m->splitterSizes);
+    m->layout.save();
 }
 
 void ProcessEditWidget::updateProcessRunWidth()
 {
-    m->ui.center_wgt->setRunColumnWidths(m->settings.runTreeWidths());
+    m->layout.loadRunWidths();
 }
 
 void ProcessEditWidget::onSaveVarTreeWidthSlot(QStringList widthList)
 {
-    m->settings.setVariableWidths(widthList);
+    m->layout.keepVariableWidths(widthList);
 }
 
 void ProcessEditWidget::onSaveProcessTreeWidthSlot(QStringList widthList, bool isRun)
 {
-    m->settings.setTreeWidths(widthList, isRun);
+    m->layout.keepTreeWidths(widthList, isRun);
 }
 
 #include "moc_ProcessEditWidget.cpp"

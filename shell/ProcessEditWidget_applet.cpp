@@ -97,22 +97,7 @@ void ProcessEditWidget::load(bool dataOnly)
 void ProcessEditWidget::loadDataToUI(const QString& appName, bool)
 {
     m->buildView->setPanelsEnabled(appName != m->build->compilingApp());
-    m->ui.sequenceWidget->clearRows();
-    m->ui.center_wgt->removeAllModelSlot();
-    m->ui.widget_para->removeAllModels();
-    if (processedit::getAllSequenceByAppName(appName).empty())
-        processedit::createSeuqence(appName, QStringLiteral("Sequence_0"));
-    const auto sequences = processedit::getAllSequenceByAppName(appName);
-    if (sequences.empty())
-        return;
-    std::size_t shown = 0;
-    for (std::size_t index = 0; index < sequences.size(); ++index) {
-        m->ui.sequenceWidget->addSequenceRow(sequences[index], false);
-        m->ui.center_wgt->addNewModelSlot(QString::fromStdString(sequences[index].id));
-        if (sequences[index].isMain && !sequences[shown].isMain)
-            shown = index;
-    }
-    setCurrentShowSequence(QString::fromStdString(sequences[shown].id));
+    m->shown.fill(appName);
 }
 
 void ProcessEditWidget::save(const QString& targetPath)
@@ -144,7 +129,7 @@ void ProcessEditWidget::saveFromButton()
         }
         user_dialogs::information(this, tr("提示"), tr("设置文件夹写入权限成功"));
     }
-    m->buildView->flushPanels();
+    m->shown.flushPanels();
     save(QString());
     AppletStorage::saveShared();
 }
@@ -190,41 +175,33 @@ QString ProcessEditWidget::getCAppletLibPath() const
 
 QString ProcessEditWidget::getCurrentShowSequenceId() const
 {
-    return m->ui.center_wgt->currentSequenceId();
+    return m->shown.sequenceId();
 }
 
 void ProcessEditWidget::setCurrentShowSequence(const QString& sequenceId)
 {
-    m->buildView->showSequence(sequenceId);
+    m->shown.showSequence(sequenceId);
 }
 
 bool ProcessEditWidget::currentShowSequenceIsEmpty() const
 {
-    return processedit::getProcessListBySequenceID(m->appName, getCurrentShowSequenceId()).empty();
+    return m->shown.isSequenceEmpty();
 }
 
 void ProcessEditWidget::clearCurrentShowSequenceData()
 {
-    const DocumentEdits::Act act;
-    DocumentEdits::instance().removeAllProcessBySequenceID(m->appName, getCurrentShowSequenceId(),
-                                                           NoBlock);
-    m->ui.center_wgt->clearCurrentSequenceRows();
+    m->shown.clearSequence();
 }
 
 void ProcessEditWidget::syncAuthoringPanelsToSdk()
 {
-    m->buildView->flushPanels();
+    m->shown.flushPanels();
     m->ui.center_wgt->syncCheckStatesToSdk();
 }
 
 void ProcessEditWidget::reloadVariablePanel()
 {
-    if (m->appName.isEmpty())
-        return;
-    const QString shown = getCurrentShowSequenceId();
-    for (const SequenceInfo& info : processedit::getAllSequenceByAppName(m->appName))
-        m->ui.widget_para->reloadSequenceVariables(QString::fromStdString(info.id));
-    m->ui.widget_para->showSequence(shown);
+    m->shown.reloadVariables();
 }
 
 void ProcessEditWidget::addVarToCurrentView(const QString& name, const QString& value,

@@ -63,16 +63,12 @@ void ProcessEditWidget::connectSequences()
 
 void ProcessEditWidget::onRemoveSelectSequence(QStringList sequenceIdList)
 {
-    m->ui.center_wgt->removeModelSlot(sequenceIdList);
-    m->ui.widget_para->removeSequenceModels(sequenceIdList);
-    LogicMaster::instance()->removeVariableUse(m->appName, sequenceIdList);
+    m->shown.removeSequences(sequenceIdList);
 }
 
 void ProcessEditWidget::onRemoveAllSequence()
 {
-    m->ui.center_wgt->removeAllModelSlot();
-    m->ui.widget_para->removeAllModels();
-    LogicMaster::instance()->forgetVariableUse({m->appName});
+    m->shown.removeAllSequences();
 }
 
 void ProcessEditWidget::onAddTemplateSequence(QStringList sequenceIdList)
@@ -113,12 +109,7 @@ void ProcessEditWidget::onVariablesUpdated(bool isHaveGlobalVar, const QStringLi
         if (panel && panel != m->ui.widget_para && (isHaveGlobalVar || it.key() == m->appName))
             panel->refreshSequences({});
     }
-    const QSet<QString> changed(names.cbegin(), names.cend());
-    for (const auto& block : processedit::getAllProcessBySequenceID(
-             m->appName, getCurrentShowSequenceId(), IProcessBlock::ProcessBlockBelong(0))) {
-        if (variable_use::namesIn(*block).intersects(changed))
-            m->ui.center_wgt->refreshRow(QString::fromStdString(block->uuid));
-    }
+    m->shown.refreshUsersOf(names);
 }
 
 void ProcessEditWidget::tell(const QString& text)
@@ -129,7 +120,7 @@ void ProcessEditWidget::tell(const QString& text)
 void ProcessEditWidget::tellOfUsers(const QStringList& names, const QString& newName,
                                     const QString& sequenceId)
 {
-    m->buildView->flushPanels(); // a step that is being written counts as it will be
+    m->shown.flushPanels(); // a step that is being written counts as it will be
     const auto users =
         variable_use::usersOf(m->appName, sequenceId, QSet<QString>(names.begin(), names.end()));
     if (users.isEmpty())

@@ -9,7 +9,6 @@
 #include "shell/documents/AppletStorage.h"
 
 #include <QCoreApplication>
-#include <QScopedValueRollback>
 
 WidgetBuildView::WidgetBuildView(ProcessEditParts& parts, QWidget* window)
     : m_parts(parts), m_window(window)
@@ -18,51 +17,22 @@ WidgetBuildView::WidgetBuildView(ProcessEditParts& parts, QWidget* window)
 
 EditPlace WidgetBuildView::place() const
 {
-    const LogicView& view = *m_parts.ui.center_wgt;
-    return {view.currentSequenceId(), view.currentStepId()};
+    return m_parts.shown.place();
 }
 
 void WidgetBuildView::showSequence(const QString& sequenceId)
 {
-    if (m_isShowing) // the table tells of the row that was chosen below
-        return;
-    const QScopedValueRollback<bool> showing(m_isShowing, true);
-    // What waits belongs to the sequence that was shown.
-    flushPanels();
-    LogicView& view = *m_parts.ui.center_wgt;
-    if (sequenceId.isEmpty() || sequenceId != view.currentSequenceId()) {
-        m_parts.commonControl->showNothingSelected();
-        m_parts.generalSetting->showNothingSelected();
-    }
-    m_parts.commonControl->setSequenceId(sequenceId);
-    m_parts.generalSetting->setSequenceId(sequenceId);
-    view.showSequence(sequenceId);
-    m_parts.ui.sequenceWidget->selectSequence(sequenceId);
-    m_parts.ui.widget_para->showSequence(sequenceId);
-    showRunVariables();
-}
-
-void WidgetBuildView::showRunVariables()
-{
-    const LogicView& view = *m_parts.ui.center_wgt;
-    const auto owner = view.runTemplate();
-    const bool isOther =
-        view.isRunTabShown() && (owner || view.runSequenceId() != view.currentSequenceId());
-    m_parts.ui.widget_para->showRunSequence(isOther ? view.runSequenceId() : QString(), owner);
+    m_parts.shown.showSequence(sequenceId);
 }
 
 void WidgetBuildView::goTo(const EditPlace& place)
 {
-    showSequence(place.sequenceId);
-    m_parts.ui.center_wgt->chooseStep(place.stepId);
+    m_parts.shown.goTo(place);
 }
 
 void WidgetBuildView::flushPanels()
 {
-    m_parts.commonControl->flushPending();
-    m_parts.generalSetting->flushPending();
-    m_parts.ui.widget_para->flushPending();
-    m_parts.ui.sequenceWidget->flushPending();
+    m_parts.shown.flushPanels();
 }
 
 void WidgetBuildView::showEditTab()
@@ -92,7 +62,7 @@ void WidgetBuildView::setRunMode(bool running, const QString& appName, const QSt
 
 void WidgetBuildView::updateRunTreeWidth()
 {
-    m_parts.ui.center_wgt->setRunColumnWidths(m_parts.settings.runTreeWidths());
+    m_parts.layout.loadRunWidths();
 }
 
 void WidgetBuildView::finishRunRow(bool success)

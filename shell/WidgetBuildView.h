@@ -14,8 +14,6 @@ public:
 
     EditPlace place() const override;
     void showSequence(const QString& sequenceId) override;
-    /// The variables of the sequence that runs in sight, where that is another one than the edited.
-    void showRunVariables();
     void goTo(const EditPlace& place) override;
     void flushPanels() override;
     void showEditTab() override;
@@ -33,5 +31,4 @@ public:
 private:
     ProcessEditParts& m_parts;
     QWidget* m_window;
-    bool m_isShowing = false; ///< a sequence that was asked for
 };

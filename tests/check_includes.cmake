@@ -65,7 +65,7 @@ string(CONCAT changing
   "update(Process|Sequence|Variable|ProcessInfoIndex)\\(|"
   "remove(Process|Sequence|Variables|AllProcessBySequenceID|AllSequenceByAppName|"
   "AllVarBySequenceId)\\(|(add|paste)Variable\\()")
-set(loading logic/rows/flow_loader.cpp shell/ProcessEditWidget_applet.cpp shell/documents/variable_use.cpp)
+set(loading logic/rows/flow_loader.cpp shell/ShownDocument.cpp shell/documents/variable_use.cpp)
 foreach(room logic panels variables sequences shell)
   file(GLOB_RECURSE files ${ROOT}/${room}/*.h ${ROOT}/${room}/*.cpp)
   foreach(file ${files})

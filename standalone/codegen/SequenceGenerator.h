@@ -44,14 +44,14 @@ public:
 private:
     using Blocks = std::vector<std::shared_ptr<IProcessBlock>>;
 
-    // The unit (sequence_unit.cpp)
+    // The unit (SequenceGenerator_unit.cpp)
     void generateFunction();
     void generateVariables();
     void writeHead(CodeWriter& writer) const;
     void assembleUnit();
     std::string takeFunctions(const StatementProcessBlock& block);
 
-    // A long sequence (sequence_parts.cpp)
+    // A long sequence (SequenceGenerator_parts.cpp)
     bool canBeParted() const;
     void generateInParts();
     void generatePart(const Blocks& blocks, int part);
@@ -69,7 +69,7 @@ private:
     bool openGuard(const IProcessBlock& block);
     void generateStatements(const std::string& code, const char* userText);
 
-    // Steps without children (step_code.cpp)
+    // Steps without children (SequenceGenerator_steps.cpp)
     void generateLeaf(const IProcessBlock& block);
     bool openStepLoop(const IProcessBlock& block, const std::string& step);
     void closeStepLoop(const IProcessBlock& block);
@@ -81,7 +81,7 @@ private:
     void generateCall(const SequenceProcessBlock& block);
     void generateUnsupported(const IProcessBlock& block, const char* kind);
 
-    // Jumps (jump_code.cpp)
+    // Jumps (SequenceGenerator_jumps.cpp)
     void findLoopsWithTargets(const Blocks& blocks, std::vector<const ForProcessBlock*>& around);
     void generatePostActions(const IProcessBlock& block);
     void generateAction(const IProcessBlock& block, int kind, const std::string& target);
