@@ -14,10 +14,10 @@ constexpr char UnknownText[] = "记录引用了没有声明的标识";
 } // namespace
 
 /// Reads the fields of one record; every read past its end makes it fail for good.
-class FieldReader
+class RecordFields
 {
 public:
-    FieldReader(const unsigned char* data, std::size_t size) : m_at(data), m_end(data + size) {}
+    RecordFields(const unsigned char* data, std::size_t size) : m_at(data), m_end(data + size) {}
 
     std::uint64_t number()
     {
@@ -161,7 +161,7 @@ const std::string* Reader::textAt(std::uint32_t index) const
 
 void Reader::decode(const unsigned char* data, std::size_t size)
 {
-    FieldReader fields(data + 1, size - 1);
+    RecordFields fields(data + 1, size - 1);
     const bool isReport = m_channel == Channel::Reports;
     const char* fault = m_hasEnded ? "运行结束之后还有记录"
                         : isReport ? decodeReport(data[0], fields)
@@ -171,7 +171,7 @@ void Reader::decode(const unsigned char* data, std::size_t size)
 }
 
 /// What is wrong with a record, or null: then the receiver has it.
-const char* Reader::decodeReport(unsigned char type, FieldReader& fields)
+const char* Reader::decodeReport(unsigned char type, RecordFields& fields)
 {
     switch (type) {
     case TextRecord: {
@@ -255,7 +255,7 @@ const char* Reader::decodeReport(unsigned char type, FieldReader& fields)
     }
 }
 
-const char* Reader::decodeCommand(unsigned char type, FieldReader& fields)
+const char* Reader::decodeCommand(unsigned char type, RecordFields& fields)
 {
     switch (type) {
     case StartCommand:

@@ -10,7 +10,7 @@
 /// Takes the bytes of a channel apart: bytes in, records out. What the bytes are is not trusted.
 namespace protocol {
 
-class FieldReader;
+class RecordFields;
 
 /// Gets the records of a Reader. Texts are UTF-8 and live until the call returns.
 class Receiver
@@ -56,8 +56,8 @@ public:
 private:
     std::size_t consume(const unsigned char* data, std::size_t size);
     void decode(const unsigned char* data, std::size_t size);
-    const char* decodeReport(unsigned char type, FieldReader& fields);
-    const char* decodeCommand(unsigned char type, FieldReader& fields);
+    const char* decodeReport(unsigned char type, RecordFields& fields);
+    const char* decodeCommand(unsigned char type, RecordFields& fields);
     const std::string* textAt(std::uint32_t index) const;
 
     Receiver& m_receiver;

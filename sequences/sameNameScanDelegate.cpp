@@ -1,12 +1,12 @@
 #include "sequences/sameNameScanDelegate.h"
 
+#include "model/dialogs/NameValidator.h"
 #include "model/dialogs/user_dialogs.h"
 #include "sequences/sequence_rules.h"
 
 #include <QApplication>
 #include <QFontMetrics>
 #include <QLineEdit>
-#include <QRegularExpressionValidator>
 
 using sequence_rules::NameRefusal;
 
@@ -14,23 +14,6 @@ namespace {
 
 constexpr int NameColumn = 0;
 constexpr int LeastRowHeight = 30;
-
-/// Lets an empty text pass. An editor whose text its validator doesn't accept swallows the Enter
-/// key, and the person would never read why an empty name won't do.
-class NameValidator : public QRegularExpressionValidator
-{
-public:
-    explicit NameValidator(QObject* parent)
-        : QRegularExpressionValidator(sequence_rules::namePattern(), parent)
-    {
-    }
-
-    State validate(QString& input, int& position) const override
-    {
-        return input.isEmpty() ? Acceptable
-                               : QRegularExpressionValidator::validate(input, position);
-    }
-};
 
 QStringList namesOfOtherRows(const QAbstractItemModel& model, int row)
 {

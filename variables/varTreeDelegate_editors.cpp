@@ -2,6 +2,7 @@
 
 #include "variables/varTreeDelegate.h"
 
+#include "model/dialogs/NameValidator.h"
 #include "model/dialogs/user_dialogs.h"
 #include "variables/VarValueLineEdit.h"
 #include "variables/variable_rows.h"
@@ -9,29 +10,11 @@
 
 #include <QComboBox>
 #include <QKeyEvent>
-#include <QRegularExpressionValidator>
 
 using namespace variable_rows;
 using variable_rules::NameRefusal;
 
 namespace {
-
-/// Lets an empty text pass. An editor whose text its validator doesn't accept isn't committed, and
-/// the person would never read why an empty name won't do.
-class NameValidator : public QRegularExpressionValidator
-{
-public:
-    explicit NameValidator(QObject* parent)
-        : QRegularExpressionValidator(variable_rules::namePattern(), parent)
-    {
-    }
-
-    State validate(QString& input, int& position) const override
-    {
-        return input.isEmpty() ? Acceptable
-                               : QRegularExpressionValidator::validate(input, position);
-    }
-};
 
 QWidget* makeTypeBox(QWidget* parent)
 {
