@@ -4,12 +4,12 @@
 #include "logic/LogicViewParts.h"
 #include "logic/look/RowHeightDelegate.h"
 #include "logic/look/tree_look.h"
-#include "logic/look/view_models.h"
 #include "logic/rows/CustonStandModel.h"
 #include "logic/rows/RowIndex.h"
 #include "logic/rows/logic_roles.h"
 #include "model/colour_rules.h"
 #include "model/dialogs/EmptyHint.h"
+#include "model/dialogs/view_models.h"
 #include "model/services/widget_bases.h"
 
 #include <QEvent>

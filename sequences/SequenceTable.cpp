@@ -1,5 +1,6 @@
 #include "sequences/SequenceTable.h"
 
+#include "base/row_runs.h"
 #include "model/SequenceInfo.h"
 #include "model/services/widget_bases.h"
 #include "sequences/sameNameScanDelegate.h"
@@ -114,15 +115,8 @@ void SequenceTable::commitEditor()
 void SequenceTable::removeRowsAt(const QVector<int>& rows)
 {
     const QSignalBlocker blocker(this);
-    // From the last one up, so that the others keep their places; neighbours go together, as each
-    // removal costs a walk over the rows that stay.
-    for (int last = rows.size() - 1; last >= 0;) {
-        int first = last;
-        while (first > 0 && rows[first - 1] == rows[first] - 1)
-            --first;
-        model()->removeRows(rows[first], last - first + 1);
-        last = first - 1;
-    }
+    row_runs::removeFromTheLast(
+        rows, [this](int first, int count) { model()->removeRows(first, count); });
 }
 
 void SequenceTable::removeAllRows()

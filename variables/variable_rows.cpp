@@ -1,5 +1,6 @@
 #include "variables/variable_rows.h"
 
+#include "base/row_runs.h"
 #include "model/type_tables.h"
 
 #include <QMap>
@@ -150,14 +151,9 @@ void remove(QStandardItemModel& model, const QModelIndexList& rows)
     for (auto group = rowsOfGroups.begin(); group != rowsOfGroups.end(); ++group) {
         QVector<int>& sorted = *group;
         std::sort(sorted.begin(), sorted.end());
-        // From the last one up, so that the others keep their places.
-        for (int last = sorted.size() - 1; last >= 0;) {
-            int first = last;
-            while (first > 0 && sorted[first - 1] == sorted[first] - 1)
-                --first;
-            model.item(group.key())->removeRows(sorted[first], last - first + 1);
-            last = first - 1;
-        }
+        QStandardItem* parent = model.item(group.key());
+        row_runs::removeFromTheLast(
+            sorted, [parent](int first, int count) { parent->removeRows(first, count); });
     }
 }
 

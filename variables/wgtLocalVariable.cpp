@@ -2,6 +2,7 @@
 
 #include "model/colour_rules.h"
 #include "model/dialogs/EmptyHint.h"
+#include "model/dialogs/view_models.h"
 #include "model/services/log.h"
 #include "variables/TreeState.h"
 #include "variables/VariableEditor.h"
@@ -40,14 +41,9 @@ QTreeView* makeTree(const QString& name)
     return tree;
 }
 
-/// The view makes a new selection model for each model and leaves the old one behind.
 void setTreeModel(QTreeView* tree, QAbstractItemModel* model)
 {
-    QItemSelectionModel* const earlier = tree->selectionModel();
-    const bool changes = tree->model() != model;
-    tree->setModel(model);
-    if (changes)
-        delete earlier;
+    view_models::setModel(tree, model);
     tree->expandAll();
 }
 

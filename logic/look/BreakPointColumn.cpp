@@ -2,8 +2,8 @@
 
 #include "logic/look/BreakPointButton.h"
 #include "logic/look/RowHeightDelegate.h"
-#include "logic/look/view_models.h"
 #include "logic/rows/logic_roles.h"
+#include "model/dialogs/view_models.h"
 #include "model/step_kinds.h"
 
 #include <QEvent>

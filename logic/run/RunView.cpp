@@ -1,9 +1,9 @@
 #include "logic/run/RunView.h"
 
 #include "logic/look/RowHeightDelegate.h"
-#include "logic/look/view_models.h"
 #include "logic/rows/logic_roles.h"
 #include "logic/run/RunInbox.h"
+#include "model/dialogs/view_models.h"
 #include "model/services/log.h"
 #include "model/services/processedit.h"
 

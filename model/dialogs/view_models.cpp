@@ -1,4 +1,4 @@
-#include "logic/look/view_models.h"
+#include "model/dialogs/view_models.h"
 
 #include <QAbstractItemView>
 #include <QItemSelectionModel>
