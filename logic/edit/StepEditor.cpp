@@ -2,7 +2,6 @@
 
 #include "edits/DocumentEdits.h"
 #include "logic/edit/CheckStateEditor.h"
-#include "logic/edit/RowOutline.h"
 #include "logic/edit/step_creation.h"
 #include "logic/rows/CustonStandModel.h"
 #include "logic/rows/RowIndex.h"
@@ -116,12 +115,11 @@ bool StepEditor::mayAdd(const NewStep& step)
     // The palette's folders are no steps.
     if (step.baseType != BasicStep && step.baseType != DiagnosticStep)
         return false;
-    const QStandardItem* target = anchor();
+    QStandardItem* target = anchor();
     if (!target)
         return false;
     if (step.way == Way::Chosen) {
-        const Refusal refusal =
-            structure_rules::check(RowOutline(m_appName), target, {step.baseType, step.stepType});
+        const Refusal refusal = structure_rules::check(target, {step.baseType, step.stepType});
         if (refusal != Refusal::None) {
             emit refused(reasonOf(refusal));
             return false;
@@ -135,21 +133,23 @@ bool StepEditor::mayAdd(const NewStep& step)
     return false;
 }
 
-std::optional<Place> StepEditor::placeOf(const NewStep& step, const QStandardItem* anchor) const
+std::optional<Place> StepEditor::placeOf(const NewStep& step, QStandardItem* anchor) const
 {
-    const RowOutline outline(m_appName);
-    const StepOutline::Kind kind{step.baseType, step.stepType};
-    return step.way == Way::DroppedAbove ? structure_rules::placeBefore(outline, anchor, kind)
-                                         : structure_rules::placeAt(outline, anchor, kind);
+    const auto takesChildren = [this](const QStandardItem* row) {
+        return step_rows::takesChildren(m_appName, row);
+    };
+    const structure_rules::StepKind kind{step.baseType, step.stepType};
+    return step.way == Way::DroppedAbove ? structure_rules::placeBefore(anchor, kind, takesChildren)
+                                         : structure_rules::placeAt(anchor, kind, takesChildren);
 }
 
 QStandardItem* StepEditor::create(const NewStep& step)
 {
-    const QStandardItem* target = anchor();
+    QStandardItem* target = anchor();
     const auto place = target ? placeOf(step, target) : std::nullopt;
     if (!place)
         return nullptr;
-    QStandardItem* parent = RowOutline::item(place->parent);
+    QStandardItem* parent = place->parent;
     const auto rows =
         step_creation::buildRows({m_appName, currentModel()->sequenceId(), uuidOf(parent),
                                   place->row, step.baseType, step.stepType, step.quickStepId});

@@ -81,8 +81,7 @@ private:
     CustonStandModel* currentModel() const;
     QStandardItem* anchor();
     bool mayAdd(const NewStep& step);
-    std::optional<structure_rules::Place> placeOf(const NewStep& step,
-                                                  const QStandardItem* anchor) const;
+    std::optional<structure_rules::Place> placeOf(const NewStep& step, QStandardItem* anchor) const;
     /// Block and rows of a step; null if there is no place or no block.
     QStandardItem* create(const NewStep& step);
     /// The same, set up, and shows them; false if there are none.

@@ -2,7 +2,6 @@
 
 #include "edits/DocumentEdits.h"
 #include "logic/edit/CheckStateEditor.h"
-#include "logic/edit/RowOutline.h"
 #include "logic/edit/StepEditor.h"
 #include "logic/rows/CustonStandModel.h"
 #include "logic/rows/RowIndex.h"
@@ -77,7 +76,7 @@ void StepEditor::removeStep()
         return;
 
     const DocumentEdits::Act act;
-    const auto rows = structure_rules::rowsOfStep(RowOutline(m_appName), step);
+    const auto rows = structure_rules::rowsOfStep(step);
     const QString name = parent->child(rows.first)->text();
     const int itself = rows.first == rows.last ? 1 : 2; // a structure is closed by a row of its own
     const int before = model->rows().items().size();

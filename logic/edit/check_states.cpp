@@ -1,41 +1,19 @@
 #include "logic/edit/check_states.h"
 
 #include "logic/edit/CheckTree.h"
-#include "logic/rows/logic_roles.h"
+#include "logic/rows/row_kinds.h"
 #include "model/step_kinds.h"
 
 #include <QStandardItem>
 
 #include <vector>
 
+using row_kinds::basicStepType;
+using row_kinds::Direction;
+using row_kinds::seek;
+
 namespace check_states {
 namespace {
-
-enum class Direction { Backward = -1, Forward = 1 };
-
-/// The step type, or None for all rows that are no basic steps: other base types use the same
-/// numbers.
-int basicStepType(const QStandardItem& row)
-{
-    if (row.data(logic_roles::BaseType).toInt() != BasicStep)
-        return step_type::None;
-    return row.data(logic_roles::StepType).toInt();
-}
-
-/// The nearest sibling of a step type. A structure's rows are siblings and its body lies below
-/// them, so the nearest one belongs to the same structure.
-QStandardItem* seek(const QStandardItem& row, int stepType, Direction direction)
-{
-    const QStandardItem* parent = row.parent();
-    const int count = parent ? parent->rowCount() : 0;
-    const int step = int(direction);
-    for (int at = row.row() + step; at >= 0 && at < count; at += step) {
-        QStandardItem* sibling = parent->child(at);
-        if (basicStepType(*sibling) == stepType)
-            return sibling;
-    }
-    return nullptr;
-}
 
 void handDown(CheckTree& tree, QStandardItem* row)
 {

@@ -1,44 +1,42 @@
 #include "logic/edit/structure_rules.h"
 
+#include "logic/rows/row_kinds.h"
+
+#include <QStandardItem>
+
 #include <algorithm>
 
 namespace structure_rules {
 namespace {
 
-using Node = StepOutline::Node;
-using Kind = StepOutline::Kind;
+using row_kinds::basicStepType;
 
-/// The step type, or None for all rows that are no basic steps: other base types use the same
-/// numbers.
-int basicStepType(Kind kind)
+bool isBranch(StepKind kind)
 {
-    return kind.baseType == BasicStep ? kind.stepType : step_type::None;
+    return kind.baseType == BasicStep && step_kinds::isBranch(kind.stepType);
 }
 
-bool isBranch(Kind kind)
+bool isLoopExit(StepKind kind)
 {
-    return step_kinds::isBranch(basicStepType(kind));
+    return kind.baseType == BasicStep &&
+           (kind.stepType == step_type::Break || kind.stepType == step_type::Continue);
 }
 
-bool isLoopExit(Kind kind)
+bool isInLoop(const QStandardItem* row)
 {
-    const int type = basicStepType(kind);
-    return type == step_type::Break || type == step_type::Continue;
-}
-
-bool isInLoop(const StepOutline& outline, Node node)
-{
-    for (; node; node = outline.parent(node)) {
-        if (step_kinds::isLoop(basicStepType(outline.kind(node))))
+    for (; row; row = row->parent()) {
+        if (step_kinds::isLoop(basicStepType(*row)))
             return true;
     }
     return false;
 }
 
-Node nextSibling(const StepOutline& outline, Node node)
+/// Null outside the children.
+QStandardItem* sibling(const QStandardItem* row, int offset)
 {
-    const Node parent = outline.parent(node);
-    return parent ? outline.child(parent, outline.row(node) + 1) : nullptr;
+    const QStandardItem* parent = row->parent();
+    const int at = row->row() + offset;
+    return parent && at >= 0 && at < parent->rowCount() ? parent->child(at) : nullptr;
 }
 
 Refusal checkBranch(int branch, int anchor, int next)
@@ -51,72 +49,67 @@ Refusal checkBranch(int branch, int anchor, int next)
     return fits ? Refusal::None : Refusal::BranchOutOfOrder;
 }
 
-Place lastOf(const StepOutline& outline, Node parent)
+Place lastOf(QStandardItem* parent)
 {
-    return {parent, outline.childCount(parent), true};
+    return {parent, parent->rowCount(), true};
 }
 
 } // namespace
 
-Refusal check(const StepOutline& outline, Node anchor, Kind added)
+Refusal check(const QStandardItem* anchor, StepKind added)
 {
     if (!isBranch(added) && !isLoopExit(added))
         return Refusal::None;
-    const Node next = nextSibling(outline, anchor);
-    const int anchorType = basicStepType(outline.kind(anchor));
-    const int nextType = next ? basicStepType(outline.kind(next)) : step_type::None;
+    const QStandardItem* next = sibling(anchor, 1);
+    const int anchorType = basicStepType(*anchor);
+    const int nextType = next ? basicStepType(*next) : step_type::None;
     if (isBranch(added))
         return checkBranch(added.stepType, anchorType, nextType);
-    if (!isInLoop(outline, anchor))
+    if (!isInLoop(anchor))
         return Refusal::LoopExitOutside;
     const bool betweenSteps = anchorType != step_type::None && nextType != step_type::None;
     return betweenSteps ? Refusal::None : Refusal::LoopExitAtEdge;
 }
 
-std::optional<Place> placeAt(const StepOutline& outline, Node anchor, Kind added)
+std::optional<Place> placeAt(QStandardItem* anchor, StepKind added,
+                             const TakesChildren& takesChildren)
 {
-    if (!isBranch(added) && outline.takesChildren(anchor))
-        return lastOf(outline, anchor);
-    const Node parent = outline.parent(anchor);
+    if (!isBranch(added) && takesChildren(anchor))
+        return lastOf(anchor);
+    QStandardItem* parent = anchor->parent();
     if (!parent)
         return std::nullopt;
-    return Place{parent, outline.row(anchor) + 1, false};
+    return Place{parent, anchor->row() + 1, false};
 }
 
-std::optional<Place> placeBefore(const StepOutline& outline, Node anchor, Kind added)
+std::optional<Place> placeBefore(const QStandardItem* anchor, StepKind added,
+                                 const TakesChildren& takesChildren)
 {
-    const Node parent = outline.parent(anchor);
+    QStandardItem* parent = anchor->parent();
     if (!parent)
         return std::nullopt;
-    const int row = outline.row(anchor);
-    const Node above = outline.child(parent, row - 1);
-    if (above && !isBranch(added) && outline.takesChildren(above))
-        return lastOf(outline, above);
-    return Place{parent, row, false};
+    QStandardItem* above = sibling(anchor, -1);
+    if (above && !isBranch(added) && takesChildren(above))
+        return lastOf(above);
+    return Place{parent, anchor->row(), false};
 }
 
-Node partner(const StepOutline& outline, Node node)
+QStandardItem* partner(const QStandardItem* row)
 {
-    const Node parent = outline.parent(node);
-    const int type = basicStepType(outline.kind(node));
-    const bool forward = step_kinds::isOpener(type);
-    if (!parent || (!forward && !step_kinds::isCloser(type)))
-        return nullptr;
-    const int wanted = forward ? step_kinds::closerOf(type) : step_kinds::openerOf(type);
-    const int step = forward ? 1 : -1;
-    for (int row = outline.row(node) + step;; row += step) {
-        const Node sibling = outline.child(parent, row);
-        if (!sibling || basicStepType(outline.kind(sibling)) == wanted)
-            return sibling;
-    }
+    using row_kinds::Direction;
+    const int type = basicStepType(*row);
+    if (step_kinds::isOpener(type))
+        return row_kinds::seek(*row, step_kinds::closerOf(type), Direction::Forward);
+    if (step_kinds::isCloser(type))
+        return row_kinds::seek(*row, step_kinds::openerOf(type), Direction::Backward);
+    return nullptr;
 }
 
-Rows rowsOfStep(const StepOutline& outline, Node node)
+Rows rowsOfStep(const QStandardItem* row)
 {
-    const int row = outline.row(node);
-    const Node other = partner(outline, node);
-    const int otherRow = other ? outline.row(other) : row;
-    return {std::min(row, otherRow), std::max(row, otherRow)};
+    const QStandardItem* other = partner(row);
+    const int otherRow = other ? other->row() : row->row();
+    return {std::min(row->row(), otherRow), std::max(row->row(), otherRow)};
 }
 
 } // namespace structure_rules

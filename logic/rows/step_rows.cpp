@@ -3,6 +3,7 @@
 #include "logic/rows/RowItem.h"
 #include "logic/rows/logic_roles.h"
 #include "model/IProcessBlock.h"
+#include "model/services/processedit.h"
 #include "model/services/widget_bases.h"
 #include "model/step_icons.h"
 
@@ -152,6 +153,14 @@ QString uuidOf(const QStandardItem* nameItem)
 bool isFlow(const QStandardItem* nameItem)
 {
     return nameItem->data(logic_roles::BaseType).toInt() <= EndFlow;
+}
+
+bool takesChildren(const QString& appName, const QStandardItem* nameItem)
+{
+    if (isFlow(nameItem))
+        return true;
+    const auto block = sdk_ui_interface::processedit::getProcess(appName, uuidOf(nameItem));
+    return block && block->property.hasChildren;
 }
 
 QStandardItem* cell(const QStandardItem* nameItem, int column)

@@ -41,6 +41,10 @@ QString uuidOf(const QStandardItem* nameItem);
 
 bool isFlow(const QStandardItem* nameItem);
 
+/// Whether steps can be put under the row: always for a flow's, for a step as its block's kind
+/// says.
+bool takesChildren(const QString& appName, const QStandardItem* nameItem);
+
 /// The cell of @p column in the row of @p nameItem, which stands in a tree; null if there is none.
 QStandardItem* cell(const QStandardItem* nameItem, int column);
 

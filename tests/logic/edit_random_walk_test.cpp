@@ -1,7 +1,6 @@
 // A long walk of random edits on one view: after each of them the rows are what the model service
 // holds, and every structure is whole. EDIT_WALK_STEPS sets the length, EDIT_WALK_SEED the way.
 
-#include "logic/edit/RowOutline.h"
 #include "logic/edit/structure_rules.h"
 #include "logic/rows/RowIndex.h"
 #include "logic/rows/step_rows.h"
@@ -39,7 +38,7 @@ int basicType(const QStandardItem* row)
 class Walk : public EditFixture
 {
 public:
-    explicit Walk(quint32 seed) : m_random(seed), m_outline(applet.appName)
+    explicit Walk(quint32 seed) : m_random(seed)
     {
         addDiagnosticKinds();
         const QString loop = add(applet.end, step_type::For, "loop");
@@ -147,7 +146,7 @@ private:
             return step(behind) && basicType(step(behind)) == step_kinds::closerOf(type);
         }
         if (step_kinds::isCloser(type))
-            return structure_rules::partner(m_outline, row) != nullptr;
+            return structure_rules::partner(row) != nullptr;
         return !step_kinds::isBranch(type) || step(-1);
     }
 
@@ -229,9 +228,10 @@ private:
         const int type = row ? basicType(row) : int(step_type::None);
         if (!row || step_kinds::isCloser(type) || step_kinds::isBranch(type))
             return;
-        const auto range = structure_rules::rowsOfStep(m_outline, row);
+        const auto range = structure_rules::rowsOfStep(row);
         const QStandardItem* target = anyRow(true);
-        if (!m_outline.takesChildren(target) || isWithin(target, row->parent(), range))
+        if (!step_rows::takesChildren(applet.appName, target) ||
+            isWithin(target, row->parent(), range))
             return;
         const int count = range.last - range.first + 1;
         const bool isSameParent = target == row->parent();
@@ -279,7 +279,6 @@ private:
     }
 
     QRandomGenerator m_random;
-    RowOutline m_outline;
     QString m_quickStep;
     int m_counted = 0;
 };

@@ -4,35 +4,41 @@
 
 #include "logic/edit/structure_rules.h"
 
-#include "logic/edit/StepOutline.h"
+#include "logic/rows/logic_roles.h"
 #include "tests/logic/step_names.h"
+#include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
 
+#include <QStandardItemModel>
 #include <QStringList>
 #include <QTest>
 
-#include <algorithm>
-#include <memory>
 #include <vector>
 
 using structure_rules::Refusal;
 
 namespace {
 
-struct Row
+QStandardItem* makeRow(const QString& name)
 {
-    QString name;
-    Row* parent = nullptr;
-    std::vector<std::unique_ptr<Row>> children;
-};
+    const step_names::Kind kind = step_names::kindOf(name);
+    auto* row = new QStandardItem(name);
+    row->setData(kind.baseType, logic_roles::BaseType);
+    row->setData(kind.stepType, logic_roles::StepType);
+    return row;
+}
+
+bool takesChildren(const QStandardItem* row)
+{
+    return step_names::kindOf(row->text()).takesChildren;
+}
 
 /// A tree made from the lines of text that are not marked with @p without.
-class TextOutline : public StepOutline
+struct TextRows
 {
-public:
-    TextOutline(const QString& text, QChar without)
+    TextRows(const QString& text, QChar without)
     {
-        std::vector<Row*> path{&root};
+        std::vector<QStandardItem*> path{model.invisibleRootItem()};
         for (QString line : text.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
             if (line.at(0) == without)
                 continue;
@@ -40,75 +46,26 @@ public:
             line = line.mid(2).remove(QStringLiteral("<-"));
             const QString name = line.trimmed();
             path.resize(std::size_t(line.indexOf(name) / 2 + 1));
-            path.push_back(add(*path.back(), int(path.back()->children.size()), name));
+            QStandardItem* row = makeRow(name);
+            path.back()->appendRow(row);
+            path.push_back(row);
             if (isAnchor)
-                anchor = path.back();
+                anchor = row;
         }
     }
 
-    static Row* add(Row& parent, int at, const QString& name)
-    {
-        auto row = std::make_unique<Row>();
-        row->name = name;
-        row->parent = &parent;
-        step_names::kindOf(name);
-        return parent.children.insert(parent.children.begin() + at, std::move(row))->get();
-    }
+    QString print() const { return test_support::printTree(model).join(QLatin1Char('\n')); }
 
-    static Row* rowOf(Node node) { return static_cast<Row*>(const_cast<void*>(node)); }
-
-    Kind kind(Node node) const override
-    {
-        const step_names::Kind kind = step_names::kindOf(rowOf(node)->name);
-        return {kind.baseType, kind.stepType};
-    }
-    bool takesChildren(Node node) const override
-    {
-        return step_names::kindOf(rowOf(node)->name).takesChildren;
-    }
-    Node parent(Node node) const override
-    {
-        const Row* parent = rowOf(node)->parent;
-        return parent == &root ? nullptr : parent;
-    }
-    int row(Node node) const override
-    {
-        const auto& siblings = rowOf(node)->parent->children;
-        const auto found = std::find_if(siblings.begin(), siblings.end(),
-                                        [node](const auto& row) { return row.get() == node; });
-        return int(found - siblings.begin());
-    }
-    int childCount(Node node) const override { return int(rowOf(node)->children.size()); }
-    Node child(Node node, int row) const override
-    {
-        const auto& children = rowOf(node)->children;
-        return row < 0 || row >= int(children.size()) ? nullptr : children[std::size_t(row)].get();
-    }
-
-    QString print() const { return print(root, 0).join(QLatin1Char('\n')); }
-
-    Row root;
-    Row* anchor = nullptr;
-
-private:
-    static QStringList print(const Row& parent, int depth)
-    {
-        QStringList lines;
-        for (const auto& row : parent.children) {
-            lines += QString(2 * depth, QLatin1Char(' ')) + row->name;
-            lines += print(*row, depth + 1);
-        }
-        return lines;
-    }
+    QStandardItemModel model;
+    QStandardItem* anchor = nullptr;
 };
 
 void add(const structure_rules::Place& place, const QString& name)
 {
-    Row& parent = *TextOutline::rowOf(place.parent);
-    TextOutline::add(parent, place.row, name);
+    place.parent->insertRow(place.row, makeRow(name));
     const QString closer = step_names::closerOf(name);
     if (!closer.isEmpty())
-        TextOutline::add(parent, place.row + 1, closer);
+        place.parent->insertRow(place.row + 1, makeRow(closer));
 }
 
 QString refusalName(Refusal refusal)
@@ -122,28 +79,26 @@ QString refusalName(Refusal refusal)
 }
 
 /// Does the act on the anchor of the tree; gives the refusal, or nothing.
-QString perform(TextOutline& tree, QString act)
+QString perform(QStandardItem* anchor, QString act)
 {
     if (act == QLatin1String("remove")) {
-        auto& siblings = tree.anchor->parent->children;
-        const auto rows = structure_rules::rowsOfStep(tree, tree.anchor);
-        siblings.erase(siblings.begin() + rows.first, siblings.begin() + rows.last + 1);
+        const auto rows = structure_rules::rowsOfStep(anchor);
+        anchor->parent()->removeRows(rows.first, rows.last - rows.first + 1);
         return QString();
     }
     const bool isDrop = act.startsWith(QLatin1String("drop "));
     const bool isAbove = act.endsWith(QLatin1String(" above"));
     const QString name = act.remove(QStringLiteral("drop ")).remove(QStringLiteral(" above"));
     const step_names::Kind step = step_names::kindOf(name);
-    const StepOutline::Kind kind{step.baseType, step.stepType};
-    const Refusal refusal =
-        isDrop ? Refusal::None : structure_rules::check(tree, tree.anchor, kind);
+    const structure_rules::StepKind kind{step.baseType, step.stepType};
+    const Refusal refusal = isDrop ? Refusal::None : structure_rules::check(anchor, kind);
     if (refusal != Refusal::None)
         return refusalName(refusal);
-    const auto place = isAbove ? structure_rules::placeBefore(tree, tree.anchor, kind)
-                               : structure_rules::placeAt(tree, tree.anchor, kind);
+    const auto place = isAbove ? structure_rules::placeBefore(anchor, kind, takesChildren)
+                               : structure_rules::placeAt(anchor, kind, takesChildren);
     if (!place)
         return QStringLiteral("no place");
-    if (place->isLast && place->row != tree.childCount(place->parent))
+    if (place->isLast && place->row != place->parent->rowCount())
         return QStringLiteral("the last place is not behind the last row");
     add(*place, name);
     return QString();
@@ -426,10 +381,10 @@ void StructureRulesTest::act()
     QFETCH(QString, act);
     QFETCH(QString, tree);
     QFETCH(QString, refusal);
-    TextOutline outline(tree, QLatin1Char('+'));
-    QVERIFY(outline.anchor);
-    QCOMPARE(perform(outline, act), refusal);
-    QCOMPARE(outline.print(), TextOutline(tree, QLatin1Char('-')).print());
+    const TextRows rows(tree, QLatin1Char('+'));
+    QVERIFY(rows.anchor);
+    QCOMPARE(perform(rows.anchor, act), refusal);
+    QCOMPARE(rows.print(), TextRows(tree, QLatin1Char('-')).print());
     QCOMPARE(refusal.isEmpty(),
              tree.contains(QLatin1Char('+')) || tree.contains(QLatin1String("\n-")));
 }
