@@ -79,3 +79,16 @@ private:
     logicBlockType m_baseType;
     int m_stepType;
 };
+
+/// Between a class of blocks and its base: copies the class.
+template <class Block, class Base = IProcessBlock> class CopyableBlock : public Base
+{
+public:
+    std::shared_ptr<IProcessBlock> copyAlone() const override
+    {
+        return std::make_shared<Block>(static_cast<const Block&>(*this));
+    }
+
+protected:
+    using Base::Base;
+};

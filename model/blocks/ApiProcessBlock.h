@@ -3,7 +3,7 @@
 #include "model/IProcessBlock.h"
 
 /// A call of a library or applet function.
-class ApiProcessBlock : public IProcessBlock
+class ApiProcessBlock : public CopyableBlock<ApiProcessBlock>
 {
 public:
     struct Parameter
@@ -13,9 +13,8 @@ public:
         std::string description;
     };
 
-    ApiProcessBlock() : IProcessBlock(BasicStep, step_type::Api) {}
+    ApiProcessBlock() : CopyableBlock(BasicStep, step_type::Api) {}
 
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
     std::string description() const override;
     std::string settingText() const override;
 

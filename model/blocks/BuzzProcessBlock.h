@@ -3,12 +3,11 @@
 #include "model/IProcessBlock.h"
 
 /// A two-tone pattern on a device's buzzer. Frequencies in Hz, durations in milliseconds.
-class BuzzProcessBlock : public IProcessBlock
+class BuzzProcessBlock : public CopyableBlock<BuzzProcessBlock>
 {
 public:
-    BuzzProcessBlock() : IProcessBlock(BasicStep, step_type::Buzz) {}
+    BuzzProcessBlock() : CopyableBlock(BasicStep, step_type::Buzz) {}
 
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
     std::string description() const override;
     std::string settingText() const override;
 

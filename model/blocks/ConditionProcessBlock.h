@@ -4,17 +4,16 @@
 
 /// A comparison: the base of the steps with a condition, and by value the working copy of their
 /// editor. The operands are expressions; an empty one counts as "0" on both sides.
-class ConditionProcessBlock : public IProcessBlock
+class ConditionProcessBlock : public CopyableBlock<ConditionProcessBlock>
 {
 public:
     explicit ConditionProcessBlock(int stepType = step_type::Condition)
-        : IProcessBlock(BasicStep, stepType)
+        : CopyableBlock(BasicStep, stepType)
     {
     }
     ConditionProcessBlock(const ConditionProcessBlock&) = default;
     ConditionProcessBlock& operator=(const ConditionProcessBlock&) = default;
 
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
     std::string description() const override;
     std::string settingText() const override;
 
@@ -46,30 +45,26 @@ private:
     int m_arraySize = 1;
 };
 
-class IfProcessBlock : public ConditionProcessBlock
+class IfProcessBlock : public CopyableBlock<IfProcessBlock, ConditionProcessBlock>
 {
 public:
-    IfProcessBlock() : ConditionProcessBlock(step_type::If) {}
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
+    IfProcessBlock() : CopyableBlock(step_type::If) {}
 };
 
-class ElseIfProcessBlock : public ConditionProcessBlock
+class ElseIfProcessBlock : public CopyableBlock<ElseIfProcessBlock, ConditionProcessBlock>
 {
 public:
-    ElseIfProcessBlock() : ConditionProcessBlock(step_type::ElseIf) {}
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
+    ElseIfProcessBlock() : CopyableBlock(step_type::ElseIf) {}
 };
 
-class WhileProcessBlock : public ConditionProcessBlock
+class WhileProcessBlock : public CopyableBlock<WhileProcessBlock, ConditionProcessBlock>
 {
 public:
-    WhileProcessBlock() : ConditionProcessBlock(step_type::While) {}
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
+    WhileProcessBlock() : CopyableBlock(step_type::While) {}
 };
 
-class DoWhileProcessBlock : public ConditionProcessBlock
+class DoWhileProcessBlock : public CopyableBlock<DoWhileProcessBlock, ConditionProcessBlock>
 {
 public:
-    DoWhileProcessBlock() : ConditionProcessBlock(step_type::DoWhile) {}
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
+    DoWhileProcessBlock() : CopyableBlock(step_type::DoWhile) {}
 };

@@ -3,12 +3,11 @@
 #include "model/IProcessBlock.h"
 
 /// Waits.
-class DelayProcessBlock : public IProcessBlock
+class DelayProcessBlock : public CopyableBlock<DelayProcessBlock>
 {
 public:
-    DelayProcessBlock() : IProcessBlock(BasicStep, step_type::Delay) {}
+    DelayProcessBlock() : CopyableBlock(BasicStep, step_type::Delay) {}
 
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
     std::string description() const override;
     std::string settingText() const override;
 

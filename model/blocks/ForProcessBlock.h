@@ -3,12 +3,11 @@
 #include "model/IProcessBlock.h"
 
 /// A counting loop: over a fixed range, or with a header of its own.
-class ForProcessBlock : public IProcessBlock
+class ForProcessBlock : public CopyableBlock<ForProcessBlock>
 {
 public:
-    ForProcessBlock() : IProcessBlock(BasicStep, step_type::For) {}
+    ForProcessBlock() : CopyableBlock(BasicStep, step_type::For) {}
 
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
     std::string description() const override;
     std::string settingText() const override;
 

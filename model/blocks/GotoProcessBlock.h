@@ -3,12 +3,11 @@
 #include "model/IProcessBlock.h"
 
 /// A jump to a tagged step of the same sequence. Both texts empty: no jump.
-class GotoProcessBlock : public IProcessBlock
+class GotoProcessBlock : public CopyableBlock<GotoProcessBlock>
 {
 public:
-    GotoProcessBlock() : IProcessBlock(BasicStep, step_type::Goto) {}
+    GotoProcessBlock() : CopyableBlock(BasicStep, step_type::Goto) {}
 
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
     std::string description() const override;
     std::string settingText() const override;
 

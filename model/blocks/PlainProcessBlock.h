@@ -3,12 +3,11 @@
 #include "model/IProcessBlock.h"
 
 /// A step that is its kind and nothing more: else, the closing rows, break, continue, goto tag.
-class PlainProcessBlock : public IProcessBlock
+class PlainProcessBlock : public CopyableBlock<PlainProcessBlock>
 {
 public:
-    explicit PlainProcessBlock(int stepType) : IProcessBlock(BasicStep, stepType) {}
+    explicit PlainProcessBlock(int stepType) : CopyableBlock(BasicStep, stepType) {}
 
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
     std::string description() const override;
     std::string settingText() const override;
 };

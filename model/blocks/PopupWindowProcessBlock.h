@@ -3,7 +3,7 @@
 #include "model/IProcessBlock.h"
 
 /// A message window with up to six buttons and an optional assignment.
-class PopupWindowProcessBlock : public IProcessBlock
+class PopupWindowProcessBlock : public CopyableBlock<PopupWindowProcessBlock>
 {
 public:
     struct Button
@@ -13,9 +13,8 @@ public:
     };
     static constexpr int MaxButtons = 6;
 
-    PopupWindowProcessBlock() : IProcessBlock(BasicStep, step_type::PopupWindow) {}
+    PopupWindowProcessBlock() : CopyableBlock(BasicStep, step_type::PopupWindow) {}
 
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
     std::string description() const override;
     std::string settingText() const override;
 

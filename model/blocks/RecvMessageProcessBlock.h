@@ -3,7 +3,7 @@
 #include "model/IProcessBlock.h"
 
 /// Waits for a CAN frame and stores its parts in variables. An empty variable stores nothing.
-class RecvMessageProcessBlock : public IProcessBlock
+class RecvMessageProcessBlock : public CopyableBlock<RecvMessageProcessBlock>
 {
 public:
     /// A variable's name, of the applet's scopes or of the system.
@@ -13,9 +13,8 @@ public:
         bool isSystem = false;
     };
 
-    RecvMessageProcessBlock() : IProcessBlock(BasicStep, step_type::RecvMessage) {}
+    RecvMessageProcessBlock() : CopyableBlock(BasicStep, step_type::RecvMessage) {}
 
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
     std::string description() const override;
     std::string settingText() const override;
 

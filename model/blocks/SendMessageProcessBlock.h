@@ -5,16 +5,15 @@
 #include <cstdint>
 
 /// Sends one CAN or CAN FD frame.
-class SendMessageProcessBlock : public IProcessBlock
+class SendMessageProcessBlock : public CopyableBlock<SendMessageProcessBlock>
 {
 public:
     enum FrameFormat : int { Can = 0, CanFd = 1, CanFdBrs = 2 };
     enum FrameType : int { DataFrame = 0, RemoteFrame = 1 };
     enum IdType : int { ExtendedId = 0, StandardId = 1 };
 
-    SendMessageProcessBlock() : IProcessBlock(BasicStep, step_type::SendMessage) {}
+    SendMessageProcessBlock() : CopyableBlock(BasicStep, step_type::SendMessage) {}
 
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
     std::string description() const override;
     std::string settingText() const override;
 

@@ -3,7 +3,7 @@
 #include "model/IProcessBlock.h"
 
 /// A call of a sequence of the applet or of a template.
-class SequenceProcessBlock : public IProcessBlock
+class SequenceProcessBlock : public CopyableBlock<SequenceProcessBlock>
 {
 public:
     enum Source : int { NothingChosen = 0, AppletSequence = 1, TemplateSequence = 2 };
@@ -17,9 +17,8 @@ public:
         std::string name;
     };
 
-    SequenceProcessBlock() : IProcessBlock(BasicStep, step_type::Sequence) {}
+    SequenceProcessBlock() : CopyableBlock(BasicStep, step_type::Sequence) {}
 
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
     std::string description() const override;
     std::string settingText() const override;
 

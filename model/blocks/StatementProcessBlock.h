@@ -3,12 +3,11 @@
 #include "model/IProcessBlock.h"
 
 /// A free block of code.
-class StatementProcessBlock : public IProcessBlock
+class StatementProcessBlock : public CopyableBlock<StatementProcessBlock>
 {
 public:
-    StatementProcessBlock() : IProcessBlock(BasicStep, step_type::Statement) {}
+    StatementProcessBlock() : CopyableBlock(BasicStep, step_type::Statement) {}
 
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
     std::string description() const override;
     std::string settingText() const override;
 

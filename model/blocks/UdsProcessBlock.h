@@ -3,12 +3,11 @@
 #include "model/IProcessBlock.h"
 
 /// A diagnostic step (UDS, ISO 14229), edited by the diagnosis service.
-class UdsProcessBlock : public IProcessBlock
+class UdsProcessBlock : public CopyableBlock<UdsProcessBlock>
 {
 public:
-    explicit UdsProcessBlock(int stepType) : IProcessBlock(DiagnosticStep, stepType) {}
+    explicit UdsProcessBlock(int stepType) : CopyableBlock(DiagnosticStep, stepType) {}
 
-    std::shared_ptr<IProcessBlock> copyAlone() const override;
     std::string description() const override;
     std::string settingText() const override;
 
