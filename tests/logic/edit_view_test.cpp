@@ -4,6 +4,7 @@
 #include "logic/LogicView.h"
 #include "logic/flow_loader.h"
 #include "logic/logic_roles.h"
+#include "logic/step_rows.h"
 #include "tests/logic/LogicFixture.h"
 #include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
@@ -47,6 +48,7 @@ private slots:
     void panelsFollowTheCurrentRow();
     void tableStandsBesideTheTree();
     void columnWidths();
+    void cellsOfARun();
     void narrowTreeScrolls();
     void deepTree();
 
@@ -422,6 +424,18 @@ void EditViewTest::tableStandsBesideTheTree()
     QVERIFY(standsBeside(0, m_applet->initial));
     tree->scrollToBottom();
     QVERIFY(standsBeside(102, m_applet->end));
+    // Steps in sight have a button, flows none; a larger window brings more into sight.
+    const auto hasButton = [table](int row) {
+        return table->indexWidget(table->model()->index(row, 0)) != nullptr;
+    };
+    QTRY_VERIFY(hasButton(101));
+    QVERIFY(!hasButton(102) && !hasButton(50));
+    tree->scrollToTop();
+    QTRY_VERIFY(hasButton(2));
+    QVERIFY(!hasButton(0) && !hasButton(1) && !hasButton(20));
+    m_view->resize(700, 900);
+    QTRY_VERIFY(hasButton(20));
+    m_view->resize(700, 400);
 
     // A horizontal bar under the tree takes its room from the table too.
     m_view->setEditColumnWidths({600, 600, 600});
@@ -454,6 +468,31 @@ void EditViewTest::columnWidths()
     QCOMPARE(widths.first().at(1).toBool(), false);
     m_view->showSequence(m_sequence);
     QCOMPARE(header->sectionSize(0), 320);
+}
+
+void EditViewTest::cellsOfARun()
+{
+    m_applet->add(m_sequence, m_applet->main, step_type::Statement, "a");
+    auto block = std::make_shared<StatementProcessBlock>();
+    block->setCustomCode("x = 1;\ny = 2;");
+    block->property.editable = false;
+    for (const bool isBare : {false, true}) {
+        if (isBare)
+            block->setCustomCode("");
+        const QList<QStandardItem*> cells = step_rows::stepRow(*block, step_rows::Purpose::Run);
+        QCOMPARE(cells.size(), logic_columns::RunCount);
+        const QString description = QString::fromStdString(block->description());
+        for (int column : {logic_columns::Description, logic_columns::Setting}) {
+            const QString full = column == logic_columns::Setting
+                                     ? QString::fromStdString(block->settingText())
+                                     : description;
+            QCOMPARE(cells[column] == nullptr, full.isEmpty());
+            const QString line = cells[column] ? cells[column]->text() : QString();
+            QVERIFY(line.startsWith(full.section(u'\n', 0, 0)) && !line.contains(u'\n'));
+            QVERIFY(!cells[column] || cells[column]->flags() == cells[0]->flags());
+        }
+        qDeleteAll(cells);
+    }
 }
 
 void EditViewTest::narrowTreeScrolls()
