@@ -57,7 +57,7 @@ public:
     {
         calls << QStringLiteral("report:") + name;
     }
-    void hideWaiting() override {}
+    void hideWaiting() override { calls << QStringLiteral("hide"); }
     void saveAll() override { calls << QStringLiteral("save"); }
     void warn(const QString& title, const QString& text) override
     {
@@ -243,8 +243,8 @@ void BuildControllerTest::compileRunAndSkip()
         QStringList({QStringLiteral("show"), QStringLiteral("flush"), QStringLiteral("editTab"),
                      QStringLiteral("disable"), QStringLiteral("started"), QStringLiteral("enable"),
                      QStringLiteral("save"), report + m_name, QStringLiteral("runMode"),
-                     QStringLiteral("running"), report, QStringLiteral("endRunMode"),
-                     QStringLiteral("idle")}));
+                     QStringLiteral("running"), QStringLiteral("hide"), report,
+                     QStringLiteral("endRunMode"), QStringLiteral("idle")}));
     QCOMPARE(output.at(0).at(1).toString(), QStringLiteral("即将开始编译"));
     QVERIFY2(output.at(1).at(1).toString().endsWith(QStringLiteral("编译成功\n即将开始运行\n")),
              qPrintable(output.at(1).at(1).toString()));
@@ -311,6 +311,11 @@ void BuildControllerTest::resultOfAnotherWindow()
     QCOMPARE(finished.count(), 1);
     QVERIFY(m_view.calls.isEmpty());
     QVERIFY(m_outcomes.isEmpty());
+    // Its own one, which another part of the host has started.
+    other.appName = m_name;
+    other.result = CompileFailed;
+    m_build->onCompileResult(other, QString());
+    QCOMPARE(m_view.calls, QStringList({QStringLiteral("enable"), QStringLiteral("idle")}));
 }
 
 void BuildControllerTest::stopAsksInALocaleOfItsOwn_data()

@@ -19,6 +19,7 @@
 #include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTreeView>
 #include <QtTest>
 
 namespace processedit = sdk_ui_interface::processedit;
@@ -31,6 +32,7 @@ private slots:
     void cleanup() { closeEditor(); }
     void cleanupTestCase() { standalone::shutdownRuntime(); }
     void emptyAppletGetsASequence();
+    void mainSequenceIsShownFirst();
     void savingWritesWhatWaitsInAPanel();
     void panelsFollowTheClickedStep();
     void panelsSayWhyTheyAreEmpty();
@@ -57,6 +59,23 @@ void ProcessEditWidgetTest::emptyAppletGetsASequence()
     QCOMPARE(QString::fromStdString(sequences[0].name), QStringLiteral("Sequence_0"));
     QCOMPARE(sequence(), QString::fromStdString(sequences[0].id));
     QVERIFY(m_editor->currentShowSequenceIsEmpty());
+}
+
+void ProcessEditWidgetTest::mainSequenceIsShownFirst()
+{
+    QStringList ids{sequence()};
+    for (const char* name : {"b", "c"})
+        ids << processedit::createSeuqence(m_name, QString::fromLatin1(name));
+    const auto mark = [&](int row, bool isMain) {
+        SequenceInfo info = processedit::getSequence(m_name, ids[row]);
+        info.isMain = isMain;
+        processedit::updateSequence(m_name, info);
+        m_editor->loadDataToUI(m_name, false);
+    };
+    mark(1, true);
+    QCOMPARE(sequence(), ids[1]);
+    mark(1, false);
+    QCOMPARE(sequence(), ids[0]);
 }
 
 void ProcessEditWidgetTest::savingWritesWhatWaitsInAPanel()
@@ -120,6 +139,7 @@ void ProcessEditWidgetTest::runTabKeepsTheUsersSizes()
     QVERIFY(!find<QWidget>(m_editor.get(), "treeWidget")->isEnabled());
     QVERIFY(!find<QTabWidget>(m_editor.get(), "attribute_tab")->isTabEnabled(1));
     m_editor->onLogicWidgetTabChanged(1);
+    QVERIFY(splitter->sizes() != sizes);
     m_editor->onLogicWidgetTabChanged(0);
     QCOMPARE(splitter->sizes(), sizes);
     QVERIFY(find<QWidget>(m_editor.get(), "treeWidget")->isEnabled());
@@ -143,6 +163,7 @@ void ProcessEditWidgetTest::settingsAreReadOnce()
         m_editor.reset();
         QSettings settings(folder() + QStringLiteral("settings.ini"), QSettings::IniFormat);
         settings.setValue(QStringLiteral("Widget/WidgetWidth"), QString::fromLatin1(widths));
+        settings.setValue(QStringLiteral("Widget/VarWidgetWidth"), QStringLiteral("111,72,63,94"));
         settings.sync();
         m_editor = std::make_unique<ProcessEditWidget>(QStringLiteral("Test"));
         m_editor->resize(1200, 700);
@@ -158,6 +179,9 @@ void ProcessEditWidgetTest::settingsAreReadOnce()
     const QList<int> own = reopen("250,600");
     splitter = find<QSplitter>(m_editor.get(), "splitter");
     QCOMPARE(splitter->sizes(), own);
+    QCOMPARE(
+        find<QTreeView>(find<QWidget>(m_editor.get(), "widget_para"), "treeView")->columnWidth(1),
+        72);
     reopen("260,610,310");
     splitter = find<QSplitter>(m_editor.get(), "splitter");
     QVERIFY(splitter->sizes() != own);

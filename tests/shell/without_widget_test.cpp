@@ -73,9 +73,11 @@ void WithoutWidgetTest::lifeOfAnApplet()
     QVERIFY(!Editor::createAppletShell(QString()));
     makeSequence();
     Editor::setAppletJsonAndVciPath(m_name, folder(), folder());
+    process_edit::addVariable(m_name.toStdString(), ProcessVariable, m_name.toStdString());
     // Nothing runs, so it goes at once, with its paths.
     Editor::deleteCApplet(m_name, false);
     QVERIFY(!processedit::getCAppletDataIsExist(m_name));
+    QVERIFY(process_edit::getAllCAppletVariable(m_name.toStdString()).empty());
     QVERIFY(!sdk_ui_interface::capplet::isCAppletExist(m_name));
     QCOMPARE(Editor::appletJsonPath(m_name), QString());
     Editor::deleteCApplet(QStringLiteral("stranger"), false);
