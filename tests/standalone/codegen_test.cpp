@@ -1,4 +1,5 @@
 #include "tests/standalone/codegen_builders.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 
 #include "standalone/compiler/error_lines.h"
@@ -45,7 +46,6 @@ private slots:
     void onlyReachableSequences();
     void problems_data();
     void problems();
-    void apiCalls_data();
     void apiCalls();
     void linesLeadToSteps();
     void changesStayInTheirUnit();
@@ -353,38 +353,28 @@ void CodegenTest::problems()
     QCOMPARE(problemsOf(source), expected);
 }
 
-void CodegenTest::apiCalls_data()
-{
-    QTest::addColumn<QString>("callText");
-    QTest::addColumn<QStringList>("values");
-    QTest::addColumn<QString>("result");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("places are filled")
-        << QStringLiteral("lib.f(u8,char*)")
-        << QStringList{QStringLiteral("1"), QStringLiteral("\"a\"")} << QStringLiteral("ret")
-        << QStringLiteral("ret = lib.f(1, \"a\");");
-    QTest::newRow("as typed") << QStringLiteral("f(x, 2)") << QStringList() << QString()
-                              << QStringLiteral("f(x, 2);");
-    QTest::newRow("name only") << QStringLiteral("f") << QStringList() << QString()
-                               << QStringLiteral("f();");
-}
-
 void CodegenTest::apiCalls()
 {
-    QFETCH(QString, callText);
-    QFETCH(QStringList, values);
-    QFETCH(QString, result);
-    QFETCH(QString, expected);
-    auto block = named(std::make_shared<ApiProcessBlock>(), "api");
-    block->callText = callText.toStdString();
-    block->returnVariable = result.toStdString();
-    std::vector<ApiProcessBlock::Parameter> parameters;
-    for (const QString& value : values)
-        parameters.push_back({"s32", value.toStdString(), ""});
-    block->setParameters(parameters);
-    const std::string text = textOf(applet({sequence("main", {block})}));
-    QVERIFY2(text.find("        " + expected.toStdString() + '\n') != std::string::npos,
-             text.c_str());
+    const rows::Table<QString, QStringList, QString, QString> table{
+        {"places are filled", QStringLiteral("lib.f(u8,char*)"),
+         QStringList{QStringLiteral("1"), QStringLiteral("\"a\"")}, QStringLiteral("ret"),
+         QStringLiteral("ret = lib.f(1, \"a\");")},
+        {"as typed", QStringLiteral("f(x, 2)"), QStringList(), QString(),
+         QStringLiteral("f(x, 2);")},
+        {"name only", QStringLiteral("f"), QStringList(), QString(), QStringLiteral("f();")}};
+    for (const auto& [row, callText, values, result, expected] : table) {
+        const rows::Named inRow(row);
+        auto block = named(std::make_shared<ApiProcessBlock>(), "api");
+        block->callText = callText.toStdString();
+        block->returnVariable = result.toStdString();
+        std::vector<ApiProcessBlock::Parameter> parameters;
+        for (const QString& value : values)
+            parameters.push_back({"s32", value.toStdString(), ""});
+        block->setParameters(parameters);
+        const std::string text = textOf(applet({sequence("main", {block})}));
+        QVERIFY2(text.find("        " + expected.toStdString() + '\n') != std::string::npos,
+                 text.c_str());
+    }
 }
 
 /// Each mark is looked for in the generated files, and its line led back to where the user wrote
