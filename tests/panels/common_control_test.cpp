@@ -225,7 +225,7 @@ void CommonControlTest::generalSettingsAreTyped()
         QCOMPARE(written.count(), ++writes);
     }
     QCOMPARE(QString::fromStdString(block->name + "|" + block->tag + "|" + block->remark),
-             QStringLiteral(" x| x| x"));
+             QStringLiteral(" x|x| x"));
 }
 
 void CommonControlTest::generalSettingsFollowAWrite()

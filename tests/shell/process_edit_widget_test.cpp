@@ -72,10 +72,10 @@ void ProcessEditWidgetTest::mainSequenceIsShownFirst()
         processedit::updateSequence(m_name, info);
         m_editor->loadDataToUI(m_name, false);
     };
+    mark(0, false);
+    QCOMPARE(sequence(), ids[0]);
     mark(1, true);
     QCOMPARE(sequence(), ids[1]);
-    mark(1, false);
-    QCOMPARE(sequence(), ids[0]);
 }
 
 void ProcessEditWidgetTest::savingWritesWhatWaitsInAPanel()
