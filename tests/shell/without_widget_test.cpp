@@ -6,12 +6,14 @@
 #include "shell/LogicMaster.h"
 #include "shell/ProcessEditNotifyTool.h"
 #include "shell/VciTransThread.h"
+#include "shell/applet_documents.h"
 #include "shell/variable_use.h"
 #include "standalone/compiler/compiler.h"
 #include "standalone/host/Host.h"
 #include "standalone/variables/SystemVariables.h"
 #include "tests/support/applet_fixture.h"
 #include "tests/support/folders.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 
 #include <QtTest>
@@ -32,6 +34,7 @@ private slots:
     void pathsOfApplets();
     void loadsADocument_data();
     void loadsADocument();
+    void faultsOfDocuments();
     void renamed();
     void clearedConversionThreadsAreGone();
     void compiles();
@@ -125,6 +128,21 @@ void WithoutWidgetTest::loadsADocument()
     QSignalSpy errors(&standalone::Host::instance(), &standalone::Host::errorLogged);
     QTEST(Editor::ensureAppPedtLoaded(m_name), "isLoaded");
     QCOMPARE(errors.count(), 0);
+}
+
+void WithoutWidgetTest::faultsOfDocuments()
+{
+    QCOMPARE(applet_documents::faultOf(folder()), QString()); // none there
+    const rows::Table<QString> table{{"{}", QString()},
+                                     {"{\"logicview\": {}}", QString()},
+                                     {"[]", QStringLiteral("不是对象 (行 1 列 3)")},
+                                     {"{\n\"a\":", QStringLiteral("内容不完整 (行 2 列 5)")},
+                                     {"{} x", QStringLiteral("多余的内容 (行 1 列 4)")}};
+    for (const auto& [content, fault] : table) {
+        const rows::Named named(content);
+        QVERIFY(test_support::putFile(folder() + QStringLiteral("processInfo.pedt"), content));
+        QCOMPARE(applet_documents::faultOf(folder()), fault);
+    }
 }
 
 void WithoutWidgetTest::renamed()
