@@ -221,6 +221,7 @@ void WorkflowTest::failedCompile()
                                     "runFinish [idle]\n"
                                     "output 0 <time>main_seq编译失败|<rule> [idle]\n"
                                     "finished 0\n"));
+    m_editor->loadDataToUI(m_name, false);
     QVERIFY(m_editor->getControlWgt()->isEnabled());
     QVERIFY(!QFile::exists(ProcessEditWidget::appletJsonPath(m_name) +
                            QStringLiteral("processInfo.pedt")));
@@ -334,6 +335,7 @@ void WorkflowTest::boundPanel()
         press(function);
     QCOMPARE(m_record->take(), Lines());
     QCOMPARE(notices.count(), 3);
+    QCOMPARE(notices.at(0).at(0).toInt(), 2);
     // Nor does its log reach the output, unless it is released.
     notify_callbacks::logText("flow", LogInfo, "bound");
     QCoreApplication::processEvents();
