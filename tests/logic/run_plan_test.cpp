@@ -68,7 +68,9 @@ void RunPlanTest::calledTemplates()
     callTemplate(outer, innerId);
     const QString outerId = processedit::addProcessTemplate(m_applet.appName, outer).first;
     const QString main = m_applet.addSequence("main");
-    callTemplate(main, outerId);
+    // What a call brings along counts only where the project has none.
+    callTemplate(main, outerId)->templateJson =
+        process_json_edit::generateOneTemplateJsonStr(innerTemplate);
     const QString innerTitle =
         QString::fromStdString(innerTemplate.name) + QStringLiteral("/inner");
     QCOMPARE(titles(main).size(), 3);

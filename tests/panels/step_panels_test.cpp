@@ -189,6 +189,7 @@ void StepPanelsTest::typedTextReachesItsStepOnce()
     QCOMPARE(f.takeTold(), QStringList());
     f.control.showBlock(second); // the same panel
     QVERIFY(!f.panel()->isTimerActive());
+    QVERIFY(f.shown(control.toLatin1()) != typed);
     QCOMPARE(read(*first), stored.toStdString());
     QCOMPARE(read(*second), untouched);
     QCOMPARE(read(*sdk_ui_interface::processedit::getProcess(f.appName, uuidOf(first))),

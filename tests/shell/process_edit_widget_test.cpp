@@ -94,6 +94,9 @@ void ProcessEditWidgetTest::savingWritesWhatWaitsInAPanel()
     QFile document(folder() + QStringLiteral("processInfo.pedt"));
     QVERIFY(document.open(QIODevice::ReadOnly));
     QVERIFY(document.readAll().contains("改名"));
+    find<QLineEdit>(m_editor->getSettingWgt(), "nameLineEdit")->setText(QStringLiteral("再改"));
+    QVERIFY(m_editor->saveApp(m_name, false, QString()));
+    QCOMPARE(step->name, std::string("再改"));
 }
 
 void ProcessEditWidgetTest::panelsFollowTheClickedStep()

@@ -217,6 +217,8 @@ void WorkflowTest::failedCompile()
     press(ProcessEditToolBar::RunMain);
     m_record->take();
     QVERIFY(!m_editor->getControlWgt()->isEnabled());
+    const auto* attributes = m_editor->findChild<QTabWidget*>(QStringLiteral("attribute_tab"));
+    QVERIFY(!attributes->isEnabled());
     QCOMPARE(untilFinished(), lines("compileFinish 0 [started]\n"
                                     "runFinish [idle]\n"
                                     "output 0 <time>main_seq编译失败|<rule> [idle]\n"
@@ -413,6 +415,10 @@ void WorkflowTest::placeholdersAndUnknownNumbers()
     m_editor->runCApplet(m_main);
     m_editor->toVciCode();
     QCOMPARE(m_record->take(), Lines());
+    QSignalSpy notices(&standalone::Host::instance(), &standalone::Host::noticeShown);
+    m_editor->onImportTemplateButtonClicked();
+    m_editor->onExportTemplateButtonClicked();
+    QCOMPARE(notices.count(), 2);
     press(ProcessEditToolBar::OpenCodeFolder);
     QCOMPARE(m_dialogs, Lines{QStringLiteral("提示:当前代码文件夹不存在")});
 }
