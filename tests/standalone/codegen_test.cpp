@@ -46,6 +46,7 @@ private slots:
     void onlyReachableSequences();
     void problems_data();
     void problems();
+    void problemsAreBounded();
     void apiCalls();
     void linesLeadToSteps();
     void changesStayInTheirUnit();
@@ -245,13 +246,13 @@ void CodegenTest::problems_data()
     QTest::addColumn<codegen::AppletSource>("source");
     QTest::addColumn<QString>("expected");
     const auto row = [](const char* name, const BlockPtr& block, const char* problem) {
-        QTest::newRow(name) << withFunctions(applet({sequence("main", {block})},
-                                                    {variable("number", "s32", "1"),
-                                                     variable("text", "string", "a"),
-                                                     variable("array", "u8*", "1", 4)}))
-                            << QStringLiteral("出错步骤: 序列“main”, 步骤“%1”%2 [main/%1]")
-                                   .arg(QString::fromStdString(block->name),
-                                        QString::fromUtf8(problem));
+        QTest::newRow(name)
+            << withFunctions(
+                   applet({sequence("main", {block})},
+                          {variable("number", "s32", "1"), variable("letter", "char", "1"),
+                           variable("text", "string", "a"), variable("array", "u8*", "1", 4)}))
+            << QStringLiteral("出错步骤: 序列“main”, 步骤“%1”%2 [main/%1]")
+                   .arg(QString::fromStdString(block->name), QString::fromUtf8(problem));
     };
     const auto api = [](const char* call, const std::vector<ApiProcessBlock::Parameter>& parameters,
                         const char* result = "") {
@@ -293,6 +294,8 @@ void CodegenTest::problems_data()
         ", 前执行语句第 2 行: 注释没有结束");
     row("number given a text", expression("e", "number", "\"a\""),
         ", 表达式第 1 行: 类型不符: “number”是数值, “\"a\"”是文本");
+    row("letter given a text", expression("e", "letter", "\"a\""),
+        ", 表达式第 1 行: 类型不符: “letter”是数值, “\"a\"”是文本");
     row("text given a number", expression("e", "text", "array[number + 1]"),
         ", 表达式第 1 行: 类型不符: “text”是文本, “array[number + 1]”是数值");
     row("array given a number", expression("e", "array", "-0x1F"),
@@ -335,6 +338,13 @@ void CodegenTest::problems_data()
                                        {expression("b", "text", "1")}),
                              with(expression("c", "text", "1"),
                                   [](IProcessBlock& block) { block.preStatements = "int text;"; }),
+                             with(expression("l", "text", "1"),
+                                  [](IProcessBlock& block) {
+                                      block.loopType = 2;
+                                      block.loopInit = "int text = 0";
+                                      block.loopCondition = "text < 1";
+                                      block.loopStep = "++text";
+                                  }),
                              expression("d", "text", "1")},
                             {variable("text", "string", "")})})
         << QStringLiteral("出错步骤: 序列“main”, 步骤“d”, 表达式第 1 行: "
@@ -351,6 +361,17 @@ void CodegenTest::problems()
     QFETCH(codegen::AppletSource, source);
     QFETCH(QString, expected);
     QCOMPARE(problemsOf(source), expected);
+}
+
+void CodegenTest::problemsAreBounded()
+{
+    std::vector<BlockPtr> wrong;
+    for (std::size_t count : {99, 100, 101}) {
+        while (wrong.size() < count)
+            wrong.push_back(plain(step_type::Break, "b"));
+        const auto code = codegen::generate(applet({sequence("main", wrong)}));
+        QCOMPARE(code.problems.size(), std::min<std::size_t>(count, 100));
+    }
 }
 
 void CodegenTest::apiCalls()
