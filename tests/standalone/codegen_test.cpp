@@ -249,7 +249,7 @@ void CodegenTest::problems_data()
         QTest::newRow(name)
             << withFunctions(
                    applet({sequence("main", {block})},
-                          {variable("number", "s32", "1"), variable("letter", "char", "1"),
+                          {variable("number", "s32", "1"), variable("flag", "bool", "1"),
                            variable("text", "string", "a"), variable("array", "u8*", "1", 4)}))
             << QStringLiteral("出错步骤: 序列“main”, 步骤“%1”%2 [main/%1]")
                    .arg(QString::fromStdString(block->name), QString::fromUtf8(problem));
@@ -294,8 +294,8 @@ void CodegenTest::problems_data()
         ", 前执行语句第 2 行: 注释没有结束");
     row("number given a text", expression("e", "number", "\"a\""),
         ", 表达式第 1 行: 类型不符: “number”是数值, “\"a\"”是文本");
-    row("letter given a text", expression("e", "letter", "\"a\""),
-        ", 表达式第 1 行: 类型不符: “letter”是数值, “\"a\"”是文本");
+    row("truth value given a text", expression("e", "flag", "\"a\""),
+        ", 表达式第 1 行: 类型不符: “flag”是数值, “\"a\"”是文本");
     row("text given a number", expression("e", "text", "array[number + 1]"),
         ", 表达式第 1 行: 类型不符: “text”是文本, “array[number + 1]”是数值");
     row("array given a number", expression("e", "array", "-0x1F"),
