@@ -6,6 +6,7 @@
 #include "base/kept_copies.h"
 #include "tests/support/folders.h"
 #include "tests/support/ordinary_user.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 
 #include <QFile>
@@ -19,10 +20,8 @@ class OddFilesTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void read_data();
     void read();
     void keptAside();
-    void indented_data();
     void indented();
 
 private:
@@ -52,34 +51,28 @@ QString OddFilesTest::make(const QString& kind) const
     return path;
 }
 
-void OddFilesTest::read_data()
-{
-    QTest::addColumn<qint64>("most");
-    QTest::addColumn<QString>("content");
-    QTest::addColumn<QString>("complaint");
-    const QString whole = QStringLiteral("0123456789");
-    const QString none;
-    QTest::newRow("file") << qint64(10) << whole << none;
-    QTest::newRow("file, too large")
-        << qint64(9) << none << QStringLiteral("文件过大, 超过 9 字节");
-    QTest::newRow("pipe") << qint64(10) << none << QStringLiteral("不是普通文件");
-    QTest::newRow("link to a pipe") << qint64(10) << none << QStringLiteral("不是普通文件");
-    QTest::newRow("device") << qint64(10) << none << QStringLiteral("不是普通文件");
-    QTest::newRow("folder") << qint64(10) << none << QStringLiteral("是文件夹");
-    QTest::newRow("missing") << qint64(10) << none << none;
-    QTest::newRow("link to nothing") << qint64(10) << none << none;
-}
-
 void OddFilesTest::read()
 {
-    QFETCH(qint64, most);
-    QFETCH(QString, content);
-    const QString kind = QString::fromLatin1(QTest::currentDataTag()).section(u',', 0, 0);
-    const auto result = file_reading::read(make(kind), most);
-    QCOMPARE(QString::fromUtf8(result.content), content);
-    QTEST(result.complaint, "complaint");
-    QCOMPARE(result.isRead, !content.isEmpty());
-    QCOMPARE(result.isMissing, !result.isRead && result.complaint.isEmpty());
+    const QString whole = QStringLiteral("0123456789");
+    const QString none;
+    const rows::Table<qint64, QString, QString> table{
+        {"file", qint64(10), whole, none},
+        {"file, too large", qint64(9), none, QStringLiteral("文件过大, 超过 9 字节")},
+        {"pipe", qint64(10), none, QStringLiteral("不是普通文件")},
+        {"link to a pipe", qint64(10), none, QStringLiteral("不是普通文件")},
+        {"device", qint64(10), none, QStringLiteral("不是普通文件")},
+        {"folder", qint64(10), none, QStringLiteral("是文件夹")},
+        {"missing", qint64(10), none, none},
+        {"link to nothing", qint64(10), none, none}};
+    for (const auto& [row, most, content, complaint] : table) {
+        const rows::Named named(row);
+        const QString kind = QString::fromLatin1(row).section(u',', 0, 0);
+        const auto result = file_reading::read(make(kind), most);
+        QCOMPARE(QString::fromUtf8(result.content), content);
+        QCOMPARE(result.complaint, complaint);
+        QCOMPARE(result.isRead, !content.isEmpty());
+        QCOMPARE(result.isMissing, !result.isRead && result.complaint.isEmpty());
+    }
 }
 
 void OddFilesTest::keptAside()
@@ -111,32 +104,27 @@ void OddFilesTest::keptAside()
     QCOMPARE(QFile::permissions(kept), QFile::permissions(file));
 }
 
-void OddFilesTest::indented_data()
-{
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QByteArray>("text");
-    QTest::newRow("order and digits")
-        << QByteArray(R"({"b":9007199254740993,"a":[1.10,{}],"c":"\ud800"})")
-        << QByteArray("{\n    \"b\": 9007199254740993,\n    \"a\": [\n        1.10,\n        {\n"
-                      "        }\n    ],\n    \"c\": \"\\ud800\"\n}\n");
-    QTest::newRow("cut off") << QByteArray("{\"a\": [") << QByteArray();
-    QTest::newRow("100,000 deep") << QByteArray(100000, '[') + QByteArray(100000, ']')
-                                  << QByteArray();
-}
-
 void OddFilesTest::indented()
 {
-    QFETCH(QByteArray, json);
-    std::string text;
-    QString complaint;
-    const bool isDone = document_text::indent(json.toStdString(), text, complaint);
-    QTEST(QByteArray::fromStdString(text), "text");
-    QCOMPARE(isDone, complaint.isEmpty());
-    QCOMPARE(isDone, !text.empty());
-    if (isDone) {
-        std::string again;
-        QVERIFY(document_text::indent(text, again, complaint));
-        QCOMPARE(again, text);
+    const rows::Table<QByteArray, QByteArray> table{
+        {"order and digits", QByteArray(R"({"b":9007199254740993,"a":[1.10,{}],"c":"\ud800"})"),
+         QByteArray("{\n    \"b\": 9007199254740993,\n    \"a\": [\n        1.10,\n        {\n"
+                    "        }\n    ],\n    \"c\": \"\\ud800\"\n}\n")},
+        {"cut off", QByteArray("{\"a\": ["), QByteArray()},
+        {"100,000 deep", QByteArray(100000, '[') + QByteArray(100000, ']'), QByteArray()}};
+    for (const auto& [row, json, expectedText] : table) {
+        const rows::Named named(row);
+        std::string text;
+        QString complaint;
+        const bool isDone = document_text::indent(json.toStdString(), text, complaint);
+        QCOMPARE(QByteArray::fromStdString(text), expectedText);
+        QCOMPARE(isDone, complaint.isEmpty());
+        QCOMPARE(isDone, !text.empty());
+        if (isDone) {
+            std::string again;
+            QVERIFY(document_text::indent(text, again, complaint));
+            QCOMPARE(again, text);
+        }
     }
 }
 

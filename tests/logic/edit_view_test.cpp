@@ -5,6 +5,7 @@
 #include "logic/rows/CustonStandModel.h"
 #include "logic/rows/flow_loader.h"
 #include "logic/rows/logic_roles.h"
+#include "logic/rows/step_rows.h"
 #include "tests/logic/LogicFixture.h"
 #include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
@@ -48,6 +49,7 @@ private slots:
     void panelsFollowTheCurrentRow();
     void tableStandsBesideTheTree();
     void columnWidths();
+    void cellsOfARun();
     void narrowTreeScrolls();
     void deepTree();
 
@@ -423,6 +425,18 @@ void EditViewTest::tableStandsBesideTheTree()
     QVERIFY(standsBeside(0, m_applet->initial));
     tree->scrollToBottom();
     QVERIFY(standsBeside(102, m_applet->end));
+    // Steps in sight have a button, flows none; a larger window brings more into sight.
+    const auto hasButton = [table](int row) {
+        return table->indexWidget(table->model()->index(row, 0)) != nullptr;
+    };
+    QTRY_VERIFY(hasButton(101));
+    QVERIFY(!hasButton(102) && !hasButton(50));
+    tree->scrollToTop();
+    QTRY_VERIFY(hasButton(2));
+    QVERIFY(!hasButton(0) && !hasButton(1) && !hasButton(20));
+    m_view->resize(700, 900);
+    QTRY_VERIFY(hasButton(20));
+    m_view->resize(700, 400);
 
     // A horizontal bar under the tree takes its room from the table too.
     m_view->setEditColumnWidths({600, 600, 600});
@@ -455,6 +469,29 @@ void EditViewTest::columnWidths()
     QCOMPARE(widths.first().at(1).toBool(), false);
     m_view->showSequence(m_sequence);
     QCOMPARE(header->sectionSize(0), 320);
+}
+
+void EditViewTest::cellsOfARun()
+{
+    auto block = std::make_shared<StatementProcessBlock>();
+    block->property.editable = false;
+    for (const char* code : {"x = 1;\ny = 2;", "x = 1;", ""}) {
+        block->setCustomCode(code);
+        const QList<QStandardItem*> cells = step_rows::stepRow(*block, step_rows::Purpose::Run);
+        QCOMPARE(cells.size(), logic_columns::RunCount);
+        const auto shown = [&cells](int column) {
+            return cells[column] ? cells[column]->text() : QString();
+        };
+        const QString description = QString::fromStdString(block->description());
+        QCOMPARE(shown(logic_columns::Description).remove(QStringLiteral("...")),
+                 description.section(u'\n', 0, 0));
+        QCOMPARE(shown(logic_columns::Setting), QString::fromStdString(block->settingText()));
+        for (const QStandardItem* cell : cells) {
+            QVERIFY(!cell || cell->flags() == cells[0]->flags());
+            QVERIFY(!cell || !cell->text().isEmpty() || cell == cells[0]);
+        }
+        qDeleteAll(cells);
+    }
 }
 
 void EditViewTest::narrowTreeScrolls()

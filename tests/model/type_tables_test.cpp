@@ -1,6 +1,7 @@
 #include "model/step_icons.h"
 #include "model/step_kinds.h"
 #include "model/type_tables.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 
 #include <QtTest>
@@ -10,15 +11,11 @@ class TypeTablesTest : public QObject
     Q_OBJECT
 private slots:
     void rowCounts();
-    void keywordOfValue_data();
     void keywordOfValue();
-    void valueOfKeyword_data();
     void valueOfKeyword();
     void rowOrder();
-    void composite_data();
     void composite();
     void dataCategory();
-    void icons_data();
     void icons();
 };
 
@@ -30,43 +27,35 @@ void TypeTablesTest::rowCounts()
     QCOMPARE(int(blockTypeNames.size()), 19);
 }
 
-void TypeTablesTest::keywordOfValue_data()
-{
-    QTest::addColumn<int>("value");
-    QTest::addColumn<QByteArray>("keyword");
-    QTest::newRow("primary before alias") << 8 << QByteArray("s32");
-    QTest::newRow("star first") << 100 << QByteArray("void*");
-    QTest::newRow("P first") << 113 << QByteArray("PDrelCan");
-    QTest::newRow("star again") << 118 << QByteArray("DrelBigMsg*");
-    QTest::newRow("last") << 177 << QByteArray("XcpProgramFormat*");
-    QTest::newRow("no type") << 0 << QByteArray();
-    QTest::newRow("gap") << 20 << QByteArray();
-    QTest::newRow("beyond") << 178 << QByteArray();
-}
-
 void TypeTablesTest::keywordOfValue()
 {
-    QFETCH(int, value);
-    QTEST(QByteArray::fromStdString(varTypeKeyword(DrelVarType(value))), "keyword");
-}
-
-void TypeTablesTest::valueOfKeyword_data()
-{
-    QTest::addColumn<QByteArray>("keyword");
-    QTest::addColumn<int>("value");
-    QTest::newRow("alias") << QByteArray("int") << 8;
-    QTest::newRow("pointer") << QByteArray("u8*") << 101;
-    QTest::newRow("pointer alias") << QByteArray("pu8") << 101;
-    QTest::newRow("third alias") << QByteArray("int*") << 106;
-    QTest::newRow("unknown") << QByteArray("u128") << 1;
-    QTest::newRow("other case") << QByteArray("U8") << 1;
-    QTest::newRow("empty") << QByteArray() << 1;
+    const rows::Table<int, QByteArray> table{{"primary before alias", 8, QByteArray("s32")},
+                                             {"star first", 100, QByteArray("void*")},
+                                             {"P first", 113, QByteArray("PDrelCan")},
+                                             {"star again", 118, QByteArray("DrelBigMsg*")},
+                                             {"last", 177, QByteArray("XcpProgramFormat*")},
+                                             {"no type", 0, QByteArray()},
+                                             {"gap", 20, QByteArray()},
+                                             {"beyond", 178, QByteArray()}};
+    for (const auto& [row, value, keyword] : table) {
+        const rows::Named named(row);
+        QCOMPARE(QByteArray::fromStdString(varTypeKeyword(DrelVarType(value))), keyword);
+    }
 }
 
 void TypeTablesTest::valueOfKeyword()
 {
-    QFETCH(QByteArray, keyword);
-    QTEST(int(varTypeFromKeyword(keyword.toStdString())), "value");
+    const rows::Table<QByteArray, int> table{{"alias", QByteArray("int"), 8},
+                                             {"pointer", QByteArray("u8*"), 101},
+                                             {"pointer alias", QByteArray("pu8"), 101},
+                                             {"third alias", QByteArray("int*"), 106},
+                                             {"unknown", QByteArray("u128"), 1},
+                                             {"other case", QByteArray("U8"), 1},
+                                             {"empty", QByteArray(), 1}};
+    for (const auto& [row, keyword, value] : table) {
+        const rows::Named named(row);
+        QCOMPARE(int(varTypeFromKeyword(keyword.toStdString())), value);
+    }
 }
 
 // Scalars and records ascending, then pointers, then the XCP rows in pairs: type columns and combo
@@ -86,24 +75,20 @@ void TypeTablesTest::rowOrder()
     }
 }
 
-void TypeTablesTest::composite_data()
-{
-    QTest::addColumn<int>("value");
-    QTest::addColumn<bool>("composite");
-    QTest::newRow("scalar") << 8 << false;
-    QTest::newRow("text") << 21 << false;
-    QTest::newRow("record") << 14 << true;
-    QTest::newRow("record pointer") << 118 << true;
-    QTest::newRow("XcpEvent*") << 175 << true;
-    QTest::newRow("XcpCalibrationPage*") << 176 << false;
-    QTest::newRow("XcpProgramFormat*") << 177 << false;
-    QTest::newRow("not assigned") << 20 << false;
-}
-
 void TypeTablesTest::composite()
 {
-    QFETCH(int, value);
-    QTEST(isCompositeVarType(DrelVarType(value)), "composite");
+    const rows::Table<int, bool> table{{"scalar", 8, false},
+                                       {"text", 21, false},
+                                       {"record", 14, true},
+                                       {"record pointer", 118, true},
+                                       {"XcpEvent*", 175, true},
+                                       {"XcpCalibrationPage*", 176, false},
+                                       {"XcpProgramFormat*", 177, false},
+                                       {"not assigned", 20, false}};
+    for (const auto& [row, value, composite] : table) {
+        const rows::Named named(row);
+        QCOMPARE(isCompositeVarType(DrelVarType(value)), composite);
+    }
 }
 
 void TypeTablesTest::dataCategory()
@@ -113,35 +98,29 @@ void TypeTablesTest::dataCategory()
         QCOMPARE(int(varTypeFromDataCategory(DataCategoryType(category))), expected[category]);
 }
 
-void TypeTablesTest::icons_data()
+void TypeTablesTest::icons()
 {
-    QTest::addColumn<int>("baseType");
-    QTest::addColumn<int>("stepType");
-    QTest::addColumn<QString>("path");
     const auto path = [](const char* name) {
         return QStringLiteral(":/icon/stepIcon/%1.png").arg(QString::fromUtf8(name));
     };
-    QTest::newRow("if") << 3 << 1 << path("if");
-    QTest::newRow("closer") << 3 << 10 << path("end");
-    QTest::newRow("goto tag") << 3 << 15 << QString();
-    QTest::newRow("api") << 3 << 17 << path("api函数");
-    QTest::newRow("last basic") << 3 << 27 << path("蜂鸣器");
-    QTest::newRow("below") << 3 << 0 << QString();
-    QTest::newRow("beyond") << 3 << 28 << QString();
-    QTest::newRow("negative") << 3 << -1 << QString();
-    QTest::newRow("folder") << 3 << 10001 << QString();
-    QTest::newRow("first diagnostic") << 5 << 1 << path("诊断服务");
-    QTest::newRow("diagnostic gap") << 5 << 8 << QString();
-    QTest::newRow("second download") << 5 << 16 << path("文件下载");
-    QTest::newRow("beyond diagnostic") << 5 << 17 << QString();
-    QTest::newRow("flow") << 1 << 1 << QString();
-}
-
-void TypeTablesTest::icons()
-{
-    QFETCH(int, baseType);
-    QFETCH(int, stepType);
-    QTEST(getStepIconName(baseType, stepType), "path");
+    const rows::Table<int, int, QString> table{{"if", 3, 1, path("if")},
+                                               {"closer", 3, 10, path("end")},
+                                               {"goto tag", 3, 15, QString()},
+                                               {"api", 3, 17, path("api函数")},
+                                               {"last basic", 3, 27, path("蜂鸣器")},
+                                               {"below", 3, 0, QString()},
+                                               {"beyond", 3, 28, QString()},
+                                               {"negative", 3, -1, QString()},
+                                               {"folder", 3, 10001, QString()},
+                                               {"first diagnostic", 5, 1, path("诊断服务")},
+                                               {"diagnostic gap", 5, 8, QString()},
+                                               {"second download", 5, 16, path("文件下载")},
+                                               {"beyond diagnostic", 5, 17, QString()},
+                                               {"flow", 1, 1, QString()}};
+    for (const auto& [row, baseType, stepType, path] : table) {
+        const rows::Named named(row);
+        QCOMPARE(getStepIconName(baseType, stepType), path);
+    }
 }
 
 PE_TEST("type_tables_test", TypeTablesTest)

@@ -52,6 +52,12 @@ public:
     {
         return page()->findChild<Widget*>(QLatin1String(name));
     }
+    /// What stands in a control.
+    QString shown(const char* name) const
+    {
+        const QVariant lines = find(name)->property("plainText");
+        return (lines.isValid() ? lines : find(name)->property("text")).toString();
+    }
     /// Replaces what stands in a control by what is typed.
     void type(const char* name, const QString& text) const
     {

@@ -3,7 +3,9 @@
 
 #include "panels/wgtGeneralSetting.h"
 #include "tests/panels/PanelFixture.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -85,7 +87,7 @@ private slots:
     void sequenceChangesAfterTheWrite();
     void diagnosticStepsHaveNothingWaiting();
     void pagesOfTheEditor();
-    void generalSettingsFollowAWrite_data();
+    void generalSettingsAreTyped();
     void generalSettingsFollowAWrite();
 };
 
@@ -207,31 +209,48 @@ void CommonControlTest::pagesOfTheEditor()
     QCOMPARE(kinds.size(), stack->count() - 1); // no two serve the same
 }
 
-void CommonControlTest::generalSettingsFollowAWrite_data()
+void CommonControlTest::generalSettingsAreTyped()
 {
-    QTest::addColumn<std::shared_ptr<IProcessBlock>>("block");
-    QTest::addColumn<QString>("remark");
-    QTest::newRow("basic step") << node(BasicStep, step_type::Delay) << "old";
-    QTest::newRow("diagnostic step") << node(DiagnosticStep, 4711) << "new";
+    const auto block = node(BasicStep, step_type::Delay);
+    block->property.nameEditable = block->property.tagEnabled = true;
+    wgtGeneralSetting general;
+    general.show();
+    QSignalSpy written(&general, &wgtGeneralSetting::updateTreeProcessData);
+    general.loadGeneral(block);
+    int writes = 0;
+    for (const char* name : {"nameLineEdit", "tagCheckBox", "editTag", "textEdit"}) {
+        auto* field = general.findChild<QWidget*>(QLatin1String(name));
+        QTest::keyClicks(field, QStringLiteral(" x"));
+        general.flushPending();
+        QCOMPARE(written.count(), ++writes);
+    }
+    QCOMPARE(QString::fromStdString(block->name + "|" + block->tag + "|" + block->remark),
+             QStringLiteral(" x|x| x"));
 }
 
 void CommonControlTest::generalSettingsFollowAWrite()
 {
-    QFETCH(std::shared_ptr<IProcessBlock>, block);
-    wgtGeneralSetting general;
-    QSignalSpy written(&general, &wgtGeneralSetting::updateTreeProcessData);
-    block->remark = "old";
-    general.loadGeneral(block);
-    auto* preview = general.findChild<QLineEdit*>(QStringLiteral("editPreview"));
-    preview->clear();
-    block->remark = "new";
-    general.refreshPreview(QStringLiteral("another step"));
-    QCOMPARE(preview->text(), QString());
-    general.refreshPreview(uuidOf(block));
-    QCOMPARE(preview->text(), QStringLiteral("动作"));
-    QTEST(general.findChild<QPlainTextEdit*>(QStringLiteral("textEdit"))->toPlainText(), "remark");
-    general.flushPending();
-    QVERIFY(written.isEmpty());
+    const rows::Table<std::shared_ptr<IProcessBlock>, QString> table{
+        {"basic step", node(BasicStep, step_type::Delay), text("old")},
+        {"diagnostic step", node(DiagnosticStep, 4711), text("new")}};
+    for (const auto& [row, block, remark] : table) {
+        const rows::Named named(row);
+        wgtGeneralSetting general;
+        QSignalSpy written(&general, &wgtGeneralSetting::updateTreeProcessData);
+        block->remark = "old";
+        general.loadGeneral(block);
+        auto* preview = general.findChild<QLineEdit*>(QStringLiteral("editPreview"));
+        preview->clear();
+        block->remark = "new";
+        general.refreshPreview(QStringLiteral("another step"));
+        QCOMPARE(preview->text(), QString());
+        general.refreshPreview(uuidOf(block));
+        QCOMPARE(preview->text(), QStringLiteral("动作"));
+        QCOMPARE(general.findChild<QPlainTextEdit*>(QStringLiteral("textEdit"))->toPlainText(),
+                 remark);
+        general.flushPending();
+        QVERIFY(written.isEmpty());
+    }
 }
 
 PE_WIDGET_TEST("common_control", CommonControlTest)

@@ -3,7 +3,9 @@
 #include "panels/condition_texts.h"
 #include "panels/loop_values.h"
 #include "panels/statement_texts.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QRegularExpressionValidator>
 #include <QtTest>
@@ -17,11 +19,8 @@ private slots:
     void operators_data();
     void operators();
     void foreignOperator();
-    void counts_data();
     void counts();
-    void typing_data();
     void typing();
-    void declarations_data();
     void declarations();
 };
 
@@ -67,78 +66,58 @@ void PanelTextsTest::foreignOperator()
     QCOMPARE(condition_texts::operatorOf(QString()).sign, QString());
 }
 
-void PanelTextsTest::counts_data()
-{
-    QTest::addColumn<int>("begin");
-    QTest::addColumn<int>("end");
-    QTest::addColumn<int>("count");
-    QTest::newRow("from zero") << 0 << 10 << 10;
-    QTest::newRow("shifted") << 3 << 10 << 7;
-    QTest::newRow("negative begin") << -3 << 4 << 7;
-    QTest::newRow("backwards") << 10 << 3 << 0;
-    QTest::newRow("more than the form holds") << 0 << INT_MAX << 9999999;
-    QTest::newRow("more than an int holds") << INT_MIN << INT_MAX << 9999999;
-    QTest::newRow("less than an int holds") << INT_MAX << INT_MIN << 0;
-}
-
 void PanelTextsTest::counts()
 {
-    QFETCH(int, begin);
-    QFETCH(int, end);
-    QTEST(loop_values::fixedCount(begin, end), "count");
-}
-
-void PanelTextsTest::typing_data()
-{
-    QTest::addColumn<bool>("isVariable");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("isAllowed");
-    QTest::newRow("name") << true << "_speed9" << true;
-    QTest::newRow("no name yet") << true << "" << true;
-    QTest::newRow("digit first") << true << "9a" << false;
-    QTest::newRow("20 characters") << true << "abcdefghijklmnopqrst" << true;
-    QTest::newRow("21 characters") << true << "abcdefghijklmnopqrstu" << false;
-    QTest::newRow("umlaut in a name") << true << "ä" << false;
-    QTest::newRow("header") << false << "i = f(\"ä\"), j <<= 1 ;" << true;
-    QTest::newRow("empty header") << false << "" << true;
-    QTest::newRow("first Chinese character") << false << "i一" << false;
-    QTest::newRow("last Chinese character") << false << "龥" << false;
+    const rows::Table<int, int, int> table{{"from zero", 0, 10, 10},
+                                           {"shifted", 3, 10, 7},
+                                           {"negative begin", -3, 4, 7},
+                                           {"backwards", 10, 3, 0},
+                                           {"more than the form holds", 0, INT_MAX, 9999999},
+                                           {"more than an int holds", INT_MIN, INT_MAX, 9999999},
+                                           {"less than an int holds", INT_MAX, INT_MIN, 0}};
+    for (const auto& [row, begin, end, count] : table) {
+        const rows::Named named(row);
+        QCOMPARE(loop_values::fixedCount(begin, end), count);
+    }
 }
 
 void PanelTextsTest::typing()
 {
-    QFETCH(bool, isVariable);
-    QFETCH(QString, text);
-    const QRegularExpressionValidator validator(QRegularExpression(
-        isVariable ? loop_values::variablePattern() : loop_values::headerPattern()));
-    int position = 0;
-    QTEST(validator.validate(text, position) != QValidator::Invalid, "isAllowed");
-}
-
-void PanelTextsTest::declarations_data()
-{
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("declarations");
-    QTest::newRow("none") << "int a = 3;\nf(a);"
-                          << "";
-    QTest::newRow("empty") << ""
-                           << "";
-    QTest::newRow("one") << "int add(int a, int b) { return a + b; }"
-                         << "add(int a, int b);";
-    QTest::newRow("several") << "void f()\n{\n}\ndouble  g(char c)\n{ h(); }"
-                             << "f();g(char c);";
-    QTest::newRow("inner block") << "void f() { if (a) { b(); } int g() {} }"
-                                 << "f();g();";
-    QTest::newRow("other return type") << "bool f() {}"
-                                       << "";
-    QTest::newRow("a declaration alone") << "int f(int a);"
-                                         << "";
+    const rows::Table<bool, QString, bool> table{
+        {"name", true, text("_speed9"), true},
+        {"no name yet", true, QString(), true},
+        {"digit first", true, text("9a"), false},
+        {"20 characters", true, text("abcdefghijklmnopqrst"), true},
+        {"21 characters", true, text("abcdefghijklmnopqrstu"), false},
+        {"umlaut in a name", true, text("ä"), false},
+        {"header", false, text("i = f(\"ä\"), j <<= 1 ;"), true},
+        {"empty header", false, QString(), true},
+        {"first Chinese character", false, text("i一"), false},
+        {"last Chinese character", false, text("龥"), false}};
+    for (const auto& [row, isVariable, typed, isAllowed] : table) {
+        const rows::Named named(row);
+        const QRegularExpressionValidator validator(QRegularExpression(
+            isVariable ? loop_values::variablePattern() : loop_values::headerPattern()));
+        QString text = typed;
+        int position = 0;
+        QCOMPARE(validator.validate(text, position) != QValidator::Invalid, isAllowed);
+    }
 }
 
 void PanelTextsTest::declarations()
 {
-    QFETCH(QString, code);
-    QTEST(statement_texts::functionDeclarations(code), "declarations");
+    const rows::Table<QString, QString> table{
+        {"none", text("int a = 3;\nf(a);"), QString()},
+        {"empty", QString(), QString()},
+        {"one", text("int add(int a, int b) { return a + b; }"), text("add(int a, int b);")},
+        {"several", text("void f()\n{\n}\ndouble  g(char c)\n{ h(); }"), text("f();g(char c);")},
+        {"inner block", text("void f() { if (a) { b(); } int g() {} }"), text("f();g();")},
+        {"other return type", text("bool f() {}"), QString()},
+        {"a declaration alone", text("int f(int a);"), QString()}};
+    for (const auto& [row, code, declarations] : table) {
+        const rows::Named named(row);
+        QCOMPARE(statement_texts::functionDeclarations(code), declarations);
+    }
 }
 
 PE_TEST("panel_texts", PanelTextsTest)

@@ -2,7 +2,9 @@
 
 #include "panels/wgtCondition.h"
 #include "tests/panels/PanelFixture.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 #include "variables/wgtEntryValue.h"
 
 #include <QAbstractButton>
@@ -78,55 +80,46 @@ class StepPanelsKeysTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void tabOrder_data();
     void tabOrder();
     void codeBoxIsLeftBackwards();
     void conditionByKeys();
     void forByKeys();
-    void picking_data();
     void picking();
     void pickedTextCanBeUndone();
     void editorGoesUnderTheOpenPicker();
     void sequenceOfThePicker();
 };
 
-void StepPanelsKeysTest::tabOrder_data()
-{
-    QTest::addColumn<int>("stepType");
-    QTest::addColumn<QString>("choice"); // clicked first
-    QTest::addColumn<QString>("order");
-    QTest::newRow("if") << step_type::If << ""
-                        << "editLeftValue left_value_btn conditionComboBox editRightValue "
-                           "right_value_btn";
-    QTest::newRow("for") << step_type::For << "fixedCycle"
-                         << "fixedCycle timesSpin valueLineEdit";
-    QTest::newRow("for, custom") << step_type::For << "customCycle"
-                                 << "customCycle timesLineEdit_init timesLineEdit_ver "
-                                    "timesLineEdit_add";
-    QTest::newRow("expression") << step_type::Expression << ""
-                                << "editLeftValue btnLeftValue btnRightValue editRightValue";
-    QTest::newRow("statement") << step_type::Statement << ""
-                               << "checkBox toolButton textEdit";
-}
-
 void StepPanelsKeysTest::tabOrder()
 {
-    QFETCH(int, stepType);
-    QFETCH(QString, choice);
-    QFETCH(QString, order);
-    PanelFixture f;
-    QTRY_VERIFY(f.control.isActiveWindow());
-    f.control.showBlock(f.add(stepType));
-    if (!choice.isEmpty())
-        f.find<QAbstractButton>(choice.toLatin1())->click();
-    const QStringList names = order.split(QLatin1Char(' '));
-    f.find(names.first().toLatin1())->setFocus(Qt::TabFocusReason);
-    QStringList reached;
-    for (int i = 0; i < names.size(); ++i) {
-        reached.append(focusName());
-        press(Qt::Key_Tab);
+    const rows::Table<int, QString, QString> table{
+        // clicked first
+        {"if", step_type::If, QString(),
+         text("editLeftValue left_value_btn conditionComboBox editRightValue "
+              "right_value_btn")},
+        {"for", step_type::For, text("fixedCycle"), text("fixedCycle timesSpin valueLineEdit")},
+        {"for, custom", step_type::For, text("customCycle"),
+         text("customCycle timesLineEdit_init timesLineEdit_ver "
+              "timesLineEdit_add")},
+        {"expression", step_type::Expression, QString(),
+         text("editLeftValue btnLeftValue btnRightValue editRightValue")},
+        {"statement", step_type::Statement, QString(), text("checkBox toolButton textEdit")}};
+    for (const auto& [row, stepType, choice, order] : table) {
+        const rows::Named named(row);
+        PanelFixture f;
+        QTRY_VERIFY(f.control.isActiveWindow());
+        f.control.showBlock(f.add(stepType));
+        if (!choice.isEmpty())
+            f.find<QAbstractButton>(choice.toLatin1())->click();
+        const QStringList names = order.split(QLatin1Char(' '));
+        f.find(names.first().toLatin1())->setFocus(Qt::TabFocusReason);
+        QStringList reached;
+        for (int i = 0; i < names.size(); ++i) {
+            reached.append(focusName());
+            press(Qt::Key_Tab);
+        }
+        QCOMPARE(reached, names);
     }
-    QCOMPARE(reached, names);
 }
 
 void StepPanelsKeysTest::codeBoxIsLeftBackwards()
@@ -186,57 +179,46 @@ void StepPanelsKeysTest::forByKeys()
              std::string("int i = 0;i < 3;i += 1"));
 }
 
-void StepPanelsKeysTest::picking_data()
-{
-    QTest::addColumn<int>("stepType");
-    QTest::addColumn<QString>("button");
-    QTest::addColumn<QString>("edit");
-    QTest::addColumn<bool>("isWrittenAtOnce");
-    QTest::newRow("if, left") << step_type::If << "left_value_btn"
-                              << "editLeftValue" << false;
-    QTest::newRow("while, right") << step_type::While << "right_value_btn"
-                                  << "editRightValue" << false;
-    QTest::newRow("expression, left") << step_type::Expression << "btnLeftValue"
-                                      << "editLeftValue" << false;
-    QTest::newRow("expression, right") << step_type::Expression << "btnRightValue"
-                                       << "editRightValue" << false;
-    QTest::newRow("statement") << step_type::Statement << "toolButton"
-                               << "textEdit" << true;
-}
-
 void StepPanelsKeysTest::picking()
 {
-    QFETCH(int, stepType);
-    QFETCH(QString, button);
-    QFETCH(QString, edit);
-    QFETCH(bool, isWrittenAtOnce);
-    PanelFixture f;
-    const auto block = f.add(stepType);
-    f.control.showBlock(block);
-    auto* opener = f.find(button.toLatin1());
-    const auto text = [&] {
-        const auto* line = f.find<QLineEdit>(edit.toLatin1());
-        return line ? line->text() : f.find<QPlainTextEdit>(edit.toLatin1())->toPlainText();
-    };
-    f.type(edit.toLatin1(), QStringLiteral("old"));
-    f.control.flushPending();
-    f.takeTold();
+    const rows::Table<int, QString, QString, bool> table{
+        {"if, left", step_type::If, text("left_value_btn"), text("editLeftValue"), false},
+        {"while, right", step_type::While, text("right_value_btn"), text("editRightValue"), false},
+        {"expression, left", step_type::Expression, text("btnLeftValue"), text("editLeftValue"),
+         false},
+        {"expression, right", step_type::Expression, text("btnRightValue"), text("editRightValue"),
+         false},
+        {"statement", step_type::Statement, text("toolButton"), text("textEdit"), true}};
+    for (const auto& [row, stepType, button, edit, isWrittenAtOnce] : table) {
+        const rows::Named named(row);
+        PanelFixture f;
+        const auto block = f.add(stepType);
+        f.control.showBlock(block);
+        auto* opener = f.find(button.toLatin1());
+        const auto text = [&f, &edit = edit] {
+            const auto* line = f.find<QLineEdit>(edit.toLatin1());
+            return line ? line->text() : f.find<QPlainTextEdit>(edit.toLatin1())->toPlainText();
+        };
+        f.type(edit.toLatin1(), QStringLiteral("old"));
+        f.control.flushPending();
+        f.takeTold();
 
-    PickerAnswer rejected{PickerAnswer::Rejects()};
-    QTest::keyClick(opener, Qt::Key_Space);
-    QVERIFY(rejected.wasOpen);
-    QCOMPARE(rejected.seen, QStringLiteral("old"));
-    QCOMPARE(text(), QStringLiteral("old"));
-    QVERIFY(!f.panel()->isTimerActive());
+        PickerAnswer rejected{PickerAnswer::Rejects()};
+        QTest::keyClick(opener, Qt::Key_Space);
+        QVERIFY(rejected.wasOpen);
+        QCOMPARE(rejected.seen, QStringLiteral("old"));
+        QCOMPARE(text(), QStringLiteral("old"));
+        QVERIFY(!f.panel()->isTimerActive());
 
-    PickerAnswer accepted(QStringLiteral("f(speed)"));
-    QTest::keyClick(opener, Qt::Key_Space);
-    QVERIFY(accepted.wasOpen);
-    QCOMPARE(text(), QStringLiteral("f(speed)"));
-    QCOMPARE(f.panel()->isTimerActive(), !isWrittenAtOnce);
-    f.control.flushPending();
-    QCOMPARE(f.takeTold(), QStringList{uuidOf(block)});
-    QVERIFY(f.json().contains(QStringLiteral("f(speed)")));
+        PickerAnswer accepted(QStringLiteral("f(speed)"));
+        QTest::keyClick(opener, Qt::Key_Space);
+        QVERIFY(accepted.wasOpen);
+        QCOMPARE(text(), QStringLiteral("f(speed)"));
+        QCOMPARE(f.panel()->isTimerActive(), !isWrittenAtOnce);
+        f.control.flushPending();
+        QCOMPARE(f.takeTold(), QStringList{uuidOf(block)});
+        QVERIFY(f.json().contains(QStringLiteral("f(speed)")));
+    }
 }
 
 void StepPanelsKeysTest::pickedTextCanBeUndone()

@@ -3,6 +3,7 @@
 #include "panels/loop_variables.h"
 #include "panels/wgtFor.h"
 #include "tests/panels/PanelFixture.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 
@@ -74,7 +75,6 @@ private slots:
     void pauseWritesTypedText();
     void choicesAreWrittenAtOnce_data();
     void choicesAreWrittenAtOnce();
-    void choiceWhileATextWaits_data();
     void choiceWhileATextWaits();
     void arrayComparison();
     void operatorThatIsNotOnOffer();
@@ -189,6 +189,7 @@ void StepPanelsTest::typedTextReachesItsStepOnce()
     QCOMPARE(f.takeTold(), QStringList());
     f.control.showBlock(second); // the same panel
     QVERIFY(!f.panel()->isTimerActive());
+    QVERIFY(f.shown(control.toLatin1()) != typed);
     QCOMPARE(read(*first), stored.toStdString());
     QCOMPARE(read(*second), untouched);
     QCOMPARE(read(*sdk_ui_interface::processedit::getProcess(f.appName, uuidOf(first))),
@@ -197,6 +198,8 @@ void StepPanelsTest::typedTextReachesItsStepOnce()
     f.control.setSequenceId(QString());
     QCOMPARE(f.takeTold(), QStringList{uuidOf(first)});
     QCOMPARE(read(*second), untouched);
+    f.control.showBlock(first);
+    QCOMPARE(f.shown(control.toLatin1()), typed);
 }
 
 void StepPanelsTest::pauseWritesTypedText()
@@ -267,30 +270,25 @@ void StepPanelsTest::choicesAreWrittenAtOnce()
     QVERIFY(!f.panel()->isTimerActive());
 }
 
-void StepPanelsTest::choiceWhileATextWaits_data()
-{
-    QTest::addColumn<int>("stepType");
-    QTest::addColumn<int>("writes");
-    QTest::newRow("if") << step_type::If << 1;
-    QTest::newRow("else if") << step_type::ElseIf << 2;
-    QTest::newRow("while") << step_type::While << 2;
-    QTest::newRow("do while") << step_type::DoWhile << 2;
-}
-
 void StepPanelsTest::choiceWhileATextWaits()
 {
-    QFETCH(int, stepType);
-    QFETCH(int, writes);
-    PanelFixture f;
-    const auto block = f.add(stepType);
-    f.control.showBlock(block);
-    f.type("editLeftValue", QStringLiteral("speed"));
-    f.find<QComboBox>("conditionComboBox")->setCurrentIndex(4);
-    QCOMPARE(left(*block) + comparison(*block), std::string("speed>"));
-    QCOMPARE(f.panel()->isTimerActive(), writes == 2);
-    f.control.flushPending();
-    QCOMPARE(f.takeTold().count(), writes);
-    QCOMPARE(left(*block) + comparison(*block), std::string("speed>"));
+    const rows::Table<int, int> table{{"if", step_type::If, 1},
+                                      {"else if", step_type::ElseIf, 2},
+                                      {"while", step_type::While, 2},
+                                      {"do while", step_type::DoWhile, 2}};
+    for (const auto& [row, stepType, writes] : table) {
+        const rows::Named named(row);
+        PanelFixture f;
+        const auto block = f.add(stepType);
+        f.control.showBlock(block);
+        f.type("editLeftValue", QStringLiteral("speed"));
+        f.find<QComboBox>("conditionComboBox")->setCurrentIndex(4);
+        QCOMPARE(left(*block) + comparison(*block), std::string("speed>"));
+        QCOMPARE(f.panel()->isTimerActive(), writes == 2);
+        f.control.flushPending();
+        QCOMPARE(f.takeTold().count(), writes);
+        QCOMPARE(left(*block) + comparison(*block), std::string("speed>"));
+    }
 }
 
 void StepPanelsTest::arrayComparison()

@@ -3,7 +3,9 @@
 #include "model/applet_name.h"
 #include "model/services/process_edit.h"
 #include "tests/sequences/SequenceTableFixture.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QCheckBox>
 #include <QtTest>
@@ -39,13 +41,11 @@ private slots:
     void adding();
     void nothingIsAddedWithoutAnApplet();
     void currentFollowsTheKeys();
-    void editing_data();
     void editing();
     void arrowKeyEndsAnEdit();
     void typedTextCounts_data();
     void typedTextCounts();
     void mainSequence();
-    void removing_data();
     void removing();
     void removingAll();
     void addingTemplates();
@@ -103,72 +103,47 @@ void SequenceTableTest::currentFollowsTheKeys()
                                   QStringLiteral("current b")}));
 }
 
-void SequenceTableTest::editing_data()
-{
-    QTest::addColumn<int>("column");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<int>("lastKey");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("told");
-    const int enter = Qt::Key_Return;
-    const QString renamed = QStringLiteral("renamed modified");
-    QTest::newRow("name") << 0 << "Start_1" << enter << "Start_1"
-                          << "" << renamed;
-    QTest::newRow("digit first") << 0 << "1x" << enter << "x"
-                                 << "" << renamed;
-    QTest::newRow("21 characters")
-        << 0 << "abcdefghijklmnopqrstu" << enter << "abcdefghijklmnopqrst"
-        << "" << renamed;
-    QTest::newRow("as before") << 0 << "b" << enter << "b"
-                               << ""
-                               << "";
-    QTest::newRow("empty name") << 0 << "" << enter << "b"
-                                << "warning|名称不能为空"
-                                << "";
-    QTest::newRow("taken name") << 0 << "d" << enter << "b"
-                                << "warning|存在同名序列，请重新命名"
-                                << "";
-    QTest::newRow("given up") << 0 << "x" << int(Qt::Key_Escape) << "b"
-                              << ""
-                              << "";
-    QTest::newRow("comment") << 2 << "1, 2 - c" << enter << "1, 2 - c"
-                             << ""
-                             << "modified";
-    QTest::newRow("comment taken away") << 2 << "" << enter << ""
-                                        << ""
-                                        << "modified";
-}
-
 void SequenceTableTest::editing()
 {
-    QFETCH(int, column);
-    QFETCH(QString, typed);
-    QFETCH(int, lastKey);
-    QFETCH(QString, text);
-    QFETCH(QString, message);
-    SequenceTableFixture f(split(QStringLiteral("a b c d")));
-    SequenceInfo info = f.record(f.ids[1]);
-    info.comment = "old";
-    sdk_ui_interface::processedit::updateSequence(f.appName, info);
-    f.panel.clearRows();
-    for (const QString& id : qAsConst(f.ids))
-        f.panel.addSequenceRow(f.record(id), false);
+    const int enter = Qt::Key_Return;
+    const QString renamed = QStringLiteral("renamed modified");
+    const rows::Table<int, QString, int, QString, QString, QString> table{
+        {"name", 0, text("Start_1"), enter, text("Start_1"), QString(), renamed},
+        {"digit first", 0, text("1x"), enter, text("x"), QString(), renamed},
+        {"21 characters", 0, text("abcdefghijklmnopqrstu"), enter, text("abcdefghijklmnopqrst"),
+         QString(), renamed},
+        {"as before", 0, text("b"), enter, text("b"), QString(), QString()},
+        {"empty name", 0, QString(), enter, text("b"), text("warning|名称不能为空"), QString()},
+        {"taken name", 0, text("d"), enter, text("b"), text("warning|存在同名序列，请重新命名"),
+         QString()},
+        {"given up", 0, text("x"), int(Qt::Key_Escape), text("b"), QString(), QString()},
+        {"comment", 2, text("1, 2 - c"), enter, text("1, 2 - c"), QString(), text("modified")},
+        {"comment taken away", 2, QString(), enter, QString(), QString(), text("modified")}};
+    for (const auto& [row, column, typed, lastKey, text, message, told] : table) {
+        const rows::Named named(row);
+        SequenceTableFixture f(split(QStringLiteral("a b c d")));
+        SequenceInfo info = f.record(f.ids[1]);
+        info.comment = "old";
+        sdk_ui_interface::processedit::updateSequence(f.appName, info);
+        f.panel.clearRows();
+        for (const QString& id : qAsConst(f.ids))
+            f.panel.addSequenceRow(f.record(id), false);
 
-    QPointer<QLineEdit> editor = f.edit(1, column);
-    QVERIFY(editor);
-    QCOMPARE(editor->text(), column == 0 ? QStringLiteral("b") : QStringLiteral("old"));
-    editor->selectAll();
-    QTest::keyClick(editor, Qt::Key_Delete);
-    QTest::keyClicks(editor, typed);
-    QTest::keyClick(editor, Qt::Key(lastKey));
-    QTRY_VERIFY(!editor);
-    info = f.record(f.ids[1]);
-    QCOMPARE(QString::fromStdString(column == 0 ? info.name : info.comment), text);
-    QCOMPARE(f.table->item(1, column)->text(), text);
-    QCOMPARE(f.table->item(1, column)->toolTip(), text);
-    QCOMPARE(f.messages.join(QLatin1Char(' ')), message);
-    QTEST(f.told.join(QLatin1Char(' ')), "told");
+        QPointer<QLineEdit> editor = f.edit(1, column);
+        QVERIFY(editor);
+        QCOMPARE(editor->text(), column == 0 ? QStringLiteral("b") : QStringLiteral("old"));
+        editor->selectAll();
+        QTest::keyClick(editor, Qt::Key_Delete);
+        QTest::keyClicks(editor, typed);
+        QTest::keyClick(editor, Qt::Key(lastKey));
+        QTRY_VERIFY(!editor);
+        info = f.record(f.ids[1]);
+        QCOMPARE(QString::fromStdString(column == 0 ? info.name : info.comment), text);
+        QCOMPARE(f.table->item(1, column)->text(), text);
+        QCOMPARE(f.table->item(1, column)->toolTip(), text);
+        QCOMPARE(f.messages.join(QLatin1Char(' ')), message);
+        QCOMPARE(f.told.join(QLatin1Char(' ')), told);
+    }
 }
 
 void SequenceTableTest::arrowKeyEndsAnEdit()
@@ -249,49 +224,37 @@ void SequenceTableTest::mainSequence()
     QVERIFY(!f.table->mainBoxAt(2)->isChecked());
 }
 
-void SequenceTableTest::removing_data()
-{
-    QTest::addColumn<QString>("rows"); // in the order of selection
-    QTest::addColumn<QString>("left");
-    QTest::addColumn<QString>("told");
-    QTest::newRow("none") << ""
-                          << "a* b c d e"
-                          << "";
-    QTest::newRow("two apart") << "1 3"
-                               << "a* c e"
-                               << "removed d,b|current c|modified";
-    QTest::newRow("neighbours and one apart") << "4 1 2"
-                                              << "a* d"
-                                              << "removed e,c,b|current a|modified";
-    QTest::newRow("the current one, at the end") << "4 2"
-                                                 << "a* b d"
-                                                 << "removed e,c|current b|modified";
-    QTest::newRow("every one") << "0 1 2 3 4"
-                               << ""
-                               << "removed e,d,c,b,a|current|modified";
-}
-
 void SequenceTableTest::removing()
 {
-    QFETCH(QString, rows);
-    QFETCH(QString, left);
-    SequenceTableFixture f(fiveNames());
-    const std::string app = appletNameBytes(f.appName);
-    for (const QString& id : qAsConst(f.ids))
-        process_edit::addVariable(app, SequenceVariable, id.toStdString());
-    f.table->setCurrentCell(2, 0);
-    f.select(numbers(rows));
-    f.told.clear();
-    f.panel.makeContextMenu()->actions()[2]->trigger();
-    QCOMPARE(f.modelNames(), split(left));
-    QCOMPARE(f.table->names().join(QLatin1Char(' ')), QString(left).remove(QLatin1Char('*')));
-    QTEST(f.told.join(QLatin1Char('|')), "told");
-    for (const QString& id : qAsConst(f.ids))
-        QCOMPARE(process_edit::getAllSequenceVariable(app, id.toStdString()).empty(),
-                 f.record(id).id.empty());
-    if (f.told.isEmpty() || left.isEmpty())
-        return;
-    QCOMPARE(f.table->selectedRows(), QVector<int>({f.table->currentRow()}));
+    const rows::Table<QString, QString, QString> table{
+        // in the order of selection
+        {"none", QString(), text("a* b c d e"), QString()},
+        {"two apart", text("1 3"), text("a* c e"), text("removed d,b|current c|modified")},
+        {"neighbours and one apart", text("4 1 2"), text("a* d"),
+         text("removed e,c,b|current a|modified")},
+        {"the current one, at the end", text("4 2"), text("a* b d"),
+         text("removed e,c|current b|modified")},
+        {"every one", text("0 1 2 3 4"), QString(), text("removed e,d,c,b,a|current|modified")}};
+    for (const auto& [row, rows, left, told] : table) {
+        const rows::Named named(row);
+        SequenceTableFixture f(fiveNames());
+        const std::string app = appletNameBytes(f.appName);
+        for (const QString& id : qAsConst(f.ids))
+            process_edit::addVariable(app, SequenceVariable, id.toStdString());
+        f.table->setCurrentCell(2, 0);
+        f.select(numbers(rows));
+        f.told.clear();
+        f.panel.makeContextMenu()->actions()[2]->trigger();
+        QCOMPARE(f.modelNames(), split(left));
+        QCOMPARE(f.table->names().join(QLatin1Char(' ')), QString(left).remove(QLatin1Char('*')));
+        QCOMPARE(f.told.join(QLatin1Char('|')), told);
+        for (const QString& id : qAsConst(f.ids))
+            QCOMPARE(process_edit::getAllSequenceVariable(app, id.toStdString()).empty(),
+                     f.record(id).id.empty());
+        if (f.told.isEmpty() || left.isEmpty())
+            continue;
+        QCOMPARE(f.table->selectedRows(), QVector<int>({f.table->currentRow()}));
+    }
 }
 
 void SequenceTableTest::removingAll()

@@ -64,7 +64,10 @@ void EditorPanelsTest::sequencesBecomeTemplates()
     m_editor->onAddTemplateSequence({sequence()});
     QCOMPARE(told.count(), 1);
     QCOMPARE(find<QTabWidget>(m_editor.get(), "tabWidget")->currentIndex(), 1);
-    QCOMPARE(find<QTreeView>(m_editor.get(), "template_treeView")->model()->rowCount(), 1);
+    const auto* templates = find<QTreeView>(m_editor.get(), "template_treeView")->model();
+    QCOMPARE(templates->rowCount(), 1);
+    QCOMPARE(templates->index(0, 0).data(Qt::UserRole).toString(),
+             QString::fromStdString(processedit::getAllProcessTemplate().front().id));
     QFile file(folder() + QStringLiteral("processtemplate.peTemp"));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QVERIFY(file.readAll().contains("等待"));

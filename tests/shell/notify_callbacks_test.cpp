@@ -4,6 +4,7 @@
 #include "shell/bridge/LogicMaster.h"
 #include "shell/bridge/ProcessEditNotifyTool.h"
 #include "standalone/variables/SystemVariables.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 
 #include <QtTest>
@@ -15,62 +16,49 @@ class NotifyCallbacksTest : public QObject
     Q_OBJECT
 private slots:
     void initTestCase() { LogicMaster::instance(); }
-    void recodesCompilerText_data();
     void recodesCompilerText();
-    void runEvents_data();
     void runEvents();
     void finishedCompileWithoutEntry();
     void stateIsDirect();
     void systemVariableNobodyUses();
 };
 
-void NotifyCallbacksTest::recodesCompilerText_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("plain") << QByteArray("错误: x") << QStringLiteral("错误: x");
-    QTest::newRow("empty") << QByteArray() << QString();
-    QTest::newRow("split") << QByteArray("前 generated 后") << QStringLiteral("前 generated 后");
-    QTest::newRow("word last") << QByteArray("warnings generated")
-                               << QStringLiteral("warnings generated");
-    QTest::newRow("only the first counts")
-        << QByteArray("a generated b generated c") << QStringLiteral("a generated b generated c");
-    // A character cut off by the word doesn't take what follows it with it.
-    QTest::newRow("cut character") << QByteArray("\xe9\x94generated\xe5\x90\x8e")
-                                   << QString(QChar(0xfffd)) + QStringLiteral("generated后");
-}
-
 void NotifyCallbacksTest::recodesCompilerText()
 {
-    QFETCH(QByteArray, text);
-    const QString recoded = notify_callbacks::recodeCompilerMessage(text.constData());
-    QFETCH(QString, expected);
-    if (qstrcmp(QTest::currentDataTag(), "cut character") == 0)
-        QVERIFY2(recoded.endsWith(expected.mid(1)), qPrintable(recoded));
-    else
-        QCOMPARE(recoded, expected);
-}
-
-void NotifyCallbacksTest::runEvents_data()
-{
-    QTest::addColumn<int>("event");
-    QTest::addColumn<bool>("isNull");
-    QTest::addColumn<int>("signalCount");
-    QTest::newRow("other event") << 0 << false << 0;
-    QTest::newRow("ended") << 1 << false << 1;
-    QTest::newRow("crashed") << 3 << false << 1;
-    QTest::newRow("beyond") << 4 << false << 0;
-    QTest::newRow("no record") << 1 << true << 0;
+    const rows::Table<QByteArray, QString> table{
+        {"plain", QByteArray("错误: x"), QStringLiteral("错误: x")},
+        {"empty", QByteArray(), QString()},
+        {"split", QByteArray("前 generated 后"), QStringLiteral("前 generated 后")},
+        {"word last", QByteArray("warnings generated"), QStringLiteral("warnings generated")},
+        {"only the first counts", QByteArray("a generated b generated c"),
+         QStringLiteral("a generated b generated c")},
+        // A character cut off by the word doesn't take what follows it with it.
+        {"cut character", QByteArray("\xe9\x94generated\xe5\x90\x8e"),
+         QString(QChar(0xfffd)) + QStringLiteral("generated后")}};
+    for (const auto& [row, text, expected] : table) {
+        const rows::Named named(row);
+        const QString recoded = notify_callbacks::recodeCompilerMessage(text.constData());
+        if (qstrcmp(row, "cut character") == 0)
+            QVERIFY2(recoded.endsWith(expected.mid(1)), qPrintable(recoded));
+        else
+            QCOMPARE(recoded, expected);
+    }
 }
 
 void NotifyCallbacksTest::runEvents()
 {
-    QFETCH(int, event);
-    QFETCH(bool, isNull);
-    sdk_ui_interface::processedit::RunInfo info{"nobody", "seq"};
-    QSignalSpy spy(ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::runFinishSignal);
-    notify_callbacks::runEvent(isNull ? nullptr : &info, event);
-    QTEST(int(spy.count()), "signalCount");
+    const rows::Table<int, bool, int> table{{"other event", 0, false, 0},
+                                            {"ended", 1, false, 1},
+                                            {"crashed", 3, false, 1},
+                                            {"beyond", 4, false, 0},
+                                            {"no record", 1, true, 0}};
+    for (const auto& [row, event, isNull, signalCount] : table) {
+        const rows::Named named(row);
+        sdk_ui_interface::processedit::RunInfo info{"nobody", "seq"};
+        QSignalSpy spy(ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::runFinishSignal);
+        notify_callbacks::runEvent(isNull ? nullptr : &info, event);
+        QCOMPARE(int(spy.count()), signalCount);
+    }
 }
 
 void NotifyCallbacksTest::finishedCompileWithoutEntry()

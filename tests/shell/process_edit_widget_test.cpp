@@ -19,6 +19,7 @@
 #include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTreeView>
 #include <QtTest>
 
 namespace processedit = sdk_ui_interface::processedit;
@@ -31,6 +32,7 @@ private slots:
     void cleanup() { closeEditor(); }
     void cleanupTestCase() { standalone::shutdownRuntime(); }
     void emptyAppletGetsASequence();
+    void mainSequenceIsShownFirst();
     void savingWritesWhatWaitsInAPanel();
     void panelsFollowTheClickedStep();
     void panelsSayWhyTheyAreEmpty();
@@ -59,6 +61,23 @@ void ProcessEditWidgetTest::emptyAppletGetsASequence()
     QVERIFY(m_editor->currentShowSequenceIsEmpty());
 }
 
+void ProcessEditWidgetTest::mainSequenceIsShownFirst()
+{
+    QStringList ids{sequence()};
+    for (const char* name : {"b", "c"})
+        ids << processedit::createSeuqence(m_name, QString::fromLatin1(name));
+    const auto mark = [&](int row, bool isMain) {
+        SequenceInfo info = processedit::getSequence(m_name, ids[row]);
+        info.isMain = isMain;
+        processedit::updateSequence(m_name, info);
+        m_editor->loadDataToUI(m_name, false);
+    };
+    mark(0, false);
+    QCOMPARE(sequence(), ids[0]);
+    mark(1, true);
+    QCOMPARE(sequence(), ids[1]);
+}
+
 void ProcessEditWidgetTest::savingWritesWhatWaitsInAPanel()
 {
     const auto step = addDelay(10);
@@ -75,6 +94,9 @@ void ProcessEditWidgetTest::savingWritesWhatWaitsInAPanel()
     QFile document(folder() + QStringLiteral("processInfo.pedt"));
     QVERIFY(document.open(QIODevice::ReadOnly));
     QVERIFY(document.readAll().contains("改名"));
+    find<QLineEdit>(m_editor->getSettingWgt(), "nameLineEdit")->setText(QStringLiteral("再改"));
+    QVERIFY(m_editor->saveApp(m_name, false, QString()));
+    QCOMPARE(step->name, std::string("再改"));
 }
 
 void ProcessEditWidgetTest::panelsFollowTheClickedStep()
@@ -123,6 +145,7 @@ void ProcessEditWidgetTest::runTabKeepsTheUsersSizes()
     QVERIFY(!find<QWidget>(m_editor.get(), "treeWidget")->isEnabled());
     QVERIFY(!find<QTabWidget>(m_editor.get(), "attribute_tab")->isTabEnabled(1));
     m_editor->onLogicWidgetTabChanged(1);
+    QVERIFY(splitter->sizes() != sizes);
     m_editor->onLogicWidgetTabChanged(0);
     QCOMPARE(splitter->sizes(), sizes);
     QVERIFY(find<QWidget>(m_editor.get(), "treeWidget")->isEnabled());
@@ -146,6 +169,7 @@ void ProcessEditWidgetTest::settingsAreReadOnce()
         m_editor.reset();
         QSettings settings(folder() + QStringLiteral("settings.ini"), QSettings::IniFormat);
         settings.setValue(QStringLiteral("Widget/WidgetWidth"), QString::fromLatin1(widths));
+        settings.setValue(QStringLiteral("Widget/VarWidgetWidth"), QStringLiteral("111,72,63,94"));
         settings.sync();
         m_editor = std::make_unique<ProcessEditWidget>(QStringLiteral("Test"));
         m_editor->resize(1200, 700);
@@ -161,6 +185,9 @@ void ProcessEditWidgetTest::settingsAreReadOnce()
     const QList<int> own = reopen("250,600");
     splitter = find<QSplitter>(m_editor.get(), "splitter");
     QCOMPARE(splitter->sizes(), own);
+    QCOMPARE(
+        find<QTreeView>(find<QWidget>(m_editor.get(), "widget_para"), "treeView")->columnWidth(1),
+        72);
     reopen("260,610,310");
     splitter = find<QSplitter>(m_editor.get(), "splitter");
     QVERIFY(splitter->sizes() != own);

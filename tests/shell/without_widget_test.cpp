@@ -6,12 +6,14 @@
 #include "shell/bridge/LogicMaster.h"
 #include "shell/bridge/ProcessEditNotifyTool.h"
 #include "shell/bridge/VciTransThread.h"
+#include "shell/documents/applet_documents.h"
 #include "shell/documents/variable_use.h"
 #include "standalone/compiler/compiler.h"
 #include "standalone/host/Host.h"
 #include "standalone/variables/SystemVariables.h"
 #include "tests/support/applet_fixture.h"
 #include "tests/support/folders.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 
 #include <QtTest>
@@ -32,6 +34,7 @@ private slots:
     void pathsOfApplets();
     void loadsADocument_data();
     void loadsADocument();
+    void faultsOfDocuments();
     void renamed();
     void clearedConversionThreadsAreGone();
     void compiles();
@@ -73,9 +76,11 @@ void WithoutWidgetTest::lifeOfAnApplet()
     QVERIFY(!Editor::createAppletShell(QString()));
     makeSequence();
     Editor::setAppletJsonAndVciPath(m_name, folder(), folder());
+    process_edit::addVariable(m_name.toStdString(), ProcessVariable, m_name.toStdString());
     // Nothing runs, so it goes at once, with its paths.
     Editor::deleteCApplet(m_name, false);
     QVERIFY(!processedit::getCAppletDataIsExist(m_name));
+    QVERIFY(process_edit::getAllCAppletVariable(m_name.toStdString()).empty());
     QVERIFY(!sdk_ui_interface::capplet::isCAppletExist(m_name));
     QCOMPARE(Editor::appletJsonPath(m_name), QString());
     Editor::deleteCApplet(QStringLiteral("stranger"), false);
@@ -123,6 +128,21 @@ void WithoutWidgetTest::loadsADocument()
     QSignalSpy errors(&standalone::Host::instance(), &standalone::Host::errorLogged);
     QTEST(Editor::ensureAppPedtLoaded(m_name), "isLoaded");
     QCOMPARE(errors.count(), 0);
+}
+
+void WithoutWidgetTest::faultsOfDocuments()
+{
+    QCOMPARE(applet_documents::faultOf(folder()), QString()); // none there
+    const rows::Table<QString> table{{"{}", QString()},
+                                     {"{\"logicview\": {}}", QString()},
+                                     {"[]", QStringLiteral("不是对象 (行 1 列 3)")},
+                                     {"{\n\"a\":", QStringLiteral("内容不完整 (行 2 列 5)")},
+                                     {"{} x", QStringLiteral("多余的内容 (行 1 列 4)")}};
+    for (const auto& [content, fault] : table) {
+        const rows::Named named(content);
+        QVERIFY(test_support::putFile(folder() + QStringLiteral("processInfo.pedt"), content));
+        QCOMPARE(applet_documents::faultOf(folder()), fault);
+    }
 }
 
 void WithoutWidgetTest::renamed()

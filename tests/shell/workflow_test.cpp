@@ -217,10 +217,13 @@ void WorkflowTest::failedCompile()
     press(ProcessEditToolBar::RunMain);
     m_record->take();
     QVERIFY(!m_editor->getControlWgt()->isEnabled());
+    const auto* attributes = m_editor->findChild<QTabWidget*>(QStringLiteral("attribute_tab"));
+    QVERIFY(!attributes->isEnabled());
     QCOMPARE(untilFinished(), lines("compileFinish 0 [started]\n"
                                     "runFinish [idle]\n"
                                     "output 0 <time>main_seq编译失败|<rule> [idle]\n"
                                     "finished 0\n"));
+    m_editor->loadDataToUI(m_name, false);
     QVERIFY(m_editor->getControlWgt()->isEnabled());
     QVERIFY(!QFile::exists(ProcessEditWidget::appletJsonPath(m_name) +
                            QStringLiteral("processInfo.pedt")));
@@ -334,6 +337,7 @@ void WorkflowTest::boundPanel()
         press(function);
     QCOMPARE(m_record->take(), Lines());
     QCOMPARE(notices.count(), 3);
+    QCOMPARE(notices.at(0).at(0).toInt(), 2);
     // Nor does its log reach the output, unless it is released.
     notify_callbacks::logText("flow", LogInfo, "bound");
     QCoreApplication::processEvents();
@@ -411,6 +415,10 @@ void WorkflowTest::placeholdersAndUnknownNumbers()
     m_editor->runCApplet(m_main);
     m_editor->toVciCode();
     QCOMPARE(m_record->take(), Lines());
+    QSignalSpy notices(&standalone::Host::instance(), &standalone::Host::noticeShown);
+    m_editor->onImportTemplateButtonClicked();
+    m_editor->onExportTemplateButtonClicked();
+    QCOMPARE(notices.count(), 2);
     press(ProcessEditToolBar::OpenCodeFolder);
     QCOMPARE(m_dialogs, Lines{QStringLiteral("提示:当前代码文件夹不存在")});
 }

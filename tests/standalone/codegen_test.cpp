@@ -1,4 +1,5 @@
 #include "tests/standalone/codegen_builders.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 
 #include "standalone/compiler/error_lines.h"
@@ -45,7 +46,7 @@ private slots:
     void onlyReachableSequences();
     void problems_data();
     void problems();
-    void apiCalls_data();
+    void problemsAreBounded();
     void apiCalls();
     void linesLeadToSteps();
     void changesStayInTheirUnit();
@@ -243,13 +244,13 @@ void CodegenTest::problems_data()
     QTest::addColumn<codegen::AppletSource>("source");
     QTest::addColumn<QString>("expected");
     const auto row = [](const char* name, const BlockPtr& block, const char* problem) {
-        QTest::newRow(name) << withFunctions(applet({sequence("main", {block})},
-                                                    {variable("number", "s32", "1"),
-                                                     variable("text", "string", "a"),
-                                                     variable("array", "u8*", "1", 4)}))
-                            << QStringLiteral("出错步骤: 序列“main”, 步骤“%1”%2 [main/%1]")
-                                   .arg(QString::fromStdString(block->name),
-                                        QString::fromUtf8(problem));
+        QTest::newRow(name)
+            << withFunctions(
+                   applet({sequence("main", {block})},
+                          {variable("number", "s32", "1"), variable("flag", "bool", "1"),
+                           variable("text", "string", "a"), variable("array", "u8*", "1", 4)}))
+            << QStringLiteral("出错步骤: 序列“main”, 步骤“%1”%2 [main/%1]")
+                   .arg(QString::fromStdString(block->name), QString::fromUtf8(problem));
     };
     const auto api = [](const char* call, const std::vector<ApiProcessBlock::Parameter>& parameters,
                         const char* result = "") {
@@ -291,6 +292,8 @@ void CodegenTest::problems_data()
         ", 前执行语句第 2 行: 注释没有结束");
     row("number given a text", expression("e", "number", "\"a\""),
         ", 表达式第 1 行: 类型不符: “number”是数值, “\"a\"”是文本");
+    row("truth value given a text", expression("e", "flag", "\"a\""),
+        ", 表达式第 1 行: 类型不符: “flag”是数值, “\"a\"”是文本");
     row("text given a number", expression("e", "text", "array[number + 1]"),
         ", 表达式第 1 行: 类型不符: “text”是文本, “array[number + 1]”是数值");
     row("array given a number", expression("e", "array", "-0x1F"),
@@ -333,6 +336,13 @@ void CodegenTest::problems_data()
                                        {expression("b", "text", "1")}),
                              with(expression("c", "text", "1"),
                                   [](IProcessBlock& block) { block.preStatements = "int text;"; }),
+                             with(expression("l", "text", "1"),
+                                  [](IProcessBlock& block) {
+                                      block.loopType = 2;
+                                      block.loopInit = "int text = 0";
+                                      block.loopCondition = "text < 1";
+                                      block.loopStep = "++text";
+                                  }),
                              expression("d", "text", "1")},
                             {variable("text", "string", "")})})
         << QStringLiteral("出错步骤: 序列“main”, 步骤“d”, 表达式第 1 行: "
@@ -351,38 +361,39 @@ void CodegenTest::problems()
     QCOMPARE(problemsOf(source), expected);
 }
 
-void CodegenTest::apiCalls_data()
+void CodegenTest::problemsAreBounded()
 {
-    QTest::addColumn<QString>("callText");
-    QTest::addColumn<QStringList>("values");
-    QTest::addColumn<QString>("result");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("places are filled")
-        << QStringLiteral("lib.f(u8,char*)")
-        << QStringList{QStringLiteral("1"), QStringLiteral("\"a\"")} << QStringLiteral("ret")
-        << QStringLiteral("ret = lib.f(1, \"a\");");
-    QTest::newRow("as typed") << QStringLiteral("f(x, 2)") << QStringList() << QString()
-                              << QStringLiteral("f(x, 2);");
-    QTest::newRow("name only") << QStringLiteral("f") << QStringList() << QString()
-                               << QStringLiteral("f();");
+    std::vector<BlockPtr> wrong;
+    for (std::size_t count : {99, 100, 101}) {
+        while (wrong.size() < count)
+            wrong.push_back(plain(step_type::Break, "b"));
+        const auto code = codegen::generate(applet({sequence("main", wrong)}));
+        QCOMPARE(code.problems.size(), std::min<std::size_t>(count, 100));
+    }
 }
 
 void CodegenTest::apiCalls()
 {
-    QFETCH(QString, callText);
-    QFETCH(QStringList, values);
-    QFETCH(QString, result);
-    QFETCH(QString, expected);
-    auto block = named(std::make_shared<ApiProcessBlock>(), "api");
-    block->callText = callText.toStdString();
-    block->returnVariable = result.toStdString();
-    std::vector<ApiProcessBlock::Parameter> parameters;
-    for (const QString& value : values)
-        parameters.push_back({"s32", value.toStdString(), ""});
-    block->setParameters(parameters);
-    const std::string text = textOf(applet({sequence("main", {block})}));
-    QVERIFY2(text.find("        " + expected.toStdString() + '\n') != std::string::npos,
-             text.c_str());
+    const rows::Table<QString, QStringList, QString, QString> table{
+        {"places are filled", QStringLiteral("lib.f(u8,char*)"),
+         QStringList{QStringLiteral("1"), QStringLiteral("\"a\"")}, QStringLiteral("ret"),
+         QStringLiteral("ret = lib.f(1, \"a\");")},
+        {"as typed", QStringLiteral("f(x, 2)"), QStringList(), QString(),
+         QStringLiteral("f(x, 2);")},
+        {"name only", QStringLiteral("f"), QStringList(), QString(), QStringLiteral("f();")}};
+    for (const auto& [row, callText, values, result, expected] : table) {
+        const rows::Named inRow(row);
+        auto block = named(std::make_shared<ApiProcessBlock>(), "api");
+        block->callText = callText.toStdString();
+        block->returnVariable = result.toStdString();
+        std::vector<ApiProcessBlock::Parameter> parameters;
+        for (const QString& value : values)
+            parameters.push_back({"s32", value.toStdString(), ""});
+        block->setParameters(parameters);
+        const std::string text = textOf(applet({sequence("main", {block})}));
+        QVERIFY2(text.find("        " + expected.toStdString() + '\n') != std::string::npos,
+                 text.c_str());
+    }
 }
 
 /// Each mark is looked for in the generated files, and its line led back to where the user wrote

@@ -1,5 +1,7 @@
 #include "tests/standalone/codegen_builders.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include "standalone/codegen/code_text.h"
 #include "standalone/codegen/user_code.h"
@@ -15,36 +17,30 @@ class CodegenTextsTest : public QObject
     Q_OBJECT
 
 private slots:
-    void userTextStaysInItsComment_data();
     void userTextStaysInItsComment();
     void variables_data();
     void variables();
-    void refusedVariables_data();
     void refusedVariables();
     void soundCode_data();
     void soundCode();
-    void functions_data();
     void functions();
 };
 
-void CodegenTextsTest::userTextStaysInItsComment_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QByteArray>("expected");
-    QTest::newRow("plain") << QByteArray("电压 */ 检查") << QByteArray("电压 */ 检查");
-    QTest::newRow("line ends") << QByteArray("a\nb\r\vc") << QByteArray("a b  c");
-    QTest::newRow("joining backslash") << QByteArray("a\\") << QByteArray("a/");
-    QTest::newRow("backslash and blank") << QByteArray("a\\ ") << QByteArray("a/ ");
-    QTest::newRow("direction marks") << QByteArray("a\xe2\x80\xae"
-                                                   "b")
-                                     << QByteArray("ab");
-}
-
 void CodegenTextsTest::userTextStaysInItsComment()
 {
-    QFETCH(QByteArray, text);
-    QFETCH(QByteArray, expected);
-    QCOMPARE(QByteArray::fromStdString(codegen::commentText(text.toStdString())), expected);
+    const rows::Table<QByteArray, QByteArray> table{
+        {"plain", QByteArray("电压 */ 检查"), QByteArray("电压 */ 检查")},
+        {"line ends", QByteArray("a\nb\r\vc"), QByteArray("a b  c")},
+        {"joining backslash", QByteArray("a\\"), QByteArray("a/")},
+        {"backslash and blank", QByteArray("a\\ "), QByteArray("a/ ")},
+        {"direction marks",
+         QByteArray("a\xe2\x80\xae"
+                    "b"),
+         QByteArray("ab")}};
+    for (const auto& [row, text, expected] : table) {
+        const rows::Named named(row);
+        QCOMPARE(QByteArray::fromStdString(codegen::commentText(text.toStdString())), expected);
+    }
 }
 
 void CodegenTextsTest::variables_data()
@@ -95,28 +91,25 @@ void CodegenTextsTest::variables()
     QCOMPARE(lines.join(u'|'), expected);
 }
 
-void CodegenTextsTest::refusedVariables_data()
-{
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QString>("value");
-    QTest::newRow("beyond") << QStringLiteral("u8") << QStringLiteral("256");
-    QTest::newRow("negative") << QStringLiteral("u64") << QStringLiteral("-1");
-    QTest::newRow("below") << QStringLiteral("s8") << QStringLiteral("-129");
-    QTest::newRow("word") << QStringLiteral("s32") << QStringLiteral("abc");
-    QTest::newRow("rest") << QStringLiteral("double") << QStringLiteral("1.5x");
-    QTest::newRow("infinite") << QStringLiteral("double") << QStringLiteral("inf");
-    QTest::newRow("element") << QStringLiteral("u8*") << QStringLiteral("1,300");
-    QTest::newRow("code") << QStringLiteral("s32") << QStringLiteral("0; abort()");
-    QTest::newRow("unknown type") << QStringLiteral("u128") << QStringLiteral("1");
-}
-
 void CodegenTextsTest::refusedVariables()
 {
-    QFETCH(QString, type);
-    QFETCH(QString, value);
-    const auto code = codegen::variableCode(variable("v", type.toStdString(), value.toStdString()));
-    QVERIFY(code.lines.empty());
-    QVERIFY(QString::fromStdString(code.problem).contains(QStringLiteral("“v”")));
+    const rows::Table<QString, QString> table{
+        {"beyond", QStringLiteral("u8"), QStringLiteral("256")},
+        {"negative", QStringLiteral("u64"), QStringLiteral("-1")},
+        {"below", QStringLiteral("s8"), QStringLiteral("-129")},
+        {"word", QStringLiteral("s32"), QStringLiteral("abc")},
+        {"rest", QStringLiteral("double"), QStringLiteral("1.5x")},
+        {"infinite", QStringLiteral("double"), QStringLiteral("inf")},
+        {"element", QStringLiteral("u8*"), QStringLiteral("1,300")},
+        {"code", QStringLiteral("s32"), QStringLiteral("0; abort()")},
+        {"unknown type", QStringLiteral("u128"), QStringLiteral("1")}};
+    for (const auto& [row, type, value] : table) {
+        const rows::Named named(row);
+        const auto code =
+            codegen::variableCode(variable("v", type.toStdString(), value.toStdString()));
+        QVERIFY(code.lines.empty());
+        QVERIFY(QString::fromStdString(code.problem).contains(QStringLiteral("“v”")));
+    }
 }
 
 void CodegenTextsTest::soundCode_data()
@@ -136,42 +129,41 @@ void CodegenTextsTest::soundCode()
     QVERIFY2(!fault.words, fault.words);
 }
 
-void CodegenTextsTest::functions_data()
-{
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("heads");
-    QTest::addColumn<QString>("rest");
-    const auto row = [](const char* code, const char* heads, const char* rest) {
-        QTest::newRow(code) << QString::fromUtf8(code) << QString::fromUtf8(heads)
-                            << QString::fromUtf8(rest);
-    };
-    row("int f(int a) { return a; }", "int f(int a)", "");
-    row("n = 1;\nconst char* f(const string& s)\n{ if (a) { } }\nn = 2;",
-        "const char* f(const string& s)",
-        "n = 1;\n                              \n              \nn = 2;");
-    row("void f() {} u32 g(u8* d, int n) {}", "void f()|u32 g(u8* d, int n)", "");
-    row("static int f(char a, /* ( */ int b = g(1, 2)) // {\n{ return 0; }",
-        "int f(char a,         int b = g(1, 2))", "");
-    row("if (a) { b(); } else if (c) { d(); }", "", "if (a) { b(); } else if (c) { d(); }");
-    row("for (int i = 0; i < 3; ++i) { f(i); }", "", "for (int i = 0; i < 3; ++i) { f(i); }");
-    row("auto f = [](int a) { return a; };", "", "auto f = [](int a) { return a; };");
-    row("struct s { int f() { return 1; } };", "", "struct s { int f() { return 1; } };");
-    row("return f(x); {", "", "return f(x); {");
-    row("// int f() {}\ns = \"int f() {}\";", "", "// int f() {}\ns = \"int f() {}\";");
-}
-
 void CodegenTextsTest::functions()
 {
-    QFETCH(QString, code);
-    QFETCH(QString, heads);
-    QFETCH(QString, rest);
-    const auto functions = codegen::functionsIn(code.toStdString());
-    QStringList found;
-    for (const codegen::FunctionDefinition& function : functions)
-        found << QString::fromStdString(function.head);
-    QCOMPARE(found.join(u'|'), heads);
-    QCOMPARE(QString::fromStdString(codegen::withoutFunctions(code.toStdString(), functions)),
-             rest);
+    const rows::Table<QString, QString, QString> table{
+        {"int f(int a) { return a; }", text("int f(int a) { return a; }"), text("int f(int a)"),
+         text("")},
+        {"n = 1;\nconst char* f(const string& s)\n{ if (a) { } }\nn = 2;",
+         text("n = 1;\nconst char* f(const string& s)\n{ if (a) { } }\nn = 2;"),
+         text("const char* f(const string& s)"),
+         text("n = 1;\n                              \n              \nn = 2;")},
+        {"void f() {} u32 g(u8* d, int n) {}", text("void f() {} u32 g(u8* d, int n) {}"),
+         text("void f()|u32 g(u8* d, int n)"), text("")},
+        {"static int f(char a, /* ( */ int b = g(1, 2)) // {\n{ return 0; }",
+         text("static int f(char a, /* ( */ int b = g(1, 2)) // {\n{ return 0; }"),
+         text("int f(char a,         int b = g(1, 2))"), text("")},
+        {"if (a) { b(); } else if (c) { d(); }", text("if (a) { b(); } else if (c) { d(); }"),
+         text(""), text("if (a) { b(); } else if (c) { d(); }")},
+        {"for (int i = 0; i < 3; ++i) { f(i); }", text("for (int i = 0; i < 3; ++i) { f(i); }"),
+         text(""), text("for (int i = 0; i < 3; ++i) { f(i); }")},
+        {"auto f = [](int a) { return a; };", text("auto f = [](int a) { return a; };"), text(""),
+         text("auto f = [](int a) { return a; };")},
+        {"struct s { int f() { return 1; } };", text("struct s { int f() { return 1; } };"),
+         text(""), text("struct s { int f() { return 1; } };")},
+        {"return f(x); {", text("return f(x); {"), text(""), text("return f(x); {")},
+        {"// int f() {}\ns = \"int f() {}\";", text("// int f() {}\ns = \"int f() {}\";"), text(""),
+         text("// int f() {}\ns = \"int f() {}\";")}};
+    for (const auto& [row, code, heads, rest] : table) {
+        const rows::Named named(row);
+        const auto functions = codegen::functionsIn(code.toStdString());
+        QStringList found;
+        for (const codegen::FunctionDefinition& function : functions)
+            found << QString::fromStdString(function.head);
+        QCOMPARE(found.join(u'|'), heads);
+        QCOMPARE(QString::fromStdString(codegen::withoutFunctions(code.toStdString(), functions)),
+                 rest);
+    }
 }
 
 PE_TEST("codegen_texts_test", CodegenTextsTest)

@@ -2,10 +2,12 @@
 #include "model/services/process_edit.h"
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
+#include "standalone/model_service/project_tables.h"
 #include "tests/standalone/model_samples.h"
 #include "tests/support/test_program.h"
 
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
@@ -182,6 +184,26 @@ private slots:
         QVERIFY(
             !facade::createProcessInfoByQuickStep(libraryApp, sequence, QStringLiteral("2"), id, 0)
                  .isEmpty());
+        standalone::forgetProjectTables(); // another project
+        QVERIFY(facade::getQuickStepInfo().isEmpty());
+    }
+
+    void brokenTemplatesAreTold()
+    {
+        const QString sequence = facade::createSeuqence(libraryApp, QStringLiteral("s"));
+        const QString id = facade::addProcessTemplate(libraryApp, sequence).first;
+        auto templates =
+            QJsonDocument::fromJson(facade::generateTemplateJsonStr().toUtf8()).object();
+        const auto sound = templates.value(QLatin1String("templates")).toArray().last();
+        templates[QLatin1String("templates")] = QJsonArray{sound, 7, sound, QJsonObject()};
+        samples::LogCatcher log;
+        facade::loadTemplateJsonStr(QString::fromUtf8(QJsonDocument(templates).toJson()));
+        QCOMPARE(facade::getAllProcessTemplate().size(), std::size_t(2));
+        QCOMPARE(QString::fromStdString(facade::getAllProcessTemplate().front().id), id);
+        const QString told = log.lines.join(u'\n');
+        for (const char* line : {"templates[1]", "templates[2]", "templates[3]"})
+            QVERIFY2(told.contains(QLatin1String(line)), qPrintable(told));
+        facade::loadTemplateJsonStr(QStringLiteral("{}"));
     }
 
     void templatesFreezeWhatASequenceNeeds()

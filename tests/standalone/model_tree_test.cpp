@@ -352,6 +352,23 @@ private slots:
         facade::getSequence(treeApp, m_sequence);
         QCOMPARE(standalone::needsUpdate(localName()), change != QLatin1String("nothing"));
     }
+
+    void stepsThatAreNoneAreTold()
+    {
+        const QString sequence = facade::createSeuqence(treeApp, QStringLiteral("s"));
+        for (int i = 0; i < 2; ++i)
+            facade::createProcess(treeApp, sequence, QStringLiteral("1"), BasicStep, 1, -1);
+        auto json = facade::generateProcessJson(treeApp);
+        const QString first = QStringLiteral("\"children\":[{");
+        QVERIFY(json.contains(first));
+        json.replace(json.lastIndexOf(first), first.size(), QStringLiteral("\"children\":[7,8,{"));
+        samples::LogCatcher log;
+        facade::loadProcessJson(treeApp, json);
+        const QString told = log.lines.join(u'\n');
+        for (const char* place :
+             {"mainFlow[0].children[0].children[0]: ", "mainFlow[0].children[0].children[1]: "})
+            QVERIFY2(told.contains(QLatin1String(place)), qPrintable(told));
+    }
 };
 
 PE_TEST("model_tree_test", ModelTreeTest)

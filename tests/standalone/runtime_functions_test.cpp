@@ -3,7 +3,9 @@
 
 #include "tests/standalone/codegen_builders.h"
 #include "tests/standalone/runtime_harness.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/capplet.h"
@@ -32,7 +34,6 @@ private slots:
     void questions();
     void longAnswerIsRefused();
     void questionsWithoutEndAreStopped();
-    void questionGoesWithTheRun_data();
     void questionGoesWithTheRun();
 
 private:
@@ -251,49 +252,45 @@ void RuntimeFunctionsTest::questionsWithoutEndAreStopped()
     QCOMPARE(shown, 20);
 }
 
-void RuntimeFunctionsTest::questionGoesWithTheRun_data()
-{
-    QTest::addColumn<QString>("meanwhile");
-    QTest::addColumn<int>("event");
-    QTest::newRow("stop") << QString() << Stopped;
-    QTest::newRow("crash") << QStringLiteral("delay_ms(100); abort();") << Crashed;
-}
-
 /// A question that nobody answers holds neither the run nor its reports.
 void RuntimeFunctionsTest::questionGoesWithTheRun()
 {
-    QFETCH(QString, meanwhile);
-    QFETCH(int, event);
-    const QString appName = QStringLiteral("open_") + QString::fromUtf8(QTest::currentDataTag());
-    QEventLoop* open = nullptr;
-    int shown = 0;
-    const auto before = user_dialogs::setHandler([&](const user_dialogs::Message&) {
-        ++shown;
-        QEventLoop loop; // as a dialog that stays
-        open = &loop;
-        loop.exec();
-        open = nullptr;
-        return user_dialogs::Answer{user_dialogs::Button::Yes, QString()};
-    });
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
-        if (open && meanwhile.isEmpty())
-            sdk_ui_interface::processedit::stopCApplet(appName, false);
-        if (open && !m_harness->events(appName).isEmpty())
-            open->quit();
-    });
-    const std::string thread =
-        "struct T { static void* f(void*) { " + meanwhile.toStdString() +
-        " return 0; } }; "
-        "int start(unsigned long*, const void*, void* (*)(void*), void*) "
-        "__asm__(\"pthread_create\"); unsigned long id; start(&id, 0, T::f, 0); ";
-    run(appName, {statement("s", thread + "ask_yes_no(\"?\"); log_info(\"answered\");")});
-    watch.start(10);
-    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{event}, Patience);
-    QTRY_VERIFY_WITH_TIMEOUT(shown == 1, Patience);
-    QVERIFY(!m_harness->logLines(appName).contains(QStringLiteral("1 answered")) ||
-            event == Stopped);
-    user_dialogs::setHandler(before);
+    const rows::Table<QString, int> table{
+        {"stop", QString(), Stopped},
+        {"crash", QStringLiteral("delay_ms(100); abort();"), Crashed}};
+    for (const auto& [row, meanwhile, event] : table) {
+        const rows::Named named(row);
+        const QString appName = QStringLiteral("open_") + QString::fromUtf8(row);
+        QEventLoop* open = nullptr;
+        int shown = 0;
+        const auto before = user_dialogs::setHandler([&](const user_dialogs::Message&) {
+            ++shown;
+            QEventLoop loop; // as a dialog that stays
+            open = &loop;
+            loop.exec();
+            open = nullptr;
+            return user_dialogs::Answer{user_dialogs::Button::Yes, QString()};
+        });
+        QTimer watch;
+        QObject::connect(&watch, &QTimer::timeout, &watch, [&, &meanwhile = meanwhile] {
+            if (open && meanwhile.isEmpty())
+                sdk_ui_interface::processedit::stopCApplet(appName, false);
+            if (open && !m_harness->events(appName).isEmpty())
+                open->quit();
+        });
+        const std::string thread =
+            "struct T { static void* f(void*) { " + meanwhile.toStdString() +
+            " return 0; } }; "
+            "int start(unsigned long*, const void*, void* (*)(void*), void*) "
+            "__asm__(\"pthread_create\"); unsigned long id; start(&id, 0, T::f, 0); ";
+        run(appName, {statement("s", thread + "ask_yes_no(\"?\"); log_info(\"answered\");")});
+        watch.start(10);
+        QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{event}, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(shown == 1, Patience);
+        QVERIFY(!m_harness->logLines(appName).contains(QStringLiteral("1 answered")) ||
+                event == Stopped);
+        user_dialogs::setHandler(before);
+    }
 }
 
 PE_TEST("runtime_functions_test", RuntimeFunctionsTest)

@@ -1,7 +1,9 @@
 // Questions of an applet as real dialogs: answered by a person, or gone with the run.
 
 #include "standalone/host/AppletQuestions.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QApplication>
 #include <QInputDialog>
@@ -20,7 +22,6 @@ class RuntimeQuestionsTest : public QObject
 
 private slots:
     void answered();
-    void leftByTheWayOut_data();
     void leftByTheWayOut();
     void closed();
     void closedBeforeShown();
@@ -63,35 +64,33 @@ void RuntimeQuestionsTest::answered()
     QCOMPARE(m_answers.last(), QStringLiteral("1 值"));
 }
 
-void RuntimeQuestionsTest::leftByTheWayOut_data()
-{
-    QTest::addColumn<int>("kind");
-    QTest::newRow("yes or no") << int(AppletQuestion::YesNo);
-    QTest::newRow("text") << int(AppletQuestion::Text);
-    QTest::newRow("notice") << int(AppletQuestion::Notice);
-}
-
 /// What an applet says is shown as it is, and whatever it asks, the run can be stopped instead.
 void RuntimeQuestionsTest::leftByTheWayOut()
 {
-    QFETCH(int, kind);
-    m_answers.clear();
-    const QString text = QStringLiteral("数组 a[<i>] <img src=\"x\">");
-    bool isPlain = false;
-    whenShown<QDialog>([&](QDialog& dialog) {
-        for (const auto* label : dialog.findChildren<QLabel*>())
-            isPlain = isPlain || (label->text() == text && label->textFormat() == Qt::PlainText);
-        for (auto* button : dialog.findChildren<QPushButton*>()) {
-            if (button->text() == QStringLiteral("停止运行"))
-                return button->click();
-        }
-        dialog.reject();
-    });
-    AppletQuestions::instance().ask(
-        {AppletQuestion::Kind(kind), QStringLiteral("t"), text, QStringLiteral("值")}, m_take);
-    QTRY_COMPARE(m_answers.join(u'|'), QStringLiteral("2 "));
-    QVERIFY(isPlain);
-    QVERIFY(!QApplication::activeModalWidget());
+    const rows::Table<int> table{{"yes or no", int(AppletQuestion::YesNo)},
+                                 {"text", int(AppletQuestion::Text)},
+                                 {"notice", int(AppletQuestion::Notice)}};
+    for (const auto& [row, kind] : table) {
+        const rows::Named named(row);
+        m_answers.clear();
+        const QString text = QStringLiteral("数组 a[<i>] <img src=\"x\">");
+        bool isPlain = false;
+        whenShown<QDialog>([&](QDialog& dialog) {
+            for (const auto* label : dialog.findChildren<QLabel*>())
+                isPlain =
+                    isPlain || (label->text() == text && label->textFormat() == Qt::PlainText);
+            for (auto* button : dialog.findChildren<QPushButton*>()) {
+                if (button->text() == QStringLiteral("停止运行"))
+                    return button->click();
+            }
+            dialog.reject();
+        });
+        AppletQuestions::instance().ask(
+            {AppletQuestion::Kind(kind), QStringLiteral("t"), text, QStringLiteral("值")}, m_take);
+        QTRY_COMPARE(m_answers.join(u'|'), QStringLiteral("2 "));
+        QVERIFY(isPlain);
+        QVERIFY(!QApplication::activeModalWidget());
+    }
 }
 
 void RuntimeQuestionsTest::closed()

@@ -1,6 +1,7 @@
 #include "tests/standalone/codegen_builders.h"
 #include "tests/standalone/runtime_harness.h"
 #include "tests/support/child_processes.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 
 #include "model/services/applet_runtime.h"
@@ -43,10 +44,8 @@ private slots:
     void cleanupTestCase() { m_harness.reset(); }
 
     void crashKeepsTheStep();
-    void unloadableModule_data();
     void unloadableModule();
     void killedFromOutside();
-    void stop_data();
     void stop();
     void stopTwiceAndLate();
     void runsOfSeveralApplets();
@@ -101,26 +100,22 @@ void RuntimeRunTest::crashKeepsTheStep()
     QCOMPARE(reports.last(), QStringLiteral("s:0"));
 }
 
-void RuntimeRunTest::unloadableModule_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("text") << QByteArray("no module");
-}
-
 void RuntimeRunTest::unloadableModule()
 {
-    QFETCH(QByteArray, content);
-    const QString appName =
-        QStringLiteral("unloadable_") + QString::fromUtf8(QTest::currentDataTag());
-    QVERIFY(QDir().mkpath(standalone::appletModuleFolder(appName)));
-    QFile file(standalone::appletModulePath(appName));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-    file.close();
-    QVERIFY(m_harness->start(appName));
-    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Crashed}, Patience);
-    QCOMPARE(m_harness->logLines(appName).size(), 1);
-    QVERIFY(m_harness->logLines(appName).first().startsWith(QStringLiteral("3 模块加载失败: ")));
+    const rows::Table<QByteArray> table{{"empty", QByteArray()}, {"text", QByteArray("no module")}};
+    for (const auto& [row, content] : table) {
+        const rows::Named named(row);
+        const QString appName = QStringLiteral("unloadable_") + QString::fromUtf8(row);
+        QVERIFY(QDir().mkpath(standalone::appletModuleFolder(appName)));
+        QFile file(standalone::appletModulePath(appName));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        file.close();
+        QVERIFY(m_harness->start(appName));
+        QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Crashed}, Patience);
+        QCOMPARE(m_harness->logLines(appName).size(), 1);
+        QVERIFY(
+            m_harness->logLines(appName).first().startsWith(QStringLiteral("3 模块加载失败: ")));
+    }
 }
 
 void RuntimeRunTest::killedFromOutside()
@@ -135,36 +130,31 @@ void RuntimeRunTest::killedFromOutside()
     QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Crashed}, Patience);
 }
 
-void RuntimeRunTest::stop_data()
-{
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<int>("delayMs");
-    QTest::newRow("step that ends") << QString() << 1;
-    QTest::newRow("delay") << QString() << 999999999;
-    QTest::newRow("delay in code") << QStringLiteral("delay_ms(999999999);") << 0;
-    QTest::newRow("endless loop in code")
-        << QStringLiteral("for (volatile int i = 0;; ++i) {}") << 0;
-}
-
 void RuntimeRunTest::stop()
 {
-    QFETCH(QString, code);
-    QFETCH(int, delayMs);
-    const QString appName = QStringLiteral("stop_") + QString::fromUtf8(QTest::currentDataTag());
-    const auto source = applet(
-        {sequence("main", {customFor("for", "", "", "",
-                                     {statement("s", code.toStdString()), delay("wait", delayMs)}),
-                           plain(step_type::EndFor, "end")})});
-    QCOMPARE(m_harness->build(appName, source), QString());
-    QVERIFY(m_harness->start(appName));
-    const QString reached = code.isEmpty() ? QStringLiteral("wait:0") : QStringLiteral("s:0");
-    QTRY_VERIFY_WITH_TIMEOUT(m_harness->reports(appName).contains(reached), Patience);
-    QVERIFY(m_harness->events(appName).isEmpty());
+    const rows::Table<QString, int> table{
+        {"step that ends", QString(), 1},
+        {"delay", QString(), 999999999},
+        {"delay in code", QStringLiteral("delay_ms(999999999);"), 0},
+        {"endless loop in code", QStringLiteral("for (volatile int i = 0;; ++i) {}"), 0}};
+    for (const auto& [row, code, delayMs] : table) {
+        const rows::Named named(row);
+        const QString appName = QStringLiteral("stop_") + QString::fromUtf8(row);
+        const auto source = applet({sequence(
+            "main", {customFor("for", "", "", "",
+                               {statement("s", code.toStdString()), delay("wait", delayMs)}),
+                     plain(step_type::EndFor, "end")})});
+        QCOMPARE(m_harness->build(appName, source), QString());
+        QVERIFY(m_harness->start(appName));
+        const QString reached = code.isEmpty() ? QStringLiteral("wait:0") : QStringLiteral("s:0");
+        QTRY_VERIFY_WITH_TIMEOUT(m_harness->reports(appName).contains(reached), Patience);
+        QVERIFY(m_harness->events(appName).isEmpty());
 
-    QVERIFY(service::stopCApplet(appName, false));
-    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Stopped}, 1000);
-    QVERIFY(!m_harness->reports(appName).contains(QStringLiteral("end:0")));
-    QCOMPARE(service::getCAppletRunState(appName).second, AppletStopped);
+        QVERIFY(service::stopCApplet(appName, false));
+        QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Stopped}, 1000);
+        QVERIFY(!m_harness->reports(appName).contains(QStringLiteral("end:0")));
+        QCOMPARE(service::getCAppletRunState(appName).second, AppletStopped);
+    }
 }
 
 void RuntimeRunTest::stopTwiceAndLate()

@@ -3,6 +3,7 @@
 #include "model/type_tables.h"
 #include "standalone/codegen/function_head.h"
 #include "tests/support/applet_fixture.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 
 #include <QtTest>
@@ -11,44 +12,39 @@ class UserFunctionsTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void heads_data();
     void heads();
     void listed();
 };
 
-void UserFunctionsTest::heads_data()
-{
-    QTest::addColumn<QByteArray>("code");
-    QTest::addColumn<QByteArray>("heads"); ///< "type name(type name, ...)", parted by "; "
-    const auto row = [](const char* name, const char* code, const char* heads) {
-        QTest::newRow(name) << QByteArray(code) << QByteArray(heads);
-    };
-    row("one and a call", "int twice(int x)\n{\n  return 2 * x;\n}\ntotal = twice(3);",
-        "int twice(int x)");
-    row("types", "const u8* at(const u8* data, int size, double) { return data; }",
-        "const u8* at(const u8* data, int size, double p3)");
-    row("no parameters", "void a() {} void b(void) {}", "void a(); void b()");
-    row("arrays and defaults",
-        "s32 sum(s32 v[], unsigned int n = most(1, 2), char c = ',') { return 0; }",
-        "s32 sum(s32* v, unsigned int n, char c)");
-    row("comment amid", "int f(int a /* , int b */, int c) { return a; }", "int f(int a, int c)");
-}
-
 void UserFunctionsTest::heads()
 {
-    QFETCH(QByteArray, code);
-    QFETCH(QByteArray, heads);
-    const std::string text = code.toStdString();
-    QStringList found;
-    for (const codegen::FunctionDefinition& definition : codegen::functionsIn(text)) {
-        const codegen::FunctionHead head = codegen::headOf(text, definition);
-        QStringList parameters;
-        for (const auto& parameter : head.parameters)
-            parameters << QString::fromStdString(parameter.type + ' ' + parameter.name);
-        found << QString::fromStdString(head.returnType + ' ' + head.name) + QLatin1Char('(') +
-                     parameters.join(QStringLiteral(", ")) + QLatin1Char(')');
+    const rows::Table<QByteArray, QByteArray> table{
+        ///< "type name(type name, ...)", parted by "; "
+        {"one and a call", QByteArray("int twice(int x)\n{\n  return 2 * x;\n}\ntotal = twice(3);"),
+         QByteArray("int twice(int x)")},
+        {"types", QByteArray("const u8* at(const u8* data, int size, double) { return data; }"),
+         QByteArray("const u8* at(const u8* data, int size, double p3)")},
+        {"no parameters", QByteArray("void a() {} void b(void) {}"),
+         QByteArray("void a(); void b()")},
+        {"arrays and defaults",
+         QByteArray("s32 sum(s32 v[], unsigned int n = most(1, 2), char c = ',') { return 0; }"),
+         QByteArray("s32 sum(s32* v, unsigned int n, char c)")},
+        {"comment amid", QByteArray("int f(int a /* , int b */, int c) { return a; }"),
+         QByteArray("int f(int a, int c)")}};
+    for (const auto& [row, code, heads] : table) {
+        const rows::Named named(row);
+        const std::string text = code.toStdString();
+        QStringList found;
+        for (const codegen::FunctionDefinition& definition : codegen::functionsIn(text)) {
+            const codegen::FunctionHead head = codegen::headOf(text, definition);
+            QStringList parameters;
+            for (const auto& parameter : head.parameters)
+                parameters << QString::fromStdString(parameter.type + ' ' + parameter.name);
+            found << QString::fromStdString(head.returnType + ' ' + head.name) + QLatin1Char('(') +
+                         parameters.join(QStringLiteral(", ")) + QLatin1Char(')');
+        }
+        QCOMPARE(found.join(QStringLiteral("; ")).toUtf8(), heads);
     }
-    QCOMPARE(found.join(QStringLiteral("; ")).toUtf8(), heads);
 }
 
 void UserFunctionsTest::listed()

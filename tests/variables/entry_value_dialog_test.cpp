@@ -1,6 +1,8 @@
 // The picker as its user has it: what it lists, and what a pick leaves in the box.
 
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 #include "tests/variables/EntryValuePicker.h"
 #include "variables/EntryFunctionTable.h"
 
@@ -19,12 +21,9 @@ class EntryValueDialogTest : public QObject
 private slots:
     void listedVariables();
     void oneType();
-    void groups_data();
     void groups();
     void filledAgain();
-    void types_data();
     void types();
-    void picksVariables_data();
     void picksVariables();
     void clickAndOk();
     void picksGoToTheCursor();
@@ -65,30 +64,25 @@ void EntryValueDialogTest::oneType()
     QVERIFY(p.dialog.getType().isEmpty());
 }
 
-void EntryValueDialogTest::groups_data()
-{
-    QTest::addColumn<bool>("system");
-    QTest::addColumn<bool>("sequence");
-    QTest::addColumn<QString>("shown");
-    QTest::newRow("both") << true << true << "序列变量 流程变量 全局变量 系统用户变量";
-    QTest::newRow("no system") << false << true << "序列变量 流程变量 全局变量";
-    QTest::newRow("no sequence") << true << false << "流程变量 全局变量 系统用户变量";
-}
-
 void EntryValueDialogTest::groups()
 {
-    QFETCH(bool, system);
-    QFETCH(bool, sequence);
-    Picker p;
-    p.dialog.setType(EntryVariables, system, sequence);
-    p.dialog.setData(QString(), QString(), false);
-    QStringList shown;
-    for (const QString& group : p.listed())
-        shown.append(group.section(QLatin1Char(':'), 0, 0));
-    QTEST(shown.join(QLatin1Char(' ')), "shown");
-    QCOMPARE(p.variable("sys_u32") != nullptr, system);
-    QCOMPARE(p.variable("seq_int") != nullptr, sequence);
-    QCOMPARE(p.find<QLabel>("label_type")->text(), QStringLiteral("任意类型"));
+    const rows::Table<bool, bool, QString> table{
+        {"both", true, true, text("序列变量 流程变量 全局变量 系统用户变量")},
+        {"no system", false, true, text("序列变量 流程变量 全局变量")},
+        {"no sequence", true, false, text("流程变量 全局变量 系统用户变量")}};
+    for (const auto& [row, system, sequence, expectedShown] : table) {
+        const rows::Named named(row);
+        Picker p;
+        p.dialog.setType(EntryVariables, system, sequence);
+        p.dialog.setData(QString(), QString(), false);
+        QStringList shown;
+        for (const QString& group : p.listed())
+            shown.append(group.section(QLatin1Char(':'), 0, 0));
+        QCOMPARE(shown.join(QLatin1Char(' ')), expectedShown);
+        QCOMPARE(p.variable("sys_u32") != nullptr, system);
+        QCOMPARE(p.variable("seq_int") != nullptr, sequence);
+        QCOMPARE(p.find<QLabel>("label_type")->text(), QStringLiteral("任意类型"));
+    }
 }
 
 void EntryValueDialogTest::filledAgain()
@@ -102,66 +96,47 @@ void EntryValueDialogTest::filledAgain()
     QCOMPARE(p.table->rowCount(), functions);
 }
 
-void EntryValueDialogTest::types_data()
-{
-    QTest::addColumn<int>("type");
-    QTest::addColumn<bool>("variables");
-    QTest::addColumn<bool>("functions");
-    QTest::addColumn<int>("page");
-    QTest::addColumn<bool>("tellsType");
-    QTest::newRow("variables") << 0 << true << false << 0 << true;
-    QTest::newRow("both") << 1 << true << true << 0 << false;
-    QTest::newRow("functions") << 2 << false << true << 1 << false;
-}
-
 void EntryValueDialogTest::types()
 {
-    QFETCH(int, type);
-    Picker p{EntryValType(type)};
-    QTEST(p.tabs->isTabEnabled(0), "variables");
-    QTEST(p.tabs->isTabEnabled(1), "functions");
-    QTEST(p.tabs->currentIndex(), "page");
-    QTEST(!p.find<QLabel>("label_3")->isHidden(), "tellsType");
-    QTEST(!p.find<QLabel>("label_type")->isHidden(), "tellsType");
-    QVERIFY(!p.box->isReadOnly());
-}
-
-void EntryValueDialogTest::picksVariables_data()
-{
-    QTest::addColumn<bool>("single");
-    QTest::addColumn<bool>("prefixed");
-    QTest::addColumn<QString>("variable");
-    QTest::addColumn<QString>("text"); // of "a|b", "|" the cursor
-    QTest::newRow("inserted") << false << false << "seq_int"
-                              << "aseq_int|b";
-    QTest::newRow("local") << false << true << "seq_int"
-                           << "a[local]seq_int|b";
-    QTest::newRow("global is local") << false << true << "global_u32"
-                                     << "a[local]global_u32|b";
-    QTest::newRow("system") << false << true << "sys_u32"
-                            << "a[sys]sys_u32|b";
-    QTest::newRow("in place of all") << true << true << "sys_u32"
-                                     << "[sys]sys_u32|";
-    QTest::newRow("a group") << true << false << "流程变量"
-                             << "a|b";
+    const rows::Table<int, bool, bool, int, bool> table{{"variables", 0, true, false, 0, true},
+                                                        {"both", 1, true, true, 0, false},
+                                                        {"functions", 2, false, true, 1, false}};
+    for (const auto& [row, type, variables, functions, page, tellsType] : table) {
+        const rows::Named named(row);
+        Picker p{EntryValType(type)};
+        QCOMPARE(p.tabs->isTabEnabled(0), variables);
+        QCOMPARE(p.tabs->isTabEnabled(1), functions);
+        QCOMPARE(p.tabs->currentIndex(), page);
+        QCOMPARE(!p.find<QLabel>("label_3")->isHidden(), tellsType);
+        QCOMPARE(!p.find<QLabel>("label_type")->isHidden(), tellsType);
+        QVERIFY(!p.box->isReadOnly());
+    }
 }
 
 void EntryValueDialogTest::picksVariables()
 {
-    QFETCH(bool, single);
-    QFETCH(bool, prefixed);
-    QFETCH(QString, variable);
-    Picker p(EntryVariables, QStringLiteral("ab"));
-    p.dialog.setSingleSelectMode(single);
-    p.dialog.setSelectVarAddPrfix(prefixed);
-    p.box->moveCursor(QTextCursor::Right);
-    emit p.tree->itemDoubleClicked(
-        p.tree->findItems(variable, Qt::MatchExactly | Qt::MatchRecursive).value(0), 0);
-    const QString text =
-        p.dialog.getData().insert(p.box->textCursor().position(), QLatin1Char('|'));
-    QTEST(text, "text");
-    p.box->undo();
-    QCOMPARE(p.dialog.getData(), QStringLiteral("ab"));
+    const rows::Table<bool, bool, QString, QString> table{
+        // of "a|b", "|" the cursor
+        {"inserted", false, false, text("seq_int"), text("aseq_int|b")},
+        {"local", false, true, text("seq_int"), text("a[local]seq_int|b")},
+        {"global is local", false, true, text("global_u32"), text("a[local]global_u32|b")},
+        {"system", false, true, text("sys_u32"), text("a[sys]sys_u32|b")},
+        {"in place of all", true, true, text("sys_u32"), text("[sys]sys_u32|")},
+        {"a group", true, false, text("流程变量"), text("a|b")}};
+    for (const auto& [row, single, prefixed, variable, expectedText] : table) {
+        const rows::Named named(row);
+        Picker p(EntryVariables, QStringLiteral("ab"));
+        p.dialog.setSingleSelectMode(single);
+        p.dialog.setSelectVarAddPrfix(prefixed);
+        p.box->moveCursor(QTextCursor::Right);
+        emit p.tree->itemDoubleClicked(
+            p.tree->findItems(variable, Qt::MatchExactly | Qt::MatchRecursive).value(0), 0);
+        const QString text =
+            p.dialog.getData().insert(p.box->textCursor().position(), QLatin1Char('|'));
+        QCOMPARE(text, expectedText);
+        p.box->undo();
+        QCOMPARE(p.dialog.getData(), QStringLiteral("ab"));
+    }
 }
 
 void EntryValueDialogTest::clickAndOk()
@@ -212,6 +187,9 @@ void EntryValueDialogTest::picksGoToTheCursor()
     p.pick("seq_s32");
     p.pick("global_u32");
     QCOMPARE(p.dialog.getData(), QStringLiteral("a = seq_s32global_u32;\nb;"));
+    p.dialog.setCursorPosition(0);
+    p.pick("seq_s32");
+    QVERIFY(p.dialog.getData().startsWith(QStringLiteral("seq_s32a = ")));
 }
 
 void EntryValueDialogTest::loopVariables()
@@ -242,6 +220,8 @@ void EntryValueDialogTest::picksFunctions()
     p.dialog.setSingleSelectMode(true);
     emit p.table->itemDoubleClicked(p.table->item(p.row("now_ms"), 0));
     QCOMPARE(p.dialog.getData(), QStringLiteral("now_ms()"));
+    emit p.table->itemDoubleClicked(p.table->item(0, 0));
+    QVERIFY(p.dialog.getData().startsWith(p.table->item(0, 2)->text() + u'('));
     for (int column = 0; column < 5; ++column)
         QVERIFY(!(p.table->item(row, column)->flags() & Qt::ItemIsEditable));
     QCOMPARE(p.table->item(row, 3)->toolTip(), QStringLiteral("double x: 数值\ndouble y: 指数"));

@@ -1,6 +1,8 @@
 // The picker's search, its keys, its completion, and how it ends.
 
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 #include "tests/variables/EntryValuePicker.h"
 #include "variables/SuggestionList.h"
 
@@ -22,7 +24,6 @@ private slots:
     void search();
     void keys();
     void completesTheListedNames();
-    void results_data();
     void results();
 
 private:
@@ -114,48 +115,44 @@ void EntryValueKeysTest::completesTheListedNames()
     QCOMPARE(p.dialog.getData(), QStringLiteral("u32seq_int"));
 }
 
-void EntryValueKeysTest::results_data()
-{
-    QTest::addColumn<QString>("how");
-    QTest::addColumn<int>("result");
-    QTest::newRow("OK") << "button" << 1;
-    QTest::newRow("Enter on OK") << "enter" << 1;
-    QTest::newRow("Ctrl+Enter in the box") << "shortcut" << 1;
-    QTest::newRow("Escape in the box") << "escape" << 0;
-    QTest::newRow("Escape in the tree") << "escape tree" << 0;
-    QTest::newRow("closed") << "close" << 0;
-}
-
 void EntryValueKeysTest::results()
 {
-    QFETCH(QString, how);
-    for (bool single : {false, true}) {
-        Picker p(EntryVariables, QStringLiteral("value"));
-        p.dialog.setSingleSelectMode(single);
-        QString selected;
-        QTimer::singleShot(0, &p.dialog, [&] {
-            const auto closed = qScopeGuard([&p] { p.dialog.close(); });
-            QTRY_VERIFY(p.box->hasFocus());
-            QCOMPARE(QApplication::activeModalWidget(), &p.dialog);
-            selected = p.box->textCursor().selectedText();
-            auto* ok = p.find<QPushButton>("btnOk");
-            if (how == QLatin1String("button"))
-                QTest::mouseClick(ok, Qt::LeftButton);
-            else if (how == QLatin1String("enter"))
-                QTest::keyClick(ok, Qt::Key_Return);
-            else if (how == QLatin1String("shortcut"))
-                QTest::keyClick(p.box, Qt::Key_Return, Qt::ControlModifier);
-            else if (how == QLatin1String("escape"))
-                QTest::keyClick(p.box, Qt::Key_Escape);
-            else if (how == QLatin1String("escape tree"))
-                QTest::keyClick(p.tree, Qt::Key_Escape);
-            else
-                p.dialog.close();
-            QTRY_VERIFY(!p.dialog.isVisible());
-        });
-        QTEST(int(p.dialog.exec()), "result");
-        QCOMPARE(selected, single ? QString() : QStringLiteral("value"));
-        QCOMPARE(p.dialog.getData(), QStringLiteral("value"));
+    const rows::Table<QString, int> table{{"OK", text("button"), 1},
+                                          {"Enter on OK", text("enter"), 1},
+                                          {"Ctrl+Enter in the box", text("shortcut"), 1},
+                                          {"Escape in the box", text("escape"), 0},
+                                          {"Escape in the tree", text("escape tree"), 0},
+                                          {"closed", text("close"), 0}};
+    for (const auto& [row, how, result] : table) {
+        const rows::Named named(row);
+        for (bool single : {false, true}) {
+            Picker p(EntryVariables, QStringLiteral("value"));
+            p.dialog.setSingleSelectMode(single);
+            QString selected;
+            QTimer::singleShot(0, &p.dialog, [&, &how = how] {
+                const auto closed = qScopeGuard([&p] { p.dialog.close(); });
+                QTRY_VERIFY(p.box->hasFocus());
+                QCOMPARE(QApplication::activeModalWidget(), &p.dialog);
+                selected = p.box->textCursor().selectedText();
+                auto* ok = p.find<QPushButton>("btnOk");
+                if (how == QLatin1String("button"))
+                    QTest::mouseClick(ok, Qt::LeftButton);
+                else if (how == QLatin1String("enter"))
+                    QTest::keyClick(ok, Qt::Key_Return);
+                else if (how == QLatin1String("shortcut"))
+                    QTest::keyClick(p.box, Qt::Key_Return, Qt::ControlModifier);
+                else if (how == QLatin1String("escape"))
+                    QTest::keyClick(p.box, Qt::Key_Escape);
+                else if (how == QLatin1String("escape tree"))
+                    QTest::keyClick(p.tree, Qt::Key_Escape);
+                else
+                    p.dialog.close();
+                QTRY_VERIFY(!p.dialog.isVisible());
+            });
+            QCOMPARE(int(p.dialog.exec()), result);
+            QCOMPARE(selected, single ? QString() : QStringLiteral("value"));
+            QCOMPARE(p.dialog.getData(), QStringLiteral("value"));
+        }
     }
 }
 

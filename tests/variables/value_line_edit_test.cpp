@@ -1,5 +1,6 @@
 // The field around the rules: which signals it emits, what it falls back to, when it completes.
 
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 #include "variables/VarValueLineEdit.h"
@@ -11,42 +12,34 @@ class ValueLineEditTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void tellsAcceptedValues_data();
     void tellsAcceptedValues();
     void refusalKeepsTheCursor();
     void refusalFallsBackToWhatWasPutIn();
-    void refusalIsSeen_data();
     void refusalIsSeen();
-    void leavingCompletesArrays_data();
     void leavingCompletesArrays();
     void anotherTypeTakesTheRulesOff();
 };
 
-void ValueLineEditTest::tellsAcceptedValues_data()
-{
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QString>("keys");
-    QTest::addColumn<QStringList>("told");
-    QTest::newRow("scalar") << "u8" << text("256") << QStringList({text("2"), text("25")});
-    QTest::newRow("array") << "s8*" << text("1,300")
-                           << QStringList({text("1"), text("1,"), text("1,3"), text("1,30")});
-    QTest::newRow("text") << "string" << text("ab") << QStringList({text("a"), text("ab")});
-    QTest::newRow("unchecked") << "u64" << text("12") << QStringList();
-    QTest::newRow("without a rule") << "bool" << text("t") << QStringList();
-}
-
 void ValueLineEditTest::tellsAcceptedValues()
 {
-    QFETCH(QString, type);
-    QFETCH(QString, keys);
-    VarValueLineEdit edit;
-    edit.setValueType(type, -1);
-    QStringList told;
-    connect(&edit, &VarValueLineEdit::valueChanged, this,
-            [&told](const QString& value) { told.append(value); });
-    edit.setValue(QString());
-    QTest::keyClicks(&edit, keys);
-    QTEST(told, "told");
+    const rows::Table<QString, QString, QStringList> table{
+        {"scalar", text("u8"), text("256"), QStringList({text("2"), text("25")})},
+        {"array", text("s8*"), text("1,300"),
+         QStringList({text("1"), text("1,"), text("1,3"), text("1,30")})},
+        {"text", text("string"), text("ab"), QStringList({text("a"), text("ab")})},
+        {"unchecked", text("u64"), text("12"), QStringList()},
+        {"without a rule", text("bool"), text("t"), QStringList()}};
+    for (const auto& [row, type, keys, expectedTold] : table) {
+        const rows::Named named(row);
+        VarValueLineEdit edit;
+        edit.setValueType(type, -1);
+        QStringList told;
+        connect(&edit, &VarValueLineEdit::valueChanged, this,
+                [&told](const QString& value) { told.append(value); });
+        edit.setValue(QString());
+        QTest::keyClicks(&edit, keys);
+        QCOMPARE(told, expectedTold);
+    }
 }
 
 void ValueLineEditTest::refusalKeepsTheCursor()
@@ -78,65 +71,53 @@ void ValueLineEditTest::refusalFallsBackToWhatWasPutIn()
     QCOMPARE(spy.count(), 1);
 }
 
-void ValueLineEditTest::refusalIsSeen_data()
-{
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QString>("keys");
-    QTest::addColumn<QString>("left");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("number") << "s32" << text("9999999999") << text("999999999")
-                            << text("s32 的取值范围是 -2147483648 到 2147483647");
-    QTest::newRow("element") << "u8*" << text("1,256") << text("1,25")
-                             << text("u8* 每个元素的取值范围是 0 到 255");
-    QTest::newRow("elements") << "u8*" << text("1,2,3,4") << text("1,2,34")
-                              << text("最多 3 个元素");
-    QTest::newRow("text") << "string" << text("abcd") << text("abc") << text("最多 3 个字符");
-}
-
 void ValueLineEditTest::refusalIsSeen()
 {
-    QFETCH(QString, type);
-    QFETCH(QString, keys);
-    VarValueLineEdit edit;
-    edit.setValueType(type, 3);
-    edit.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&edit));
-    const QColor calm = edit.grab().toImage().pixelColor(1, edit.height() / 2);
-    QTest::keyClicks(&edit, keys);
-    QTEST(edit.text(), "left");
-    QTEST(QToolTip::text(), "reason");
-    QVERIFY(edit.grab().toImage().pixelColor(1, edit.height() / 2) != calm);
-    QTRY_COMPARE(edit.grab().toImage().pixelColor(1, edit.height() / 2), calm);
-}
-
-void ValueLineEditTest::leavingCompletesArrays_data()
-{
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<bool>("byEnter");
-    QTest::addColumn<QString>("whole");
-    QTest::newRow("array, another field") << "u8*" << false << text("1,2,0");
-    QTest::newRow("array, Enter") << "double*" << true << text("1,2,0");
-    QTest::newRow("text") << "string" << false << text("1,2,");
+    const rows::Table<QString, QString, QString, QString> table{
+        {"number", text("s32"), text("9999999999"), text("999999999"),
+         text("s32 的取值范围是 -2147483648 到 2147483647")},
+        {"element", text("u8*"), text("1,256"), text("1,25"),
+         text("u8* 每个元素的取值范围是 0 到 255")},
+        {"elements", text("u8*"), text("1,2,3,4"), text("1,2,34"), text("最多 3 个元素")},
+        {"text", text("string"), text("abcd"), text("abc"), text("最多 3 个字符")}};
+    for (const auto& [row, type, keys, left, reason] : table) {
+        const rows::Named named(row);
+        VarValueLineEdit edit;
+        edit.setValueType(type, 3);
+        edit.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&edit));
+        const QColor calm = edit.grab().toImage().pixelColor(1, edit.height() / 2);
+        QTest::keyClicks(&edit, keys);
+        QCOMPARE(edit.text(), left);
+        QCOMPARE(QToolTip::text(), reason);
+        QVERIFY(edit.grab().toImage().pixelColor(1, edit.height() / 2) != calm);
+        QTRY_COMPARE(edit.grab().toImage().pixelColor(1, edit.height() / 2), calm);
+    }
 }
 
 void ValueLineEditTest::leavingCompletesArrays()
 {
-    QFETCH(QString, type);
-    QFETCH(bool, byEnter);
-    QWidget window;
-    auto* edit = new VarValueLineEdit(&window);
-    auto* other = new QLineEdit(&window);
-    edit->setValueType(type, 8);
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    edit->setFocus();
-    QTest::keyClicks(edit, text("1,2,"));
-    if (byEnter)
-        QTest::keyClick(edit, Qt::Key_Return);
-    else
-        other->setFocus();
-    QTEST(edit->text(), "whole");
+    const rows::Table<QString, bool, QString> table{
+        {"array, another field", text("u8*"), false, text("1,2,0")},
+        {"array, Enter", text("double*"), true, text("1,2,0")},
+        {"text", text("string"), false, text("1,2,")}};
+    for (const auto& [row, type, byEnter, whole] : table) {
+        const rows::Named named(row);
+        QWidget window;
+        auto* edit = new VarValueLineEdit(&window);
+        auto* other = new QLineEdit(&window);
+        edit->setValueType(type, 8);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        edit->setFocus();
+        QTest::keyClicks(edit, text("1,2,"));
+        if (byEnter)
+            QTest::keyClick(edit, Qt::Key_Return);
+        else
+            other->setFocus();
+        QCOMPARE(edit->text(), whole);
+    }
 }
 
 void ValueLineEditTest::anotherTypeTakesTheRulesOff()

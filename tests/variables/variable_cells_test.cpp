@@ -1,6 +1,7 @@
 // Editing the cells of the variable panel, and lengths: what is refused, what comes back, what the
 // model service gets and who is told.
 
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 #include "tests/variables/PanelFixture.h"
@@ -52,12 +53,9 @@ class VariableCellsTest : public QObject
     Q_OBJECT
 private slots:
     void editors();
-    void refusedNames_data();
     void refusedNames();
-    void values_data();
     void values();
     void anotherTypeResetsTheValue();
-    void typesThatAreNotChosenStay_data();
     void typesThatAreNotChosenStay();
     void sharedVariablesAreTold();
     void unchangedCellsTellNothing();
@@ -107,79 +105,61 @@ void VariableCellsTest::editors()
     QCOMPARE(f.tree->selectionModel()->selectedIndexes().size(), 0);
 }
 
-void VariableCellsTest::refusedNames_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("message");
-    QTest::newRow("empty") << QString() << text("warning|名称不能为空");
-    QTest::newRow("sequence") << text("b") << text("warning|有重名变量，请重新命名");
-    QTest::newRow("process") << text("p") << text("warning|有重名变量，请重新命名");
-    QTest::newRow("global") << text("g") << text("warning|有重名变量，请重新命名");
-    QTest::newRow("its own") << text("a") << QString();
-    QTest::newRow("another case") << text("B") << QString();
-    QTest::newRow("another sequence's") << text("other") << QString();
-}
-
 void VariableCellsTest::refusedNames()
 {
-    QFETCH(QString, name);
-    QFETCH(QString, message);
-    PanelFixture f;
-    const QString uuid = f.make(SequenceVariable, "a");
-    f.make(SequenceVariable, "b");
-    f.make(SequenceVariable, "other", "s32", "0", f.second);
-    f.make(ProcessVariable, "p");
-    f.make(GlobalVariable, "g");
-    f.panel.reloadSequenceVariables(f.first);
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Tab}) {
-        f.messages.clear();
-        f.type(f.cell(uuid), name, key);
-        QCOMPARE(f.messages.join(QLatin1Char(';')), message); // once
-        const QString expected = message.isEmpty() ? name : text("a");
-        QCOMPARE(f.shown(uuid, NameColumn), expected);
-        QCOMPARE(QString::fromStdString(f.record(uuid).name), expected);
+    const rows::Table<QString, QString> table{
+        {"empty", QString(), text("warning|名称不能为空")},
+        {"sequence", text("b"), text("warning|有重名变量，请重新命名")},
+        {"process", text("p"), text("warning|有重名变量，请重新命名")},
+        {"global", text("g"), text("warning|有重名变量，请重新命名")},
+        {"its own", text("a"), QString()},
+        {"another case", text("B"), QString()},
+        {"another sequence's", text("other"), QString()}};
+    for (const auto& [row, name, message] : table) {
+        const rows::Named named(row);
+        PanelFixture f;
+        const QString uuid = f.make(SequenceVariable, "a");
+        f.make(SequenceVariable, "b");
+        f.make(SequenceVariable, "other", "s32", "0", f.second);
+        f.make(ProcessVariable, "p");
+        f.make(GlobalVariable, "g");
+        f.panel.reloadSequenceVariables(f.first);
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Tab}) {
+            f.messages.clear();
+            f.type(f.cell(uuid), name, key);
+            QCOMPARE(f.messages.join(QLatin1Char(';')), message); // once
+            const QString expected = message.isEmpty() ? name : text("a");
+            QCOMPARE(f.shown(uuid, NameColumn), expected);
+            QCOMPARE(QString::fromStdString(f.record(uuid).name), expected);
+        }
     }
-}
-
-void VariableCellsTest::values_data()
-{
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QString>("former");
-    QTest::addColumn<QString>("keys");
-    QTest::addColumn<Qt::Key>("leave");
-    QTest::addColumn<QString>("stored");
-    const auto row = [](const char* name, const char* type, const char* former, const char* keys,
-                        Qt::Key leave, const char* stored) {
-        QTest::newRow(name) << text(type) << text(former) << text(keys) << leave << text(stored);
-    };
-    row("number", "u32", "7", "12", Qt::Key_Return, "12");
-    row("out of range", "u8", "7", "256", Qt::Key_Return, "25");
-    row("cleared number", "u32", "7", "", Qt::Key_Return, "7");
-    row("cleared number, Tab", "u32", "7", "", Qt::Key_Tab, "7");
-    row("unfinished", "s32", "7", "-", Qt::Key_Return, "7");
-    row("cleared array", "u8*", "1,2", "", Qt::Key_Return, "1,2");
-    row("cleared text", "string", "abc", "", Qt::Key_Return, "");
-    row("trailing comma", "u8*", "1", "1,2,", Qt::Key_Return, "1,2,0");
-    row("trailing comma, Tab", "u8*", "1", "1,2,", Qt::Key_Tab, "1,2,0");
-    row("taken back", "u32", "7", "12", Qt::Key_Escape, "7");
 }
 
 void VariableCellsTest::values()
 {
-    QFETCH(QString, type);
-    QFETCH(QString, former);
-    QFETCH(QString, keys);
-    QFETCH(Qt::Key, leave);
-    QFETCH(QString, stored);
-    PanelFixture f;
-    const QByteArray typeBytes = type.toUtf8();
-    const QString uuid =
-        f.make(SequenceVariable, "a", typeBytes.constData(), former.toUtf8().constData());
-    f.panel.reloadSequenceVariables(f.first);
-    f.type(f.cell(uuid, ValueColumn), keys, leave);
-    QCOMPARE(QString::fromStdString(f.record(uuid).value), stored);
-    QCOMPARE(f.shown(uuid, ValueColumn), stored);
-    QCOMPARE(f.told.count(text("modified")), stored == former ? 0 : 1);
+    const rows::Table<QString, QString, QString, Qt::Key, QString> table{
+        {"number", text("u32"), text("7"), text("12"), Qt::Key_Return, text("12")},
+        {"out of range", text("u8"), text("7"), text("256"), Qt::Key_Return, text("25")},
+        {"cleared number", text("u32"), text("7"), text(""), Qt::Key_Return, text("7")},
+        {"cleared number, Tab", text("u32"), text("7"), text(""), Qt::Key_Tab, text("7")},
+        {"unfinished", text("s32"), text("7"), text("-"), Qt::Key_Return, text("7")},
+        {"cleared array", text("u8*"), text("1,2"), text(""), Qt::Key_Return, text("1,2")},
+        {"cleared text", text("string"), text("abc"), text(""), Qt::Key_Return, text("")},
+        {"trailing comma", text("u8*"), text("1"), text("1,2,"), Qt::Key_Return, text("1,2,0")},
+        {"trailing comma, Tab", text("u8*"), text("1"), text("1,2,"), Qt::Key_Tab, text("1,2,0")},
+        {"taken back", text("u32"), text("7"), text("12"), Qt::Key_Escape, text("7")}};
+    for (const auto& [row, type, former, keys, leave, stored] : table) {
+        const rows::Named named(row);
+        PanelFixture f;
+        const QByteArray typeBytes = type.toUtf8();
+        const QString uuid =
+            f.make(SequenceVariable, "a", typeBytes.constData(), former.toUtf8().constData());
+        f.panel.reloadSequenceVariables(f.first);
+        f.type(f.cell(uuid, ValueColumn), keys, leave);
+        QCOMPARE(QString::fromStdString(f.record(uuid).value), stored);
+        QCOMPARE(f.shown(uuid, ValueColumn), stored);
+        QCOMPARE(f.told.count(text("modified")), stored == former ? 0 : 1);
+    }
 }
 
 void VariableCellsTest::anotherTypeResetsTheValue()
@@ -202,26 +182,22 @@ void VariableCellsTest::anotherTypeResetsTheValue()
     }
 }
 
-void VariableCellsTest::typesThatAreNotChosenStay_data()
-{
-    QTest::addColumn<QString>("type");
-    QTest::newRow("alias") << text("int");
-    QTest::newRow("not offered") << text("bool");
-}
-
 void VariableCellsTest::typesThatAreNotChosenStay()
 {
-    QFETCH(QString, type);
-    PanelFixture f;
-    const QString uuid = f.make(SequenceVariable, "a", type.toUtf8().constData(), "1");
-    f.panel.reloadSequenceVariables(f.first);
-    QWidget* box = f.edit(f.cell(uuid, TypeColumn));
-    QVERIFY(box);
-    QTest::keyClick(box, Qt::Key_Return);
-    QTRY_VERIFY(!f.tree->indexWidget(f.cell(uuid, TypeColumn)));
-    QCOMPARE(f.shown(uuid, TypeColumn), type);
-    QCOMPARE(f.record(uuid).value, std::string("1"));
-    QVERIFY(f.told.isEmpty());
+    const rows::Table<QString> table{{"alias", text("int")}, {"not offered", text("bool")}};
+    for (const auto& [row, type] : table) {
+        const rows::Named named(row);
+        PanelFixture f;
+        const QString uuid = f.make(SequenceVariable, "a", type.toUtf8().constData(), "1");
+        f.panel.reloadSequenceVariables(f.first);
+        QWidget* box = f.edit(f.cell(uuid, TypeColumn));
+        QVERIFY(box);
+        QTest::keyClick(box, Qt::Key_Return);
+        QTRY_VERIFY(!f.tree->indexWidget(f.cell(uuid, TypeColumn)));
+        QCOMPARE(f.shown(uuid, TypeColumn), type);
+        QCOMPARE(f.record(uuid).value, std::string("1"));
+        QVERIFY(f.told.isEmpty());
+    }
 }
 
 void VariableCellsTest::sharedVariablesAreTold()

@@ -1,6 +1,7 @@
 // The rows of the variable panel: adding, removing, copying, moving, and what other sequences see.
 
 #include "tests/support/print_tree.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 #include "tests/variables/PanelFixture.h"
@@ -42,7 +43,6 @@ private slots:
     void removingAGroupKeepsTheLocked();
     void copiesArePastedAcrossSequences();
     void dragData();
-    void moving_data();
     void moving();
     void movesChangeScopeAndOwner();
     void givenVariables();
@@ -143,8 +143,8 @@ void VariablePanelTest::removing()
 void VariablePanelTest::removingAGroupKeepsTheLocked()
 {
     PanelFixture f;
-    const QString locked = f.make(ProcessVariable, "locked");
     f.make(ProcessVariable, "p");
+    const QString locked = f.make(ProcessVariable, "locked");
     f.make(ProcessVariable, "q");
     f.make(SequenceVariable, "a");
     processVariable record = f.record(locked);
@@ -218,59 +218,51 @@ void VariablePanelTest::dragData()
     QCOMPARE(f.tree->dragDropMode(), QAbstractItemView::InternalMove);
 }
 
-void VariablePanelTest::moving_data()
-{
-    QTest::addColumn<QString>("dragged");
-    QTest::addColumn<int>("group"); // -1: between the groups
-    QTest::addColumn<int>("row");
-    QTest::addColumn<QString>("names");
-    QTest::addColumn<QStringList>("told");
-    const QStringList sequenceOnly{text("modified")};
-    QTest::newRow("down") << "a" << 0 << 2 << text("b a c d | p q | g") << sequenceOnly;
-    QTest::newRow("up") << "d" << 0 << 1 << text("a d b c | p q | g") << sequenceOnly;
-    QTest::newRow("to its own place") << "b" << 0 << 1 << text("a b c d | p q | g") << sequenceOnly;
-    QTest::newRow("several around the place")
-        << "d a" << 0 << 2 << text("b d a c | p q | g") << sequenceOnly;
-    QTest::newRow("on the group") << "b" << 0 << -1 << text("a c d b | p q | g") << sequenceOnly;
-    QTest::newRow("into another group") << "b c" << 1 << 1 << text("a d | p b c q | g")
-                                        << QStringList({text("shared 0 b,c"), text("modified")});
-    QTest::newRow("to the global ones") << "a" << 2 << 0 << text("b c d | p q | a g")
-                                        << QStringList({text("shared 1 a"), text("modified")});
-    QTest::newRow("from the global ones") << "g" << 0 << 0 << text("g a b c d | p q | ")
-                                          << QStringList({text("shared 1 g"), text("modified")});
-    QTest::newRow("from two groups") << "p a" << 0 << 4 << text("b c d p a | q | g")
-                                     << QStringList({text("shared 0 p,a"), text("modified")});
-    QTest::newRow("between two groups") << "g" << -1 << 1 << text("a b c d g | p q | ")
-                                        << QStringList({text("shared 1 g"), text("modified")});
-    QTest::newRow("into the empty space") << "p" << -1 << -1 << text("a b c d | q | g p")
-                                          << QStringList({text("shared 1 p"), text("modified")});
-}
-
 void VariablePanelTest::moving()
 {
-    QFETCH(QString, dragged);
-    QFETCH(int, group);
-    QFETCH(int, row);
-    PanelFixture f;
-    QHash<QString, QString> uuids;
-    for (const char* name : {"a", "b", "c", "d"})
-        uuids[text(name)] = f.make(SequenceVariable, name);
-    for (const char* name : {"p", "q"})
-        uuids[text(name)] = f.make(ProcessVariable, name);
-    uuids[text("g")] = f.make(GlobalVariable, "g");
-    f.panel.reloadSequenceVariables(f.first);
-    QModelIndexList rows;
-    for (const QString& name : dragged.split(QLatin1Char(' ')))
-        rows.append(f.cell(uuids[name]));
-    f.told.clear();
-    QVERIFY(drop(f, rows, group < 0 ? QModelIndex() : f.group(group), row));
-    QTEST(f.names(), "names");
-    QTEST(f.told, "told");
-    QStringList selected = f.selectedNames();
-    selected.sort();
-    QStringList expected = dragged.split(QLatin1Char(' '));
-    expected.sort();
-    QCOMPARE(selected, expected);
+    const QStringList sequenceOnly{text("modified")};
+    const rows::Table<QString, int, int, QString, QStringList> table{
+        // -1: between the groups
+        {"down", text("a"), 0, 2, text("b a c d | p q | g"), sequenceOnly},
+        {"up", text("d"), 0, 1, text("a d b c | p q | g"), sequenceOnly},
+        {"to its own place", text("b"), 0, 1, text("a b c d | p q | g"), sequenceOnly},
+        {"several around the place", text("d a"), 0, 2, text("b d a c | p q | g"), sequenceOnly},
+        {"on the group", text("b"), 0, -1, text("a c d b | p q | g"), sequenceOnly},
+        {"into another group", text("b c"), 1, 1, text("a d | p b c q | g"),
+         QStringList({text("shared 0 b,c"), text("modified")})},
+        {"to the global ones", text("a"), 2, 0, text("b c d | p q | a g"),
+         QStringList({text("shared 1 a"), text("modified")})},
+        {"from the global ones", text("g"), 0, 0, text("g a b c d | p q | "),
+         QStringList({text("shared 1 g"), text("modified")})},
+        {"from two groups", text("p a"), 0, 4, text("b c d p a | q | g"),
+         QStringList({text("shared 0 p,a"), text("modified")})},
+        {"between two groups", text("g"), -1, 1, text("a b c d g | p q | "),
+         QStringList({text("shared 1 g"), text("modified")})},
+        {"into the empty space", text("p"), -1, -1, text("a b c d | q | g p"),
+         QStringList({text("shared 1 p"), text("modified")})}};
+    for (const auto& [rowName, dragged, group, row, names, told] : table) {
+        const rows::Named named(rowName);
+        PanelFixture f;
+        QHash<QString, QString> uuids;
+        for (const char* name : {"a", "b", "c", "d"})
+            uuids[text(name)] = f.make(SequenceVariable, name);
+        for (const char* name : {"p", "q"})
+            uuids[text(name)] = f.make(ProcessVariable, name);
+        uuids[text("g")] = f.make(GlobalVariable, "g");
+        f.panel.reloadSequenceVariables(f.first);
+        QModelIndexList rows;
+        for (const QString& name : dragged.split(QLatin1Char(' ')))
+            rows.append(f.cell(uuids[name]));
+        f.told.clear();
+        QVERIFY(drop(f, rows, group < 0 ? QModelIndex() : f.group(group), row));
+        QCOMPARE(f.names(), names);
+        QCOMPARE(f.told, told);
+        QStringList selected = f.selectedNames();
+        selected.sort();
+        QStringList expected = dragged.split(QLatin1Char(' '));
+        expected.sort();
+        QCOMPARE(selected, expected);
+    }
 }
 
 void VariablePanelTest::movesChangeScopeAndOwner()
@@ -423,6 +415,8 @@ void VariablePanelTest::columnWidths()
     f.panel.reloadSequenceVariables(f.first);
     f.panel.setColumnWidths({110, 70, 60, 200});
     f.panel.setColumnWidths({1, 2});
+    f.panel.setColumnWidths({110, 70, 0, 200}); // a column that was never seen
+    QCOMPARE(f.tree->columnWidth(2), 60);
     QVERIFY(widths.isEmpty());
     f.panel.showSequence(f.second);
     QCOMPARE(f.tree->columnWidth(0), 110);

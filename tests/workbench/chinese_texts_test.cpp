@@ -1,5 +1,6 @@
 // What the toolkit says is Chinese, with and without Qt's own catalogue on the machine.
 
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 #include "workbench/chinese_texts.h"
@@ -55,52 +56,50 @@ class ChineseTextsTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void toolkitSpeaksChinese_data();
     void toolkitSpeaksChinese();
 };
 
-void ChineseTextsTest::toolkitSpeaksChinese_data()
-{
-    QTest::addColumn<QString>("catalogues");
-    QTest::newRow("Qt's catalogue") << QLibraryInfo::location(QLibraryInfo::TranslationsPath);
-    QTest::newRow("no catalogue") << text("/nowhere");
-}
-
 void ChineseTextsTest::toolkitSpeaksChinese()
 {
-    QFETCH(QString, catalogues);
-    // Each row speaks for itself: what the one before has installed goes.
-    for (auto* translator : qApp->findChildren<QTranslator*>())
-        delete translator;
-    chinese_texts::install(catalogues);
+    const rows::Table<QString> table{
+        {"Qt's catalogue", QLibraryInfo::location(QLibraryInfo::TranslationsPath)},
+        {"no catalogue", text("/nowhere")}};
+    for (const auto& [row, catalogues] : table) {
+        const rows::Named named(row);
+        // Each row speaks for itself: what the one before has installed goes.
+        for (auto* translator : qApp->findChildren<QTranslator*>())
+            delete translator;
+        chinese_texts::install(catalogues);
 
-    QStringList texts;
-    QDialogButtonBox buttons;
-    for (int bit = QDialogButtonBox::FirstButton; bit <= QDialogButtonBox::LastButton; bit *= 2) {
-        if (auto* button = buttons.addButton(QDialogButtonBox::StandardButton(bit)))
-            texts << button->text();
-    }
-    QVERIFY(texts.size() >= 18);
-    QLineEdit line;
-    QPlainTextEdit page;
-    texts << menuTexts(line) << menuTexts(page);
-    QMessageBox box(QMessageBox::Warning, QString(), QString(), QMessageBox::Ok);
-    box.setDetailedText(text("一"));
-    QInputDialog input;
-    input.setLabelText(text("一"));
-    input.setOkButtonText(input.okButtonText());
-    texts << textsOf(box) << textsOf(input);
-    QFileDialog files;
-    files.setOption(QFileDialog::DontUseNativeDialog);
-    files.setNameFilter(QString());
-    texts << textsOf(files);
-    QVERIFY(texts.size() > 60);
+        QStringList texts;
+        QDialogButtonBox buttons;
+        for (int bit = QDialogButtonBox::FirstButton; bit <= QDialogButtonBox::LastButton;
+             bit *= 2) {
+            if (auto* button = buttons.addButton(QDialogButtonBox::StandardButton(bit)))
+                texts << button->text();
+        }
+        QVERIFY(texts.size() >= 18);
+        QLineEdit line;
+        QPlainTextEdit page;
+        texts << menuTexts(line) << menuTexts(page);
+        QMessageBox box(QMessageBox::Warning, QString(), QString(), QMessageBox::Ok);
+        box.setDetailedText(text("一"));
+        QInputDialog input;
+        input.setLabelText(text("一"));
+        input.setOkButtonText(input.okButtonText());
+        texts << textsOf(box) << textsOf(input);
+        QFileDialog files;
+        files.setOption(QFileDialog::DontUseNativeDialog);
+        files.setNameFilter(QString());
+        texts << textsOf(files);
+        QVERIFY(texts.size() > 60);
 
-    // Mnemonics and keys stay in Latin letters.
-    const QRegularExpression keys(text("\\(&.\\)|\t.*$"));
-    for (QString said : qAsConst(texts)) {
-        said.remove(keys);
-        QVERIFY2(!said.contains(QRegularExpression(text("[A-Za-z]"))), qPrintable(said));
+        // Mnemonics and keys stay in Latin letters.
+        const QRegularExpression keys(text("\\(&.\\)|\t.*$"));
+        for (QString said : qAsConst(texts)) {
+            said.remove(keys);
+            QVERIFY2(!said.contains(QRegularExpression(text("[A-Za-z]"))), qPrintable(said));
+        }
     }
 }
 

@@ -3,6 +3,7 @@
 #include "base/file_reading.h"
 #include "base/file_writing.h"
 #include "tests/support/folders.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 
 #include <QtTest>
@@ -14,7 +15,6 @@ private slots:
     void initTestCase();
     void complaints();
     void createRenameRemove();
-    void filesOfOthersStay_data();
     void filesOfOthersStay();
     void orderIsTheProjects();
     void aFailureLeavesTheNameFree();
@@ -68,55 +68,53 @@ void ProjectFolderTest::createRenameRemove()
     QVERIFY(project.applets().isEmpty());
 }
 
-void ProjectFolderTest::filesOfOthersStay_data()
-{
-    QTest::addColumn<bool>("isRenamed");
-    QTest::newRow("renamed") << true;
-    QTest::newRow("removed") << false;
-}
-
 void ProjectFolderTest::filesOfOthersStay()
 {
-    QFETCH(bool, isRenamed);
-    QTemporaryDir folder;
-    const ProjectFolder project(folder.path());
-    const auto leave = [&](const char* name) {
-        const QString applet = QString::fromLatin1(name);
-        QVERIFY(isRenamed ? project.renameApplet(applet, applet + u'2').isEmpty()
-                          : project.removeApplet(applet).isEmpty());
-    };
-    const auto path = [&](const QString& name) {
-        return folder.filePath(QStringLiteral("CApplet/") + name);
-    };
-    const auto put = [&](const QStringList& names) {
-        for (const QString& name : names)
-            QVERIFY(test_support::putFile(path(name), "x"));
-    };
-    const QString object = QStringLiteral("a_code/objects/%1.o").arg(QString(64, u'0'));
-    const QStringList made{QStringLiteral("a_code/made.cpp"), object, QStringLiteral("a_mp/a.mp"),
-                           QStringLiteral("a_mp/a.mp.new")};
-    const QStringList foreign{QStringLiteral("a_code/helper.h"),
-                              QStringLiteral("a_code/objects/mine.o"),
-                              QStringLiteral("a_mp/notes.txt")};
-    const QStringList neighbours{
-        QStringLiteral("b_code/processInfo.pedt"), QStringLiteral("b_code/made.cpp"),
-        QStringLiteral("b_mp/processInfo.pedt"),   QStringLiteral("b_mp/b.mp"),
-        QStringLiteral("b_log/processInfo.pedt"),  QStringLiteral("b_log/20240101-120000-000.log")};
-    for (const char* name : {"a", "b"})
-        QCOMPARE(project.createApplet(QString::fromLatin1(name)), QString());
-    for (const char* name : {"a_code/objects", "a_mp", "b_code", "b_mp", "b_log"})
-        QVERIFY(QDir().mkpath(path(QString::fromLatin1(name))));
-    put(made + foreign + neighbours);
-    for (const char* name : {"a_code", "b_code"})
-        QVERIFY(test_support::putFile(
-            path(QString::fromLatin1(name) + QStringLiteral("/generated_files.txt")),
-            "made.cpp\n../b/processInfo.pedt\n"));
-    for (const char* name : {"a", "b"})
-        leave(name);
-    for (const QString& name : made)
-        QVERIFY2(!QFileInfo::exists(path(name)), qPrintable(name));
-    for (const QString& name : foreign + neighbours)
-        QVERIFY2(QFileInfo::exists(path(name)), qPrintable(name));
+    const rows::Table<bool> table{{"renamed", true}, {"removed", false}};
+    for (const auto& [row, isRenamed] : table) {
+        const rows::Named named(row);
+        QTemporaryDir folder;
+        const ProjectFolder project(folder.path());
+        const auto leave = [&, isRenamed = isRenamed](const char* name) {
+            const QString applet = QString::fromLatin1(name);
+            QVERIFY(isRenamed ? project.renameApplet(applet, applet + u'2').isEmpty()
+                              : project.removeApplet(applet).isEmpty());
+        };
+        const auto path = [&](const QString& name) {
+            return folder.filePath(QStringLiteral("CApplet/") + name);
+        };
+        const auto put = [&](const QStringList& names) {
+            for (const QString& name : names)
+                QVERIFY(test_support::putFile(path(name), "x"));
+        };
+        const QString object = QStringLiteral("a_code/objects/%1.o").arg(QString(64, u'0'));
+        const QStringList made{QStringLiteral("a_code/made.cpp"), object,
+                               QStringLiteral("a_mp/a.mp"), QStringLiteral("a_mp/a.mp.new")};
+        const QStringList foreign{QStringLiteral("a_code/helper.h"),
+                                  QStringLiteral("a_code/objects/mine.o"),
+                                  QStringLiteral("a_mp/notes.txt")};
+        const QStringList neighbours{QStringLiteral("b_code/processInfo.pedt"),
+                                     QStringLiteral("b_code/made.cpp"),
+                                     QStringLiteral("b_mp/processInfo.pedt"),
+                                     QStringLiteral("b_mp/b.mp"),
+                                     QStringLiteral("b_log/processInfo.pedt"),
+                                     QStringLiteral("b_log/20240101-120000-000.log")};
+        for (const char* name : {"a", "b"})
+            QCOMPARE(project.createApplet(QString::fromLatin1(name)), QString());
+        for (const char* name : {"a_code/objects", "a_mp", "b_code", "b_mp", "b_log"})
+            QVERIFY(QDir().mkpath(path(QString::fromLatin1(name))));
+        put(made + foreign + neighbours);
+        for (const char* name : {"a_code", "b_code"})
+            QVERIFY(test_support::putFile(
+                path(QString::fromLatin1(name) + QStringLiteral("/generated_files.txt")),
+                "made.cpp\n../b/processInfo.pedt\n"));
+        for (const char* name : {"a", "b"})
+            leave(name);
+        for (const QString& name : made)
+            QVERIFY2(!QFileInfo::exists(path(name)), qPrintable(name));
+        for (const QString& name : foreign + neighbours)
+            QVERIFY2(QFileInfo::exists(path(name)), qPrintable(name));
+    }
 }
 
 void ProjectFolderTest::orderIsTheProjects()
