@@ -126,6 +126,7 @@ public:
         m_out += bracket;
         m_out += '\n';
         m_levels.push_back({bracket, true, {}});
+        m_isTooDeep = m_isTooDeep || m_levels.size() > MostLevels;
     }
     void end(std::size_t)
     {
@@ -162,8 +163,10 @@ public:
     void space(std::size_t, std::size_t) {}
 
     bool isUsualSoFar() const { return m_isUsual; }
+    bool isTooDeep() const { return m_isTooDeep; }
 
 private:
+    static constexpr std::size_t MostLevels = 1024; // as the library reads
     struct Level
     {
         char bracket;
@@ -184,7 +187,12 @@ private:
         m_levels.back().isEmpty = false;
         indent();
     }
-    void indent() { m_out.append((m_levels.size() + m_outer) * 4, ' '); }
+    void indent()
+    {
+        // Too deep a text is of no use, and its indentation would grow with the square.
+        if (!m_isTooDeep)
+            m_out.append((m_levels.size() + m_outer) * 4, ' ');
+    }
     void append(std::size_t begin, std::size_t end) { m_out.append(m_text, begin, end - begin); }
 
     std::string_view m_text;
@@ -193,20 +201,7 @@ private:
     std::vector<Level> m_levels;
     bool m_isNamed = false; ///< a name was written whose value comes
     bool m_isUsual = true;
-};
-
-/// How deep a text is nested.
-struct DepthMeter
-{
-    int depth = 0;
-    int deepest = 0;
-
-    void begin(char, std::size_t) { deepest = std::max(deepest, ++depth); }
-    void end(std::size_t) { --depth; }
-    void key(std::size_t, std::size_t, bool) {}
-    void string(std::size_t, std::size_t, bool) {}
-    void scalar(std::size_t, std::size_t) {}
-    void space(std::size_t, std::size_t) {}
+    bool m_isTooDeep = false;
 };
 
 /// How many bytes of @p text make its first character; 0 if they are none.
@@ -277,21 +272,18 @@ std::size_t firstForeignByte(std::string_view text)
 
 bool indent(std::string_view json, std::string& text, QString& complaint)
 {
-    constexpr int MostLevels = 1024; // as the library reads
-    DepthMeter meter;
-    const auto result = json_scan::scan(json, meter);
+    text.clear();
+    Indenter indenter(json, text, 0);
+    const auto result = json_scan::scan(json, indenter);
     if (result.fault)
         complaint = QStringLiteral("%1 (%2)").arg(QString::fromUtf8(result.fault),
                                                   lineAndColumn(json, result.offset));
-    else if (meter.deepest > MostLevels)
+    else if (indenter.isTooDeep())
         complaint = QStringLiteral("嵌套过深");
-    if (!complaint.isEmpty())
-        return false;
-    text.clear();
-    Indenter indenter(json, text, 0);
-    json_scan::scan(json, indenter);
     text += '\n';
-    return true;
+    if (!complaint.isEmpty())
+        text.clear();
+    return complaint.isEmpty();
 }
 
 bool join(const std::map<std::string_view, std::string_view>& members, std::string& text)

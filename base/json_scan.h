@@ -20,6 +20,10 @@
 /// Strings are told without their quotes; a plain one has no escapes.
 namespace json_scan {
 
+/// Control characters with escapes of their own, and those escapes' letters.
+constexpr std::string_view escapedControls = "\b\f\n\r\t";
+constexpr std::string_view escapeNames = "bfnrt";
+
 /// What broke the text, and where. What the handler was told before holds; brackets may be open.
 struct Result
 {

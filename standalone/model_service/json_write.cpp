@@ -14,38 +14,23 @@ namespace {
 void appendEscaped(std::string& json, char c)
 {
     constexpr const char* digits = "0123456789abcdef";
+    const auto control = json_scan::escapedControls.find(c);
     json += '\\';
-    switch (c) {
-    case '"':
-    case '\\':
+    if (control != std::string_view::npos) {
+        json += json_scan::escapeNames[control];
+    } else if (c == '"' || c == '\\') {
         json += c;
-        break;
-    case '\b':
-        json += 'b';
-        break;
-    case '\f':
-        json += 'f';
-        break;
-    case '\n':
-        json += 'n';
-        break;
-    case '\r':
-        json += 'r';
-        break;
-    case '\t':
-        json += 't';
-        break;
-    default:
+    } else {
         json += "u00";
         json += digits[static_cast<unsigned char>(c) >> 4];
         json += digits[c & 0xF];
     }
 }
 
-bool needsEscape(char c)
-{
+// No function, so that the search takes it in.
+constexpr auto needsEscape = [](char c) {
     return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\';
-}
+};
 
 bool isDouble(std::string_view number)
 {
