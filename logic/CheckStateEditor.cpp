@@ -1,5 +1,6 @@
 #include "logic/CheckStateEditor.h"
 
+#include "edits/DocumentEdits.h"
 #include "logic/CustonStandModel.h"
 #include "logic/RowItem.h"
 #include "logic/check_states.h"
@@ -22,6 +23,7 @@ QString sequenceOf(const QStandardItem* row)
 
 bool CheckStateEditor::takeBox(QStandardItem* row)
 {
+    const DocumentEdits::Act act;
     m_followers.clear();
     const QSignalBlocker blocker(row->model());
     if (row->data(logic_roles::BaseType).toInt() <= EndFlow)
@@ -82,8 +84,7 @@ bool CheckStateEditor::write(const QStandardItem* row, const std::shared_ptr<IPr
 {
     if (block->enableState == state)
         return false;
-    block->enableState = state;
-    processedit::updateProcess(m_appName, sequenceOf(row), block);
+    DocumentEdits::instance().setEnableState(m_appName, sequenceOf(row), block, state);
     return true;
 }
 

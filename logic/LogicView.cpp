@@ -122,6 +122,15 @@ void LogicView::setUpRunTab()
     m->run = std::make_unique<RunView>(m->ui.runTreeView, m->ui.runTableView);
     connect(m->run.get(), &RunView::sigProcessPrograss, this, &LogicView::sigProcessPrograss,
             Qt::DirectConnection);
+    connect(m->run.get(), &RunView::sheetShown, this, [this] {
+        nameRunSequence();
+        emit sigRunSequenceChanged();
+    });
+    m->runSequence = new QLabel;
+    m->runSequence->setObjectName(QStringLiteral("runSequenceLabel"));
+    m->runSequence->setTextFormat(Qt::PlainText);
+    m->ui.tabWidget->setCornerWidget(m->runSequence);
+    m->runSequence->hide();
     connect(m->ui.runTreeView, &QTreeView::doubleClicked, this, &LogicView::onRunDoubleItemClicked);
     QHeaderView* header = m->ui.runTreeView->header();
     connect(header, &QHeaderView::sectionResized, this, [this, header](int column) {
@@ -169,6 +178,7 @@ void LogicView::showSequence(const QString& sequenceId)
     }
     m->ui.treeView->expandAll();
     m->breakPoints->show(m->sheets->table(sequenceId), model->rows().items().size());
+    nameRunSequence();
 }
 
 void LogicView::clearCurrentSequenceRows()
@@ -269,6 +279,17 @@ void LogicView::onRunDoubleItemClicked(QModelIndex index)
         index.siblingAtColumn(logic_columns::Name).data(logic_roles::BlockUuid).toString();
     showEditTab();
     m->ui.treeView->clearSelection();
+    chooseStep(uuid);
+}
+
+QString LogicView::currentStepId() const
+{
+    const QModelIndex current = m->ui.treeView->currentIndex();
+    return current.siblingAtColumn(logic_columns::Name).data(logic_roles::BlockUuid).toString();
+}
+
+void LogicView::chooseStep(const QString& uuid)
+{
     const CustonStandModel* model = currentModel();
     const QStandardItem* row = model ? model->rowOf(uuid) : nullptr;
     if (!row)
@@ -279,6 +300,7 @@ void LogicView::onRunDoubleItemClicked(QModelIndex index)
 
 void LogicView::onCurrentTabChange(int index)
 {
+    nameRunSequence();
     emit sigCurrentTabChanged(index);
 }
 
@@ -389,6 +411,7 @@ void LogicView::setRunMode(bool start, const QString& appName, const QString& se
 {
     if (!start) {
         m->run->stop();
+        emit sigRunSequenceChanged();
         return;
     }
     m->ui.tabWidget->setTabEnabled(RunTab, true);
@@ -425,6 +448,30 @@ void LogicView::noteStop()
 int LogicView::progressHandle() const
 {
     return m->run->progressHandle();
+}
+
+QString LogicView::runSequenceId() const
+{
+    return m->run->isRunning() ? m->run->onScreen()->sequenceId() : QString();
+}
+
+std::shared_ptr<const processTemplateInfo> LogicView::runTemplate() const
+{
+    return m->run->isRunning() ? m->run->onScreen()->owner() : nullptr;
+}
+
+/// Beside the tabs, while the run tab shows another sequence than the edit tab.
+void LogicView::nameRunSequence()
+{
+    constexpr int MostWidth = 320;
+    const RunSheet* sheet = isRunTabShown() ? m->run->onScreen() : nullptr;
+    const bool isOther = sheet && (sheet->owner() || sheet->sequenceId() != m_currentSequenceId);
+    if (isOther) {
+        const QString text = tr("序列: %1").arg(sheet->title().simplified());
+        m->runSequence->setText(m->runSequence->fontMetrics().elidedText(
+            text, Qt::ElideRight, StyleManager::scale(MostWidth)));
+    }
+    m->runSequence->setVisible(isOther);
 }
 
 void LogicView::onRunTimerTimeout()

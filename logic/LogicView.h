@@ -16,6 +16,7 @@ class CustonStandModel;
 class QStandardItem;
 class QStandardItemModel;
 struct LogicViewParts;
+struct processTemplateInfo;
 
 /// The middle of the editor: a sequence as a tree of steps on the edit tab, and its run on the run
 /// tab. The model service holds the truth; rows are looked up by the uuids of their blocks.
@@ -39,6 +40,11 @@ public:
     void clearCurrentSequenceRows();
     void showEditTab();
     bool isRunTabShown() const;
+    /// The current step of the edit tab, or the number of a flow; empty without one.
+    QString currentStepId() const;
+    /// Makes a step of the shown sequence, or a flow, the one to edit; an unknown one changes
+    /// nothing.
+    void chooseStep(const QString& uuid);
 
     /// The rows of a loaded sequence, owned by the view; null for any other.
     QStandardItemModel* editModel(const QString& sequenceId) const;
@@ -80,6 +86,10 @@ public:
     void noteStop();
     /// The handle of the host's progress display for this run; -1 when there is none.
     int progressHandle() const;
+    /// The sequence whose rows a run shows; empty without a run.
+    QString runSequenceId() const;
+    /// The template that it is of; null for a sequence of the applet, and without a run.
+    std::shared_ptr<const processTemplateInfo> runTemplate() const;
 
     // Refreshing ---------------------------------------------------------------------------------
     /// Writes a block's texts into its row of the current sequence.
@@ -99,6 +109,8 @@ signals:
     /// Progress of the run, 0 to 100, on the reporting thread, which holds the reports' lock: a
     /// direct receiver must be quick and must not report.
     void sigProcessPrograss(double progress, int state);
+    /// The run shows another sequence, or is at its end.
+    void sigRunSequenceChanged();
     void sigUdsRuntimeStaleRequired();
     /// The user changed the document through this view.
     void sigModified();
@@ -137,6 +149,7 @@ private:
     void setUpEditTab();
     void setUpSteps();
     void setUpRunTab();
+    void nameRunSequence();
     CustonStandModel* currentModel() const;
     void showRefusal(const QString& reason);
 

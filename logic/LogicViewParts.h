@@ -8,6 +8,8 @@
 #include "logic/StepEditor.h"
 #include "ui_LogicView.h"
 
+#include <QLabel>
+
 #include <memory>
 
 /// What a LogicView is made of. The objects that watch its trees go before these do.
@@ -20,4 +22,5 @@ struct LogicViewParts
     std::unique_ptr<ChosenRow> chosenRow;
     std::unique_ptr<BreakPointColumn> breakPoints;
     std::unique_ptr<RunView> run;
+    QLabel* runSequence = nullptr; ///< beside the tabs
 };

@@ -5,8 +5,8 @@
 using run_states::Outcome;
 
 RunSheet::RunSheet(const RunTarget& target)
-    : m_templateId(target.templateId), m_sequenceId(target.sequenceId),
-      m_rows(new RowIndex(&m_tree))
+    : m_templateId(target.templateId), m_sequenceId(target.sequenceId), m_title(target.title),
+      m_owner(target.owner), m_rows(new RowIndex(&m_tree))
 {
     flow_loader::fill(&m_tree, target.flows, step_rows::Purpose::Run);
 }

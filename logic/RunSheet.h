@@ -7,6 +7,7 @@
 
 #include <QStandardItemModel>
 
+#include <memory>
 #include <utility>
 
 class RowIndex;
@@ -27,6 +28,9 @@ public:
 
     const QString& templateId() const { return m_templateId; }
     const QString& sequenceId() const { return m_sequenceId; }
+    const QString& title() const { return m_title; }
+    /// As RunTarget::owner.
+    const std::shared_ptr<const processTemplateInfo>& owner() const { return m_owner; }
     QStandardItemModel* treeModel() { return &m_tree; }
     QStandardItemModel* tableModel() { return &m_table; }
     int rowCount() const; ///< of the tree, at all depths
@@ -59,6 +63,8 @@ private:
 
     QString m_templateId;
     QString m_sequenceId;
+    QString m_title;
+    std::shared_ptr<const processTemplateInfo> m_owner;
     RunModel m_tree;
     QStandardItemModel m_table;
     RowIndex* m_rows;

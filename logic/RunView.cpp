@@ -252,6 +252,7 @@ void RunView::putOnScreen(RunSheet* sheet)
     }
     m_tree->expandAll();
     m_column->show(sheet->tableModel(), sheet->rowCount());
+    emit sheetShown();
 }
 
 void RunView::showProgress()

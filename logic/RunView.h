@@ -51,6 +51,10 @@ public:
     /// say so.
     void noteStop() { m_isStopped = m_isRunning; }
 
+    bool isRunning() const { return m_isRunning; }
+    /// The rows on screen, the last ones after a run; null before the first.
+    const RunSheet* onScreen() const { return m_onScreen; }
+
     /// The handle of the log's progress; -1 when there is none.
     int progressHandle() const { return m_progressHandle; }
 
@@ -66,6 +70,8 @@ public:
 signals:
     /// Emitted on the reporting thread with the reports locked, at the end of a run on the GUI's.
     void sigProcessPrograss(double progress, int state);
+    /// Other rows came on screen.
+    void sheetShown();
 
 private:
     using Sheets = std::vector<std::unique_ptr<RunSheet>>;

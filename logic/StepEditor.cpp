@@ -1,5 +1,6 @@
 #include "logic/StepEditor.h"
 
+#include "edits/DocumentEdits.h"
 #include "logic/CheckStateEditor.h"
 #include "logic/CustonStandModel.h"
 #include "logic/RowIndex.h"
@@ -94,6 +95,7 @@ void StepEditor::addStep(const NewStep& step)
         addUdsStep(step);
         return;
     }
+    const DocumentEdits::Act act;
     if (QStandardItem* row = create(step))
         show(row);
     else if (step.baseType == BasicStep)
@@ -179,21 +181,23 @@ void StepEditor::appendStatements(const QStringList& statements,
     QStandardItem* flow = model ? model->rowOf(QString::number(MainFlow)) : nullptr;
     if (!flow)
         return;
+    const DocumentEdits::Act act;
+    DocumentEdits& edits = DocumentEdits::instance();
     const int before = flow->rowCount();
     for (int i = 0; i < statements.size(); ++i) {
-        const QString uuid =
-            processedit::createProcess(m_appName, model->sequenceId(), uuidOf(flow), BasicStep,
-                                       step_type::Statement, flow->rowCount());
+        const QString uuid = edits.createProcess(m_appName, model->sequenceId(), uuidOf(flow),
+                                                 BasicStep, step_type::Statement, flow->rowCount());
         const auto block = std::dynamic_pointer_cast<StatementProcessBlock>(
             processedit::getProcess(m_appName, uuid));
         if (!block)
             break;
-        const auto& split = splitIndexes;
-        block->setCustomCode(statements[i].toStdString());
-        block->setSplitFile(std::find(split.begin(), split.end(), i) != split.end());
-        if (flow->checkState() == Qt::Unchecked)
-            block->enableState = Qt::Unchecked;
-        processedit::updateProcess(m_appName, model->sequenceId(), block);
+        edits.updateProcess(m_appName, model->sequenceId(), block, [&] {
+            const auto& split = splitIndexes;
+            block->setCustomCode(statements[i].toStdString());
+            block->setSplitFile(std::find(split.begin(), split.end(), i) != split.end());
+            if (flow->checkState() == Qt::Unchecked)
+                block->enableState = Qt::Unchecked;
+        });
         flow->appendRow(step_rows::stepRow(*block, step_rows::Purpose::Edit));
     }
     if (flow->rowCount() == before)

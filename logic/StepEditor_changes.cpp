@@ -1,5 +1,6 @@
 // Steps that leave the tree or change their place.
 
+#include "edits/DocumentEdits.h"
 #include "logic/CheckStateEditor.h"
 #include "logic/CustonStandModel.h"
 #include "logic/RowIndex.h"
@@ -8,8 +9,6 @@
 #include "logic/logic_roles.h"
 #include "logic/step_rows.h"
 #include "model/IProcessBlock.h"
-#include "model/applet_name.h"
-#include "model/services/process_edit.h"
 #include "model/services/processedit.h"
 
 #include <QSignalBlocker>
@@ -36,9 +35,8 @@ void writePlaces(const QString& appName, const QString& sequenceId,
                  const QVector<QStandardItem*>& rows)
 {
     const auto move = [&](const QStandardItem* row, int index) {
-        process_edit::updateProcessInfoIndex(appletNameBytes(appName), sequenceId.toStdString(),
-                                             uuidOf(row).toStdString(),
-                                             uuidOf(row->parent()).toStdString(), index);
+        DocumentEdits::instance().updateProcessInfoIndex(appName, sequenceId, uuidOf(row),
+                                                         uuidOf(row->parent()), index);
     };
     // Several blocks first go to the end. At their old places those that are still to be moved
     // would stand before the new place of another, and shift it.
@@ -78,13 +76,15 @@ void StepEditor::removeStep()
     if (!parent)
         return;
 
+    const DocumentEdits::Act act;
     const auto rows = structure_rules::rowsOfStep(RowOutline(m_appName), step);
     const QString name = parent->child(rows.first)->text();
     const int itself = rows.first == rows.last ? 1 : 2; // a structure is closed by a row of its own
     const int before = model->rows().items().size();
     for (int row = rows.last; row >= rows.first; --row) {
         tellOfUdsBlocks(parent->child(row), &StepEditor::udsBlockRemoved);
-        processedit::removeProcess(m_appName, model->sequenceId(), uuidOf(parent->child(row)));
+        DocumentEdits::instance().removeProcess(m_appName, model->sequenceId(),
+                                                uuidOf(parent->child(row)));
     }
     // Left to the views, the current row would change in the midst of the removal, and the tree be
     // laid out twice.
@@ -123,7 +123,8 @@ void StepEditor::removeAllSteps()
         tellOfUdsBlocks(model->rowOf(QString::number(flow)), &StepEditor::udsBlockRemoved,
                         isEmptied(flow) ? AllLevels : 1);
     const int before = model->rows().items().size();
-    processedit::removeAllProcessBySequenceID(m_appName, model->sequenceId(), logicBlockType(only));
+    DocumentEdits::instance().removeAllProcessBySequenceID(m_appName, model->sequenceId(),
+                                                           logicBlockType(only));
     for (int flow = InitialFlow; flow <= EndFlow; ++flow) {
         if (isEmptied(flow))
             clearFlow(model->rowOf(QString::number(flow)));
@@ -162,6 +163,7 @@ void StepEditor::writeMovedRows(const QModelIndexList& rows)
     }
     if (moved.isEmpty())
         return;
+    const DocumentEdits::Act act;
     writePlaces(m_appName, model->sequenceId(), moved);
     const bool written = std::all_of(moved.begin(), moved.end(), [this](const auto* row) {
         return isAtItsPlace(m_appName, row);

@@ -1,5 +1,6 @@
 // Diagnostic steps, which are set up in a dialog of their own.
 
+#include "edits/DocumentEdits.h"
 #include "logic/CustonStandModel.h"
 #include "logic/StepEditor.h"
 #include "logic/logic_roles.h"
@@ -22,6 +23,7 @@ void StepEditor::addUdsStep(const NewStep& step)
     // Much may have happened while the dialog was open.
     if (!currentModel() || currentModel()->sequenceId() != sequenceId)
         return;
+    const DocumentEdits::Act act;
     QStandardItem* row = create(step);
     if (!row) {
         warn(QT_TRANSLATE_NOOP("LogicView", "添加步骤失败"));
@@ -73,9 +75,10 @@ void StepEditor::takeOver(QStandardItem* row, const BaseStepProperty& kind,
         std::dynamic_pointer_cast<UdsProcessBlock>(processedit::getProcess(m_appName, uuidOf(row)));
     if (!block)
         return;
-    block->property = kind;
-    uds_steps::takeOver(*block, info);
-    processedit::updateProcess(m_appName, currentModel()->sequenceId(), block);
+    DocumentEdits::instance().updateProcess(m_appName, currentModel()->sequenceId(), block, [&] {
+        block->property = kind;
+        uds_steps::takeOver(*block, info);
+    });
     emit blockChanged(uuidOf(row));
     emit udsRuntimeStale();
 }

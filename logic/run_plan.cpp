@@ -27,6 +27,23 @@ const SequenceInfo* sequenceIn(const processTemplateInfo& info, const std::strin
     return nullptr;
 }
 
+/// A sequence of a template with its name and rows; one that isn't in it has neither.
+void fill(RunTarget& target, const Surroundings& owner)
+{
+    target.owner = owner;
+    const SequenceInfo* sequence = sequenceIn(*owner, target.sequenceId.toStdString());
+    if (!sequence)
+        return;
+    target.title = QString::fromStdString(owner->name + '/' + sequence->name);
+    target.flows = flow_loader::templateFlows(*owner, *sequence);
+}
+
+void fill(RunTarget& target, const QString& appName, const SequenceInfo& sequence)
+{
+    target.title = QString::fromStdString(sequence.name);
+    target.flows = flow_loader::sequenceFlows(appName, sequence);
+}
+
 /// A template lies in the one that calls it, in the project, or in the call itself.
 Surroundings calledTemplate(const SequenceProcessBlock& call, const Surroundings& from)
 {
@@ -98,13 +115,10 @@ private:
         if (m_reached.contains(key))
             return;
         m_reached.insert(key);
-        if (from) {
-            if (const SequenceInfo* sequence = sequenceIn(*from, sequenceId.toStdString()))
-                target.flows = flow_loader::templateFlows(*from, *sequence);
-        } else {
-            target.flows =
-                flow_loader::sequenceFlows(m_appName, getSequence(m_appName, sequenceId));
-        }
+        if (from)
+            fill(target, from);
+        else
+            fill(target, m_appName, getSequence(m_appName, sequenceId));
         for (auto flow = target.flows.rbegin(); flow != target.flows.rend(); ++flow)
             push(*flow, from);
         m_plan.targets.push_back(std::move(target));
@@ -132,13 +146,12 @@ bool run_plan::findTarget(const QString& appName, const QString& templateId,
         const SequenceInfo sequence = getSequence(appName, sequenceId);
         if (sequence.id.empty())
             return false;
-        target.flows = flow_loader::sequenceFlows(appName, sequence);
+        fill(target, appName, sequence);
         return true;
     }
-    const processTemplateInfo info = getProcessTemplateByID(templateId);
-    const SequenceInfo* sequence = sequenceIn(info, sequenceId.toStdString());
-    if (info.id.empty() || !sequence)
+    const auto info = std::make_shared<processTemplateInfo>(getProcessTemplateByID(templateId));
+    if (info->id.empty() || !sequenceIn(*info, sequenceId.toStdString()))
         return false;
-    target.flows = flow_loader::templateFlows(info, *sequence);
+    fill(target, info);
     return true;
 }

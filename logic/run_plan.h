@@ -4,6 +4,10 @@
 
 #include <QVector>
 
+#include <memory>
+
+struct processTemplateInfo;
+
 /// What a run may reach: worked out before it starts. GUI thread only.
 
 /// A sequence of the applet, or one that a template holds.
@@ -11,6 +15,8 @@ struct RunTarget
 {
     QString templateId; ///< empty for a sequence of the applet
     QString sequenceId;
+    QString title; ///< for the user: its name, behind that of its template
+    std::shared_ptr<const processTemplateInfo> owner; ///< the template; null for the applet itself
     flow_loader::SequenceFlows flows;
 };
 

@@ -1,5 +1,6 @@
 #include "logic/step_creation.h"
 
+#include "edits/DocumentEdits.h"
 #include "logic/flow_loader.h"
 #include "model/IProcessBlock.h"
 #include "model/services/processedit.h"
@@ -13,13 +14,14 @@ namespace {
 
 Row buildRow(const Request& request)
 {
+    DocumentEdits& edits = DocumentEdits::instance();
     const QString uuid =
         request.quickStepId.isEmpty()
-            ? processedit::createProcess(request.appName, request.sequenceId, request.parentUuid,
-                                         request.baseType, request.stepType, request.index)
-            : processedit::createProcessInfoByQuickStep(request.appName, request.sequenceId,
-                                                        request.parentUuid, request.quickStepId,
-                                                        request.index);
+            ? edits.createProcess(request.appName, request.sequenceId, request.parentUuid,
+                                  request.baseType, request.stepType, request.index)
+            : edits.createProcessInfoByQuickStep(request.appName, request.sequenceId,
+                                                 request.parentUuid, request.quickStepId,
+                                                 request.index);
     const auto block = processedit::getProcess(request.appName, uuid);
     if (!block)
         return {};

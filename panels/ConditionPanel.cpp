@@ -38,8 +38,7 @@ void ConditionPanel::onCondWgtUpdate()
 {
     if (!m_block)
         return;
-    m_block->setCondition(m_editor->condition());
-    handBack(m_block);
+    handBack(m_block, [this] { m_block->setCondition(m_editor->condition()); });
 }
 
 void ConditionPanel::takeBlock(std::shared_ptr<ConditionProcessBlock> block)

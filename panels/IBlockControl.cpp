@@ -1,6 +1,7 @@
 #include "panels/IBlockControl.h"
 
-#include "model/services/processedit.h"
+#include "edits/DocumentEdits.h"
+#include "model/IProcessBlock.h"
 
 #include <QLineEdit>
 #include <QTimer>
@@ -48,9 +49,10 @@ std::string IBlockControl::stepIdOf(const std::shared_ptr<IProcessBlock>& block)
     return block ? block->uuid : std::string();
 }
 
-void IBlockControl::handBack(const std::shared_ptr<IProcessBlock>& block)
+void IBlockControl::handBack(const std::shared_ptr<IProcessBlock>& block,
+                             const std::function<void()>& write)
 {
-    sdk_ui_interface::processedit::updateProcess(m_cappletName, m_sequenceId, block);
+    DocumentEdits::instance().updateProcess(m_cappletName, m_sequenceId, block, write);
     emit updateProcessData();
 }
 

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -52,8 +53,9 @@ protected:
     static void showText(QLineEdit* edit, const std::string& text);
     /// Empty for none.
     static std::string stepIdOf(const std::shared_ptr<IProcessBlock>& block);
-    /// The end of every saveBlock: hands the written block to the model and tells of it.
-    void handBack(const std::shared_ptr<IProcessBlock>& block);
+    /// The end of every saveBlock: @p write changes the fields of the block, which goes to the
+    /// model and is told of.
+    void handBack(const std::shared_ptr<IProcessBlock>& block, const std::function<void()>& write);
 
     QTimer* m_timer; ///< single-shot; a text control starts it anew with every keystroke
     QString m_cappletName;

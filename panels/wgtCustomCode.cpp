@@ -1,5 +1,6 @@
 #include "panels/wgtCustomCode.h"
 
+#include "edits/DocumentEdits.h"
 #include "model/blocks/StatementProcessBlock.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/widget_bases.h"
@@ -45,9 +46,10 @@ void wgtCustomCode::saveBlock()
     m_timer->stop();
     if (!m_block)
         return;
-    m_block->setCustomCode(ui->textEdit->toPlainText().toStdString());
-    m_block->setSplitFile(ui->checkBox->checkState() == Qt::Checked);
-    handBack(m_block);
+    handBack(m_block, [this] {
+        m_block->setCustomCode(ui->textEdit->toPlainText().toStdString());
+        m_block->setSplitFile(ui->checkBox->checkState() == Qt::Checked);
+    });
 }
 
 QString wgtCustomCode::extractFunctionDeclaration(const QString& input)
@@ -59,7 +61,9 @@ void wgtCustomCode::onTextEditTextChanged()
 {
     m_timer->start();
     if (m_block)
-        m_block->setCustomCode(ui->textEdit->toPlainText().toStdString());
+        DocumentEdits::instance().updateProcess(m_cappletName, m_sequenceId, m_block, [this] {
+            m_block->setCustomCode(ui->textEdit->toPlainText().toStdString());
+        });
 }
 
 void wgtCustomCode::onFxButtonClicked()

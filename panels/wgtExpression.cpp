@@ -39,9 +39,10 @@ void wgtExpression::saveBlock()
     m_timer->stop();
     if (!m_block)
         return;
-    m_block->leftValue = ui->editLeftValue->text().toStdString();
-    m_block->rightExpression = ui->editRightValue->toPlainText().toStdString();
-    handBack(m_block);
+    handBack(m_block, [this] {
+        m_block->leftValue = ui->editLeftValue->text().toStdString();
+        m_block->rightExpression = ui->editRightValue->toPlainText().toStdString();
+    });
 }
 
 void wgtExpression::onBtnLeftValueClicked()

@@ -75,16 +75,17 @@ void wgtFor::saveBlock()
     m_timer->stop();
     const LoopRecord shown = loopRecord();
     const bool isFixed = ui->fixedCycle->isChecked();
-    if (isFixed) {
-        m_block->setVariableName(shown.variable.toStdString(), ui->defineCheckBox->isChecked());
-        m_block->setRangeValue(0, shown.count, 1);
-    } else {
-        m_block->setFun1(shown.init.toStdString());
-        m_block->setFun2(shown.condition.toStdString());
-        m_block->setFun3(shown.increment.toStdString());
-    }
-    m_block->setCustom(!isFixed);
-    handBack(m_block);
+    handBack(m_block, [&] {
+        if (isFixed) {
+            m_block->setVariableName(shown.variable.toStdString(), ui->defineCheckBox->isChecked());
+            m_block->setRangeValue(0, shown.count, 1);
+        } else {
+            m_block->setFun1(shown.init.toStdString());
+            m_block->setFun2(shown.condition.toStdString());
+            m_block->setFun3(shown.increment.toStdString());
+        }
+        m_block->setCustom(!isFixed);
+    });
 }
 
 void wgtFor::setEmbedded()

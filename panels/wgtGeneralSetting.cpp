@@ -1,5 +1,6 @@
 #include "panels/wgtGeneralSetting.h"
 
+#include "edits/DocumentEdits.h"
 #include "model/IProcessBlock.h"
 #include "model/name_rules.h"
 #include "model/services/processedit.h"
@@ -146,11 +147,12 @@ void wgtGeneralSetting::saveGeneral()
 {
     if (!m_block)
         return;
-    m_block->name = m_nameEdit->text().toStdString();
-    m_block->tagEnabled = m_tagCheckBox->isChecked();
-    m_block->tag = m_tagEdit->text().toStdString();
-    m_block->remark = m_remarkEdit->toPlainText().toStdString();
-    sdk_ui_interface::processedit::updateProcess(m_cappletName, m_sequenceId, m_block);
+    DocumentEdits::instance().updateProcess(m_cappletName, m_sequenceId, m_block, [this] {
+        m_block->name = m_nameEdit->text().toStdString();
+        m_block->tagEnabled = m_tagCheckBox->isChecked();
+        m_block->tag = m_tagEdit->text().toStdString();
+        m_block->remark = m_remarkEdit->toPlainText().toStdString();
+    });
     emit updateTreeProcessData(QString::fromStdString(m_block->uuid));
 }
 

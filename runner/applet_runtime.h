@@ -34,7 +34,7 @@ typedef int64_t s64;
 
 // ---- The binary interface between an applet's module and the process that runs it ----
 
-#define APPLET_RUNTIME_VERSION 2
+#define APPLET_RUNTIME_VERSION 3
 
 extern "C" {
 
@@ -60,7 +60,9 @@ struct applet_runtime_api
 {
     u32 version;
     const volatile int* stop; ///< not 0: a stop was asked for
-    void (*report)(u32 step, double progress, int result);
+    void (*report)(u32 step, double progress);
+    /// A step has ended with a negative result. @p turn of its own loop had it; 0: none.
+    void (*fail)(u32 step, int result, s64 turn);
     void (*enter)(u32 sequence);
     void (*leave)(u32 sequence);
     void (*log)(int level, const char* format, va_list arguments);
@@ -75,6 +77,7 @@ struct applet_runtime_api
 struct applet_sequence
 {
     const char* id;
+    const char* name;        ///< for the user
     const char* template_id; ///< null: a sequence of the applet itself
     void (*run)();           ///< null: only called by others
 };
@@ -83,6 +86,10 @@ struct applet_step
 {
     u32 sequence; ///< index into the sequences
     const char* id;
+    const char* name; ///< for the user
+    /// Index of the step that each turn of the innermost loop around it begins with, which is the
+    /// one behind the loop itself; 0: no loop.
+    u32 turn_step;
 };
 
 /// What the module offers to the process, by its one exported function.
@@ -111,7 +118,9 @@ namespace rt {
 // One of each for all units of a module.
 inline const applet_runtime_api* api;
 inline int failure;
-inline bool finished; // the process was ended by a step
+inline s64 turn;         // of the own loop of the step that runs; 0 outside of one
+inline s64 failure_turn; // the one that failure is from
+inline bool finished;    // the process was ended by a step
 
 inline bool running()
 {
@@ -122,19 +131,19 @@ inline bool running()
 inline bool step_begin(u32 step)
 {
     failure = 0;
-    api->report(step, 0.0, 0);
+    api->report(step, 0.0);
     return running();
 }
 
-/// A step that failed doesn't come to 100: its end is another report than a good one, wherever
-/// reports of equal progress are taken as one. Nor does the step in which a stop came: it has been
-/// cut short, or might have been.
+/// The step in which a stop came doesn't come to 100: it has been cut short, or might have been.
 inline bool step_end(u32 step)
 {
     const int result = failure;
     failure = 0;
-    if (result < 0 || !*api->stop)
-        api->report(step, result < 0 ? 99.0 : 100.0, result);
+    if (result < 0)
+        api->fail(step, result, failure_turn);
+    else if (!*api->stop)
+        api->report(step, 100.0);
     return running();
 }
 
@@ -160,7 +169,7 @@ inline void step_turn(u32 step, s64 value, s64 begin, s64 end)
         return;
     const s64 percent = done * 100 / total;
     if (percent != (done - 1) * 100 / total)
-        api->report(step, static_cast<double>(percent), 0);
+        api->report(step, static_cast<double>(percent));
 }
 
 /// Waits and reports how far it got, ten times a second at most.
@@ -170,14 +179,23 @@ inline void step_delay(u32 step, s64 milliseconds)
     const s64 begin = api->now_ms();
     for (s64 done = 0; done < milliseconds && running(); done = api->now_ms() - begin) {
         if (done > 0)
-            api->report(step, static_cast<double>(done) * 100.0 / static_cast<double>(milliseconds),
-                        0);
+            api->report(step,
+                        static_cast<double>(done) * 100.0 / static_cast<double>(milliseconds));
         api->delay_ms(milliseconds - done < slice ? milliseconds - done : slice);
     }
 }
 
+/// Around a step's own loop, which counts its turns, and around what is called in one.
+struct own_turns
+{
+    const s64 outer = turn;
+    own_turns() { turn = 0; }
+    ~own_turns() { turn = outer; }
+};
+
 inline void call(u32 sequence, void (*run)())
 {
+    const own_turns none;
     api->enter(sequence);
     run();
     api->leave(sequence);
@@ -215,6 +233,7 @@ APPLET_LOG_FUNCTION(log_error, 3)
 inline void step_fail(int code = -1)
 {
     rt::failure = code < 0 ? code : code > 0 ? -code : -1;
+    rt::failure_turn = rt::turn;
 }
 
 /// Waits; a stop of the run ends the wait at once.

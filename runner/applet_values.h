@@ -121,9 +121,9 @@ template <class T> T plain(const T& value)
 }
 
 /// One turn of a step's own loop, for the log.
-inline void log_turn(const char* step, s64 turn)
+inline void log_turn(const char* step)
 {
-    if (failure == 0)
+    if (failure == 0 || failure_turn != turn)
         log_info("步骤“%s”第 %lld 次循环: 成功", step, static_cast<long long>(turn));
     else
         log_info("步骤“%s”第 %lld 次循环: 失败(%d)", step, static_cast<long long>(turn), failure);

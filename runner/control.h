@@ -8,7 +8,7 @@
 /// The side of the runner that listens to the editor while the applet runs: a thread that takes
 /// the stop command, flushes reports that have waited for some milliseconds, and ends the process
 /// when the applet has closed the command channel, or when the supervisor says that it has taken
-/// too much memory.
+/// too much memory; and one that ends it when the supervisor is gone.
 namespace control {
 
 /// Before everything else here; false if the system refuses, errno tells why.
@@ -17,7 +17,7 @@ bool open(int commandPipe);
 /// Waits for the start command on the command channel; empty if the channel ended instead.
 std::string awaitStart();
 
-/// Starts the thread. @p noticePipe is the supervisor's. All live to the end of the process. False
+/// Starts the threads. @p noticePipe is the supervisor's. All live to the end of the process. False
 /// if the system refuses, errno tells why.
 bool start(int noticePipe, ReportBuffer& reports);
 

@@ -1,11 +1,11 @@
 #include "runner/control.h"
 
+#include "protocol/protocol_reader.h"
 #include "runner/channel.h"
 #include "runner/requests.h"
 #include "runner/run_tracer.h"
 #include "runner/standard_output.h"
 #include "runner/supervisor.h"
-#include "standalone/runtime/protocol_reader.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -21,8 +21,8 @@ namespace control {
 namespace {
 
 constexpr int FlushMilliseconds = 4;
-/// The longest sleep: a descriptor that the applet closes and a supervisor that is gone wake
-/// nobody.
+/// The longest sleep: a descriptor that the applet closes wakes nobody, nor does a supervisor that
+/// is gone.
 constexpr int LookMilliseconds = 40;
 
 volatile int stopAsked = 0;
@@ -77,8 +77,6 @@ void* listen(void*)
         pollfd sources[] = {{commands, POLLIN, 0}, {flushPipe[0], POLLIN, 0}, {notices, POLLIN, 0}};
         const std::int64_t sleep = flushAt < 0 ? LookMilliseconds : flushAt - now();
         poll(sources, 3, static_cast<int>(std::max<std::int64_t>(0, sleep)));
-        if (!supervisor::isThere())
-            channel::leave(1);
         if (sources[2].revents & POLLIN)
             leaveForMemory();
         if (sources[0].revents != 0 && !readCommands()) {
@@ -101,6 +99,22 @@ void* listen(void*)
         }
     }
     return nullptr;
+}
+
+/// A thread of its own, without a descriptor: the other one may wait for ever at one that the
+/// applet has put in the place of ours.
+void* watchSupervisor(void*)
+{
+    while (supervisor::isThere())
+        usleep(LookMilliseconds * 1000);
+    channel::leave(1);
+}
+
+bool startThread(void* (*run)(void*))
+{
+    pthread_t thread;
+    errno = pthread_create(&thread, nullptr, run, nullptr);
+    return errno == 0 && pthread_detach(thread) == 0;
 }
 
 } // namespace
@@ -133,13 +147,9 @@ bool start(int noticePipe, ReportBuffer& reports)
     sigset_t before;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &before);
-    pthread_t thread;
-    errno = pthread_create(&thread, nullptr, listen, nullptr);
-    if (errno != 0)
-        return false;
-    pthread_detach(thread);
+    const bool isStarted = startThread(listen) && startThread(watchSupervisor);
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    return true;
+    return isStarted;
 }
 
 bool isStopAsked()

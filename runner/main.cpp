@@ -98,6 +98,7 @@ int main(int argc, char** argv)
     // The module's destructors belong to the run: a crash in them is one of the applet. After them
     // nothing of the applet is left that could end the process another way.
     std::fflush(nullptr);
+    runtime_api::logFailureTotals();
     reports.flush(); // while the module's texts are there
     module.unload();
     std::fflush(nullptr);

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "protocol/protocol.h"
 #include "runner/applet_module.h"
 #include "runner/waiting_reports.h"
-#include "standalone/runtime/protocol.h"
 
 #include <atomic>
 #include <cstddef>

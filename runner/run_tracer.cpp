@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstring>
+#include <vector>
 
 namespace run_tracer {
 
@@ -125,11 +126,14 @@ void begin(u32 step)
 {
     Begun& own = begun[step];
     std::uint32_t depth = area->depth;
-    // A step that begins while it is open has been left by a jump.
-    if (own.depth > base && own.depth <= depth && openAt(own.depth).begin.step == step)
+    // What is open within the step around it has been left by a jump.
+    if (own.depth > base && own.depth <= depth + 1 && openAt(own.depth - 1).id == own.frame) {
         depth = own.depth - 1;
+        ++own.count;
+    } else {
+        own.count = 1;
+    }
     const OpenStep& around = openAt(depth);
-    own.count = own.frame == around.id ? own.count + 1 : 1;
     own.frame = around.id;
     own.depth = ++depth;
 
@@ -149,6 +153,16 @@ void end(u32 step)
     const std::uint32_t depth = begun[step].depth;
     if (depth > base && depth <= area->depth && openAt(depth).begin.step == step)
         publish(area->depth, depth - 1);
+}
+
+std::uint64_t turnsBegun(u32 turnStep)
+{
+    const std::uint32_t depth = turnStep > 0 ? begun[turnStep - 1].depth : 0;
+    if (depth <= base || depth > area->depth || depth >= MaxDepth - 1)
+        return 0;
+    const OpenStep& loop = openAt(depth);
+    const Begun& first = begun[turnStep];
+    return loop.begin.step == turnStep - 1 && first.frame == loop.id ? first.count : 0;
 }
 
 void enter()

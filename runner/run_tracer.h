@@ -1,10 +1,9 @@
 #pragma once
 
+#include "protocol/run_trace.h"
 #include "runner/applet_module.h"
-#include "standalone/runtime/run_trace.h"
 
-#include <cstddef>
-#include <vector>
+#include <cstdint>
 
 /// Keeps the memory of run_trace.h up to date. For the thread that runs the applet, but for
 /// setCause.
@@ -21,6 +20,10 @@ void begin(u32 step);
 void end(u32 step);
 void enter();
 void leave();
+
+/// How often a loop that runs has begun a turn, by applet_step::turn_step; 0 if there is none, or
+/// it isn't known, as after a jump into the loop.
+std::uint64_t turnsBegun(u32 turnStep);
 
 /// Any thread, and signal handlers.
 void setCause(run_trace::Cause cause);

@@ -4,6 +4,7 @@
 #include "runner/control.h"
 #include "runner/requests.h"
 #include "runner/run_tracer.h"
+#include "runner/step_failures.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -15,16 +16,32 @@ namespace {
 
 ReportBuffer* reportBuffer = nullptr;
 const applet_module* current = nullptr;
+StepFailures& failures = *new StepFailures;
 
-void report(u32 step, double progress, int result)
+void report(u32 step, double progress)
 {
     if (step >= current->step_count)
         return;
-    if (progress == 100.0 || result < 0)
+    if (progress == 100.0)
         run_tracer::end(step);
     else if (progress == 0.0)
         run_tracer::begin(step);
-    reportBuffer->report(step, progress, result);
+    reportBuffer->report(step, progress, 0);
+}
+
+/// A step that failed doesn't come to 100: its end is another report than a good one, wherever
+/// reports of equal progress are taken as one.
+void fail(u32 step, int result, s64 turn)
+{
+    constexpr double Progress = 99.0;
+    if (step >= current->step_count)
+        return;
+    const std::string line =
+        failures.add(step, result, turn, run_tracer::turnsBegun(current->steps[step].turn_step));
+    run_tracer::end(step);
+    reportBuffer->report(step, Progress, result);
+    if (!line.empty())
+        log(ReportBuffer::ErrorLevel, line.c_str());
 }
 
 void enter(u32 sequence)
@@ -94,6 +111,7 @@ void setModule(const applet_module& module)
 {
     current = &module;
     reportBuffer->setModule(module);
+    failures.setModule(module);
 }
 
 const applet_runtime_api& table()
@@ -101,6 +119,7 @@ const applet_runtime_api& table()
     static const applet_runtime_api api = {APPLET_RUNTIME_VERSION,
                                            control::stopFlag(),
                                            report,
+                                           fail,
                                            enter,
                                            leave,
                                            logFormatted,
@@ -109,6 +128,12 @@ const applet_runtime_api& table()
                                            ask,
                                            crc};
     return api;
+}
+
+void logFailureTotals()
+{
+    for (const std::string& line : failures.totals())
+        log(ReportBuffer::ErrorLevel, line.c_str());
 }
 
 void log(int level, const char* text)

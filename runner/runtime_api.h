@@ -13,6 +13,9 @@ void setModule(const applet_module& module);
 
 const applet_runtime_api& table();
 
+/// Appends what the log has left out of steps that failed; while the module is there.
+void logFailureTotals();
+
 /// Appends a line to the log.
 void log(int level, const char* text);
 

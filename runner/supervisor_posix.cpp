@@ -1,11 +1,11 @@
 #include "runner/supervisor.h"
 
+#include "protocol/run_limits.h"
+#include "protocol/run_trace.h"
 #include "runner/channel.h"
 #include "runner/control.h"
 #include "runner/limits.h"
 #include "runner/process_tree.h"
-#include "standalone/runtime/run_limits.h"
-#include "standalone/runtime/run_trace.h"
 
 #include <algorithm>
 #include <cerrno>

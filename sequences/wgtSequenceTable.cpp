@@ -1,5 +1,6 @@
 #include "sequences/wgtSequenceTable.h"
 
+#include "edits/DocumentEdits.h"
 #include "model/IProcessBlock.h"
 #include "model/applet_name.h"
 #include "model/dialogs/EmptyHint.h"
@@ -122,7 +123,7 @@ void wgtSequenceTable::addSequenceSlot()
 {
     flushPending();
     const QString name = sequence_rules::freeName(m_table->names());
-    const QString id = processedit::createSeuqence(m_appName, name);
+    const QString id = DocumentEdits::instance().createSeuqence(m_appName, name);
     if (id.isEmpty())
         return;
     addSequenceRow(processedit::getSequence(m_appName, id), true);
@@ -140,10 +141,12 @@ void wgtSequenceTable::removeSelectedSequence()
         return;
     QStringList ids = m_table->sequenceIdsAt(rows);
     const QString notice = removalText(ids);
+    const DocumentEdits::Act act;
     std::reverse(ids.begin(), ids.end()); // the last one goes first, as in the table
     for (const QString& id : qAsConst(ids)) {
-        process_edit::removeAllVarBySequenceId(appletNameBytes(m_appName), id.toStdString());
-        processedit::removeSequence(m_appName, id);
+        DocumentEdits::instance().removeAllVarBySequenceId(appletNameBytes(m_appName),
+                                                           id.toStdString());
+        DocumentEdits::instance().removeSequence(m_appName, id);
     }
     m_table->removeRowsAt(rows);
     emit signalRemoveSequence(ids);
@@ -173,10 +176,11 @@ void wgtSequenceTable::removeAllSequence()
     QVector<int> rows(m_table->rowCount());
     std::iota(rows.begin(), rows.end(), 0);
     const QString notice = removalText(m_table->sequenceIdsAt(rows));
-    processedit::removeAllSequenceByAppName(m_appName);
+    const DocumentEdits::Act act;
+    DocumentEdits::instance().removeAllSequenceByAppName(m_appName);
     for (int row = 0; row < m_table->rowCount(); ++row)
-        process_edit::removeAllVarBySequenceId(appletNameBytes(m_appName),
-                                               m_table->sequenceIdAt(row).toStdString());
+        DocumentEdits::instance().removeAllVarBySequenceId(
+            appletNameBytes(m_appName), m_table->sequenceIdAt(row).toStdString());
     m_table->removeAllRows();
     emit signalRemoveAllSequence();
     emit currentSequenceChanged(QString());
@@ -215,7 +219,7 @@ void wgtSequenceTable::onItemChangedSlot(QTableWidgetItem* item)
     SequenceInfo info = processedit::getSequence(m_appName, m_table->sequenceIdAt(item->row()));
     const bool isName = column == SequenceTable::NameColumn;
     (isName ? info.name : info.comment) = item->text().toStdString();
-    processedit::updateSequence(m_appName, info);
+    DocumentEdits::instance().updateSequence(m_appName, info);
     if (isName)
         emit signalRenameSequence();
     emit sigModified();
@@ -241,6 +245,7 @@ void wgtSequenceTable::onMainSequenceCheckBoxChangedSlot(int state)
         if (box == pressed)
             pressedRow = row;
     }
+    const DocumentEdits::Act act;
     for (const auto& flag : sequence_rules::mainFlagsToStore(boxes, pressedRow))
         setMain(flag.row, flag.isMain);
 }
@@ -252,7 +257,7 @@ void wgtSequenceTable::setMain(int row, bool isMain)
     box->setChecked(isMain);
     SequenceInfo info = processedit::getSequence(m_appName, m_table->sequenceIdAt(row));
     info.isMain = isMain;
-    processedit::updateSequence(m_appName, info);
+    DocumentEdits::instance().updateSequence(m_appName, info);
     emit sigModified();
 }
 

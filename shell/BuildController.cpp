@@ -56,9 +56,11 @@ void BuildController::build(Target target)
         return;
     const bool current = target == Target::Current;
     const bool compileOnly = target == Target::CompileOnly;
-    const QString sequenceId = current ? m_view.shownSequence() : mainSequence();
+    m_editedPlace = m_view.place();
+    const QString sequenceId = current ? m_editedPlace.sequenceId : mainSequence();
     if (!current && !sequenceId.isEmpty())
         m_view.showSequence(sequenceId);
+    m_runPlace = m_view.place();
     applyRebuildRule(target, sequenceId);
     m_lastBuildKind = KindRun;
     m_view.flushPanels();
@@ -218,9 +220,18 @@ void BuildController::onRunResult(QString appName, bool success, QString outputI
     setRunningApp(QString());
     m_view.finishRunRow(success);
     m_view.setRunMode(false, appName, QString());
+    goBack();
     m_view.setToolBarState(ProcessEditToolBar::State::Idle);
     emit output(success, outputInfo);
     emit runFinished();
+}
+
+/// To where its user was before the run, unless he has chosen something else since.
+void BuildController::goBack()
+{
+    if (!(m_editedPlace == m_runPlace) && m_view.place() == m_runPlace)
+        m_view.goTo(m_editedPlace);
+    m_runPlace = m_editedPlace;
 }
 
 void BuildController::setRunningApp(const QString& appName)

@@ -4,8 +4,21 @@
 #include "shell/ProcessEditToolBar.h"
 
 #include <QObject>
+#include <QString>
 
 #include <functional>
+
+/// What is being edited.
+struct EditPlace
+{
+    QString sequenceId;
+    QString stepId; ///< or the number of a flow; empty without a current row
+
+    bool operator==(const EditPlace& other) const
+    {
+        return sequenceId == other.sequenceId && stepId == other.stepId;
+    }
+};
 
 /// What the build road needs of the window it works for. GUI thread only.
 class BuildView
@@ -13,8 +26,10 @@ class BuildView
 public:
     virtual ~BuildView() = default;
 
-    virtual QString shownSequence() const = 0;
+    virtual EditPlace place() const = 0;
     virtual void showSequence(const QString& sequenceId) = 0;
+    /// Shows the sequence and makes the step current, as far as they are still there.
+    virtual void goTo(const EditPlace& place) = 0;
     /// Writes every edit that waits in a panel to the model.
     virtual void flushPanels() = 0;
     virtual void showEditTab() = 0;
@@ -87,6 +102,7 @@ private:
     void startAfterCompile(const CAppCompileResult& result, QString& text);
     void setRunningApp(const QString& appName);
     void tellFinished(bool success) const;
+    void goBack();
 
     BuildView& m_view;
     QString m_businessName;
@@ -96,6 +112,8 @@ private:
     QString m_compilingApp; ///< while a compile of this window is awaited
     QString m_runningApp;   ///< while a run of this window is active
     bool m_compileOnly = false;
+    EditPlace m_editedPlace; ///< when Run was pressed
+    EditPlace m_runPlace;    ///< what that press has shown
     CheckCallback m_check;
     PrepareCallback m_prepare;
     FinishedCallback m_finished;

@@ -116,6 +116,8 @@ void ProcessEditWidget::connectPanels()
             &ProcessEditWidget::sigItemDBClickFromLoigcView);
     connect(logicView, &LogicView::sigCurrentTabChanged, this,
             &ProcessEditWidget::onLogicWidgetTabChanged);
+    connect(logicView, &LogicView::sigRunSequenceChanged, this,
+            &ProcessEditWidget::showRunVariables);
     connect(logicView, &LogicView::sigUpdateProcessWidgetWidth, this,
             &ProcessEditWidget::onSaveProcessTreeWidthSlot);
     connect(m->feeds, &RunFeeds::progressChanged, this, &ProcessEditWidget::sigProcessPrograss);
@@ -306,6 +308,17 @@ void ProcessEditWidget::currentSequenceChangedSlot(QString sequenceId)
     m->generalSetting->setSequenceId(sequenceId);
     m->ui.center_wgt->showSequence(sequenceId);
     m->ui.widget_para->showSequence(sequenceId);
+    showRunVariables();
+}
+
+/// Of the sequence in sight, where that is another one than the edited.
+void ProcessEditWidget::showRunVariables()
+{
+    const LogicView& view = *m->ui.center_wgt;
+    const auto owner = view.runTemplate();
+    const bool isOther =
+        view.isRunTabShown() && (owner || view.runSequenceId() != view.currentSequenceId());
+    m->ui.widget_para->showRunSequence(isOther ? view.runSequenceId() : QString(), owner);
 }
 
 void ProcessEditWidget::onLogicWidgetTabChanged(int index)
@@ -327,6 +340,7 @@ void ProcessEditWidget::onLogicWidgetTabChanged(int index)
         m->inRunTab = false;
     }
     m->ui.splitter->refresh();
+    showRunVariables();
     emit sigPrcoessMode(index);
 }
 

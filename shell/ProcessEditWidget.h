@@ -253,6 +253,7 @@ private:
     void connectBuild();
     /// Tells every part the applet that it works on.
     void nameParts(const QString& appName);
+    void showRunVariables();
     void connectSequences();
     void connectPalette();
     static void removeQuickStep(const QString& id);

@@ -13,6 +13,7 @@
 #include "shell/notify_callbacks.h"
 #include "shell/variable_use.h"
 
+#include "edits/DocumentEdits.h"
 #include "model/applet_name.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/applet_runtime.h"
@@ -207,7 +208,8 @@ bool ProcessEditWidget::currentShowSequenceIsEmpty() const
 
 void ProcessEditWidget::clearCurrentShowSequenceData()
 {
-    processedit::removeAllProcessBySequenceID(m->appName, getCurrentShowSequenceId(), NoBlock);
+    DocumentEdits::instance().removeAllProcessBySequenceID(m->appName, getCurrentShowSequenceId(),
+                                                           NoBlock);
     m->ui.center_wgt->clearCurrentSequenceRows();
     emit LogicMaster::instance()->sigModify();
 }

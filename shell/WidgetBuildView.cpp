@@ -15,9 +15,10 @@ WidgetBuildView::WidgetBuildView(ProcessEditParts& parts, QWidget* window)
 {
 }
 
-QString WidgetBuildView::shownSequence() const
+EditPlace WidgetBuildView::place() const
 {
-    return m_parts.ui.center_wgt->currentSequenceId();
+    const LogicView& view = *m_parts.ui.center_wgt;
+    return {view.currentSequenceId(), view.currentStepId()};
 }
 
 void WidgetBuildView::showSequence(const QString& sequenceId)
@@ -26,6 +27,12 @@ void WidgetBuildView::showSequence(const QString& sequenceId)
     flushPanels();
     m_parts.ui.center_wgt->showSequence(sequenceId);
     m_parts.ui.sequenceWidget->selectSequence(sequenceId);
+}
+
+void WidgetBuildView::goTo(const EditPlace& place)
+{
+    showSequence(place.sequenceId);
+    m_parts.ui.center_wgt->chooseStep(place.stepId);
 }
 
 void WidgetBuildView::flushPanels()

@@ -12,8 +12,9 @@ public:
     /// Both outlive this object.
     WidgetBuildView(ProcessEditParts& parts, QWidget* window);
 
-    QString shownSequence() const override;
+    EditPlace place() const override;
     void showSequence(const QString& sequenceId) override;
+    void goTo(const EditPlace& place) override;
     void flushPanels() override;
     void showEditTab() override;
     void setPanelsEnabled(bool enabled) override;

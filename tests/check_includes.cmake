@@ -1,20 +1,24 @@
 # The arrows between the rooms, held against the include lines: the editor sees its services through
 # model/ only, nobody below shell/ sees the shell, the model sees nobody but
-# base/, and base/ nobody at all.
+# base/, and base/ and protocol/ nobody at all. And that documents change through edits/ alone.
+
+cmake_policy(VERSION 3.16)
 
 # A room and what a line of it may not include.
-set(forbidden_base "model|standalone|runner|shell|logic|panels|variables|sequences|workbench")
-set(forbidden_model "standalone|runner|shell|logic|panels|variables|sequences|workbench")
-set(forbidden_logic "standalone|runner|shell|panels|variables|sequences|workbench")
-set(forbidden_panels "standalone|runner|shell|logic|sequences|workbench")
-set(forbidden_variables "standalone|runner|shell|logic|panels|sequences|workbench")
-set(forbidden_sequences "standalone|runner|shell|logic|panels|workbench")
-set(forbidden_shell "standalone|runner|workbench")
-set(forbidden_standalone "runner|shell|logic|panels|variables|sequences|workbench")
-set(forbidden_runner "model|standalone/[a-qs-z]|shell|logic|panels|variables|sequences|workbench")
+set(forbidden_base "edits|model|protocol|standalone|runner|shell|logic|panels|variables|sequences|workbench")
+set(forbidden_protocol "edits|base|model|standalone|runner|shell|logic|panels|variables|sequences|workbench")
+set(forbidden_model "edits|protocol|standalone|runner|shell|logic|panels|variables|sequences|workbench")
+set(forbidden_edits "protocol|standalone|runner|shell|logic|panels|variables|sequences|workbench")
+set(forbidden_logic "protocol|standalone|runner|shell|panels|variables|sequences|workbench")
+set(forbidden_panels "protocol|standalone|runner|shell|logic|sequences|workbench")
+set(forbidden_variables "protocol|standalone|runner|shell|logic|panels|sequences|workbench")
+set(forbidden_sequences "protocol|standalone|runner|shell|logic|panels|workbench")
+set(forbidden_shell "protocol|standalone|runner|workbench")
+set(forbidden_standalone "edits|runner|shell|logic|panels|variables|sequences|workbench")
+set(forbidden_runner "edits|base|model|standalone|shell|logic|panels|variables|sequences|workbench")
 
 set(wrong "")
-foreach(room base model logic panels variables sequences shell standalone runner)
+foreach(room base protocol model edits logic panels variables sequences shell standalone runner)
   file(GLOB_RECURSE files ${ROOT}/${room}/*.h ${ROOT}/${room}/*.cpp)
   list(LENGTH files count)
   if(count EQUAL 0)
@@ -28,6 +32,23 @@ foreach(room base model logic panels variables sequences shell standalone runner
     endforeach()
   endforeach()
 endforeach()
+# A document changes through edits/ only. What loads, saves and forgets one is no change of it.
+string(CONCAT changing
+  "[^a-zA-Z](processedit|process_edit)::(create[A-Z]|update(Process|Sequence|Variable|ProcessInfoIndex)\\(|"
+  "(remove(Process|Sequence|Variables|AllProcessBySequenceID|AllSequenceByAppName|AllVarBySequenceId))\\(|"
+  "(add|paste)Variable\\()")
+set(loading logic/flow_loader.cpp shell/ProcessEditWidget_applet.cpp shell/variable_use.cpp)
+foreach(room logic panels variables sequences shell)
+  file(GLOB_RECURSE files ${ROOT}/${room}/*.h ${ROOT}/${room}/*.cpp)
+  foreach(file ${files})
+    file(RELATIVE_PATH name ${ROOT} ${file})
+    file(STRINGS ${file} lines REGEX "${changing}")
+    if(lines AND NOT name IN_LIST loading)
+      string(APPEND wrong "\n  ${name}: ${lines}")
+    endif()
+  endforeach()
+endforeach()
+
 if(wrong)
-  message(FATAL_ERROR "Includes against the direction of the rooms:${wrong}")
+  message(FATAL_ERROR "Against the direction of the rooms:${wrong}")
 endif()

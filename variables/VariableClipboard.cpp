@@ -1,5 +1,6 @@
 #include "variables/VariableClipboard.h"
 
+#include "edits/DocumentEdits.h"
 #include "model/services/process_edit.h"
 
 void VariableClipboard::copy(const QStringList& uuids)
@@ -13,10 +14,11 @@ std::vector<processVariable> VariableClipboard::paste(const std::string& appName
                                                       processVariableType scope,
                                                       const std::string& ownerId) const
 {
+    const DocumentEdits::Act act;
     std::vector<processVariable> pasted;
     for (processVariable variable : m_variables) {
         variable.ownerId = ownerId;
-        process_edit::pasteVariable(appName, variable, scope);
+        DocumentEdits::instance().pasteVariable(appName, variable, scope);
         if (!variable.uuid.empty())
             pasted.push_back(variable);
     }

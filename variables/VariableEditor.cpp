@@ -1,5 +1,6 @@
 #include "variables/VariableEditor.h"
 
+#include "edits/DocumentEdits.h"
 #include "model/applet_name.h"
 #include "model/services/log.h"
 #include "model/services/process_edit.h"
@@ -60,7 +61,8 @@ std::string VariableEditor::ownerOf(processVariableType scope) const
 
 std::string VariableEditor::addToService(processVariableType scope) const
 {
-    const std::string uuid = process_edit::addVariable(m_appName, scope, ownerOf(scope));
+    const std::string uuid =
+        DocumentEdits::instance().addVariable(m_appName, scope, ownerOf(scope));
     if (uuid.empty())
         sdk_ui_interface::log::log_error(QStringLiteral("[流程编辑] 无法添加变量"));
     return uuid;
@@ -92,7 +94,7 @@ void VariableEditor::remove(const QModelIndexList& rows)
         reach.add(scopeOf(row), row.data().toString().toStdString());
         names[scopeOf(row)].append(row.data().toString());
     }
-    process_edit::removeVariables(m_appName, uuids);
+    DocumentEdits::instance().removeVariables(m_appName, uuids);
     variable_rows::remove(*m_sheet, rows);
     tell(reach);
     for (const auto& [scope, ofScope] : names)
@@ -128,6 +130,7 @@ QItemSelection VariableEditor::paste(const VariableClipboard& clipboard, const Q
 QItemSelection VariableEditor::move(const QStringList& uuids, const QModelIndex& group, int row)
 {
     const processVariableType scope = scopeOf(group);
+    const DocumentEdits::Act act;
     Reach reach;
     std::vector<processVariable> moved;
     for (const QString& uuid : uuids) {
@@ -138,7 +141,7 @@ QItemSelection VariableEditor::move(const QStringList& uuids, const QModelIndex&
         reach.add(scope, variable.name);
         variable.scope = scope;
         variable.ownerId = ownerOf(scope);
-        process_edit::updateVariable(m_appName, variable, scope);
+        DocumentEdits::instance().updateVariable(m_appName, variable, scope);
         moved.push_back(process_edit::getVariable(variable.uuid));
     }
     if (moved.empty())
@@ -151,7 +154,7 @@ QItemSelection VariableEditor::move(const QStringList& uuids, const QModelIndex&
 
 processVariable VariableEditor::store(const processVariable& variable)
 {
-    process_edit::updateVariable(m_appName, variable, variable.scope);
+    DocumentEdits::instance().updateVariable(m_appName, variable, variable.scope);
     const processVariable stored = process_edit::getVariable(variable.uuid);
     if (m_sheet) {
         for (const QModelIndex& row : find(*m_sheet, {QString::fromStdString(variable.uuid)}))

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 class varStandModel;
+struct processTemplateInfo;
 
 /// The models of an applet's sequences, which it owns. One whose variables have changed elsewhere
 /// is outdated, and filled anew when it is asked for: a change that all sequences see costs nothing
@@ -21,6 +22,8 @@ public:
     QStringList sequenceIds() const { return m_sheets.keys(); }
     /// The model of a sequence with its variables as they are; made if there is none.
     varStandModel* sheet(const QString& sequenceId);
+    /// The variables of a sequence that a template holds; filled anew by each call.
+    varStandModel* templateSheet(const processTemplateInfo& owner, const QString& sequenceId);
     /// Lets models be filled anew when they are next asked for. Ids without a model don't matter.
     void setOutdated(const QStringList& sequenceIds);
     bool isOutdated(const QString& sequenceId) const;
@@ -36,8 +39,9 @@ private:
         varStandModel* model = nullptr;
         bool isOutdated = true;
     };
-    void fill(varStandModel* model, const QString& sequenceId) const;
+    varStandModel* makeModel();
 
     QHash<QString, Sheet> m_sheets; ///< by sequence id
+    varStandModel* m_templateModel = nullptr;
     QString m_appName;
 };

@@ -30,25 +30,43 @@ QTreeView* makeTree(const QString& name)
 {
     auto* tree = new QTreeView;
     tree->setObjectName(name);
+    tree->setStyleSheet(
+        QStringLiteral("QTreeView{border:none;outline:0;alternate-background-color:%1;"
+                       "selection-background-color:transparent}")
+            .arg(colour_rules::alternateRow(tree->palette()).name()));
+    tree->setAlternatingRowColors(true);
+    tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    tree->setUniformRowHeights(true);
     return tree;
+}
+
+/// The view makes a new selection model for each model and leaves the old one behind.
+void setTreeModel(QTreeView* tree, QAbstractItemModel* model)
+{
+    QItemSelectionModel* const earlier = tree->selectionModel();
+    const bool changes = tree->model() != model;
+    tree->setModel(model);
+    if (changes)
+        delete earlier;
+    tree->expandAll();
 }
 
 } // namespace
 
 wgtLocalVariable::wgtLocalVariable(QWidget* parent)
-    : QWidget(parent), m_treeView(makeTree(QStringLiteral("treeView"))),
-      m_delegate(new varTreeDelegate(this)), m_sheets(new VariableSheets(this)),
-      m_editor(new VariableEditor(this))
+    : QWidget(parent), m_pages(new QStackedWidget),
+      m_treeView(makeTree(QStringLiteral("treeView"))),
+      m_runTree(makeTree(QStringLiteral("runTreeView"))), m_delegate(new varTreeDelegate(this)),
+      m_sheets(new VariableSheets(this)), m_editor(new VariableEditor(this))
 {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    auto* pages = new QStackedWidget;
-    pages->setObjectName(QStringLiteral("stackedWidget"));
-    pages->addWidget(m_treeView);
-    QTreeView* runTree = makeTree(QStringLiteral("runTreeView"));
-    pages->addWidget(runTree);
-    runTree->raise(); // hidden as it is: who looks for any tree of the panel finds the one in use
-    layout->addWidget(pages);
+    m_pages->setObjectName(QStringLiteral("stackedWidget"));
+    m_pages->addWidget(m_treeView);
+    m_pages->addWidget(m_runTree);
+    m_runTree->raise(); // hidden as it is: who looks for any tree of the panel finds the one in use
+    m_runTree->setSelectionMode(QAbstractItemView::NoSelection);
+    layout->addWidget(m_pages);
     setUpTree();
     connectTree();
     connect(m_sheets, &VariableSheets::dropEnd, this, &wgtLocalVariable::onDropEnd);
@@ -69,18 +87,11 @@ void wgtLocalVariable::setUpTree()
     auto* style = new varTreeViewStyle;
     style->setParent(m_treeView);
     m_treeView->setStyle(style);
-    m_treeView->setStyleSheet(
-        QStringLiteral("QTreeView{border:none;outline:0;alternate-background-color:%1;"
-                       "selection-background-color:transparent}")
-            .arg(colour_rules::alternateRow(m_treeView->palette()).name()));
-    m_treeView->setAlternatingRowColors(true);
-    m_treeView->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_treeView->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_treeView->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_treeView->setDragDropMode(QAbstractItemView::InternalMove);
     m_treeView->setDefaultDropAction(Qt::MoveAction);
     m_treeView->setDropIndicatorShown(true);
-    m_treeView->setUniformRowHeights(true);
     m_treeView->setContextMenuPolicy(Qt::CustomContextMenu);
     new EmptyHint(m_treeView, tr("没有序列，无法添加变量"));
     m_treeView->installEventFilter(this);
@@ -143,6 +154,23 @@ void wgtLocalVariable::showSequence(const QString& sequenceId)
     showModel(m_sheets->sheet(sequenceId));
 }
 
+void wgtLocalVariable::showRunSequence(const QString& sequenceId,
+                                       const std::shared_ptr<const processTemplateInfo>& owner)
+{
+    varStandModel* model = nullptr;
+    if (!sequenceId.isEmpty())
+        model = owner ? m_sheets->templateSheet(*owner, sequenceId) : m_sheets->sheet(sequenceId);
+    setTreeModel(m_runTree, model);
+    applyWidths(m_runTree);
+    choosePage();
+}
+
+void wgtLocalVariable::choosePage()
+{
+    const bool isRun = m_runTree->model() && !m_edited.isValid();
+    m_pages->setCurrentWidget(isRun ? m_runTree : m_treeView);
+}
+
 void wgtLocalVariable::refreshSequences(const QStringList& sequenceIds)
 {
     m_sheets->setOutdated(sequenceIds.isEmpty() ? m_sheets->sequenceIds() : sequenceIds);
@@ -196,14 +224,18 @@ void wgtLocalVariable::addVarToCurrentView(const QString& name, const QString& v
 void wgtLocalVariable::showModel(varStandModel* model)
 {
     m_editor->setSheet(model, model ? m_sequenceId : QString());
-    // The view makes a new selection model for each model and leaves the old one behind.
-    QItemSelectionModel* const earlier = m_treeView->selectionModel();
-    const bool changes = m_treeView->model() != model;
-    m_treeView->setModel(model);
-    if (changes)
-        delete earlier;
-    m_treeView->expandAll();
-    setColumnWidths(m_columnWidths.isEmpty() ? defaultWidths : m_columnWidths);
+    setTreeModel(m_treeView, model);
+    applyWidths(m_treeView);
+}
+
+void wgtLocalVariable::applyWidths(QTreeView* tree)
+{
+    const QList<int>& widths = m_columnWidths.isEmpty() ? defaultWidths : m_columnWidths;
+    const QSignalBlocker blocker(tree->header());
+    for (int column = 0; column < ColumnCount; ++column) {
+        if (widths.at(column) > 0)
+            tree->setColumnWidth(column, widths.at(column));
+    }
 }
 
 void wgtLocalVariable::setColumnWidths(const QList<int>& widths)
@@ -211,11 +243,7 @@ void wgtLocalVariable::setColumnWidths(const QList<int>& widths)
     if (widths.size() < ColumnCount)
         return;
     m_columnWidths = widths;
-    const QSignalBlocker blocker(m_treeView->header());
-    for (int column = 0; column < ColumnCount; ++column) {
-        if (widths.at(column) > 0)
-            m_treeView->setColumnWidth(column, widths.at(column));
-    }
+    applyWidths(m_treeView);
 }
 
 void wgtLocalVariable::onSectionResized(int logicalIndex, int, int)

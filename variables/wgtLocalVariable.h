@@ -8,13 +8,16 @@
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 
 class QMenu;
+class QStackedWidget;
 class QTreeView;
 class VariableEditor;
 class VariableSheets;
 class varStandModel;
 class varTreeDelegate;
+struct processTemplateInfo;
 
 /// The variables that an applet's steps use: one model a sequence, each with the groups of the
 /// sequence's, the process's and the global variables (see variable_rows). The variables belong to
@@ -40,6 +43,11 @@ public:
     void reloadSequenceVariables(const QString& sequenceId);
     /// Shows the model of a sequence; one without a model is built.
     void showSequence(const QString& sequenceId);
+    /// Shows the variables of a sequence that runs, only to be read, in front of the shown
+    /// sequence's; an empty id takes them away. @p owner is its template, null for the applet's
+    /// own. A cell that is being edited is left first.
+    void showRunSequence(const QString& sequenceId,
+                         const std::shared_ptr<const processTemplateInfo>& owner);
     /// Builds the models of loaded sequences anew, without showing another one; those that are not
     /// shown follow when they are. An empty list means all of them. What the person had before them
     /// stays: selection, collapsed groups, scroll position, and a cell that is being edited, after
@@ -103,11 +111,15 @@ private:
     void setUpTree();
     void connectTree();
     void refreshShown();
+    void choosePage();
+    void applyWidths(QTreeView* tree);
     void showModel(varStandModel* model);
     /// In column 0, in the order in which they were selected.
     QModelIndexList selectedVariables() const;
 
+    QStackedWidget* m_pages;
     QTreeView* m_treeView;
+    QTreeView* m_runTree; ///< has a model while it is to be seen
     varTreeDelegate* m_delegate;
     VariableSheets* m_sheets;
     VariableEditor* m_editor;

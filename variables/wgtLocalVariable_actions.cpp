@@ -159,6 +159,7 @@ void wgtLocalVariable::onCloseEditor()
     m_treeView->closePersistentEditor(cell);
     m_editor->storeCell(cell);
     refreshShown();
+    choosePage();
 }
 
 void wgtLocalVariable::onLengthButtonClicked(const QModelIndex& index)

@@ -271,8 +271,9 @@ void restoreMacros(CodeWriter& writer, const std::vector<std::string>& names)
 std::vector<std::string> reservedAmong(const std::vector<std::string>& names)
 {
     static const std::unordered_set<std::string> ofTheRuntime = {
-        "rt",         "arrays_equal", "call",     "finished",  "first",     "log_turn",   "running",
-        "step_begin", "step_delay",   "step_end", "step_test", "step_turn", "turn_number"};
+        "rt",       "arrays_equal", "call",      "finished",   "first",
+        "log_turn", "own_turns",    "running",   "step_begin", "step_delay",
+        "step_end", "step_test",    "step_turn", "turn",       "turns_of_this_step"};
     std::vector<std::string> reserved;
     std::copy_if(names.begin(), names.end(), std::back_inserter(reserved),
                  [](const std::string& name) {

@@ -49,7 +49,7 @@ SequencePlan::SequencePlan(const AppletSource& source) : m_source(source)
         const SequenceSource& sequence = *m_sequences[i].source;
         m_sequences[i].firstStep = static_cast<std::uint32_t>(m_steps.size());
         for (const Blocks& flow : sequence.flows)
-            scan(i, flow);
+            scan(i, flow, 0);
         for (const Blocks& flow : sequence.flows)
             resolveJumps(m_sequences[i], flow);
     }
@@ -112,7 +112,7 @@ void SequencePlan::add(const SequenceGroup* group, const std::string& sequenceId
     m_sequences.push_back(std::move(sequence));
 }
 
-void SequencePlan::scan(std::size_t sequence, const Blocks& blocks)
+void SequencePlan::scan(std::size_t sequence, const Blocks& blocks, std::uint32_t turnStep)
 {
     const std::vector<bool> out = leftOut(blocks);
     for (std::size_t i = 0; i < blocks.size(); ++i) {
@@ -120,12 +120,14 @@ void SequencePlan::scan(std::size_t sequence, const Blocks& blocks)
         if (out[i])
             continue;
         const auto index = static_cast<std::uint32_t>(m_steps.size());
-        m_steps.push_back({static_cast<std::uint32_t>(sequence), block->uuid});
+        m_steps.push_back(
+            {static_cast<std::uint32_t>(sequence), block->uuid, block->name, turnStep});
         m_sequences[sequence].steps.emplace(block->uuid, index - m_sequences[sequence].firstStep);
         if (block->tagEnabled && !block->tag.empty())
             m_sequences[sequence].tags.emplace(block->tag, block->uuid);
         scanCalls(m_sequences[sequence].group, *block);
-        scan(sequence, block->children);
+        const bool isLoop = block->baseType() == BasicStep && step_kinds::isLoop(block->stepType());
+        scan(sequence, block->children, isLoop ? index + 1 : turnStep);
     }
 }
 

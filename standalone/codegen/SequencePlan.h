@@ -40,6 +40,9 @@ struct PlannedStep
 {
     std::uint32_t sequence = 0;
     std::string uuid;
+    std::string name;
+    /// Index of the first step within the innermost loop around it; 0: no loop.
+    std::uint32_t turnStep = 0;
 };
 
 /// Finds what the target sequence reaches, through calls and jumps of enabled steps, and numbers it
@@ -71,7 +74,7 @@ private:
     void reserve(const std::vector<processVariable>& variables);
     std::string spaceFor(const SequenceGroup* group);
     std::string uniqueName(const std::string& name);
-    void scan(std::size_t sequence, const Blocks& blocks);
+    void scan(std::size_t sequence, const Blocks& blocks, std::uint32_t turnStep);
     void scanCalls(const SequenceGroup* group, const IProcessBlock& block);
     void resolveJumps(PlannedSequence& sequence, const Blocks& blocks);
     Target targetOf(const SequenceGroup* group, const SequenceProcessBlock& call) const;

@@ -1,6 +1,7 @@
 #include "standalone/codegen/code_text.h"
 
 #include "model/type_tables.h"
+#include "standalone/shown_text.h"
 
 #include <cstdio>
 #include <unordered_set>
@@ -81,6 +82,11 @@ std::string stringLiteral(const std::string& text)
         }
     }
     return result + '"';
+}
+
+std::string nameLiteral(const std::string& name)
+{
+    return stringLiteral(standalone::shownText(QString::fromStdString(name)).toStdString());
 }
 
 std::string expressionText(const std::string& text)

@@ -12,6 +12,9 @@ std::string commentText(const std::string& text);
 /// A string literal of exactly these bytes.
 std::string stringLiteral(const std::string& text);
 
+/// The same of a name for the user, as one line shows it.
+std::string nameLiteral(const std::string& name);
+
 /// What is left of an expression without outer blanks and closing semicolons. Ends with a line end
 /// if it may hold a line comment.
 std::string expressionText(const std::string& text);

@@ -101,6 +101,7 @@ void writeModule(const SequencePlan& plan, CodeWriter& writer)
     for (const PlannedSequence& sequence : plan.sequences()) {
         const std::string& owner = sequence.group->templateId;
         writer.line('{' + stringLiteral(sequence.source->info.id) + ", " +
+                    nameLiteral(sequence.title) + ", " +
                     (owner.empty() ? "0" : stringLiteral(owner)) + ", applet::" + sequence.space +
                     "::" + sequence.function + "},");
     }
@@ -110,8 +111,9 @@ void writeModule(const SequencePlan& plan, CodeWriter& writer)
     writer.line("static const applet_step steps[] = {");
     writer.indent();
     for (const PlannedStep& step : plan.steps())
-        writer.line('{' + std::to_string(step.sequence) + ", " + stringLiteral(step.uuid) + "},");
-    writer.line("{0, 0}");
+        writer.line('{' + std::to_string(step.sequence) + ", " + stringLiteral(step.uuid) + ", " +
+                    nameLiteral(step.name) + ", " + std::to_string(step.turnStep) + "},");
+    writer.line("{0, 0, 0, 0}");
     writer.outdent();
     writer.line("};");
     writer.blankLine();

@@ -5,7 +5,6 @@
 #include "standalone/codegen/post_actions.h"
 #include "standalone/codegen/problem_text.h"
 #include "standalone/codegen/user_texts.h"
-#include "standalone/shown_text.h"
 
 namespace codegen {
 
@@ -62,6 +61,10 @@ bool SequenceGenerator::openStepLoop(const IProcessBlock& block, const std::stri
 {
     constexpr int FixedCount = 1;
     constexpr int CustomLoop = 2;
+    if (block.loopType != FixedCount && block.loopType != CustomLoop)
+        return false;
+    m_writer.open("");
+    m_writer.line("const rt::own_turns turns_of_this_step;");
     if (block.loopType == FixedCount) {
         const std::string name = block.loopVariable.empty() ? "turn" : block.loopVariable;
         if (!isIdentifier(name))
@@ -71,33 +74,26 @@ bool SequenceGenerator::openStepLoop(const IProcessBlock& block, const std::stri
                           " = 0; rt::running() && " + name + " < " + count + "; ++" + name + ")",
                       user_text::StepLoop);
         m_writer.line("rt::step_turn(" + step + ", " + name + ", 0, " + count + ");");
-        return true;
-    }
-    if (block.loopType == CustomLoop) {
+    } else {
         for (const std::string* text : {&block.loopInit, &block.loopCondition, &block.loopStep})
             checkCode(block, *text, user_text::StepLoop);
         const std::string test = isBlank(block.loopCondition)
                                      ? std::string()
                                      : " && (" + expressionText(block.loopCondition) + ")";
-        if (block.loopResultInReport)
-            m_writer.line("s64 turn_number = 0;");
         m_writer.open("for (" + expressionText(block.loopInit) + "; rt::running()" + test + "; " +
                           expressionText(block.loopStep) + ")",
                       user_text::StepLoop);
-        return true;
     }
-    return false;
+    m_writer.line("++rt::turn;");
+    return true;
 }
 
 /// Each turn's result goes to the log if the step asks for it.
 void SequenceGenerator::closeStepLoop(const IProcessBlock& block)
 {
-    if (block.loopResultInReport) {
-        const std::string name = block.loopVariable.empty() ? "turn" : block.loopVariable;
-        const std::string turn = block.loopType == 1 ? name + " + 1" : "++turn_number";
-        const QString shown = standalone::shownText(QString::fromStdString(block.name));
-        m_writer.line("rt::log_turn(" + stringLiteral(shown.toStdString()) + ", " + turn + ");");
-    }
+    if (block.loopResultInReport)
+        m_writer.line("rt::log_turn(" + nameLiteral(block.name) + ");");
+    m_writer.close();
     m_writer.close();
 }
 

@@ -88,6 +88,22 @@ void AppletModel::addSequence(SequenceContent content)
                  {nullptr, nullptr, sequence, flow});
 }
 
+bool AppletModel::insertSequence(SequenceContent content, std::size_t index)
+{
+    const auto areFree = [this](const Blocks& blocks) {
+        return std::all_of(blocks.begin(), blocks.end(),
+                           [this](const auto& block) { return isFree(*block); });
+    };
+    if (sequence(content.head.id) ||
+        !std::all_of(content.flows.begin(), content.flows.end(), areFree))
+        return false;
+    addSequence(std::move(content));
+    if (index < m_sequences.size())
+        std::rotate(m_sequences.begin() + std::ptrdiff_t(index), m_sequences.end() - 1,
+                    m_sequences.end());
+    return true;
+}
+
 void AppletModel::removeSequence(const std::string& id)
 {
     auto* removed = sequence(id);
@@ -170,6 +186,11 @@ bool AppletModel::move(const std::string& uuid, const std::string& parentUuid, i
         enter(source.block, target);
     }
     return true;
+}
+
+int AppletModel::indexOf(const Place& place) const
+{
+    return standalone::indexOf(siblingsOf(place), place.block.get(), place.lastIndex);
 }
 
 void AppletModel::remove(const std::string& uuid)

@@ -31,6 +31,8 @@ public:
     SequenceContent* sequence(const std::string& id) const; ///< null if there is none
     /// Adds a sequence with its blocks; its id and its blocks' uuids must be free.
     void addSequence(SequenceContent sequence);
+    /// The same at a place in the table; false if its id or a block's uuid is taken.
+    bool insertSequence(SequenceContent sequence, std::size_t index);
     void removeSequence(const std::string& id);
     void removeAllSequences();
     /// Replaces all by sequences with different ids, and the places of all their blocks.
@@ -38,6 +40,7 @@ public:
 
     BlockPtr block(const std::string& uuid) const; ///< null if there is none
     const Place* place(const std::string& uuid) const;
+    int indexOf(const Place& place) const; ///< among its siblings
     std::size_t blockCount() const { return m_places.size(); }
 
     /// Puts a block with its children under a parent of the sequence: a block's uuid, or a flow's

@@ -1,5 +1,7 @@
 #include "standalone/model_service/VariableList.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace standalone {
@@ -22,6 +24,19 @@ VariableList::Position VariableList::append(StoredVariable variable)
 {
     ++m_names[variable.variable.name];
     return m_entries.insert(m_entries.end(), std::move(variable));
+}
+
+VariableList::Position VariableList::insert(std::size_t index, StoredVariable variable)
+{
+    ++m_names[variable.variable.name];
+    const auto before =
+        std::next(m_entries.begin(), std::ptrdiff_t(std::min(index, m_entries.size())));
+    return m_entries.insert(before, std::move(variable));
+}
+
+std::size_t VariableList::indexOf(Position position) const
+{
+    return std::size_t(std::distance(m_entries.begin(), Entries::const_iterator(position)));
 }
 
 void VariableList::remove(Position position)

@@ -40,6 +40,31 @@ const processVariable* VariableStore::find(const std::string& uuid) const
     return found == m_homes.end() ? nullptr : &found->second.entry->variable;
 }
 
+std::optional<VariableStore::Standing> VariableStore::standing(const std::string& uuid) const
+{
+    const auto found = m_homes.find(uuid);
+    if (found == m_homes.end())
+        return std::nullopt;
+    const Home& home = found->second;
+    return Standing{*home.entry, home.list->scope(), home.list->indexOf(home.entry),
+                    home.isDefault};
+}
+
+bool VariableStore::restore(const std::string& appName, const Standing& standing)
+{
+    const processVariable& variable = standing.stored.variable;
+    VariableList* list =
+        standing.isDefault ? &m_defaults : listFor(appName, standing.scope, variable.ownerId);
+    if (!list)
+        return false;
+    const auto home = m_homes.find(variable.uuid);
+    if (home != m_homes.end())
+        home->second.list->remove(home->second.entry);
+    m_homes[variable.uuid] = {list->insert(standing.index, standing.stored), list,
+                              standing.isDefault};
+    return true;
+}
+
 std::vector<processVariable> VariableStore::globals() const
 {
     auto records = m_defaults.records();

@@ -5,6 +5,7 @@
 #include <QByteArray>
 
 #include <map>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -21,8 +22,21 @@ public:
     VariableStore(const VariableStore&) = delete;
     VariableStore& operator=(const VariableStore&) = delete;
 
+    /// How a variable stands among its like.
+    struct Standing
+    {
+        StoredVariable stored;
+        processVariableType scope =
+            SequenceVariable; ///< of the list; a fixed variable's is another
+        std::size_t index = 0;
+        bool isDefault = false;
+    };
+
     const processVariable* find(const std::string& uuid) const; ///< null if there is none
-    std::vector<processVariable> globals() const;               ///< the default ones first
+    std::optional<Standing> standing(const std::string& uuid) const;
+    /// Puts a variable back, or writes and moves one that is there. False if there is no such list.
+    bool restore(const std::string& appName, const Standing& standing);
+    std::vector<processVariable> globals() const; ///< the default ones first
     std::vector<processVariable> ofApplet(const std::string& appName) const;
     std::vector<processVariable> ofSequence(const std::string& appName,
                                             const std::string& sequenceId) const;

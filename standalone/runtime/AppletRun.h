@@ -1,11 +1,11 @@
 #pragma once
 
 #include "model/services/processedit.h"
+#include "protocol/protocol_reader.h"
+#include "protocol/run_limits.h"
 #include "standalone/runtime/AppletRequests.h"
 #include "standalone/runtime/RunBacklog.h"
 #include "standalone/runtime/RunCommands.h"
-#include "standalone/runtime/protocol_reader.h"
-#include "standalone/runtime/run_limits.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #include "standalone/runtime/LineSplitter.h"
 
-#include "standalone/runtime/protocol.h"
+#include "protocol/protocol.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "standalone/runtime/run_trace.h"
+#include "protocol/run_trace.h"
 
 #include <cstddef>
 #include <optional>

@@ -1,6 +1,6 @@
 #include "standalone/runtime/run_account.h"
 
-#include "standalone/runtime/run_limits.h"
+#include "protocol/run_limits.h"
 #include "standalone/runtime/signal_texts.h"
 #include "standalone/runtime/step_names.h"
 #include "standalone/shown_text.h"

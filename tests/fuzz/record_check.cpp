@@ -1,8 +1,8 @@
 #include "tests/fuzz/record_check.h"
 
+#include "protocol/protocol_reader.h"
 #include "standalone/runtime/AppletRequests.h"
 #include "standalone/runtime/RunCommands.h"
-#include "standalone/runtime/protocol_reader.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "tests/fuzz/record_generator.h"
 
-#include "standalone/runtime/protocol.h"
+#include "protocol/protocol.h"
 
 #include <iterator>
 #include <limits>

@@ -8,6 +8,7 @@
 #include "tests/support/text.h"
 
 #include <QAbstractItemModelTester>
+#include <QLabel>
 #include <QProgressBar>
 #include <QSignalSpy>
 #include <QTabWidget>
@@ -194,12 +195,23 @@ void RunViewTest::oneTickIsLikeMany()
 void RunViewTest::calledSequence()
 {
     QSignalSpy progress(m_view.get(), &LogicView::sigProcessPrograss);
+    QSignalSpy changes(m_view.get(), &LogicView::sigRunSequenceChanged);
+    m_view->addNewModelSlot(m_main);
+    m_view->showSequence(m_main);
     start();
     report(m_a, 100.0);
     report(m_call, 0.0);
     m_view->notifyGoto(m_sub, false, QString());
     land();
     QCOMPARE(rows(), QStringList({text("x"), text("y")}));
+    const auto* name = m_view->findChild<QLabel*>(text("runSequenceLabel"));
+    QVERIFY(name->isVisible());
+    QCOMPARE(name->text(), text("序列: Sub"));
+    QCOMPARE(m_view->runSequenceId(), m_sub);
+    m_view->showEditTab();
+    QVERIFY(!name->isVisible());
+    m_view->findChild<QTabWidget*>(text("tabWidget"))->setCurrentIndex(1);
+    QVERIFY(name->isVisible());
     m_view->notifyRunState(m_sub, m_x, 0, 0.0);
     m_view->notifyRunState(m_sub, m_x, 0, 100.0);
     m_view->notifyRunState(m_sub, m_y, 0, 0.0);
@@ -217,6 +229,11 @@ void RunViewTest::calledSequence()
     QCOMPARE(rows().at(2), text("call 执行成功"));
     // The blocks of the run in their order: a, b, call, x, y, c.
     QCOMPARE(progress.last().first().toDouble(), 100.0 / 6.0 + (2 / 6.0) * 100.0);
+    QVERIFY(!name->isVisible()); // back in the sequence that is edited
+    QCOMPARE(m_view->runSequenceId(), m_main);
+    stop();
+    QCOMPARE(m_view->runSequenceId(), QString());
+    QCOMPARE(changes.count(), 4); // start, call, return, end
 }
 
 void RunViewTest::callWithoutAWaitingReport()

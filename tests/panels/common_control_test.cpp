@@ -25,7 +25,7 @@ public:
     void saveBlock() override
     {
         saves.append(m_cappletName + QLatin1Char('/') + m_sequenceId);
-        handBack(loaded);
+        handBack(loaded, [] {});
     }
     void edit() { m_timer->start(); }
 

@@ -20,10 +20,20 @@ class RecordingView : public BuildView
 {
 public:
     QStringList calls;
-    QString shown;
+    EditPlace shown;
+    QString chosenInTheRun; ///< a step
 
-    QString shownSequence() const override { return shown; }
-    void showSequence(const QString&) override { calls << QStringLiteral("show"); }
+    EditPlace place() const override { return shown; }
+    void showSequence(const QString& id) override
+    {
+        calls << QStringLiteral("show");
+        if (id != shown.sequenceId)
+            shown = {id, QString()};
+    }
+    void goTo(const EditPlace& place) override
+    {
+        calls << QStringLiteral("goTo:%1:%2").arg(place.sequenceId, place.stepId);
+    }
     void flushPanels() override { calls << QStringLiteral("flush"); }
     void showEditTab() override { calls << QStringLiteral("editTab"); }
     void setPanelsEnabled(bool on) override
@@ -38,6 +48,8 @@ public:
     void setRunMode(bool running, const QString&, const QString&) override
     {
         calls << (running ? QStringLiteral("runMode") : QStringLiteral("endRunMode"));
+        if (!chosenInTheRun.isEmpty())
+            shown.stepId = chosenInTheRun;
     }
     void updateRunTreeWidth() override {}
     void finishRunRow(bool) override {}
@@ -72,6 +84,8 @@ private slots:
     void boundPanelIsANotice();
     void checkCallbackRefuses();
     void compileRunAndSkip();
+    void backAfterARun_data();
+    void backAfterARun();
     void compileErrorKeepsTheEditorUsable();
     void resultOfAnotherWindow();
     void stopAsksInALocaleOfItsOwn_data();
@@ -137,7 +151,7 @@ QString BuildControllerTest::makeSequence(const char* code)
                                                                step_type::Statement, "语句一");
     step->setCustomCode(code);
     processedit::updateProcess(m_name, id, step);
-    m_view.shown = id;
+    m_view.shown.sequenceId = id;
     return id;
 }
 
@@ -167,7 +181,7 @@ void BuildControllerTest::refusals()
         SequenceInfo info = processedit::getSequence(m_name, id);
         info.isMain = false;
         processedit::updateSequence(m_name, info);
-        m_view.shown.clear();
+        m_view.shown = EditPlace();
     }
     if (press == QLatin1String("current"))
         m_build->runCurrent();
@@ -243,6 +257,32 @@ void BuildControllerTest::compileRunAndSkip()
              QStringList({QStringLiteral("show"), QStringLiteral("flush"), report + m_name,
                           QStringLiteral("runMode"), QStringLiteral("started")}));
     QCOMPARE(m_outcomes, QList<bool>({true, true}));
+}
+
+void BuildControllerTest::backAfterARun_data()
+{
+    QTest::addColumn<bool>("isElsewhere");
+    QTest::addColumn<QString>("chosen");
+    QTest::addColumn<bool>("goesBack");
+    QTest::newRow("from another sequence") << true << QString() << true;
+    QTest::newRow("another step chosen in the run") << true << QStringLiteral("step") << false;
+    QTest::newRow("from the main sequence") << false << QString() << false;
+}
+
+void BuildControllerTest::backAfterARun()
+{
+    QFETCH(bool, isElsewhere);
+    QFETCH(QString, chosen);
+    QFETCH(bool, goesBack);
+    makeSequence("");
+    if (isElsewhere)
+        m_view.shown = {QStringLiteral("other"), QStringLiteral("here")};
+    m_view.chosenInTheRun = chosen;
+    QSignalSpy finished(m_build.get(), &BuildController::runFinished);
+    m_build->runMain();
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 60000);
+    const QString way = m_view.calls.at(m_view.calls.size() - 2);
+    QCOMPARE(way, goesBack ? QStringLiteral("goTo:other:here") : QStringLiteral("endRunMode"));
 }
 
 void BuildControllerTest::compileErrorKeepsTheEditorUsable()

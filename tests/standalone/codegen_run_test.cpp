@@ -167,7 +167,45 @@ void CodegenRunTest::controlFlow_data()
               statement("s", "")}),
         "end:0 end:100 s:0 s:100", "");
     row("failure", main({statement("bad", "step_fail(7);"), statement("good", "")}),
-        "bad:0 bad:99!-7 good:0 good:100", "");
+        "bad:0 bad:99!-7 good:0 good:100", "3 序列“main”的步骤“bad”失败(-7)");
+    row("failures in the turns of a loop",
+        main({condition<WhileProcessBlock>(
+                  "while", "n", "<", "4",
+                  {expression("add", "n", "n + 1"),
+                   condition<IfProcessBlock>("if", "n", "<", "3",
+                                             {plain(step_type::Continue, "next")}),
+                   plain(step_type::EndIf, "fi"), statement("bad", "step_fail(n);")}),
+              plain(step_type::EndWhile, "end"), statement("after", "step_fail();")},
+             {variable("n", "s32", "0")}),
+        "while:0 add:0 add:100 if:0 next:0 next:100 add:0 add:100 if:0 next:0 next:100 "
+        "add:0 add:100 if:0 if:100 fi:0 fi:100 bad:0 bad:99!-3 "
+        "add:0 add:100 if:0 if:100 fi:0 fi:100 bad:0 bad:99!-4 while:100 end:0 end:100 "
+        "after:0 after:99!-1",
+        "3 序列“main”的步骤“bad”失败(-3), 循环第 3 次|3 序列“main”的步骤“bad”失败(-4), 循环第 4 次|"
+        "3 序列“main”的步骤“after”失败(-1)");
+    row("failures of a sequence that calls itself in a loop",
+        main({customFor("for", "int i = 0", "i < 2", "++i",
+                        {with(call("call", "main"),
+                              [](IProcessBlock& block) { block.preCondition = "!n++"; }),
+                         statement("bad", "step_fail();")}),
+              plain(step_type::EndFor, "end")},
+             {variable("n", "s32", "0")}),
+        "for:0 call:0 >main for:0 call:0 call:100 bad:0 bad:99!-1 call:0 call:100 bad:0 bad:99!-1 "
+        "for:100 end:0 end:100 <main call:100 bad:0 bad:99!-1 call:0 call:100 bad:0 bad:99!-1 "
+        "for:100 end:0 end:100",
+        "3 序列“main”的步骤“bad”失败(-1), 循环第 1 次|3 序列“main”的步骤“bad”失败(-1), 循环第 2 次|"
+        "3 序列“main”的步骤“bad”失败(-1)|3 序列“main”的步骤“bad”失败(-1)");
+    row("failures in a step's own loop",
+        applet({sequence("main", {with(call("c", "sub"),
+                                       [](IProcessBlock& block) {
+                                           block.loopType = 1;
+                                           block.loopCount = 2;
+                                           block.postStatements = "if (n == 2) step_fail();";
+                                       })}),
+                sequence("sub", {statement("bad", "if (n++) step_fail();")})},
+               {variable("n", "s32", "0")}),
+        "c:0 >sub bad:0 bad:100 <sub c:50 >sub bad:0 bad:99!-1 <sub c:99!-1",
+        "3 序列“sub”的步骤“bad”失败(-1)|3 序列“main”的步骤“c”失败(-1)");
     row("statements around and a step's own loop",
         main({with(statement("s", "log_info(\"%d %d\", k, i);"),
                    [](IProcessBlock& block) {
@@ -261,11 +299,13 @@ void CodegenRunTest::controlFlow_data()
                        block.preStatements = "int k;";
                        block.loopType = 2;
                        block.loopInit = "k = 1";
-                       block.loopCondition = "k <= 2 // twice";
+                       block.loopCondition = "k <= 3 // times";
                        block.loopStep = "++k;";
                        block.loopResultInReport = true;
                    })}),
-        "s:0 s:99!-9", "1 步骤“s”第 1 次循环: 成功|1 步骤“s”第 2 次循环: 失败(-9)");
+        "s:0 s:99!-9",
+        "1 步骤“s”第 1 次循环: 成功|1 步骤“s”第 2 次循环: 失败(-9)|1 步骤“s”第 3 次循环: 成功|"
+        "3 序列“main”的步骤“s”失败(-9), 重复第 2 次");
     row("texts keep to their length",
         main({statement(
                  "s",
@@ -286,7 +326,8 @@ void CodegenRunTest::controlFlow_data()
              {variable("a", "u8*", "", 3), variable("b", "s32*", "9,9,9,9", 4),
               variable("text", "string", "abc", 9)}),
         "in:0 in:100 out:0 out:99!-1 element:0 element:100 end:0 end:100",
-        "1 1 255 3 0|3 下标 3 超出范围, 有效范围为 0 到 2|1 3 0|1 4");
+        "1 1 255 3 0|3 下标 3 超出范围, 有效范围为 0 到 2|1 3 0|"
+        "3 序列“main”的步骤“out”失败(-1)|1 4");
     row("records are passed on",
         main({statement("s",
                         "void fill(PDrelCan frame, XcpODTEntry* entry, XcpCanCfg& c)\n{\n"

@@ -88,19 +88,19 @@ extern const u32 first_of_sequence_sub = 3;
 } // namespace rt
 
 static const applet_sequence sequences[] = {
-    {"main", 0, applet::process::sequence_main},
-    {"sub", 0, applet::process::sequence_sub},
+    {"main", "main", 0, applet::process::sequence_main},
+    {"sub", "sub", 0, applet::process::sequence_sub},
 };
 
 static const applet_step steps[] = {
-    {0, "f"},
-    {0, "c"},
-    {0, "ef"},
-    {1, "if"},
-    {1, "go"},
-    {1, "ei"},
-    {1, "s"},
-    {0, 0}
+    {0, "f", "f", 0},
+    {0, "c", "c", 1},
+    {0, "ef", "ef", 0},
+    {1, "if", "if", 0},
+    {1, "go", "go", 0},
+    {1, "ei", "ei", 0},
+    {1, "s", "s", 0},
+    {0, 0, 0, 0}
 };
 
 static const applet_module module_description = {APPLET_RUNTIME_VERSION, 2, sequences, 7, steps};

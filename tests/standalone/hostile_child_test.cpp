@@ -8,9 +8,9 @@
 
 #include "model/services/applet_runtime.h"
 #include "model/services/processedit.h"
+#include "protocol/protocol.h"
 #include "standalone/runtime/RunBacklog.h"
 #include "standalone/runtime/applet_paths.h"
-#include "standalone/runtime/protocol.h"
 #include "standalone/runtime/runtime.h"
 #include "standalone/variables/SystemVariables.h"
 

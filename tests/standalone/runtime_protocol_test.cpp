@@ -1,5 +1,5 @@
+#include "protocol/protocol_reader.h"
 #include "standalone/runtime/LineSplitter.h"
-#include "standalone/runtime/protocol_reader.h"
 #include "tests/support/test_program.h"
 
 #include <QtTest>

@@ -12,6 +12,7 @@
 #include "standalone/runtime/runtime.h"
 
 #include <QProcess>
+#include <QRegularExpression>
 #include <QtTest>
 
 #include <algorithm>
@@ -56,6 +57,7 @@ private slots:
     void shutdownLeavesNothing();
     void deathOfTheEditorEndsTheChild();
     void equalReportsAreOne();
+    void failuresWithoutEndAreCounted();
     void changesOfSequenceAreAllThere();
     void textsAreCutAtCharacters();
     void endBeforeItsBegin();
@@ -338,6 +340,38 @@ void RuntimeRunTest::equalReportsAreOne()
     const QString end = QStringLiteral("a:0 a:100 b:0 b:100 c:0 c:100 for:100 end:0 end:100");
     QVERIFY2(reports.join(u' ').endsWith(end), qPrintable(reports.join(u' ').right(200)));
     QCOMPARE(reports.count(QStringLiteral("b:99!-5")), 1);
+    QCOMPARE(m_harness->logLines(appName),
+             QStringList{QStringLiteral("3 序列“main”的步骤“b”失败(-5), 循环第 1234568 次")});
+}
+
+/// Twenty equal failures, then ones that all differ, till a stop.
+void RuntimeRunTest::failuresWithoutEndAreCounted()
+{
+    const QString appName = QStringLiteral("failing");
+    const auto source =
+        applet({sequence("main", {customFor("for", "int i = 1", "", "++i",
+                                            {statement("bad", "if (i == 1000) log_info(\"on\"); "
+                                                              "step_fail(i <= 20 ? 1 : i);")}),
+                                  plain(step_type::EndFor, "end")})});
+    QCOMPARE(m_harness->build(appName, source), QString());
+    QVERIFY(m_harness->start(appName));
+    QTRY_VERIFY_WITH_TIMEOUT(m_harness->logLines(appName).contains(QStringLiteral("1 on")),
+                             Patience);
+    QVERIFY(service::stopCApplet(appName, false));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Stopped}, Patience);
+    const QStringList lines = m_harness->logLines(appName);
+    QCOMPARE(lines.size(), 102); // with "on" and the total
+    const QString name = QStringLiteral("3 序列“main”的步骤“bad”");
+    QCOMPARE(lines[0], name + QStringLiteral("失败(-1), 循环第 1 次"));
+    QCOMPARE(lines[9], name + QStringLiteral("失败(-1), 循环第 10 次; 此后相同的失败只计数"));
+    QCOMPARE(lines[10], name + QStringLiteral("失败(-21), 循环第 21 次"));
+    QCOMPARE(lines[99], name + QStringLiteral("失败(-110), 循环第 110 次; 此后该步骤的失败只计数"));
+    const QRegularExpression total(name +
+                                   QStringLiteral("共失败 (\\d+) 次, 其中 (\\d+) 次未逐次记录"));
+    const QRegularExpressionMatch match = total.match(lines.last());
+    QVERIFY2(match.hasMatch(), qPrintable(lines.last()));
+    QVERIFY(match.captured(1).toLongLong() >= 1000);
+    QCOMPARE(match.captured(2).toLongLong(), match.captured(1).toLongLong() - 100);
 }
 
 void RuntimeRunTest::changesOfSequenceAreAllThere()

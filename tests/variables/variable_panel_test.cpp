@@ -1,5 +1,6 @@
 // The rows of the variable panel: adding, removing, copying, moving, and what other sequences see.
 
+#include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 #include "tests/variables/PanelFixture.h"
@@ -50,6 +51,7 @@ private slots:
     void copyKeysAreForTheWindow();
     void refreshKeepsWhatThePersonSees();
     void columnWidths();
+    void variablesOfARun();
 };
 
 void VariablePanelTest::groups()
@@ -429,6 +431,41 @@ void VariablePanelTest::columnWidths()
     QCOMPARE(widths.size(), 4);
     f.panel.showSequence(f.first);
     QCOMPARE(f.tree->columnWidth(1), 95);
+}
+
+void VariablePanelTest::variablesOfARun()
+{
+    PanelFixture f;
+    const QString edited = f.make(SequenceVariable, "a");
+    f.make(SequenceVariable, "b", "s32", "0", f.second);
+    f.make(ProcessVariable, "p");
+    f.panel.reloadSequenceVariables(f.first);
+    const auto* run = f.panel.findChild<QTreeView*>(text("runTreeView"));
+    const auto names = [run] {
+        return test_support::printTree(*run->model()).join(QLatin1Char(' '));
+    };
+    f.panel.showRunSequence(f.second, nullptr);
+    QVERIFY(run->isVisible() && !f.tree->isVisible());
+    QCOMPARE(names(), text("序列变量   b 流程变量   p 全局变量"));
+
+    auto owner = std::make_shared<processTemplateInfo>();
+    for (const char* sequence : {"T1", "T2"}) {
+        processVariable variable;
+        variable.name = std::string("of") + sequence;
+        variable.ownerId = sequence;
+        owner->sequenceVariables.push_back(variable);
+    }
+    f.panel.showRunSequence(text("T2"), owner);
+    QCOMPARE(names(), text("序列变量   ofT2 流程变量 全局变量"));
+
+    // What is being typed goes on.
+    f.panel.showRunSequence(QString(), nullptr);
+    QVERIFY(f.tree->isVisible());
+    QWidget* line = f.edit(f.cell(edited, ValueColumn));
+    f.panel.showRunSequence(f.second, nullptr);
+    QVERIFY(line->isVisible());
+    QTest::keyClick(line, Qt::Key_Return);
+    QTRY_VERIFY(run->isVisible());
 }
 
 PE_WIDGET_TEST("variable_panel", VariablePanelTest)

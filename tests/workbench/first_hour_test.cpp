@@ -7,6 +7,7 @@
 #include "shell/ProcessEditWidget.h"
 #include "standalone/runtime/runtime.h"
 #include "tests/support/folders.h"
+#include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 #include "workbench/MainWindow.h"
@@ -48,6 +49,7 @@ private slots:
     void keysStandInToolTips();
     void hiddenToolBarsComeBack();
     void returnDeletesNoApplet();
+    void backAfterARun();
 
 private:
     /// The code of a statement step, by its name in the shown sequence.
@@ -233,6 +235,32 @@ void FirstHourTest::returnDeletesNoApplet()
     user_dialogs::setHandler(handler);
     QVERIFY2(asked.contains(m_app), qPrintable(asked));
     QVERIFY(m_window->editor() && ProjectFolder(m_folder->path()).applets().contains(m_app));
+}
+
+/// The main sequence is run while another one is edited, which it calls.
+void FirstHourTest::backAfterARun()
+{
+    m_person->showTab("序列");
+    m_person->clickSequence(1);
+    m_person->clickStep("采样电压");
+    m_person->showTab("变量");
+    const QStringList edited = test_support::printTree(*m_person->variables()->model());
+    const auto* name = m_window->findChild<QLabel*>(text("runSequenceLabel"));
+    m_person->pressRunMain();
+    QTRY_COMPARE_WITH_TIMEOUT(name->text(), text("序列: power_up"), 120000);
+    QVERIFY(name->isVisible());
+    const auto* variables = m_window->findChild<QWidget*>(text("widget_para"))
+                                ->findChild<QTreeView*>(text("runTreeView"));
+    QVERIFY(variables->isVisible());
+    QCOMPARE(test_support::printTree(*variables->model()), edited);
+
+    processedit::stopCApplet(m_app, false);
+    QTRY_VERIFY_WITH_TIMEOUT(m_window->findChild<QToolButton*>(text("runBtn"))->isEnabled(), 60000);
+    QVERIFY(m_person->variables()->isVisible());
+    QCOMPARE(test_support::printTree(*m_person->variables()->model()), edited);
+    m_person->showTab("编辑序列");
+    QCOMPARE(m_person->steps()->currentIndex().data().toString(), text("采样电压"));
+    QCOMPARE(m_person->sequences()->currentIndex().row(), 1);
 }
 
 PE_WIDGET_TEST("first_hour", FirstHourTest)

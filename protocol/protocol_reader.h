@@ -1,6 +1,6 @@
 #pragma once
 
-#include "standalone/runtime/protocol.h"
+#include "protocol/protocol.h"
 
 #include <cstddef>
 #include <cstdint>

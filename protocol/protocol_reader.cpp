@@ -1,4 +1,4 @@
-#include "standalone/runtime/protocol_reader.h"
+#include "protocol/protocol_reader.h"
 
 #include <cmath>
 #include <cstring>

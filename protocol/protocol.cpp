@@ -1,4 +1,4 @@
-#include "standalone/runtime/protocol.h"
+#include "protocol/protocol.h"
 
 #include <algorithm>
 #include <cassert>
