@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QtAlgorithms>
+#include <QtEndian>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -221,29 +224,28 @@ private:
         return true;
     }
 
-    static std::uint64_t eightBytes(const char* at)
-    {
-        std::uint64_t bytes;
-        std::memcpy(&bytes, at, sizeof bytes);
-        return bytes;
-    }
+    /// Eight bytes of the text, the first one lowest.
+    static quint64 eightBytes(const char* at) { return qFromLittleEndian<quint64>(at); }
 
-    /// Whether one of eight bytes is @p c.
-    static bool hasByte(std::uint64_t bytes, char c)
+    /// Marks which of eight bytes are @p c; right up to the first one.
+    static quint64 marksOf(quint64 bytes, char c)
     {
-        constexpr std::uint64_t ones = 0x0101010101010101u;
-        const std::uint64_t other = bytes ^ (ones * static_cast<unsigned char>(c));
-        return ((other - ones) & ~other & (ones * 0x80u)) != 0;
+        constexpr quint64 ones = 0x0101010101010101u;
+        const quint64 other = bytes ^ (ones * static_cast<unsigned char>(c));
+        return (other - ones) & ~other & (ones * 0x80u);
     }
+    /// The number of the first byte of eight that has a bit set.
+    static std::ptrdiff_t firstOf(quint64 bytes) { return qCountTrailingZeroBits(bytes) / 8; }
 
     /// To the next quote or backslash.
     void skipPlain()
     {
-        while (m_end - m_at >= 8) {
+        for (; m_end - m_at >= 8; m_at += 8) {
             const auto bytes = eightBytes(m_at);
-            if (hasByte(bytes, '"') || hasByte(bytes, '\\'))
-                break;
-            m_at += 8;
+            if (const auto marks = marksOf(bytes, '"') | marksOf(bytes, '\\')) {
+                m_at += firstOf(marks);
+                return;
+            }
         }
         while (m_at != m_end && *m_at != '"' && *m_at != '\\')
             ++m_at;
@@ -251,15 +253,26 @@ private:
 
     void skipSpace()
     {
-        constexpr std::uint64_t spaces = 0x2020202020202020u;
+        if (m_at == m_end || static_cast<unsigned char>(*m_at) > ' ')
+            return;
         const std::size_t begin = offset();
         while (m_at != m_end && (*m_at == ' ' || *m_at == '\n' || *m_at == '\r' || *m_at == '\t')) {
             ++m_at;
-            while (m_end - m_at >= 8 && eightBytes(m_at) == spaces)
-                m_at += 8;
+            skipBlanks();
         }
         if (offset() != begin)
             m_handler.space(begin, offset());
+    }
+
+    void skipBlanks()
+    {
+        constexpr quint64 blanks = 0x2020202020202020u;
+        for (; m_end - m_at >= 8; m_at += 8) {
+            if (const auto others = eightBytes(m_at) ^ blanks) {
+                m_at += firstOf(others);
+                return;
+            }
+        }
     }
 
     const char* const m_begin;

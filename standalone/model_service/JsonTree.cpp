@@ -61,6 +61,7 @@ public:
     {
         m_open.push_back(static_cast<std::uint32_t>(m_tree.m_nodes.size()));
         add(bracket == '{' ? JsonValue::Object : JsonValue::Array, at, at, true);
+        m_tree.m_objectCount += bracket == '{' ? 1 : 0;
     }
     void end(std::size_t at)
     {
@@ -118,6 +119,7 @@ void JsonTree::read(const QByteArray& text)
     constexpr std::size_t bytesAValue = 8; // a guess for texts without indentation
     m_text = text;
     m_nodes.clear();
+    m_objectCount = 0;
     const std::string_view view(m_text.constData(), static_cast<std::size_t>(m_text.size()));
     m_nodes.reserve(view.size() / bytesAValue);
     JsonTreeBuilder builder(*this);
@@ -156,6 +158,15 @@ bool JsonValue::whole(std::int64_t& number) const
         return false;
     number = static_cast<std::int64_t>(value);
     return true;
+}
+
+std::size_t JsonValue::count() const
+{
+    std::size_t count = 0;
+    if (isArray())
+        for (auto item = first(); !item.isMissing(); item = item.nextIn(*this))
+            ++count;
+    return count;
 }
 
 JsonValue JsonValue::member(std::string_view name) const
