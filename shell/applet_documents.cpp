@@ -320,7 +320,7 @@ bool isObject(std::string_view json)
 std::string documentText(const QString& appName, const StripFunction& strip,
                          const std::map<std::string, std::string>& foreign)
 {
-    QByteArray steps = processedit::generateProcessJson(appName).toUtf8();
+    QByteArray steps = document_text::utf8Of(processedit::generateProcessJson(appName));
     const std::string variables =
         process_json_edit::generateAppAndSequenceVariableJson(appletNameBytes(appName));
     if (strip) {

@@ -43,6 +43,9 @@ public:
         field(name, value, std::string_view());
     }
 
+    /// A field that is written whatever it holds.
+    void always(std::string_view name, int value) { write(name, value, false); }
+
     template <class Record, class Visit>
     void record(std::string_view name, const Record& value, Visit visit)
     {
