@@ -27,6 +27,45 @@ namespace json_scan {
 constexpr std::string_view escapedControls = "\b\f\n\r\t";
 constexpr std::string_view escapeNames = "bfnrt";
 
+/// Eight bytes of a text as one number, the first one lowest.
+inline quint64 eightBytes(const char* at)
+{
+    return qFromLittleEndian<quint64>(at);
+}
+
+/// Marks which of eight bytes are below @p limit, at most 0x80; right up to the first one.
+constexpr quint64 marksBelow(quint64 bytes, unsigned char limit)
+{
+    constexpr quint64 ones = 0x0101010101010101u;
+    return (bytes - ones * limit) & ~bytes & (ones * 0x80u);
+}
+
+/// Marks which of eight bytes are @p c; right up to the first one.
+constexpr quint64 marksOf(quint64 bytes, unsigned char c)
+{
+    return marksBelow(bytes ^ (0x0101010101010101u * c), 1);
+}
+
+/// The number of the first byte of eight that has a bit set.
+inline std::ptrdiff_t firstOf(quint64 bytes)
+{
+    return qCountTrailingZeroBits(bytes) / 8;
+}
+
+/// Whether a text stands between quotes as it is.
+inline bool isPlain(std::string_view text)
+{
+    const auto marks = [](quint64 bytes) {
+        return marksBelow(bytes, 0x20) | marksOf(bytes, '"') | marksOf(bytes, '\\');
+    };
+    quint64 found = 0;
+    for (; text.size() >= 8; text.remove_prefix(8))
+        found |= marks(eightBytes(text.data()));
+    for (const char c : text)
+        found |= marks(0xFFFFFFFFFFFFFF00u | static_cast<unsigned char>(c));
+    return found == 0;
+}
+
 /// What broke the text, and where. What the handler was told before holds; brackets may be open.
 struct Result
 {
@@ -223,19 +262,6 @@ private:
         }
         return true;
     }
-
-    /// Eight bytes of the text, the first one lowest.
-    static quint64 eightBytes(const char* at) { return qFromLittleEndian<quint64>(at); }
-
-    /// Marks which of eight bytes are @p c; right up to the first one.
-    static quint64 marksOf(quint64 bytes, char c)
-    {
-        constexpr quint64 ones = 0x0101010101010101u;
-        const quint64 other = bytes ^ (ones * static_cast<unsigned char>(c));
-        return (other - ones) & ~other & (ones * 0x80u);
-    }
-    /// The number of the first byte of eight that has a bit set.
-    static std::ptrdiff_t firstOf(quint64 bytes) { return qCountTrailingZeroBits(bytes) / 8; }
 
     /// To the next quote or backslash.
     void skipPlain()

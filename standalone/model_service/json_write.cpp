@@ -27,11 +27,6 @@ void appendEscaped(std::string& json, char c)
     }
 }
 
-// No function, so that the search takes it in.
-constexpr auto needsEscape = [](char c) {
-    return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\';
-};
-
 bool isDouble(std::string_view number)
 {
     double value = 0;
@@ -69,13 +64,15 @@ struct OpenValue
 void appendJsonString(std::string& json, std::string_view text)
 {
     json += '"';
-    for (auto at = text.begin(); at != text.end();) {
-        const auto special = std::find_if(at, text.end(), needsEscape);
-        json.append(at, special);
-        if (special == text.end())
-            break;
-        appendEscaped(json, *special);
-        at = special + 1;
+    if (json_scan::isPlain(text)) {
+        json += text;
+    } else {
+        for (const char c : text) {
+            if (json_scan::isPlain({&c, 1}))
+                json += c;
+            else
+                appendEscaped(json, c);
+        }
     }
     json += '"';
 }
