@@ -77,7 +77,18 @@ private:
     }
     void copyTo(std::size_t end)
     {
-        m_out = std::copy(m_text.data() + m_copied, m_text.data() + end, m_out);
+        // Most pieces are short: they are copied with what stands behind them, which the next one
+        // covers.
+        constexpr std::size_t step = 16;
+        const auto size = end - m_copied;
+        const char* const from = m_text.data() + m_copied;
+        if (size <= 2 * step && m_text.size() - m_copied >= 2 * step) {
+            std::memcpy(m_out, from, step);
+            std::memcpy(m_out + step, from + step, step);
+        } else {
+            std::memcpy(m_out, from, size);
+        }
+        m_out += size;
         m_copied = end;
     }
 
@@ -110,12 +121,44 @@ bool isUsual(std::string_view string)
     return true;
 }
 
+/// A text that is written piece by piece into room that is there already.
+class Output
+{
+public:
+    /// @p guess bytes are about what will be written.
+    Output(std::string& text, std::size_t guess) : m_text(text) { m_text.resize(guess); }
+
+    void put(std::string_view piece)
+    {
+        std::memcpy(room(piece.size()), piece.data(), piece.size());
+        m_size += piece.size();
+    }
+    void blanks(std::size_t count)
+    {
+        std::memset(room(count), ' ', count);
+        m_size += count;
+    }
+    /// Ends the text where it was written to.
+    void finish() { m_text.resize(m_size); }
+
+private:
+    char* room(std::size_t count)
+    {
+        if (m_text.size() - m_size < count)
+            m_text.resize(m_text.size() * 2 + count);
+        return m_text.data() + m_size;
+    }
+
+    std::string& m_text;
+    std::size_t m_size = 0;
+};
+
 /// Writes what it is shown, indented.
 class Indenter
 {
 public:
     /// @p outer levels stand around the text.
-    Indenter(std::string_view text, std::string& out, std::size_t outer)
+    Indenter(std::string_view text, Output& out, std::size_t outer)
         : m_text(text), m_out(out), m_outer(outer)
     {
     }
@@ -123,18 +166,18 @@ public:
     void begin(char bracket, std::size_t)
     {
         openElement();
-        m_out += bracket;
-        m_out += '\n';
+        m_out.put(bracket == '{' ? "{\n" : "[\n");
         m_levels.push_back({bracket, true, {}});
+        m_isTooDeep = m_isTooDeep || m_levels.size() > MostLevels;
     }
     void end(std::size_t)
     {
         if (!m_levels.back().isEmpty)
-            m_out += '\n';
+            m_out.put("\n");
         const char bracket = m_levels.back().bracket;
         m_levels.pop_back();
         indent();
-        m_out += bracket == '{' ? '}' : ']';
+        m_out.put(bracket == '{' ? "}" : "]");
     }
     void key(std::size_t begin, std::size_t end, bool isPlain)
     {
@@ -145,7 +188,7 @@ public:
         level.lastName = name;
         openElement();
         append(begin - 1, end + 1);
-        m_out += ": ";
+        m_out.put(": ");
         m_isNamed = true;
     }
     void string(std::size_t begin, std::size_t end, bool isPlain)
@@ -162,8 +205,10 @@ public:
     void space(std::size_t, std::size_t) {}
 
     bool isUsualSoFar() const { return m_isUsual; }
+    bool isTooDeep() const { return m_isTooDeep; }
 
 private:
+    static constexpr std::size_t MostLevels = 1024; // as the library reads
     struct Level
     {
         char bracket;
@@ -180,34 +225,32 @@ private:
         if (m_levels.empty())
             return;
         if (!m_levels.back().isEmpty)
-            m_out += ",\n";
+            m_out.put(",\n");
         m_levels.back().isEmpty = false;
         indent();
     }
-    void indent() { m_out.append((m_levels.size() + m_outer) * 4, ' '); }
-    void append(std::size_t begin, std::size_t end) { m_out.append(m_text, begin, end - begin); }
+    void indent()
+    {
+        // Too deep a text is of no use, and its indentation would grow with the square.
+        if (!m_isTooDeep)
+            m_out.blanks((m_levels.size() + m_outer) * 4);
+    }
+    void append(std::size_t begin, std::size_t end) { m_out.put(m_text.substr(begin, end - begin)); }
 
     std::string_view m_text;
-    std::string& m_out;
+    Output& m_out;
     std::size_t m_outer;
     std::vector<Level> m_levels;
     bool m_isNamed = false; ///< a name was written whose value comes
     bool m_isUsual = true;
+    bool m_isTooDeep = false;
 };
 
-/// How deep a text is nested.
-struct DepthMeter
+/// How many bytes an indented text may have: half of a document of steps is indentation.
+std::size_t guessFor(std::string_view json)
 {
-    int depth = 0;
-    int deepest = 0;
-
-    void begin(char, std::size_t) { deepest = std::max(deepest, ++depth); }
-    void end(std::size_t) { --depth; }
-    void key(std::size_t, std::size_t, bool) {}
-    void string(std::size_t, std::size_t, bool) {}
-    void scalar(std::size_t, std::size_t) {}
-    void space(std::size_t, std::size_t) {}
-};
+    return json.size() * 2 + 64;
+}
 
 /// How many bytes of @p text make its first character; 0 if they are none.
 std::size_t lengthOfCharacter(std::string_view text)
@@ -247,6 +290,21 @@ Parts split(std::string_view text)
     return parts;
 }
 
+QByteArray utf8Of(const QString& text)
+{
+    constexpr int piece = 16 * 1024;
+    QByteArray bytes;
+    bytes.reserve(text.size() + text.size() / 8);
+    for (int begin = 0; begin < text.size();) {
+        int end = std::min(begin + piece, text.size());
+        if (end < text.size() && text.at(end - 1).isHighSurrogate())
+            --end;
+        bytes += text.midRef(begin, end - begin).toUtf8();
+        begin = end;
+    }
+    return bytes;
+}
+
 QString lineAndColumn(std::string_view text, std::size_t offset)
 {
     const auto before = text.substr(0, offset);
@@ -277,40 +335,39 @@ std::size_t firstForeignByte(std::string_view text)
 
 bool indent(std::string_view json, std::string& text, QString& complaint)
 {
-    constexpr int MostLevels = 1024; // as the library reads
-    DepthMeter meter;
-    const auto result = json_scan::scan(json, meter);
+    Output out(text, guessFor(json));
+    Indenter indenter(json, out, 0);
+    const auto result = json_scan::scan(json, indenter);
     if (result.fault)
         complaint = QStringLiteral("%1 (%2)").arg(QString::fromUtf8(result.fault),
                                                   lineAndColumn(json, result.offset));
-    else if (meter.deepest > MostLevels)
+    else if (indenter.isTooDeep())
         complaint = QStringLiteral("嵌套过深");
+    out.put("\n");
+    out.finish();
     if (!complaint.isEmpty())
-        return false;
-    text.clear();
-    Indenter indenter(json, text, 0);
-    json_scan::scan(json, indenter);
-    text += '\n';
-    return true;
+        text.clear();
+    return complaint.isEmpty();
 }
 
 bool join(const std::map<std::string_view, std::string_view>& members, std::string& text)
 {
     std::size_t size = 64;
     for (const auto& member : members)
-        size += member.second.size() * 2;
-    text.reserve(size);
-    text = '{';
+        size += guessFor(member.second);
+    Output out(text, size);
+    const char* before = "{\n    \"";
     for (const auto& [name, json] : members) {
-        text += text.size() == 1 ? "\n" : ",\n";
-        text += "    \"";
-        text += name;
-        text += "\": ";
-        Indenter indenter(json, text, 1); // they stand in the object
+        out.put(before);
+        out.put(name);
+        out.put("\": ");
+        Indenter indenter(json, out, 1); // they stand in the object
         if (json_scan::scan(json, indenter).fault || !indenter.isUsualSoFar())
             return false;
+        before = ",\n    \"";
     }
-    text += "\n}\n";
+    out.put(members.empty() ? "{\n}\n" : "\n}\n");
+    out.finish();
     return true;
 }
 

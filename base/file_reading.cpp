@@ -26,8 +26,8 @@ Result read(const QString& path, qint64 mostBytes)
     if (size <= mostBytes)
         result.content = file.read(size + 1);
     while (result.content.size() > size && result.content.size() <= mostBytes) {
-        constexpr qint64 Piece = 64 * 1024;
-        const QByteArray more = file.read(std::min(Piece, mostBytes + 1 - result.content.size()));
+        const QByteArray more =
+            file.read(std::min<qint64>(PieceBytes, mostBytes + 1 - result.content.size()));
         if (more.isEmpty())
             break;
         result.content += more;
@@ -42,6 +42,20 @@ Result read(const QString& path, qint64 mostBytes)
         result.isRead = true;
     }
     return result;
+}
+
+bool readPieces(const QString& path, const std::function<bool(std::string_view)>& take)
+{
+    QFile file(path);
+    if (path.isEmpty() || !regular_file::open(file).isEmpty())
+        return false;
+    QByteArray piece(PieceBytes, Qt::Uninitialized);
+    for (qint64 size = PieceBytes; size == PieceBytes;) {
+        size = file.read(piece.data(), PieceBytes);
+        if (size < 0 || (size > 0 && !take({piece.constData(), std::size_t(size)})))
+            return false;
+    }
+    return true;
 }
 
 bool isRegularFile(const QString& path)

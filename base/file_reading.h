@@ -3,6 +3,9 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
+#include <string_view>
+
 /// The one way in which files are read whole. What stands in a file's place may be anything: a pipe
 /// without a writer, a device without an end, a folder. Any thread.
 namespace file_reading {
@@ -22,6 +25,12 @@ struct Result
 /// Reads a regular file of at most @p mostBytes, or where a link leads to one; never waits for
 /// anything but a disk.
 Result read(const QString& path, qint64 mostBytes);
+
+/// Shows @p take the content of a regular file piece by piece, so that none of it has to be held:
+/// in pieces of PieceBytes, and one of the rest. False if it can't be read, or @p take wants no
+/// more.
+bool readPieces(const QString& path, const std::function<bool(std::string_view piece)>& take);
+constexpr int PieceBytes = 64 * 1024;
 
 /// Whether there is a regular file, or a link to one.
 bool isRegularFile(const QString& path);

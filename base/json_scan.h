@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QtAlgorithms>
+#include <QtEndian>
+
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -19,6 +21,49 @@
 ///   void space(std::size_t begin, std::size_t end);   white space between them
 /// Strings are told without their quotes; a plain one has no escapes.
 namespace json_scan {
+
+/// Control characters with escapes of their own, and those escapes' letters.
+constexpr std::string_view escapedControls = "\b\f\n\r\t";
+constexpr std::string_view escapeNames = "bfnrt";
+
+/// Eight bytes of a text as one number, the first one lowest.
+inline quint64 eightBytes(const char* at)
+{
+    return qFromLittleEndian<quint64>(at);
+}
+
+/// Marks which of eight bytes are below @p limit, at most 0x80; right up to the first one.
+constexpr quint64 marksBelow(quint64 bytes, unsigned char limit)
+{
+    constexpr quint64 ones = 0x0101010101010101u;
+    return (bytes - ones * limit) & ~bytes & (ones * 0x80u);
+}
+
+/// Marks which of eight bytes are @p c; right up to the first one.
+constexpr quint64 marksOf(quint64 bytes, unsigned char c)
+{
+    return marksBelow(bytes ^ (0x0101010101010101u * c), 1);
+}
+
+/// The number of the first byte of eight that has a bit set.
+inline std::ptrdiff_t firstOf(quint64 bytes)
+{
+    return qCountTrailingZeroBits(bytes) / 8;
+}
+
+/// Whether a text stands between quotes as it is.
+inline bool isPlain(std::string_view text)
+{
+    const auto marks = [](quint64 bytes) {
+        return marksBelow(bytes, 0x20) | marksOf(bytes, '"') | marksOf(bytes, '\\');
+    };
+    quint64 found = 0;
+    for (; text.size() >= 8; text.remove_prefix(8))
+        found |= marks(eightBytes(text.data()));
+    for (const char c : text)
+        found |= marks(0xFFFFFFFFFFFFFF00u | static_cast<unsigned char>(c));
+    return found == 0;
+}
 
 /// What broke the text, and where. What the handler was told before holds; brackets may be open.
 struct Result
@@ -217,29 +262,15 @@ private:
         return true;
     }
 
-    static std::uint64_t eightBytes(const char* at)
-    {
-        std::uint64_t bytes;
-        std::memcpy(&bytes, at, sizeof bytes);
-        return bytes;
-    }
-
-    /// Whether one of eight bytes is @p c.
-    static bool hasByte(std::uint64_t bytes, char c)
-    {
-        constexpr std::uint64_t ones = 0x0101010101010101u;
-        const std::uint64_t other = bytes ^ (ones * static_cast<unsigned char>(c));
-        return ((other - ones) & ~other & (ones * 0x80u)) != 0;
-    }
-
     /// To the next quote or backslash.
     void skipPlain()
     {
-        while (m_end - m_at >= 8) {
+        for (; m_end - m_at >= 8; m_at += 8) {
             const auto bytes = eightBytes(m_at);
-            if (hasByte(bytes, '"') || hasByte(bytes, '\\'))
-                break;
-            m_at += 8;
+            if (const auto marks = marksOf(bytes, '"') | marksOf(bytes, '\\')) {
+                m_at += firstOf(marks);
+                return;
+            }
         }
         while (m_at != m_end && *m_at != '"' && *m_at != '\\')
             ++m_at;
@@ -247,15 +278,26 @@ private:
 
     void skipSpace()
     {
-        constexpr std::uint64_t spaces = 0x2020202020202020u;
+        if (m_at == m_end || static_cast<unsigned char>(*m_at) > ' ')
+            return;
         const std::size_t begin = offset();
         while (m_at != m_end && (*m_at == ' ' || *m_at == '\n' || *m_at == '\r' || *m_at == '\t')) {
             ++m_at;
-            while (m_end - m_at >= 8 && eightBytes(m_at) == spaces)
-                m_at += 8;
+            skipBlanks();
         }
         if (offset() != begin)
             m_handler.space(begin, offset());
+    }
+
+    void skipBlanks()
+    {
+        constexpr quint64 blanks = 0x2020202020202020u;
+        for (; m_end - m_at >= 8; m_at += 8) {
+            if (const auto others = eightBytes(m_at) ^ blanks) {
+                m_at += firstOf(others);
+                return;
+            }
+        }
     }
 
     const char* const m_begin;

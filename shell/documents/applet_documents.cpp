@@ -22,6 +22,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace processedit = sdk_ui_interface::processedit;
 
@@ -85,20 +86,23 @@ bool hasAnyBlock(const QString& appName)
 // What each document held when it was last read or written here, by absolute path.
 struct KnownContent
 {
-    int size = 0;
-    std::size_t hash = 0;
+    std::vector<std::size_t> hashes; ///< of the pieces that it is read in
     /// Members beside the two of the services, as a newer version may write them.
     std::map<std::string, std::string> foreign;
     std::optional<Damage> damage; ///< till a save has dealt with the backup
     bool isUnkept = false;        ///< damaged, and no copy could be made of it
 
-    bool isOf(const QByteArray& content) const
+    static std::size_t hashOf(std::string_view piece)
     {
-        return size == content.size() && hash == hashOf(content);
+        return std::hash<std::string_view>()(piece);
     }
-    static std::size_t hashOf(const QByteArray& content)
+    bool isIn(const QString& fileName) const
     {
-        return std::hash<std::string_view>()(viewOf(content));
+        auto next = hashes.begin();
+        const auto isNext = [&](std::string_view piece) {
+            return next != hashes.end() && *next++ == hashOf(piece);
+        };
+        return file_reading::readPieces(fileName, isNext) && next == hashes.end();
     }
 };
 
@@ -111,8 +115,12 @@ QHash<QString, KnownContent>& knownContents()
 KnownContent& remember(const QString& fileName, const QByteArray& content)
 {
     auto& known = knownContents()[QFileInfo(fileName).absoluteFilePath()];
-    known.size = content.size();
-    known.hash = KnownContent::hashOf(content);
+    known.hashes.clear();
+    for (auto left = viewOf(content); !left.empty();) {
+        const auto piece = left.substr(0, file_reading::PieceBytes);
+        known.hashes.push_back(KnownContent::hashOf(piece));
+        left.remove_prefix(piece.size());
+    }
     return known;
 }
 
@@ -121,10 +129,10 @@ KnownContent& remember(const QString& fileName, const QByteArray& content)
 std::optional<QByteArray> contentOfAnother(const QString& fileName)
 {
     const auto known = knownContents().constFind(QFileInfo(fileName).absoluteFilePath());
-    if (known == knownContents().constEnd())
+    if (known == knownContents().constEnd() || known->isIn(fileName))
         return std::nullopt;
     auto file = file_reading::read(fileName, file_reading::MostOfDocument);
-    if (!file.isRead || known->isOf(file.content))
+    if (!file.isRead)
         return std::nullopt;
     return std::move(file.content);
 }
@@ -312,7 +320,7 @@ bool isObject(std::string_view json)
 std::string documentText(const QString& appName, const StripFunction& strip,
                          const std::map<std::string, std::string>& foreign)
 {
-    QByteArray steps = processedit::generateProcessJson(appName).toUtf8();
+    QByteArray steps = document_text::utf8Of(processedit::generateProcessJson(appName));
     const std::string variables =
         process_json_edit::generateAppAndSequenceVariableJson(appletNameBytes(appName));
     if (strip) {

@@ -118,9 +118,9 @@ void AppletModel::removeSequence(const std::string& id)
 
 void AppletModel::removeAllSequences()
 {
-    m_places.clear();
     m_sequencesById.clear();
     m_sequences.clear();
+    m_places.clear(); // last: blocks then go in the order in which they lie in memory
 }
 
 void AppletModel::assign(Sequences sequences, BlockPlaces places)

@@ -46,6 +46,8 @@ BlockReader::Blocks BlockReader::read(const JsonValue& array, const DocumentPlac
             : array(list), next(list.first()), target(blocks), parent(above), depth(levels),
               children("children", owner), item(-1, levels > 1 ? children : owner)
         {
+            if (target->empty())
+                target->reserve(array.count());
         }
         JsonValue array;
         JsonValue next;
@@ -72,8 +74,7 @@ BlockReader::Blocks BlockReader::read(const JsonValue& array, const DocumentPlac
             continue;
         }
         JsonValue children;
-        const auto block = readBlock(item, level.item, children);
-        level.target->push_back(block);
+        const auto& block = level.target->emplace_back(readBlock(item, level.item, children));
         const int index = static_cast<int>(level.target->size()) - 1;
         enter({block, level.parent, top.sequence, top.flow, index}, level.item);
         if (children.first().isMissing())
@@ -109,7 +110,7 @@ BlockReader::readBlock(const JsonValue& object, const DocumentPlace& where, Json
     block_fields::visitGeneral(reader, *block);
     if (isKnown) {
         block_fields::visitOwn(reader, *block);
-        block->property = readProperty(*block, reader, where);
+        readProperty(*block, reader, where);
     } else {
         block->property = foreignProperty(block->stepType(), m_kinds.find(baseType, stepType));
     }
@@ -118,19 +119,21 @@ BlockReader::readBlock(const JsonValue& object, const DocumentPlace& where, Json
     return block;
 }
 
-BaseStepProperty BlockReader::readProperty(const IProcessBlock& block, FieldReader& reader,
-                                           const DocumentPlace& where) const
+void BlockReader::readProperty(IProcessBlock& block, FieldReader& reader,
+                               const DocumentPlace& where) const
 {
     const auto record = reader.takeObject("property");
     if (record.isMissing()) {
-        const auto* known = m_kinds.find(block.baseType(), block.stepType());
-        return known ? *known : stepTables().propertyFor(block.baseType(), block.stepType());
+        if (const auto* known = m_kinds.find(block.baseType(), block.stepType()))
+            block.property = *known;
+        else
+            block.property = stepTables().propertyFor(block.baseType(), block.stepType());
+        return;
     }
     std::string rest;
-    auto property = standalone::readProperty(record, m_report, {"property", where}, &rest);
+    block.property = standalone::readProperty(record, m_report, {"property", where}, &rest);
     if (!rest.empty())
         reader.keep("property", rest);
-    return property;
 }
 
 void BlockReader::enter(const BlockPlace& place, const DocumentPlace& where)

@@ -36,8 +36,7 @@ public:
 private:
     std::shared_ptr<IProcessBlock> readBlock(const JsonValue& object, const DocumentPlace& where,
                                              JsonValue& children);
-    BaseStepProperty readProperty(const IProcessBlock& block, FieldReader& reader,
-                                  const DocumentPlace& where) const;
+    void readProperty(IProcessBlock& block, FieldReader& reader, const DocumentPlace& where) const;
     /// Enters the block under a uuid of its own.
     void enter(const BlockPlace& place, const DocumentPlace& where);
 

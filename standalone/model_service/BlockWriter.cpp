@@ -31,7 +31,7 @@ void BlockWriter::write(std::string& json, const IProcessBlock& block)
     const int stepType = block.stepType();
     if (!writer.keeps("stepType")) {
         writer.field("baseType", static_cast<int>(block.baseType()), BasicStep);
-        writer.insert("stepType", [=](std::string& out) { out += std::to_string(stepType); });
+        writer.always("stepType", stepType);
         const auto rest = writer.keptText("property");
         if (!m_kinds.covers(block.baseType(), stepType, block.property) || !rest.empty())
             writer.insert("property", [&block, rest](std::string& out) {

@@ -91,7 +91,10 @@ bool FieldReader::read(std::string_view name, std::string& value)
     if (found.isMissing())
         return false;
     bool isSound = true;
-    value = textOf(found, isSound);
+    if (found.isString() && found.isPlain())
+        value = found.source();
+    else
+        value = textOf(found, isSound);
     if (!isSound)
         m_report.add({name, m_where}, QStringLiteral("无效的字符已替换"));
     return true;

@@ -38,7 +38,8 @@ public:
     template <class Value, class Standard>
     void field(std::string_view name, Value& value, Standard standard)
     {
-        if (!mayHave(name) || !read(name, value))
+        const bool isRead = mayHave(name) && read(name, value);
+        if (!isRead && !(value == standard)) // a new record has it already
             value = standard;
     }
     void field(std::string_view name, std::string& value)

@@ -8,35 +8,34 @@
 
 namespace standalone {
 
-FieldWriter::FieldWriter(const std::string& kept)
+FieldWriter::FieldWriter(const std::string& kept) : m_hasKept(!kept.empty())
 {
     constexpr std::size_t usualStep = 256;
     m_texts.reserve(usualStep);
-    if (!kept.empty())
+    if (m_hasKept)
         m_kept.read(QByteArray::fromStdString(kept));
 }
 
-void FieldWriter::field(std::string_view name, const std::string& value, std::string_view standard)
+void FieldWriter::write(std::string_view name, const std::string& value, bool isStandard)
 {
-    put(name, value == standard, isText, [&](std::string& json) { appendJsonText(json, value); });
+    put(name, isStandard, isText, [&](std::string& json) { appendJsonText(json, value); });
 }
 
-void FieldWriter::field(std::string_view name, bool value, bool standard)
+void FieldWriter::write(std::string_view name, bool value, bool isStandard)
 {
     put(
-        name, value == standard, [](const auto& v) { return v.isBool(); },
+        name, isStandard, [](const auto& v) { return v.isBool(); },
         [&](std::string& json) { json += value ? "true" : "false"; });
 }
 
-void FieldWriter::field(std::string_view name, int value, int standard)
+void FieldWriter::write(std::string_view name, int value, bool isStandard)
 {
-    put(name, value == standard, isInt, [&](std::string& json) { json += std::to_string(value); });
+    put(name, isStandard, isInt, [&](std::string& json) { json += std::to_string(value); });
 }
 
-void FieldWriter::field(std::string_view name, std::uint32_t value, std::uint32_t standard)
+void FieldWriter::write(std::string_view name, std::uint32_t value, bool isStandard)
 {
-    put(name, value == standard, isUnsigned,
-        [&](std::string& json) { json += std::to_string(value); });
+    put(name, isStandard, isUnsigned, [&](std::string& json) { json += std::to_string(value); });
 }
 
 void FieldWriter::map(std::string_view name, const std::map<std::string, std::string>& values)

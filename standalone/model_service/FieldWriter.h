@@ -29,10 +29,22 @@ public:
     /// @p kept is what FieldReader::rest() returned.
     explicit FieldWriter(const std::string& kept = {});
 
-    void field(std::string_view name, const std::string& value, std::string_view standard = {});
-    void field(std::string_view name, bool value, bool standard);
-    void field(std::string_view name, int value, int standard);
-    void field(std::string_view name, std::uint32_t value, std::uint32_t standard);
+    /// The value is a std::string, a bool, an int or a std::uint32_t.
+    template <class Value, class Standard>
+    void field(std::string_view name, const Value& value, Standard standard)
+    {
+        // Most fields of most records.
+        const bool isStandard = value == standard;
+        if (!isStandard || m_hasKept)
+            write(name, value, isStandard);
+    }
+    void field(std::string_view name, const std::string& value)
+    {
+        field(name, value, std::string_view());
+    }
+
+    /// A field that is written whatever it holds.
+    void always(std::string_view name, int value) { write(name, value, false); }
 
     template <class Record, class Visit>
     void record(std::string_view name, const Record& value, Visit visit)
@@ -87,6 +99,11 @@ private:
         JsonValue kept;
     };
 
+    void write(std::string_view name, const std::string& value, bool isStandard);
+    void write(std::string_view name, bool value, bool isStandard);
+    void write(std::string_view name, int value, bool isStandard);
+    void write(std::string_view name, std::uint32_t value, bool isStandard);
+
     /// A standard value replaces only what @p fits says would be read.
     template <class Fits, class Write>
     void put(std::string_view name, bool isStandard, Fits fits, Write write);
@@ -94,6 +111,7 @@ private:
     void addKept();
 
     JsonTree m_kept;
+    bool m_hasKept;
     QVarLengthArray<Member, 24> m_members;
     std::string m_texts;
     std::vector<std::function<void(std::string&)>> m_bodies;

@@ -2,6 +2,8 @@
 
 #include "base/json_scan.h"
 
+#include <QString>
+
 #include <charconv>
 #include <cmath>
 
@@ -9,50 +11,19 @@ namespace standalone {
 
 namespace {
 
-unsigned hexNumber(std::string_view digits)
+/// What the "\u" escapes say that follow one another from @p at on, which moves behind them.
+std::string unicodeEscapes(std::string_view source, std::size_t& at, bool& isSound)
 {
-    unsigned number = 0;
-    std::from_chars(digits.data(), digits.data() + digits.size(), number, 16);
-    return number;
-}
-
-void appendUtf8(std::string& text, unsigned code)
-{
-    const auto add = [&](unsigned byte) { text += static_cast<char>(byte); };
-    if (code < 0x80) {
-        add(code);
-    } else if (code < 0x800) {
-        add(0xC0 | code >> 6);
-        add(0x80 | (code & 0x3F));
-    } else if (code < 0x10000) {
-        add(0xE0 | code >> 12);
-        add(0x80 | (code >> 6 & 0x3F));
-        add(0x80 | (code & 0x3F));
-    } else {
-        add(0xF0 | code >> 18);
-        add(0x80 | (code >> 12 & 0x3F));
-        add(0x80 | (code >> 6 & 0x3F));
-        add(0x80 | (code & 0x3F));
+    QString text;
+    for (; source.substr(at, 2) == "\\u"; at += 6) {
+        ushort unit = 0;
+        std::from_chars(source.data() + at + 2, source.data() + at + 6, unit, 16);
+        text += QChar(unit);
     }
-}
-
-/// The character of a "\u" escape whose digits begin at @p at, which moves behind it.
-unsigned unicodeEscape(std::string_view source, std::size_t& at, bool& isSound)
-{
-    constexpr unsigned replacement = 0xFFFD;
-    const unsigned unit = hexNumber(source.substr(at, 4));
-    at += 4;
-    if (unit < 0xD800 || unit > 0xDFFF)
-        return unit;
-    if (unit < 0xDC00 && source.substr(at, 2) == "\\u") {
-        const unsigned low = hexNumber(source.substr(at + 2, 4));
-        if (low >= 0xDC00 && low <= 0xDFFF) {
-            at += 6;
-            return 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
-        }
-    }
-    isSound = false;
-    return replacement;
+    const auto characters = text.toUcs4(); // with U+FFFD for half a pair of surrogates
+    const auto sound = QString::fromUcs4(characters.constData(), characters.size());
+    isSound = isSound && sound == text;
+    return sound.toStdString();
 }
 
 /// @p source is well-formed: it passed the scanner.
@@ -65,29 +36,15 @@ std::string decoded(std::string_view source, bool& isSound)
         text.append(source.substr(at, escape - at));
         if (escape == source.size())
             break;
-        at = escape + 2;
-        switch (source[escape + 1]) {
-        case 'b':
-            text += '\b';
-            break;
-        case 'f':
-            text += '\f';
-            break;
-        case 'n':
-            text += '\n';
-            break;
-        case 'r':
-            text += '\r';
-            break;
-        case 't':
-            text += '\t';
-            break;
-        case 'u':
-            appendUtf8(text, unicodeEscape(source, at, isSound));
-            break;
-        default:
-            text += source[escape + 1];
+        at = escape;
+        const char name = source[escape + 1];
+        if (name == 'u') {
+            text += unicodeEscapes(source, at, isSound);
+            continue;
         }
+        const auto control = json_scan::escapeNames.find(name);
+        text += control == std::string_view::npos ? name : json_scan::escapedControls[control];
+        at += 2;
     }
     return text;
 }
@@ -104,6 +61,7 @@ public:
     {
         m_open.push_back(static_cast<std::uint32_t>(m_tree.m_nodes.size()));
         add(bracket == '{' ? JsonValue::Object : JsonValue::Array, at, at, true);
+        m_tree.m_objectCount += bracket == '{' ? 1 : 0;
     }
     void end(std::size_t at)
     {
@@ -161,6 +119,7 @@ void JsonTree::read(const QByteArray& text)
     constexpr std::size_t bytesAValue = 8; // a guess for texts without indentation
     m_text = text;
     m_nodes.clear();
+    m_objectCount = 0;
     const std::string_view view(m_text.constData(), static_cast<std::size_t>(m_text.size()));
     m_nodes.reserve(view.size() / bytesAValue);
     JsonTreeBuilder builder(*this);
@@ -199,6 +158,15 @@ bool JsonValue::whole(std::int64_t& number) const
         return false;
     number = static_cast<std::int64_t>(value);
     return true;
+}
+
+std::size_t JsonValue::count() const
+{
+    std::size_t count = 0;
+    if (isArray())
+        for (auto item = first(); !item.isMissing(); item = item.nextIn(*this))
+            ++count;
+    return count;
 }
 
 JsonValue JsonValue::member(std::string_view name) const

@@ -40,6 +40,7 @@ public:
 
     /// The first element of an array, or the first member's name in an object; missing if empty.
     JsonValue first() const;
+    std::size_t count() const; ///< of an array's elements
     /// What follows an element or a member's value; missing at the end.
     JsonValue nextIn(const JsonValue& container) const;
     /// The value of the member of which this is the name.
@@ -67,6 +68,7 @@ public:
     JsonValue root() const { return m_nodes.empty() ? JsonValue() : JsonValue(*this, 0); }
     const char* fault() const { return m_fault; } ///< UTF-8; null for a whole text
     std::size_t faultOffset() const { return m_faultOffset; }
+    std::size_t objectCount() const { return m_objectCount; } ///< at any depth
 
 private:
     friend class JsonValue;
@@ -83,6 +85,7 @@ private:
 
     QByteArray m_text;
     std::vector<Node> m_nodes;
+    std::size_t m_objectCount = 0;
     const char* m_fault = nullptr;
     std::size_t m_faultOffset = 0;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <string_view>
@@ -24,6 +25,17 @@ public:
         m_slots.clear();
     }
 
+    /// Makes room for @p count entries.
+    void reserve(std::size_t count)
+    {
+        m_entries.reserve(count);
+        auto size = std::max(m_slots.size(), fewest);
+        while (size < count * 2)
+            size *= 2;
+        if (size > m_slots.size())
+            resize(size);
+    }
+
     const Entry* find(std::string_view uuid) const { return search(uuid, hashOf(uuid)); }
     Entry* find(std::string_view uuid)
     {
@@ -37,7 +49,7 @@ public:
         if (search(entry.uuid(), hash))
             return false;
         if ((m_entries.size() + 1) * 2 > m_slots.size())
-            grow();
+            resize(std::max(m_slots.size() * 2, fewest));
         m_entries.push_back({std::move(entry), hash});
         enter(hash, static_cast<std::uint32_t>(m_entries.size()));
         return true;
@@ -60,6 +72,8 @@ public:
     }
 
 private:
+    static constexpr std::size_t fewest = 16;
+
     struct Slot
     {
         std::uint32_t hash = 0;
@@ -97,10 +111,8 @@ private:
         m_slots[at] = {hash, number};
     }
 
-    void grow()
+    void resize(std::size_t size)
     {
-        constexpr std::size_t fewest = 16;
-        const auto size = m_slots.empty() ? fewest : m_slots.size() * 2;
         m_slots.assign(size, Slot());
         std::uint32_t number = 0;
         for (const auto& stored : m_entries)

@@ -101,6 +101,7 @@ void readApplet(AppletModel& applet, const JsonTree& document, LoadReport& repor
     applet.isDocument = true;
 
     BlockPlaces places;
+    places.reserve(document.objectCount()); // hardly more than the blocks
     BlockReader blocks(kinds, places, report);
     AppletModel::Sequences read;
     SequenceNaming naming;

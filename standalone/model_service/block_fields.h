@@ -1,10 +1,12 @@
 #pragma once
 
 #include "model/process_blocks.h"
+#include "standalone/model_service/StoredBlock.h"
 #include "standalone/model_service/action_fields.h"
 #include "standalone/model_service/flow_fields.h"
 
 #include <type_traits>
+#include <typeinfo>
 
 /// The fields of every block class, once for reading, writing and searching.
 ///
@@ -49,7 +51,9 @@ template <class Archive, class Block> void visitGeneral(Archive& ar, Block& b)
 template <class Class, class Block, class Visit> void visitAs(Block& block, Visit visit)
 {
     using Target = std::conditional_t<std::is_const_v<Block>, const Class, Class>;
-    if (auto* typed = dynamic_cast<Target*>(&block))
+    if (typeid(block) == typeid(StoredBlock<Class>)) // most are; the cast below looks far around
+        visit(static_cast<Target&>(block));
+    else if (auto* typed = dynamic_cast<Target*>(&block))
         visit(*typed);
 }
 

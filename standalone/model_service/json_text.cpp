@@ -24,21 +24,6 @@ bool parseObject(const QByteArray& json, LoadReport& report, JsonTree& tree, Bro
     return tree.root().isObject();
 }
 
-QByteArray utf8Of(const QString& text)
-{
-    constexpr int piece = 16 * 1024;
-    QByteArray bytes;
-    bytes.reserve(text.size() + text.size() / 8);
-    for (int begin = 0; begin < text.size();) {
-        int end = std::min(begin + piece, text.size());
-        if (end < text.size() && text.at(end - 1).isHighSurrogate())
-            --end;
-        bytes += text.midRef(begin, end - begin).toUtf8();
-        begin = end;
-    }
-    return bytes;
-}
-
 QByteArray toFileText(const std::string& json)
 {
     std::string text;

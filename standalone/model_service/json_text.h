@@ -22,10 +22,6 @@ enum class BrokenText {
 bool parseObject(const QByteArray& json, LoadReport& report, JsonTree& tree,
                  BrokenText rule = BrokenText::Refuse);
 
-/// UTF-8 of a long text. QString::toUtf8() asks for three bytes a character, which for a document
-/// is time spent on memory that nobody uses.
-QByteArray utf8Of(const QString& text);
-
 /// An object on one line as a file has it that people compare: indented.
 QByteArray toFileText(const std::string& json);
 

@@ -14,37 +14,17 @@ namespace {
 void appendEscaped(std::string& json, char c)
 {
     constexpr const char* digits = "0123456789abcdef";
+    const auto control = json_scan::escapedControls.find(c);
     json += '\\';
-    switch (c) {
-    case '"':
-    case '\\':
+    if (control != std::string_view::npos) {
+        json += json_scan::escapeNames[control];
+    } else if (c == '"' || c == '\\') {
         json += c;
-        break;
-    case '\b':
-        json += 'b';
-        break;
-    case '\f':
-        json += 'f';
-        break;
-    case '\n':
-        json += 'n';
-        break;
-    case '\r':
-        json += 'r';
-        break;
-    case '\t':
-        json += 't';
-        break;
-    default:
+    } else {
         json += "u00";
         json += digits[static_cast<unsigned char>(c) >> 4];
         json += digits[c & 0xF];
     }
-}
-
-bool needsEscape(char c)
-{
-    return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\';
 }
 
 bool isDouble(std::string_view number)
@@ -84,13 +64,15 @@ struct OpenValue
 void appendJsonString(std::string& json, std::string_view text)
 {
     json += '"';
-    for (auto at = text.begin(); at != text.end();) {
-        const auto special = std::find_if(at, text.end(), needsEscape);
-        json.append(at, special);
-        if (special == text.end())
-            break;
-        appendEscaped(json, *special);
-        at = special + 1;
+    if (json_scan::isPlain(text)) {
+        json += text;
+    } else {
+        for (const char c : text) {
+            if (json_scan::isPlain({&c, 1}))
+                json += c;
+            else
+                appendEscaped(json, c);
+        }
     }
     json += '"';
 }

@@ -1,3 +1,4 @@
+#include "base/document_text.h"
 #include "model/services/processedit.h"
 #include "standalone/model_service/AppletStore.h"
 #include "standalone/model_service/LoadReport.h"
@@ -31,7 +32,7 @@ void loadProcessJson(const QString& appName, const QString& json)
 {
     LoadReport report(QStringLiteral("读取流程%1").arg(appName));
     JsonTree document;
-    if (appName.isEmpty() || !parseObject(utf8Of(json), report, document, BrokenText::ReadOn))
+    if (appName.isEmpty() || !parseObject(document_text::utf8Of(json), report, document, BrokenText::ReadOn))
         return;
     const auto root = document.root();
     if (root.first().isMissing() && !appletStore().find(appName))

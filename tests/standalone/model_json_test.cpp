@@ -336,6 +336,32 @@ private slots:
         QCOMPARE(facade::generateProcessJson(copyApp), written);
     }
 
+    void escapesOfAllKinds_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QByteArray>("name");
+        const auto row = [](const char* title, const char* json, const char* name) {
+            QTest::newRow(title) << QByteArray(json) << QByteArray(name);
+        };
+        row("letters", "\\/\\b\\f\\r\\t\\\"\\\\u", "/\b\f\r\t\"\\u");
+        row("numbers", R"(a\u4e2d\uD83d\uDE00\u0001z)", "a中😀\x01z");
+        row("halves", R"(\ude00\ud83d\u0041\ud83dx)", "\uFFFD\uFFFDA\uFFFDx");
+    }
+
+    void escapesOfAllKinds()
+    {
+        QFETCH(QByteArray, json);
+        QFETCH(QByteArray, name);
+        samples::LogCatcher log;
+        const QByteArray text = "{\"sequences\": [{\"id\": \"s\", \"name\": \"" + json + "\"}]}";
+        facade::loadProcessJson(app, QString::fromUtf8(text));
+        QCOMPARE(QByteArray::fromStdString(facade::getAllSequenceByAppName(app).at(0).name), name);
+        QCOMPARE(log.lines.isEmpty(), !name.contains("\uFFFD"));
+        const QJsonValue written = parsed(facade::generateProcessJson(app));
+        const auto sequence = written[QLatin1String("sequences")][0];
+        QCOMPARE(sequence[QLatin1String("name")].toString(), QString::fromUtf8(name));
+    }
+
     void documentsAreReadableInADiff()
     {
         const QString sequence = facade::createSeuqence(app, QStringLiteral("s"));
