@@ -41,9 +41,13 @@ set(folders
   "logic/run:(edit|palette)/|Logic"
   "shell/bridge:(documents|run)/|ProcessEdit(Widget|Parts)|WidgetBuildView"
   "shell/documents:run/|ProcessEdit(Widget|Parts)|WidgetBuildView"
-  "shell/run:ProcessEdit(Widget|Parts)|WidgetBuildView")
+  "shell/run:ProcessEdit(Widget|Parts)|WidgetBuildView"
+  "standalone/model_service/json:(documents|facade|stores|texts)/"
+  "standalone/model_service/documents:(facade|stores|texts)/"
+  "standalone/model_service/stores:(facade|texts)/"
+  "standalone/model_service/texts:facade/")
 foreach(entry ${folders})
-  string(REGEX MATCH "^(([a-z_]+)/[a-z_]+):(.*)$" entry "${entry}")
+  string(REGEX MATCH "^((.+)/[a-z_]+):(.*)$" entry "${entry}")
   set(folder ${CMAKE_MATCH_1})
   set(forbidden "#include \"${CMAKE_MATCH_2}/(${CMAKE_MATCH_3})")
   file(GLOB files ${ROOT}/${folder}/*.h ${ROOT}/${folder}/*.cpp)

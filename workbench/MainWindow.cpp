@@ -9,7 +9,7 @@
 #include "shell/documents/applet_documents.h"
 #include "shell/run/ProcessEditToolBar.h"
 #include "standalone/host/Host.h"
-#include "standalone/model_service/project_tables.h"
+#include "standalone/model_service/stores/project_tables.h"
 #include "standalone/runtime/runtime.h"
 #include "workbench/OutputPane.h"
 #include "workbench/ProgressDisplay.h"

@@ -2,7 +2,7 @@
 
 #include "standalone/compiler/CompileService.h"
 #include "standalone/compiler/model_source.h"
-#include "standalone/model_service/compile_marks.h"
+#include "standalone/model_service/stores/compile_marks.h"
 #include "standalone/runtime/applet_paths.h"
 
 namespace sdk_ui_interface {

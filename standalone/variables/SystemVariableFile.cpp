@@ -3,7 +3,7 @@
 #include "base/file_reading.h"
 #include "base/kept_copies.h"
 #include "model/services/log.h"
-#include "standalone/model_service/project_file.h"
+#include "standalone/model_service/stores/project_file.h"
 
 #include <QLockFile>
 

@@ -1,11 +1,11 @@
 #include "standalone/variables/system_variable_json.h"
 
 #include "base/document_text.h"
-#include "standalone/model_service/FieldReader.h"
-#include "standalone/model_service/FieldWriter.h"
-#include "standalone/model_service/LoadReport.h"
-#include "standalone/model_service/json_text.h"
-#include "standalone/model_service/json_write.h"
+#include "standalone/model_service/json/FieldReader.h"
+#include "standalone/model_service/json/FieldWriter.h"
+#include "standalone/model_service/json/LoadReport.h"
+#include "standalone/model_service/json/json_text.h"
+#include "standalone/model_service/json/json_write.h"
 #include "standalone/variables/system_values.h"
 
 #include <QSet>

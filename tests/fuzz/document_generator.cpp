@@ -1,11 +1,11 @@
 #include "tests/fuzz/document_generator.h"
 
 #include "base/json_scan.h"
-#include "standalone/model_service/AppletModel.h"
-#include "standalone/model_service/VariableStore.h"
-#include "standalone/model_service/applet_json.h"
-#include "standalone/model_service/block_factory.h"
-#include "standalone/model_service/block_fields.h"
+#include "standalone/model_service/documents/AppletModel.h"
+#include "standalone/model_service/documents/applet_json.h"
+#include "standalone/model_service/documents/block_factory.h"
+#include "standalone/model_service/documents/block_fields.h"
+#include "standalone/model_service/stores/VariableStore.h"
 
 #include <limits>
 

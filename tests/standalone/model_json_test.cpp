@@ -1,6 +1,6 @@
 #include "model/process_blocks.h"
 #include "model/services/processedit.h"
-#include "standalone/model_service/AppletStore.h"
+#include "standalone/model_service/stores/AppletStore.h"
 #include "tests/standalone/model_samples.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"

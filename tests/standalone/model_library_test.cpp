@@ -2,7 +2,7 @@
 #include "model/services/process_edit.h"
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
-#include "standalone/model_service/project_tables.h"
+#include "standalone/model_service/stores/project_tables.h"
 #include "tests/standalone/model_samples.h"
 #include "tests/support/test_program.h"
 

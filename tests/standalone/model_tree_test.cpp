@@ -1,7 +1,7 @@
 #include "model/process_blocks.h"
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
-#include "standalone/model_service/compile_marks.h"
+#include "standalone/model_service/stores/compile_marks.h"
 #include "tests/standalone/model_samples.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
