@@ -396,7 +396,7 @@ void LogicView::syncCheckStateItemRecursive(QStandardItem* item, bool& changed)
 
 void LogicView::refreshRow(const QString& blockUuid)
 {
-    m->sheets->refreshRow(m_currentSequenceId, blockUuid);
+    m->sheets->refreshRow(blockUuid);
 }
 
 bool LogicView::isShown(const QString& blockUuid) const

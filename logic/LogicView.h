@@ -61,6 +61,8 @@ public:
     /// @p fromDrop, with @p isInsert above the row; it is a quick step with a @p quickStepId.
     void addStep(logicBlockType baseType, int stepType, const QString& stepName, bool fromDrop,
                  bool isInsert, const QString& quickStepId = QString());
+    /// Whether the sequence on the edit tab has such a step.
+    bool isShown(const QString& blockUuid) const;
     /// Keys go to the rows of the edit tree from now on.
     void focusSteps();
     /// Appends a statement step for each text to the main flow; those at @p splitIndexes go to
@@ -97,10 +99,8 @@ public:
     std::shared_ptr<const processTemplateInfo> runTemplate() const;
 
     // Refreshing ---------------------------------------------------------------------------------
-    /// Writes a block's texts into its row of the current sequence.
+    /// Writes a block's texts into its row, of whatever loaded sequence.
     void refreshRow(const QString& blockUuid);
-    /// Whether the sequence on the edit tab has such a step.
-    bool isShown(const QString& blockUuid) const;
     /// The same for all calls of sequences, in every loaded sequence.
     void refreshSequenceNames();
     /// The blocks that no longer fit what was compiled; their rows are marked, others unmarked.

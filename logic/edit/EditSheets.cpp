@@ -59,6 +59,12 @@ void EditSheets::refreshRow(const QString& sequenceId, const QString& blockUuid)
         row_texts::refresh(*model, m_appName, blockUuid);
 }
 
+void EditSheets::refreshRow(const QString& blockUuid) const
+{
+    for (CustonStandModel* model : m_editModels)
+        row_texts::refresh(*model, m_appName, blockUuid);
+}
+
 void EditSheets::refreshJumps(const QString& sequenceId) const
 {
     if (CustonStandModel* model = this->model(sequenceId))
