@@ -14,6 +14,7 @@
 #include "tests/support/applet_fixture.h"
 #include "tests/support/test_program.h"
 
+#include <QTabWidget>
 #include <QtTest>
 
 namespace processedit = sdk_ui_interface::processedit;

@@ -14,32 +14,34 @@ using namespace standalone;
 
 namespace document_state {
 
+struct StepState
+{
+    AppletModel::BlockPtr block; ///< without children unless @c depth is Whole
+    std::string sequenceId;
+    std::string parentUuid;
+    int index = 0;
+    Depth depth = Depth::Whole;
+};
+
+struct EnabledState
+{
+    std::string uuid;
+    int state = 0;
+};
+
+struct SequenceState
+{
+    SequenceContent content;
+    std::size_t index = 0;
+};
+
 struct State
 {
-    struct Step
-    {
-        AppletModel::BlockPtr block; ///< without children unless @c depth is Whole
-        std::string sequenceId;
-        std::string parentUuid;
-        int index = 0;
-        Depth depth = Depth::Whole;
-    };
-    struct Enabled
-    {
-        std::string uuid;
-        int state = 0;
-    };
-    struct Sequence
-    {
-        SequenceContent content;
-        std::size_t index = 0;
-    };
-
     // One of them.
-    std::optional<Enabled> enabled;
+    std::optional<EnabledState> enabled;
     std::optional<SequenceInfo> head;
-    std::optional<Step> step;
-    std::optional<Sequence> sequence;
+    std::optional<StepState> step;
+    std::optional<SequenceState> sequence;
     std::optional<VariableStore::Standing> variable;
     std::optional<QuickStepStore::Standing> quickStep;
     std::optional<TemplateStore::Standing> processTemplate;
@@ -57,7 +59,7 @@ SequenceContent copyOf(const SequenceContent& sequence)
     return copy;
 }
 
-bool restoreEnabled(AppletModel& applet, const State::Enabled& enabled)
+bool restoreEnabled(AppletModel& applet, const EnabledState& enabled)
 {
     const auto block = applet.block(enabled.uuid);
     if (!block)
@@ -66,7 +68,7 @@ bool restoreEnabled(AppletModel& applet, const State::Enabled& enabled)
     return true;
 }
 
-bool restoreStep(AppletModel& applet, const State::Step& step)
+bool restoreStep(AppletModel& applet, const StepState& step)
 {
     if (!applet.place(step.block->uuid))
         return step.depth == Depth::Whole &&
@@ -85,10 +87,10 @@ StatePtr ofStep(const QString& appName, const QString& blockUuid, Depth depth)
         return nullptr;
     auto state = std::make_shared<State>();
     if (depth == Depth::EnableState) {
-        state->enabled = State::Enabled{place->uuid(), place->block->enableState};
+        state->enabled = EnabledState{place->uuid(), place->block->enableState};
         return state;
     }
-    State::Step& step = state->step.emplace();
+    StepState& step = state->step.emplace();
     step.block = depth == Depth::Whole ? place->block->clone() : place->block->copyAlone();
     if (depth == Depth::Alone)
         step.block->children.clear();
@@ -115,7 +117,7 @@ StatePtr ofSequence(const QString& appName, const QString& sequenceId, Depth dep
         if (sequence.head.id != id)
             continue;
         auto state = std::make_shared<State>();
-        state->sequence = State::Sequence{copyOf(sequence), i};
+        state->sequence = SequenceState{copyOf(sequence), i};
         return state;
     }
     return nullptr;

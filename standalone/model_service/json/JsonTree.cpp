@@ -3,6 +3,7 @@
 #include "base/json_scan.h"
 
 #include <QString>
+#include <QVector>
 
 #include <charconv>
 #include <cmath>
