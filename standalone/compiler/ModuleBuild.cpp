@@ -99,12 +99,12 @@ void ModuleBuild::findObjects()
     }
     // The module's own unit tells of every change of another.
     const auto isOfModule = [this](const auto* unit) { return unit == &m_code.files.front(); };
-    const auto module = std::find_if(stale.begin(), stale.end(), isOfModule);
-    if (module != stale.end()) {
-        add({*module}, false);
-        stale.erase(module);
-    }
-    for (UnitGroup& group : groupsOf(stale, cores()))
+    const auto others = std::stable_partition(stale.begin(), stale.end(), isOfModule);
+    const UnitGroup module(stale.begin(), others);
+    stale.erase(stale.begin(), others);
+    if (!module.empty())
+        add(module, false);
+    for (UnitGroup& group : groupsOf(stale, module.size(), cores()))
         add(std::move(group), false);
 }
 

@@ -8,8 +8,9 @@ namespace standalone {
 
 namespace {
 
-constexpr std::size_t MostTextOfGroup = 256 * 1024;
-constexpr std::size_t FewUnits = 4; ///< for each core
+constexpr std::size_t MostTextOfGroup = 400 * 1024;
+constexpr std::size_t CostOfStart = 100 * 1024; ///< of a compiler, as so much text
+constexpr std::size_t FewUnits = 4;             ///< for each core
 
 /// Whether nothing in a unit reaches beyond its end: a macro would, or a header that is read once.
 bool isClosed(const codegen::GeneratedFile& unit)
@@ -38,7 +39,7 @@ std::size_t sizeOf(const UnitGroup& group)
         [](std::size_t sum, const auto* unit) { return sum + unit->text.size(); });
 }
 
-std::vector<UnitGroup> groupsOf(const UnitGroup& units, std::size_t cores)
+std::vector<UnitGroup> groupsOf(const UnitGroup& units, std::size_t besides, std::size_t cores)
 {
     std::vector<UnitGroup> groups;
     UnitGroup shared;
@@ -55,6 +56,7 @@ std::vector<UnitGroup> groupsOf(const UnitGroup& units, std::size_t cores)
         return left->text.size() > right->text.size();
     });
     std::vector<std::size_t> sizes(divided.size());
+    std::fill_n(sizes.begin(), std::min(besides, sizes.size()), CostOfStart);
     for (const codegen::GeneratedFile* unit : shared) {
         const auto smallest = std::min_element(sizes.begin(), sizes.end());
         *smallest += unit->text.size();

@@ -16,7 +16,8 @@ std::size_t sizeOf(const UnitGroup& group);
 
 /// Divides units into groups that keep all cores busy, the largest first. A group is small enough
 /// that it costs little to compile anew what is left of it when one of its units has changed. Units
-/// that might reach into others by their directives stay alone, and so do few.
-std::vector<UnitGroup> groupsOf(const UnitGroup& units, std::size_t cores);
+/// that might reach into others by their directives stay alone, and so do few. So many small units
+/// @p besides are compiled at the same time, each by itself.
+std::vector<UnitGroup> groupsOf(const UnitGroup& units, std::size_t besides, std::size_t cores);
 
 } // namespace standalone
