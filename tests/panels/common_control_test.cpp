@@ -2,7 +2,7 @@
 // that waits is written.
 
 #include "panels/wgtGeneralSetting.h"
-#include "tests/panels/PanelFixture.h"
+#include "tests/panels/StepPanelFixture.h"
 #include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"

@@ -1,7 +1,7 @@
 // The panels with the keyboard alone: the order of the controls, whole entries, and the picker.
 
 #include "panels/wgtCondition.h"
-#include "tests/panels/PanelFixture.h"
+#include "tests/panels/StepPanelFixture.h"
 #include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
@@ -106,7 +106,7 @@ void StepPanelsKeysTest::tabOrder()
         {"statement", step_type::Statement, QString(), text("checkBox toolButton textEdit")}};
     for (const auto& [row, stepType, choice, order] : table) {
         const rows::Named named(row);
-        PanelFixture f;
+        StepPanelFixture f;
         QTRY_VERIFY(f.control.isActiveWindow());
         f.control.showBlock(f.add(stepType));
         if (!choice.isEmpty())
@@ -124,7 +124,7 @@ void StepPanelsKeysTest::tabOrder()
 
 void StepPanelsKeysTest::codeBoxIsLeftBackwards()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     QTRY_VERIFY(f.control.isActiveWindow());
     const auto block = f.add<StatementProcessBlock>(step_type::Statement);
     f.control.showBlock(block);
@@ -138,7 +138,7 @@ void StepPanelsKeysTest::codeBoxIsLeftBackwards()
 
 void StepPanelsKeysTest::conditionByKeys()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     QTRY_VERIFY(f.control.isActiveWindow());
     const auto block = f.add<DoWhileProcessBlock>(step_type::DoWhile);
     f.control.showBlock(block);
@@ -163,7 +163,7 @@ void StepPanelsKeysTest::conditionByKeys()
 
 void StepPanelsKeysTest::forByKeys()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     QTRY_VERIFY(f.control.isActiveWindow());
     const auto block = f.add<ForProcessBlock>(step_type::For);
     f.control.showBlock(block);
@@ -191,7 +191,7 @@ void StepPanelsKeysTest::picking()
         {"statement", step_type::Statement, text("toolButton"), text("textEdit"), true}};
     for (const auto& [row, stepType, button, edit, isWrittenAtOnce] : table) {
         const rows::Named named(row);
-        PanelFixture f;
+        StepPanelFixture f;
         const auto block = f.add(stepType);
         f.control.showBlock(block);
         auto* opener = f.find(button.toLatin1());
@@ -223,7 +223,7 @@ void StepPanelsKeysTest::picking()
 
 void StepPanelsKeysTest::pickedTextCanBeUndone()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     f.control.showBlock(f.add(step_type::Expression));
     for (const char* name : {"editLeftValue", "editRightValue"}) {
         const bool isLeft = qstrcmp(name, "editLeftValue") == 0;
@@ -240,7 +240,7 @@ void StepPanelsKeysTest::pickedTextCanBeUndone()
 
 void StepPanelsKeysTest::editorGoesUnderTheOpenPicker()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     const auto block = f.add<StatementProcessBlock>(step_type::Statement);
     auto control = std::make_unique<wgtCommonControl>();
     control->showBlock(block);
@@ -255,7 +255,7 @@ void StepPanelsKeysTest::editorGoesUnderTheOpenPicker()
 
 void StepPanelsKeysTest::sequenceOfThePicker()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     for (int stepType : {step_type::If, step_type::ElseIf, step_type::While, step_type::DoWhile}) {
         f.control.showBlock(f.add(stepType));
         QCOMPARE(Peek::sequenceOf(f.panel()), f.sequence);

@@ -2,7 +2,7 @@
 
 #include "panels/loop_variables.h"
 #include "panels/wgtFor.h"
-#include "tests/panels/PanelFixture.h"
+#include "tests/panels/StepPanelFixture.h"
 #include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
@@ -87,7 +87,7 @@ private slots:
 
 void StepPanelsTest::loadingWritesNothing()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     std::vector<std::shared_ptr<IProcessBlock>> blocks;
     for (int stepType : stepTypesWithPanel()) {
         blocks.push_back(f.add(stepType));
@@ -130,7 +130,7 @@ void StepPanelsTest::loadingWritesNothing()
 
 void StepPanelsTest::anotherClassLeavesThePanelEmpty()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     for (int stepType : stepTypesWithPanel()) {
         const auto block = f.add(stepType);
         f.control.showBlock(block);
@@ -178,7 +178,7 @@ void StepPanelsTest::typedTextReachesItsStepOnce()
     QFETCH(QString, typed);
     QFETCH(Read, read);
     QFETCH(QString, stored);
-    PanelFixture f;
+    StepPanelFixture f;
     // A copy: the model knows only what is handed back to it.
     const auto first = f.add(stepType)->clone();
     const auto second = f.add(stepType);
@@ -209,7 +209,7 @@ void StepPanelsTest::pauseWritesTypedText()
     QFETCH(QString, typed);
     QFETCH(Read, read);
     QFETCH(QString, stored);
-    PanelFixture f;
+    StepPanelFixture f;
     const auto block = f.add(stepType);
     f.control.showBlock(block);
     const auto* timer = f.panel()->findChild<QTimer*>(QString(), Qt::FindDirectChildrenOnly);
@@ -259,7 +259,7 @@ void StepPanelsTest::choicesAreWrittenAtOnce()
     QFETCH(int, key);
     QFETCH(Read, read);
     QFETCH(QString, stored);
-    PanelFixture f;
+    StepPanelFixture f;
     const auto block = f.add(stepType);
     if (control == QLatin1String("lenSpinBox"))
         std::dynamic_pointer_cast<ConditionProcessBlock>(block)->setOperator("==", true, 1);
@@ -278,7 +278,7 @@ void StepPanelsTest::choiceWhileATextWaits()
                                       {"do while", step_type::DoWhile, 2}};
     for (const auto& [row, stepType, writes] : table) {
         const rows::Named named(row);
-        PanelFixture f;
+        StepPanelFixture f;
         const auto block = f.add(stepType);
         f.control.showBlock(block);
         f.type("editLeftValue", QStringLiteral("speed"));
@@ -293,7 +293,7 @@ void StepPanelsTest::choiceWhileATextWaits()
 
 void StepPanelsTest::arrayComparison()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     const auto block = f.add<IfProcessBlock>(step_type::If);
     block->setOperator("==", true, 7);
     f.control.showBlock(block);
@@ -314,7 +314,7 @@ void StepPanelsTest::arrayComparison()
 
 void StepPanelsTest::operatorThatIsNotOnOffer()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     const auto block = f.add<WhileProcessBlock>(step_type::While);
     block->setOperator("<>", false, 1);
     f.control.showBlock(block);
@@ -326,7 +326,7 @@ void StepPanelsTest::operatorThatIsNotOnOffer()
 
 void StepPanelsTest::forCountsFromZero()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     const auto block = f.add<ForProcessBlock>(step_type::For);
     block->setRangeValue(3, 10, 2);
     block->setVariableName("n", false);
@@ -341,7 +341,7 @@ void StepPanelsTest::forCountsFromZero()
 
 void StepPanelsTest::forKeepsTheOtherWay()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     const auto block = f.add<ForProcessBlock>(step_type::For);
     block->setFun1("int k = 0");
     block->setRangeValue(3, 10, 1);
@@ -362,7 +362,7 @@ void StepPanelsTest::forKeepsTheOtherWay()
 
 void StepPanelsTest::forRefusesWrongCharacters()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     const auto block = f.add<ForProcessBlock>(step_type::For);
     f.control.showBlock(block);
     f.type("valueLineEdit", QStringLiteral("1a-b"));
@@ -408,7 +408,7 @@ void StepPanelsTest::embeddedForOnlyTells()
 
 void StepPanelsTest::ownFileWarns()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     const auto block = f.add<StatementProcessBlock>(step_type::Statement);
     f.control.showBlock(block);
     auto* box = f.find<QCheckBox>("checkBox");
@@ -429,7 +429,7 @@ void StepPanelsTest::ownFileWarns()
 
 void StepPanelsTest::loopVariablesOfAStep()
 {
-    PanelFixture f;
+    StepPanelFixture f;
     const auto add = [&f](const QString& parent, int stepType, const char* name) {
         return applet_fixture::addStep<IProcessBlock>(f.appName, f.sequence, parent, stepType,
                                                       name);

@@ -4,7 +4,7 @@
 #include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
-#include "tests/variables/PanelFixture.h"
+#include "tests/variables/VariablePanelFixture.h"
 #include "variables/LengthDialog.h"
 #include "variables/VarValueLineEdit.h"
 #include "variables/varTreeDelegate.h"
@@ -23,7 +23,7 @@ namespace {
 
 /// Presses the length button of a row. Sets the dialog's spin box, if it comes, and leaves it;
 /// returns the label and the highest number that it took, empty if none came.
-QString pressLength(PanelFixture& f, const QString& uuid, int length,
+QString pressLength(VariablePanelFixture& f, const QString& uuid, int length,
                     QDialogButtonBox::StandardButton leave = QDialogButtonBox::Ok)
 {
     QString seen;
@@ -70,7 +70,7 @@ private slots:
 
 void VariableCellsTest::editors()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString uuid = f.make(SequenceVariable, "list", "u8*", "1,2");
     f.panel.reloadSequenceVariables(f.first);
     QVERIFY(f.isActive);
@@ -117,7 +117,7 @@ void VariableCellsTest::refusedNames()
         {"another sequence's", text("other"), QString()}};
     for (const auto& [row, name, message] : table) {
         const rows::Named named(row);
-        PanelFixture f;
+        VariablePanelFixture f;
         const QString uuid = f.make(SequenceVariable, "a");
         f.make(SequenceVariable, "b");
         f.make(SequenceVariable, "other", "s32", "0", f.second);
@@ -150,7 +150,7 @@ void VariableCellsTest::values()
         {"taken back", text("u32"), text("7"), text("12"), Qt::Key_Escape, text("7")}};
     for (const auto& [row, type, former, keys, leave, stored] : table) {
         const rows::Named named(row);
-        PanelFixture f;
+        VariablePanelFixture f;
         const QByteArray typeBytes = type.toUtf8();
         const QString uuid =
             f.make(SequenceVariable, "a", typeBytes.constData(), former.toUtf8().constData());
@@ -164,7 +164,7 @@ void VariableCellsTest::values()
 
 void VariableCellsTest::anotherTypeResetsTheValue()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString uuid = f.make(SequenceVariable, "a", "u8", "12");
     f.panel.reloadSequenceVariables(f.first);
     for (const char* type : {"string", "PDrelCan"}) {
@@ -187,7 +187,7 @@ void VariableCellsTest::typesThatAreNotChosenStay()
     const rows::Table<QString> table{{"alias", text("int")}, {"not offered", text("bool")}};
     for (const auto& [row, type] : table) {
         const rows::Named named(row);
-        PanelFixture f;
+        VariablePanelFixture f;
         const QString uuid = f.make(SequenceVariable, "a", type.toUtf8().constData(), "1");
         f.panel.reloadSequenceVariables(f.first);
         QWidget* box = f.edit(f.cell(uuid, TypeColumn));
@@ -202,7 +202,7 @@ void VariableCellsTest::typesThatAreNotChosenStay()
 
 void VariableCellsTest::sharedVariablesAreTold()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString process = f.make(ProcessVariable, "p");
     const QString global = f.make(GlobalVariable, "g");
     f.panel.reloadSequenceVariables(f.second);
@@ -218,7 +218,7 @@ void VariableCellsTest::sharedVariablesAreTold()
 
 void VariableCellsTest::unchangedCellsTellNothing()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString uuid = f.make(GlobalVariable, "g", "u8", "5");
     f.panel.reloadSequenceVariables(f.first);
     for (int column = 0; column < ColumnCount; ++column) {
@@ -232,7 +232,7 @@ void VariableCellsTest::unchangedCellsTellNothing()
 
 void VariableCellsTest::leavingWithoutTheKeyboard()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString uuid = f.make(SequenceVariable, "a", "u8*", "1");
     const QString other = f.make(SequenceVariable, "b");
     f.panel.reloadSequenceVariables(f.first);
@@ -261,7 +261,7 @@ void VariableCellsTest::leavingWithoutTheKeyboard()
 
 void VariableCellsTest::compositeValuesHaveADoor()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString uuid = f.make(SequenceVariable, "can", "PDrelCan", "{}");
     f.panel.reloadSequenceVariables(f.first);
     QVERIFY(!f.edit(f.cell(uuid, ValueColumn)));
@@ -276,7 +276,7 @@ void VariableCellsTest::compositeValuesHaveADoor()
 
 void VariableCellsTest::lockedRows()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     processVariable locked;
     locked.uuid = "locked";
     locked.name = "sys";
@@ -300,7 +300,7 @@ void VariableCellsTest::lockedRows()
 
 void VariableCellsTest::refreshWaitsForTheEditor()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString uuid = f.make(SequenceVariable, "a", "u8", "1");
     f.panel.reloadSequenceVariables(f.first);
     auto* line = qobject_cast<QLineEdit*>(f.edit(f.cell(uuid, ValueColumn)));
@@ -317,7 +317,7 @@ void VariableCellsTest::refreshWaitsForTheEditor()
 
 void VariableCellsTest::lengthIsChanged()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString list = f.make(GlobalVariable, "list", "u8*", "1,2,3,4");
     const QString word = f.make(SequenceVariable, "word", "string", "abcd");
     f.panel.reloadSequenceVariables(f.first);
@@ -341,7 +341,7 @@ void VariableCellsTest::lengthIsChanged()
 
 void VariableCellsTest::lengthOfALockedVariable()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString uuid = f.make(ProcessVariable, "list", "u8*", "1,2,3");
     processVariable record = f.record(uuid);
     record.isLocked = true;
@@ -357,7 +357,7 @@ void VariableCellsTest::lengthOfALockedVariable()
 
 void VariableCellsTest::lengthIsNotChanged()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString list = f.make(SequenceVariable, "list", "u8*", "1,2,3,4");
     const QString number = f.make(SequenceVariable, "number", "u8", "1");
     f.panel.reloadSequenceVariables(f.first);

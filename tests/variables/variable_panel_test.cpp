@@ -4,7 +4,7 @@
 #include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
-#include "tests/variables/PanelFixture.h"
+#include "tests/variables/VariablePanelFixture.h"
 
 #include <QMenu>
 #include <QMimeData>
@@ -23,7 +23,8 @@ QStringList namesOf(const std::vector<processVariable>& variables)
 }
 
 /// Drags rows and drops them before child @p row of @p parent, as the view does.
-bool drop(const PanelFixture& f, const QModelIndexList& rows, const QModelIndex& parent, int row)
+bool drop(const VariablePanelFixture& f, const QModelIndexList& rows, const QModelIndex& parent,
+          int row)
 {
     QAbstractItemModel* model = f.tree->model();
     const std::unique_ptr<QMimeData> data(model->mimeData(rows));
@@ -56,7 +57,7 @@ private slots:
 
 void VariablePanelTest::groups()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     f.make(SequenceVariable, "a");
     f.make(SequenceVariable, "b", "s32", "0", f.second);
     f.make(ProcessVariable, "p");
@@ -85,7 +86,7 @@ void VariablePanelTest::groups()
 
 void VariablePanelTest::adding()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     f.panel.reloadSequenceVariables(f.first);
     f.panel.addVariableSlot(); // without a current row
     QVERIFY(f.told.isEmpty());
@@ -115,7 +116,7 @@ void VariablePanelTest::adding()
 
 void VariablePanelTest::removing()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     QStringList uuids;
     for (const char* name : {"a", "b", "c", "d", "e"})
         uuids.append(f.make(SequenceVariable, name));
@@ -142,7 +143,7 @@ void VariablePanelTest::removing()
 
 void VariablePanelTest::removingAGroupKeepsTheLocked()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     f.make(ProcessVariable, "p");
     const QString locked = f.make(ProcessVariable, "locked");
     f.make(ProcessVariable, "q");
@@ -164,7 +165,7 @@ void VariablePanelTest::removingAGroupKeepsTheLocked()
 
 void VariablePanelTest::copiesArePastedAcrossSequences()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString a = f.make(SequenceVariable, "a", "u8", "7");
     const QString b = f.make(SequenceVariable, "b", "string", "x");
     const QString there = f.make(SequenceVariable, "there", "s32", "0", f.second);
@@ -197,7 +198,7 @@ void VariablePanelTest::copiesArePastedAcrossSequences()
 
 void VariablePanelTest::dragData()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString a = f.make(SequenceVariable, "a");
     const QString g = f.make(GlobalVariable, "g");
     f.panel.reloadSequenceVariables(f.first);
@@ -242,7 +243,7 @@ void VariablePanelTest::moving()
          QStringList({text("shared 1 p"), text("modified")})}};
     for (const auto& [rowName, dragged, group, row, names, told] : table) {
         const rows::Named named(rowName);
-        PanelFixture f;
+        VariablePanelFixture f;
         QHash<QString, QString> uuids;
         for (const char* name : {"a", "b", "c", "d"})
             uuids[text(name)] = f.make(SequenceVariable, name);
@@ -267,7 +268,7 @@ void VariablePanelTest::moving()
 
 void VariablePanelTest::movesChangeScopeAndOwner()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString uuid = f.make(SequenceVariable, "a", "u8", "7");
     f.panel.reloadSequenceVariables(f.first);
     const std::string owners[] = {f.second.toStdString(), f.appName.toStdString(), std::string()};
@@ -286,7 +287,7 @@ void VariablePanelTest::movesChangeScopeAndOwner()
 
 void VariablePanelTest::givenVariables()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString shared = f.make(ProcessVariable, "p", "u8", "1");
     f.panel.reloadSequenceVariables(f.first);
     f.panel.addVarToCurrentView(text("a"), text(" 12 "), DrelU16, SequenceVariable, false);
@@ -312,7 +313,7 @@ void VariablePanelTest::givenVariables()
 
 void VariablePanelTest::contextMenu()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString a = f.make(SequenceVariable, "a");
     f.panel.reloadSequenceVariables(f.first);
     const auto entries = [&f](const QModelIndex& index) {
@@ -337,7 +338,7 @@ void VariablePanelTest::contextMenu()
 
 void VariablePanelTest::clicksNeverMixRows()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString a = f.make(SequenceVariable, "a");
     const QString b = f.make(SequenceVariable, "b");
     f.panel.reloadSequenceVariables(f.first);
@@ -368,7 +369,7 @@ void VariablePanelTest::copyKeysAreForTheWindow()
         }
     };
     Window window;
-    PanelFixture f; // goes first
+    VariablePanelFixture f; // goes first
     f.make(SequenceVariable, "a");
     f.panel.reloadSequenceVariables(f.first);
     f.select({f.group(0)});
@@ -380,7 +381,7 @@ void VariablePanelTest::copyKeysAreForTheWindow()
 
 void VariablePanelTest::refreshKeepsWhatThePersonSees()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     QStringList uuids;
     for (int i = 0; i < 60; ++i)
         uuids.append(f.make(SequenceVariable, qPrintable(text("v%1").arg(i))));
@@ -408,7 +409,7 @@ void VariablePanelTest::refreshKeepsWhatThePersonSees()
 
 void VariablePanelTest::columnWidths()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     QStringList widths;
     QObject::connect(&f.panel, &wgtLocalVariable::sigUpdateVarTreeWidth, &f.panel,
                      [&widths](const QStringList& list) { widths = list; });
@@ -429,7 +430,7 @@ void VariablePanelTest::columnWidths()
 
 void VariablePanelTest::variablesOfARun()
 {
-    PanelFixture f;
+    VariablePanelFixture f;
     const QString edited = f.make(SequenceVariable, "a");
     f.make(SequenceVariable, "b", "s32", "0", f.second);
     f.make(ProcessVariable, "p");

@@ -15,10 +15,10 @@
 
 /// Shown panels, and an applet with one sequence. Message boxes are answered and noted as
 /// "title|text".
-class PanelFixture
+class StepPanelFixture
 {
 public:
-    PanelFixture() : applet(appName)
+    StepPanelFixture() : applet(appName)
     {
         sequence =
             sdk_ui_interface::processedit::createSeuqence(appName, QStringLiteral("Sequence_0"));
@@ -32,7 +32,7 @@ public:
         control.show();
         control.activateWindow();
     }
-    ~PanelFixture() { user_dialogs::setHandler(previous); }
+    ~StepPanelFixture() { user_dialogs::setHandler(previous); }
 
     /// A step that can be edited, at the end of the main flow.
     template <class Block> std::shared_ptr<Block> add(int stepType)

@@ -16,10 +16,10 @@
 /// A shown panel with an applet of its own and two sequences, of which the first is shown.
 /// Messages are gathered instead of shown; so are the signals, as "shared 0|1 name,name" and
 /// "modified".
-class PanelFixture
+class VariablePanelFixture
 {
 public:
-    PanelFixture() : applet(appName)
+    VariablePanelFixture() : applet(appName)
     {
         previous = user_dialogs::setHandler([this](const user_dialogs::Message& message) {
             messages.append(message.title + QLatin1Char('|') + message.text);
@@ -40,7 +40,7 @@ public:
         panel.activateWindow();
         isActive = QTest::qWaitForWindowActive(&panel);
     }
-    ~PanelFixture()
+    ~VariablePanelFixture()
     {
         user_dialogs::setHandler(previous);
         std::vector<std::string> uuids;
