@@ -235,7 +235,10 @@ private:
         if (!m_isTooDeep)
             m_out.blanks((m_levels.size() + m_outer) * 4);
     }
-    void append(std::size_t begin, std::size_t end) { m_out.put(m_text.substr(begin, end - begin)); }
+    void append(std::size_t begin, std::size_t end)
+    {
+        m_out.put(m_text.substr(begin, end - begin));
+    }
 
     std::string_view m_text;
     Output& m_out;

@@ -1,6 +1,7 @@
 #include "edits/DocumentEdits.h"
 
 #include "model/IProcessBlock.h"
+#include "model/applet_name.h"
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
 
@@ -18,11 +19,6 @@ namespace {
 QString text(const std::string& utf8)
 {
     return QString::fromStdString(utf8);
-}
-
-QString nameOf(const std::string& localName)
-{
-    return QString::fromLocal8Bit(localName.c_str());
 }
 
 bool isOfProject(const DocumentChange::Item& item)
@@ -137,9 +133,8 @@ void DocumentEdits::updateProcessInfoIndex(const QString& appName, const QString
 {
     const Act act;
     StatePtr before = document_state::ofStep(appName, blockUuid, Depth::Alone);
-    process_edit::updateProcessInfoIndex(appName.toLocal8Bit().toStdString(),
-                                         sequenceId.toStdString(), blockUuid.toStdString(),
-                                         parentUuid.toStdString(), index);
+    process_edit::updateProcessInfoIndex(appletNameBytes(appName), sequenceId.toStdString(),
+                                         blockUuid.toStdString(), parentUuid.toStdString(), index);
     add(appName, {Part::Step, Kind::Moved, sequenceId, blockUuid, std::move(before),
                   document_state::ofStep(appName, blockUuid, Depth::Alone)});
 }
@@ -220,8 +215,8 @@ std::string DocumentEdits::addVariable(const std::string& appName, processVariab
 {
     const Act act;
     const std::string uuid = process_edit::addVariable(appName, scope, ownerId);
-    add(nameOf(appName), {Part::Variable, Kind::Added, QString(), text(uuid), nullptr,
-                          document_state::ofVariable(uuid)});
+    add(appletNameText(appName), {Part::Variable, Kind::Added, QString(), text(uuid), nullptr,
+                                  document_state::ofVariable(uuid)});
     return uuid;
 }
 
@@ -231,16 +226,16 @@ void DocumentEdits::updateVariable(const std::string& appName, const processVari
     const Act act;
     StatePtr before = document_state::ofVariable(variable.uuid);
     process_edit::updateVariable(appName, variable, scope);
-    add(nameOf(appName), {Part::Variable, Kind::Written, QString(), text(variable.uuid),
-                          std::move(before), document_state::ofVariable(variable.uuid)});
+    add(appletNameText(appName), {Part::Variable, Kind::Written, QString(), text(variable.uuid),
+                                  std::move(before), document_state::ofVariable(variable.uuid)});
 }
 
 void DocumentEdits::pasteVariable(const std::string& appName, processVariable& variable, int scope)
 {
     const Act act;
     process_edit::pasteVariable(appName, variable, scope);
-    add(nameOf(appName), {Part::Variable, Kind::Added, QString(), text(variable.uuid), nullptr,
-                          document_state::ofVariable(variable.uuid)});
+    add(appletNameText(appName), {Part::Variable, Kind::Added, QString(), text(variable.uuid),
+                                  nullptr, document_state::ofVariable(variable.uuid)});
 }
 
 void DocumentEdits::removeVariables(const std::string& appName,
@@ -251,8 +246,8 @@ void DocumentEdits::removeVariables(const std::string& appName,
         StatePtr before = document_state::ofVariable(uuid);
         process_edit::removeVariables(appName, {uuid});
         StatePtr after = document_state::ofVariable(uuid); // a default one stays
-        add(nameOf(appName), {Part::Variable, Kind::Removed, QString(), text(uuid),
-                              std::move(before), std::move(after)});
+        add(appletNameText(appName), {Part::Variable, Kind::Removed, QString(), text(uuid),
+                                      std::move(before), std::move(after)});
     }
 }
 
@@ -262,8 +257,9 @@ void DocumentEdits::removeAllVarBySequenceId(const std::string& appName,
     const Act act;
     const auto variables = process_edit::getAllSequenceVariable(appName, sequenceId);
     for (auto variable = variables.rbegin(); variable != variables.rend(); ++variable)
-        add(nameOf(appName), {Part::Variable, Kind::Removed, QString(), text(variable->uuid),
-                              document_state::ofVariable(variable->uuid), nullptr});
+        add(appletNameText(appName),
+            {Part::Variable, Kind::Removed, QString(), text(variable->uuid),
+             document_state::ofVariable(variable->uuid), nullptr});
     process_edit::removeAllVarBySequenceId(appName, sequenceId);
 }
 
@@ -346,7 +342,7 @@ bool DocumentEdits::put(const QString& appName, const DocumentChange::Item& item
         processedit::removeSequence(appName, item.sequenceId);
         break;
     case Part::Variable:
-        process_edit::removeVariables(appName.toLocal8Bit().toStdString(), {item.id.toStdString()});
+        process_edit::removeVariables(appletNameBytes(appName), {item.id.toStdString()});
         break;
     case Part::QuickStep:
         processedit::removeQuickStepInfo(item.id);

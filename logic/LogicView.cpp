@@ -396,7 +396,12 @@ void LogicView::syncCheckStateItemRecursive(QStandardItem* item, bool& changed)
 
 void LogicView::refreshRow(const QString& blockUuid)
 {
-    m->sheets->refreshRow(blockUuid);
+    m->sheets->refreshRow(m_currentSequenceId, blockUuid);
+}
+
+void LogicView::refreshRows(const QSet<QString>& blockUuids)
+{
+    m->sheets->refreshRows(blockUuids);
 }
 
 bool LogicView::isShown(const QString& blockUuid) const

@@ -99,8 +99,10 @@ public:
     std::shared_ptr<const processTemplateInfo> runTemplate() const;
 
     // Refreshing ---------------------------------------------------------------------------------
-    /// Writes a block's texts into its row, of whatever loaded sequence.
+    /// Writes a block's texts into its row of the current sequence.
     void refreshRow(const QString& blockUuid);
+    /// The same for many blocks, in every loaded sequence.
+    void refreshRows(const QSet<QString>& blockUuids);
     /// The same for all calls of sequences, in every loaded sequence.
     void refreshSequenceNames();
     /// The blocks that no longer fit what was compiled; their rows are marked, others unmarked.

@@ -9,3 +9,8 @@ inline std::string appletNameBytes(const QString& appName)
 {
     return appName.toLocal8Bit().toStdString();
 }
+
+inline QString appletNameText(const std::string& bytes)
+{
+    return QString::fromLocal8Bit(bytes.c_str());
+}

@@ -167,8 +167,8 @@ void ProcessEditWidget::connectLogicMaster()
         [this](const QStringList& appNames) {
             if (!appNames.contains(m->appName))
                 return;
-            for (const QString& uuid : LogicMaster::instance()->udsBlocks(m->appName))
-                m->ui.center_wgt->refreshRow(uuid);
+            const QStringList blocks = LogicMaster::instance()->udsBlocks(m->appName);
+            m->ui.center_wgt->refreshRows(QSet<QString>(blocks.begin(), blocks.end()));
         },
         Qt::QueuedConnection);
 }

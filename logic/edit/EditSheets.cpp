@@ -59,10 +59,15 @@ void EditSheets::refreshRow(const QString& sequenceId, const QString& blockUuid)
         row_texts::refresh(*model, m_appName, blockUuid);
 }
 
-void EditSheets::refreshRow(const QString& blockUuid) const
+void EditSheets::refreshRows(const QSet<QString>& blockUuids) const
 {
-    for (CustonStandModel* model : m_editModels)
-        row_texts::refresh(*model, m_appName, blockUuid);
+    for (CustonStandModel* model : m_editModels) {
+        const auto& rows = model->rows().items();
+        for (auto row = rows.begin(); row != rows.end(); ++row) {
+            if (blockUuids.contains(row.key()))
+                row_texts::refresh(*model, m_appName, row.key());
+        }
+    }
 }
 
 void EditSheets::refreshJumps(const QString& sequenceId) const

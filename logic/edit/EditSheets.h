@@ -32,10 +32,10 @@ public:
     /// The blocks whose rows bear the mark to be compiled again, now and when they are loaded.
     void setStale(const QSet<QString>& blockUuids);
 
-    /// Writes the texts of rows anew: of one block, whose sequence needn't be known, and of all
+    /// Writes the texts of rows anew: of one block, of blocks of whatever sequences, and of all
     /// that jump to a step of the sequence.
     void refreshRow(const QString& sequenceId, const QString& blockUuid) const;
-    void refreshRow(const QString& blockUuid) const;
+    void refreshRows(const QSet<QString>& blockUuids) const;
     void refreshJumps(const QString& sequenceId) const;
     /// Of all that call a sequence, in every sequence.
     void refreshCalls() const;

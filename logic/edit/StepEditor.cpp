@@ -101,7 +101,7 @@ void StepEditor::addStep(const NewStep& step)
 bool StepEditor::addRows(const NewStep& step, const std::optional<UdsStepEditor::Setup>& setup)
 {
     const DocumentEdits::Act act;
-    QStandardItem* row = currentModel() ? create(step) : nullptr;
+    QStandardItem* row = create(step);
     if (!row)
         return false;
     if (setup)
@@ -208,9 +208,8 @@ void StepEditor::appendStatements(const QStringList& statements,
         });
         flow->appendRow(step_rows::stepRow(*block, step_rows::Purpose::Edit));
     }
-    if (flow->rowCount() == before)
-        return;
-    tellRowCount();
+    if (flow->rowCount() != before)
+        tellRowCount();
 }
 
 void StepEditor::addQuickSteps()

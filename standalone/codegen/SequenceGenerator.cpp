@@ -243,7 +243,8 @@ void SequenceGenerator::generateClosing(const IProcessBlock& block)
 /// The number that reports name a step by.
 std::string SequenceGenerator::stepNumber(const IProcessBlock& block) const
 {
-    return "rt::first_of_" + m_sequence.unit() + " + " + std::to_string(m_sequence.steps.at(block.uuid));
+    return "rt::first_of_" + m_sequence.unit() + " + " +
+           std::to_string(m_sequence.steps.at(block.uuid));
 }
 
 /// Writes what stands before the work of any step, and returns its number as text.

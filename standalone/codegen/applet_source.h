@@ -104,9 +104,9 @@ struct GeneratedCode
 extern const char* const SharedHeaderName;
 
 /// A unit for each sequence that the target reaches, and one for the module. Units can be compiled
-/// together, unless their text has directives beside that for the shared header. The same source gives
-/// the same texts, byte by byte, and a change in one sequence changes the texts of no other. The
-/// work grows with the number of steps.
+/// together, unless their text has directives beside that for the shared header. The same source
+/// gives the same texts, byte by byte, and a change in one sequence changes the texts of no other.
+/// The work grows with the number of steps.
 GeneratedCode generate(const AppletSource& source);
 
 /// The place of a line of a generated file; its owner has no name if it is nobody's.

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
-#include <string_view>
+#include <string>
 
 namespace standalone {
 
@@ -15,19 +15,16 @@ constexpr std::size_t FewUnits = 4;             ///< for each core
 /// Whether nothing in a unit reaches beyond its end: a macro would, or a header that is read once.
 bool isClosed(const codegen::GeneratedFile& unit)
 {
-    const std::string shared = std::string("#include \"") + codegen::SharedHeaderName + "\"\n";
-    std::string_view text(unit.text);
+    const std::string shared = std::string("#include \"") + codegen::SharedHeaderName + '"';
+    std::string text = unit.text;
     const std::size_t header = text.find(shared);
-    if (header == std::string_view::npos)
+    if (header == std::string::npos)
         return false;
-    const std::string_view head = text.substr(0, header);
-    text.remove_prefix(header + shared.size());
-    for (const char* directive : {"#", "%:", "?\?=", "_Pragma"}) {
-        if (head.find(directive) != std::string_view::npos ||
-            text.find(directive) != std::string_view::npos)
-            return false;
-    }
-    return true;
+    text.erase(header, shared.size());
+    const auto isIn = [&text](const char* directive) {
+        return text.find(directive) != std::string::npos;
+    };
+    return !isIn("#") && !isIn("%:") && !isIn("?\?=") && !isIn("_Pragma");
 }
 
 } // namespace
@@ -66,9 +63,6 @@ std::vector<UnitGroup> groupsOf(const UnitGroup& units, std::size_t besides, std
         if (!group.empty())
             groups.push_back(std::move(group));
     }
-    std::stable_sort(
-        groups.begin(), groups.end(),
-        [](const UnitGroup& left, const UnitGroup& right) { return sizeOf(left) > sizeOf(right); });
     return groups;
 }
 

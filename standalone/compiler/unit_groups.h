@@ -14,7 +14,7 @@ using UnitGroup = std::vector<const codegen::GeneratedFile*>;
 /// Of the texts, in bytes.
 std::size_t sizeOf(const UnitGroup& group);
 
-/// Divides units into groups that keep all cores busy, the largest first. A group is small enough
+/// Divides units into groups that keep all cores busy. A group is small enough
 /// that it costs little to compile anew what is left of it when one of its units has changed. Units
 /// that might reach into others by their directives stay alone, and so do few. So many small units
 /// @p besides are compiled at the same time, each by itself.

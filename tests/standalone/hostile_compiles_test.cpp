@@ -356,7 +356,13 @@ void HostileCompilesTest::aHeldFolderIsRefused()
     standalone::FolderLock waiting(folder);
     auto result = standalone::FolderLock::Impossible;
     std::thread waiter([&] { result = waiting.lock(CompilePatience, never); });
-    QTest::qWait(50);
+    const auto openings = [lock = folder + QStringLiteral("/.lock")] {
+        int count = 0;
+        for (const QFileInfo& file : QDir(QStringLiteral("/proc/self/fd")).entryInfoList())
+            count += file.symLinkTarget() == lock;
+        return count;
+    };
+    QTRY_COMPARE(openings(), 2); // the holder's, and that of who waits
     holder->removeFile();
     QVERIFY(QDir(folder).removeRecursively());
     holder.reset();

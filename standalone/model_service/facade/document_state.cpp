@@ -8,46 +8,75 @@
 #include "standalone/model_service/stores/VariableStore.h"
 #include "standalone/model_service/stores/compile_marks.h"
 
+#include <algorithm>
 #include <optional>
+#include <utility>
 
 using namespace standalone;
 
 namespace document_state {
 
-struct StepState
-{
-    AppletModel::BlockPtr block; ///< without children unless @c depth is Whole
-    std::string sequenceId;
-    std::string parentUuid;
-    int index = 0;
-    Depth depth = Depth::Whole;
-};
-
-struct EnabledState
-{
-    std::string uuid;
-    int state = 0;
-};
-
-struct SequenceState
-{
-    SequenceContent content;
-    std::size_t index = 0;
-};
-
+/// Each kind holds what its part needs: a click may keep the states of ten thousand steps.
 struct State
 {
-    // One of them.
-    std::optional<EnabledState> enabled;
-    std::optional<SequenceInfo> head;
-    std::optional<StepState> step;
-    std::optional<SequenceState> sequence;
-    std::optional<VariableStore::Standing> variable;
-    std::optional<QuickStepStore::Standing> quickStep;
-    std::optional<TemplateStore::Standing> processTemplate;
+    virtual ~State() = default;
+    virtual bool restore(const QString& appName) const = 0;
 };
 
 namespace {
+
+struct EnabledState : State
+{
+    EnabledState(std::string blockUuid, int state) : uuid(std::move(blockUuid)), value(state) {}
+    bool restore(const QString& appName) const override
+    {
+        const auto* applet = appletStore().find(appName);
+        const auto block = applet ? applet->block(uuid) : nullptr;
+        if (!block)
+            return false;
+        markChanged(toLocalName(appName));
+        block->enableState = value;
+        return true;
+    }
+
+    const std::string uuid;
+    const int value;
+};
+
+struct StepState : State
+{
+    bool restore(const QString& appName) const override
+    {
+        auto* applet = appletStore().find(appName);
+        if (!applet)
+            return false;
+        markChanged(toLocalName(appName));
+        if (!applet->place(block->uuid))
+            return isWhole && applet->insert(block->clone(), sequenceId, parentUuid, index);
+        return applet->move(block->uuid, parentUuid, index) && applet->replace(block->copyAlone());
+    }
+
+    AppletModel::BlockPtr block;
+    bool isWhole = true; ///< the block has its children
+    std::string sequenceId;
+    std::string parentUuid;
+    int index = 0;
+};
+
+struct HeadState : State
+{
+    explicit HeadState(const SequenceInfo& sequence) : head(sequence) {}
+    bool restore(const QString& appName) const override
+    {
+        const auto* applet = appletStore().find(appName);
+        if (!applet || !applet->sequence(head.id))
+            return false;
+        sdk_ui_interface::processedit::updateSequence(appName, head);
+        return true;
+    }
+
+    const SequenceInfo head;
+};
 
 SequenceContent copyOf(const SequenceContent& sequence)
 {
@@ -59,22 +88,55 @@ SequenceContent copyOf(const SequenceContent& sequence)
     return copy;
 }
 
-bool restoreEnabled(AppletModel& applet, const EnabledState& enabled)
+struct SequenceState : State
 {
-    const auto block = applet.block(enabled.uuid);
-    if (!block)
-        return false;
-    block->enableState = enabled.state;
-    return true;
-}
+    SequenceState(const SequenceContent& sequence, std::size_t place)
+        : content(copyOf(sequence)), index(place)
+    {
+    }
+    bool restore(const QString& appName) const override
+    {
+        auto* applet = appletStore().find(appName);
+        if (!applet)
+            return false;
+        markChanged(toLocalName(appName));
+        return applet->insertSequence(copyOf(content), index);
+    }
 
-bool restoreStep(AppletModel& applet, const StepState& step)
+    const SequenceContent content;
+    const std::size_t index;
+};
+
+struct VariableState : State
 {
-    if (!applet.place(step.block->uuid))
-        return step.depth == Depth::Whole &&
-               applet.insert(step.block->clone(), step.sequenceId, step.parentUuid, step.index);
-    return applet.move(step.block->uuid, step.parentUuid, step.index) &&
-           applet.replace(step.block->copyAlone());
+    explicit VariableState(VariableStore::Standing variable) : standing(std::move(variable)) {}
+    bool restore(const QString& appName) const override
+    {
+        if (standing.scope == GlobalVariable)
+            markAllChanged();
+        markChanged(toLocalName(appName));
+        return variableStore().restore(toLocalName(appName), standing);
+    }
+
+    const VariableStore::Standing standing;
+};
+
+/// A quick step or a template.
+template <class Store, Store& (*store)()> struct LibraryState : State
+{
+    explicit LibraryState(typename Store::Standing entry) : standing(std::move(entry)) {}
+    bool restore(const QString&) const override
+    {
+        store().restore(standing);
+        return true;
+    }
+
+    const typename Store::Standing standing;
+};
+
+template <class Kind, class Standing> StatePtr stateOf(std::optional<Standing> standing)
+{
+    return standing ? std::make_shared<Kind>(std::move(*standing)) : nullptr;
 }
 
 } // namespace
@@ -85,94 +147,53 @@ StatePtr ofStep(const QString& appName, const QString& blockUuid, Depth depth)
     const auto* place = applet ? applet->place(toUtf8(blockUuid)) : nullptr;
     if (!place)
         return nullptr;
-    auto state = std::make_shared<State>();
-    if (depth == Depth::EnableState) {
-        state->enabled = EnabledState{place->uuid(), place->block->enableState};
-        return state;
-    }
-    StepState& step = state->step.emplace();
-    step.block = depth == Depth::Whole ? place->block->clone() : place->block->copyAlone();
-    if (depth == Depth::Alone)
-        step.block->children.clear();
-    step.sequenceId = place->sequence->head.id;
-    step.parentUuid = place->parent ? place->parent->uuid : std::to_string(place->flow);
-    step.index = applet->indexOf(*place);
-    step.depth = depth;
-    return state;
+    if (depth == Depth::EnableState)
+        return std::make_shared<EnabledState>(place->uuid(), place->block->enableState);
+    auto step = std::make_shared<StepState>();
+    step->isWhole = depth == Depth::Whole;
+    step->block = step->isWhole ? place->block->clone() : place->block->copyAlone();
+    if (!step->isWhole)
+        step->block->children.clear();
+    step->sequenceId = place->sequence->head.id;
+    step->parentUuid = place->parent ? place->parent->uuid : std::to_string(place->flow);
+    step->index = applet->indexOf(*place);
+    return step;
 }
 
 StatePtr ofSequence(const QString& appName, const QString& sequenceId, Depth depth)
 {
     const auto* applet = appletStore().find(appName);
-    const std::string id = toUtf8(sequenceId);
-    if (depth != Depth::Whole) {
-        const auto* sequence = applet ? applet->sequence(id) : nullptr;
-        auto state = std::make_shared<State>();
-        if (sequence)
-            state->head = sequence->head;
-        return sequence ? state : nullptr;
-    }
-    for (std::size_t i = 0; applet && i < applet->sequences().size(); ++i) {
-        const SequenceContent& sequence = *applet->sequences()[i];
-        if (sequence.head.id != id)
-            continue;
-        auto state = std::make_shared<State>();
-        state->sequence = SequenceState{copyOf(sequence), i};
-        return state;
-    }
-    return nullptr;
+    const auto* sequence = applet ? applet->sequence(toUtf8(sequenceId)) : nullptr;
+    if (!sequence)
+        return nullptr;
+    if (depth != Depth::Whole)
+        return std::make_shared<HeadState>(sequence->head);
+    const auto& all = applet->sequences();
+    const auto found = std::find_if(all.begin(), all.end(),
+                                    [&](const auto& each) { return each.get() == sequence; });
+    return std::make_shared<SequenceState>(*sequence, std::size_t(found - all.begin()));
 }
 
 StatePtr ofVariable(const std::string& uuid)
 {
-    auto state = std::make_shared<State>();
-    state->variable = variableStore().standing(uuid);
-    return state->variable ? state : nullptr;
+    return stateOf<VariableState>(variableStore().standing(uuid));
 }
 
 StatePtr ofQuickStep(const QString& id)
 {
-    auto state = std::make_shared<State>();
-    state->quickStep = quickStepStore().standing(toUtf8(id));
-    return state->quickStep ? state : nullptr;
+    return stateOf<LibraryState<QuickStepStore, quickStepStore>>(
+        quickStepStore().standing(toUtf8(id)));
 }
 
 StatePtr ofTemplate(const QString& id)
 {
-    auto state = std::make_shared<State>();
-    state->processTemplate = templateStore().standing(toUtf8(id));
-    return state->processTemplate ? state : nullptr;
+    return stateOf<LibraryState<TemplateStore, templateStore>>(
+        templateStore().standing(toUtf8(id)));
 }
 
 bool restore(const QString& appName, const State& state)
 {
-    if (state.quickStep || state.processTemplate) {
-        if (state.quickStep)
-            quickStepStore().restore(*state.quickStep);
-        else
-            templateStore().restore(*state.processTemplate);
-        return true;
-    }
-    if (state.variable) {
-        const bool isRestored = variableStore().restore(toLocalName(appName), *state.variable);
-        if (state.variable->scope == GlobalVariable)
-            markAllChanged();
-        markChanged(toLocalName(appName));
-        return isRestored;
-    }
-    auto* applet = appletStore().find(appName);
-    if (!applet)
-        return false;
-    markChanged(toLocalName(appName));
-    if (state.enabled)
-        return restoreEnabled(*applet, *state.enabled);
-    if (state.head) {
-        sdk_ui_interface::processedit::updateSequence(appName, *state.head);
-        return applet->sequence(state.head->id) != nullptr;
-    }
-    if (state.step)
-        return restoreStep(*applet, *state.step);
-    return applet->insertSequence(copyOf(state.sequence->content), state.sequence->index);
+    return state.restore(appName);
 }
 
 } // namespace document_state

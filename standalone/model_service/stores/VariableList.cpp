@@ -1,6 +1,5 @@
 #include "standalone/model_service/stores/VariableList.h"
 
-#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -26,17 +25,22 @@ VariableList::Position VariableList::append(StoredVariable variable)
     return m_entries.insert(m_entries.end(), std::move(variable));
 }
 
-VariableList::Position VariableList::insert(std::size_t index, StoredVariable variable)
+std::string VariableList::uuidBefore(Position position) const
 {
-    ++m_names[variable.variable.name];
-    const auto before =
-        std::next(m_entries.begin(), std::ptrdiff_t(std::min(index, m_entries.size())));
-    return m_entries.insert(before, std::move(variable));
+    const Entries::const_iterator entry = position;
+    return entry == m_entries.begin() ? std::string() : std::prev(entry)->variable.uuid;
 }
 
-std::size_t VariableList::indexOf(Position position) const
+VariableList::Position VariableList::insertFirst(StoredVariable variable)
 {
-    return std::size_t(std::distance(m_entries.begin(), Entries::const_iterator(position)));
+    ++m_names[variable.variable.name];
+    return m_entries.insert(m_entries.begin(), std::move(variable));
+}
+
+VariableList::Position VariableList::insertBehind(Position position, StoredVariable variable)
+{
+    ++m_names[variable.variable.name];
+    return m_entries.insert(std::next(position), std::move(variable));
 }
 
 void VariableList::remove(Position position)

@@ -23,9 +23,10 @@ public:
     bool hasName(const std::string& name) const { return m_names.count(name) > 0; }
 
     Position append(StoredVariable variable);
-    /// An index behind the last one means the end.
-    Position insert(std::size_t index, StoredVariable variable);
-    std::size_t indexOf(Position position) const;
+    /// The uuid of the entry before; empty for the first one.
+    std::string uuidBefore(Position position) const;
+    Position insertFirst(StoredVariable variable);
+    Position insertBehind(Position position, StoredVariable variable);
     void remove(Position position);
     /// Moves an entry, whose position stays its own, to the end of this list.
     void takeOver(VariableList& from, Position position);

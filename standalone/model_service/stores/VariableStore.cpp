@@ -46,7 +46,7 @@ std::optional<VariableStore::Standing> VariableStore::standing(const std::string
     if (found == m_homes.end())
         return std::nullopt;
     const Home& home = found->second;
-    return Standing{*home.entry, home.list->scope(), home.list->indexOf(home.entry),
+    return Standing{*home.entry, home.list->scope(), home.list->uuidBefore(home.entry),
                     home.isDefault};
 }
 
@@ -60,8 +60,15 @@ bool VariableStore::restore(const std::string& appName, const Standing& standing
     const auto home = m_homes.find(variable.uuid);
     if (home != m_homes.end())
         home->second.list->remove(home->second.entry);
-    m_homes[variable.uuid] = {list->insert(standing.index, standing.stored), list,
-                              standing.isDefault};
+    const auto before = m_homes.find(standing.behind);
+    VariableList::Position entry;
+    if (standing.behind.empty())
+        entry = list->insertFirst(standing.stored);
+    else if (before != m_homes.end() && before->second.list == list)
+        entry = list->insertBehind(before->second.entry, standing.stored);
+    else
+        entry = list->append(standing.stored);
+    m_homes[variable.uuid] = {entry, list, standing.isDefault};
     return true;
 }
 

@@ -26,10 +26,9 @@ public:
     struct Standing
     {
         StoredVariable stored;
-        processVariableType scope =
-            SequenceVariable; ///< of the list; a fixed variable's is another
-        std::size_t index = 0;
-        bool isDefault = false;
+        processVariableType scope; ///< of the list; a fixed variable's is another
+        std::string behind;        ///< uuid of the one before it; empty: it is the first
+        bool isDefault;
     };
 
     const processVariable* find(const std::string& uuid) const; ///< null if there is none
