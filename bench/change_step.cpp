@@ -3,6 +3,7 @@
 // is. One step made and removed there; and the bare containers, with as many siblings.
 
 #include "bench/logic_samples.h"
+#include "edits/DocumentEdits.h"
 #include "model/services/process_edit.h"
 
 #include <QUuid>
@@ -101,10 +102,11 @@ void moveVariables(benchmark::State& state)
     int owner = 0;
     for (auto _ : state) {
         owner ^= 1;
+        const DocumentEdits::Act act;
         for (const auto& uuid : uuids) {
             auto variable = process_edit::getVariable(uuid);
             variable.ownerId = owners[owner];
-            process_edit::updateVariable(app, variable, SequenceVariable);
+            DocumentEdits::instance().updateVariable(app, variable, SequenceVariable);
         }
     }
     process_edit::removeAllVarByAppName(app);

@@ -3,6 +3,7 @@
 
 #include "logic/edit/structure_rules.h"
 #include "logic/rows/RowIndex.h"
+#include "logic/rows/row_kinds.h"
 #include "logic/rows/step_rows.h"
 #include "tests/logic/EditFixture.h"
 #include "tests/support/test_program.h"
@@ -13,6 +14,7 @@
 #include <QTest>
 
 using namespace sdk_ui_interface;
+using row_kinds::basicStepType;
 using step_rows::uuidOf;
 
 namespace {
@@ -27,12 +29,6 @@ int setting(const char* name, int otherwise)
     bool isNumber = false;
     const int value = qEnvironmentVariableIntValue(name, &isNumber);
     return isNumber ? value : otherwise;
-}
-
-int basicType(const QStandardItem* row)
-{
-    const bool isBasic = row->data(logic_roles::BaseType).toInt() == BasicStep;
-    return isBasic ? row->data(logic_roles::StepType).toInt() : int(step_type::None);
 }
 
 class Walk : public EditFixture
@@ -137,13 +133,13 @@ private:
     bool isStructureWhole(const QStandardItem* row) const
     {
         const auto step = [&](int offset) { return row->parent()->child(row->row() + offset); };
-        const int type = basicType(row);
+        const int type = basicStepType(*row);
         if (step_kinds::isOpener(type)) {
             int behind = 1;
             while (type == step_type::If && step(behind) &&
-                   step_kinds::isBranch(basicType(step(behind))))
+                   step_kinds::isBranch(basicStepType(*step(behind))))
                 ++behind;
-            return step(behind) && basicType(step(behind)) == step_kinds::closerOf(type);
+            return step(behind) && basicStepType(*step(behind)) == step_kinds::closerOf(type);
         }
         if (step_kinds::isCloser(type))
             return structure_rules::partner(row) != nullptr;
@@ -225,7 +221,7 @@ private:
     void moveOne()
     {
         const QStandardItem* row = anyRow(false);
-        const int type = row ? basicType(row) : int(step_type::None);
+        const int type = row ? basicStepType(*row) : int(step_type::None);
         if (!row || step_kinds::isCloser(type) || step_kinds::isBranch(type))
             return;
         const auto range = structure_rules::rowsOfStep(row);
@@ -249,7 +245,7 @@ private:
     }
     static bool isInsideAStructure(const QStandardItem* above)
     {
-        const int type = basicType(above);
+        const int type = basicStepType(*above);
         return step_kinds::isOpener(type) || step_kinds::isBranch(type);
     }
     static bool isWithin(const QStandardItem* row, const QStandardItem* parent,

@@ -8,6 +8,7 @@
 #include "model/colour_rules.h"
 #include "shell/ProcessEditWidget.h"
 #include "standalone/runtime/runtime.h"
+#include "tests/support/own_settings.h"
 #include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
 #include "workbench/MainWindow.h"
@@ -100,10 +101,7 @@ void ComposeFromNothingTest::initTestCase()
 {
     if (qEnvironmentVariableIsSet("COMPOSE_DARK"))
         QApplication::setPalette(darkPalette());
-    QStandardPaths::setTestModeEnabled(true);
-    QCoreApplication::setOrganizationName(QStringLiteral("process-edit-test"));
-    QCoreApplication::setApplicationName(QStringLiteral("compose_from_nothing_test"));
-    QSettings().clear();
+    test_support::useOwnSettings("compose_from_nothing_test");
 }
 
 void ComposeFromNothingTest::openWindow(const QString& project)

@@ -7,6 +7,7 @@
 #include "shell/run/ProcessEditToolBar.h"
 #include "standalone/runtime/runtime.h"
 #include "tests/support/folders.h"
+#include "tests/support/own_settings.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 #include "workbench/MainWindow.h"
@@ -68,10 +69,7 @@ private:
 
 void DamagedDocumentsTest::initTestCase()
 {
-    QStandardPaths::setTestModeEnabled(true);
-    QCoreApplication::setOrganizationName(QStringLiteral("process-edit-test"));
-    QCoreApplication::setApplicationName(QStringLiteral("damaged_documents"));
-    QSettings().clear();
+    test_support::useOwnSettings("damaged_documents");
 }
 
 void DamagedDocumentsTest::init()

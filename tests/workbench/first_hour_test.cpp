@@ -7,6 +7,7 @@
 #include "shell/ProcessEditWidget.h"
 #include "standalone/runtime/runtime.h"
 #include "tests/support/folders.h"
+#include "tests/support/own_settings.h"
 #include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
@@ -69,10 +70,7 @@ private:
 
 void FirstHourTest::initTestCase()
 {
-    QStandardPaths::setTestModeEnabled(true);
-    QCoreApplication::setOrganizationName(QStringLiteral("process-edit-test"));
-    QCoreApplication::setApplicationName(QStringLiteral("first_hour"));
-    QSettings().clear();
+    test_support::useOwnSettings("first_hour");
 }
 
 void FirstHourTest::init()

@@ -6,6 +6,7 @@
 #include "shell/ProcessEditWidget.h"
 #include "shell/run/ProcessEditToolBar.h"
 #include "tests/support/folders.h"
+#include "tests/support/own_settings.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 #include "workbench/MainWindow.h"
@@ -48,10 +49,7 @@ private:
 
 void OutputPaneTest::initTestCase()
 {
-    QStandardPaths::setTestModeEnabled(true);
-    QCoreApplication::setOrganizationName(QStringLiteral("process-edit-test"));
-    QCoreApplication::setApplicationName(QStringLiteral("output_pane_test"));
-    QSettings().clear();
+    test_support::useOwnSettings("output_pane_test");
 }
 
 void OutputPaneTest::setCode(const QString& app, const char* sequence, const char* step,

@@ -6,6 +6,7 @@
 #include "standalone/runtime/runtime.h"
 #include "tests/support/folders.h"
 #include "tests/support/ordinary_user.h"
+#include "tests/support/own_settings.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 #include "workbench/MainWindow.h"
@@ -42,10 +43,7 @@ private:
 
 void SecondInstanceTest::initTestCase()
 {
-    QStandardPaths::setTestModeEnabled(true);
-    QCoreApplication::setOrganizationName(QStringLiteral("process-edit-test"));
-    QCoreApplication::setApplicationName(QStringLiteral("second_instance"));
-    QSettings().clear();
+    test_support::useOwnSettings("second_instance");
 }
 
 void SecondInstanceTest::init()
