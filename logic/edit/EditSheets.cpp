@@ -1,6 +1,7 @@
 #include "logic/edit/EditSheets.h"
 
 #include "logic/rows/CustonStandModel.h"
+#include "logic/rows/RowIndex.h"
 #include "logic/rows/flow_loader.h"
 #include "logic/rows/row_texts.h"
 #include "model/SequenceInfo.h"
