@@ -4,7 +4,7 @@
 
 #include "edits/DocumentChange.h"
 #include "model/applet_name.h"
-#include "model/process_blocks.h"
+#include "model/fields/block_fields.h"
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
 
@@ -25,11 +25,15 @@ bool isWordPart(QChar character)
     return character.isLetterOrNumber() || character == QLatin1Char('_');
 }
 
-// Collects the words of texts.
-class Words
+/// An archive that collects the words of all code.
+class WordsOfCode
 {
 public:
-    void add(const std::string& text)
+    static constexpr bool Reads = false;
+
+    template <class Value> void field(const char*, const Value&) {}
+    template <class Value, class Standard> void field(const char*, const Value&, const Standard&) {}
+    void code(const char*, const std::string& text)
     {
         if (text.empty())
             return;
@@ -39,65 +43,23 @@ public:
             if (end < characters.size() && isWordPart(characters.at(end)))
                 continue;
             if (end > begin && !characters.at(begin).isDigit())
-                m_words.insert(characters.mid(begin, end - begin));
+                words.insert(characters.mid(begin, end - begin));
             begin = end + 1;
         }
     }
-    template <class... Texts> void addAll(const Texts&... texts) { (add(texts), ...); }
+    template <class Record, class Visit> void record(const char*, const Record& value, Visit visit)
+    {
+        visit(*this, value);
+    }
+    template <class Elements, class Visit>
+    void list(const char*, const Elements& values, Visit visit)
+    {
+        for (const auto& value : values)
+            visit(*this, value);
+    }
 
-    QSet<QString> m_words;
+    QSet<QString> words;
 };
-
-void addGeneral(Words& words, const IProcessBlock& block)
-{
-    words.addAll(block.preCondition, block.loopInit, block.loopCondition, block.loopStep,
-                 block.postConditionCode, block.preStatements, block.postStatements);
-}
-
-template <class Block, class Add> bool addIf(const IProcessBlock& block, Add add)
-{
-    const auto* typed = dynamic_cast<const Block*>(&block);
-    if (typed)
-        add(*typed);
-    return typed != nullptr;
-}
-
-void addCode(Words& words, const IProcessBlock& block)
-{
-    addIf<ConditionProcessBlock>(
-        block, [&](const auto& step) { words.addAll(step.getFun1(), step.getFun2()); }) ||
-        addIf<ForProcessBlock>(block,
-                               [&](const auto& step) {
-                                   words.addAll(step.getFun1(), step.getFun2(), step.getFun3());
-                               }) ||
-        addIf<ExpressionProcessBlock>(
-            block, [&](const auto& step) { words.addAll(step.leftValue, step.rightExpression); }) ||
-        addIf<StatementProcessBlock>(block,
-                                     [&](const auto& step) { words.add(step.customCode()); }) ||
-        addIf<ApiProcessBlock>(block, [&](const auto& step) {
-            words.add(step.returnVariable);
-            for (const auto& parameter : step.parameters())
-                words.add(parameter.value);
-        });
-}
-
-void addTargets(Words& words, const IProcessBlock& block)
-{
-    addIf<PopupWindowProcessBlock>(block,
-                                   [&](const auto& step) {
-                                       words.addAll(step.variableName, step.value);
-                                       for (const auto& button : step.buttons())
-                                           words.add(button.code);
-                                   }) ||
-        addIf<RecvMessageProcessBlock>(
-            block,
-            [&](const auto& step) {
-                words.addAll(step.id.variable, step.dataSize.variable, step.channel.variable,
-                             step.data.variable, step.messageVariable, step.successStatement);
-            }) ||
-        addIf<SendMessageProcessBlock>(block,
-                                       [&](const auto& step) { words.add(step.messageVariable); });
-}
 
 // A diagnostic step of a document that was written elsewhere: its generated code is not trusted.
 void dropGeneratedCode(const QString& appName, const QString& sequenceId,
@@ -142,11 +104,10 @@ void setUdsVariablesCallback(UdsVariables callback)
 
 QSet<QString> namesIn(const IProcessBlock& block)
 {
-    Words words;
-    addGeneral(words, block);
-    addCode(words, block);
-    addTargets(words, block);
-    return words.m_words;
+    WordsOfCode code;
+    block_fields::visitGeneral(code, block);
+    block_fields::visitOwn(code, block);
+    return code.words;
 }
 
 void recordApplet(const QString& appName, bool defer)

@@ -1,10 +1,10 @@
+#include "model/fields/block_fields.h"
 #include "tests/fuzz/document_generator.h"
 
 #include "base/json_scan.h"
 #include "standalone/model_service/documents/AppletModel.h"
 #include "standalone/model_service/documents/applet_json.h"
 #include "standalone/model_service/documents/block_factory.h"
-#include "standalone/model_service/documents/block_fields.h"
 #include "standalone/model_service/stores/VariableStore.h"
 
 #include <limits>
@@ -53,6 +53,7 @@ public:
         if (isChanged())
             value = randomText(m_random);
     }
+    void code(const char* name, std::string& text) { field(name, text); }
     void field(const char*, bool& value, bool) { value = isChanged(); }
     void field(const char*, int& value, int)
     {

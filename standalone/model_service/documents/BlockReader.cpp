@@ -1,9 +1,9 @@
 #include "standalone/model_service/documents/BlockReader.h"
 
+#include "model/fields/block_fields.h"
 #include "standalone/model_service/documents/StepTables.h"
 #include "standalone/model_service/documents/StoredBlock.h"
 #include "standalone/model_service/documents/block_factory.h"
-#include "standalone/model_service/documents/block_fields.h"
 #include "standalone/model_service/documents/property_json.h"
 #include "standalone/model_service/identifiers.h"
 #include "standalone/model_service/json/FieldReader.h"
@@ -109,7 +109,7 @@ BlockReader::readBlock(const JsonValue& object, const DocumentPlace& where, Json
     block_fields::visitIdentity(reader, *block);
     block_fields::visitGeneral(reader, *block);
     if (isKnown) {
-        block_fields::visitOwn(reader, *block);
+        block_fields::visitOwn<StoredCast>(reader, *block);
         readProperty(*block, reader, where);
     } else {
         block->property = foreignProperty(block->stepType(), m_kinds.find(baseType, stepType));

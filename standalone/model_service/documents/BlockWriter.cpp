@@ -1,7 +1,7 @@
 #include "standalone/model_service/documents/BlockWriter.h"
 
+#include "model/fields/block_fields.h"
 #include "standalone/model_service/documents/StoredBlock.h"
-#include "standalone/model_service/documents/block_fields.h"
 #include "standalone/model_service/json/FieldWriter.h"
 
 namespace standalone {
@@ -25,7 +25,7 @@ void BlockWriter::write(std::string& json, const IProcessBlock& block)
     FieldWriter writer(stored ? stored->kept : nothing);
     block_fields::visitIdentity(writer, block);
     block_fields::visitGeneral(writer, block);
-    block_fields::visitOwn(writer, block);
+    block_fields::visitOwn<StoredCast>(writer, block);
 
     // A placeholder's kind and property stand among the members that it kept.
     const int stepType = block.stepType();

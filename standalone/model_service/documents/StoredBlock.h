@@ -4,7 +4,8 @@
 
 #include <memory>
 #include <string>
-#include <utility>
+#include <type_traits>
+#include <typeinfo>
 
 namespace standalone {
 
@@ -29,6 +30,18 @@ public:
     std::shared_ptr<IProcessBlock> copyAlone() const override
     {
         return std::make_shared<StoredBlock>(*this);
+    }
+};
+
+/// The way to the class of a block that is most likely a StoredBlock: a dynamic cast looks far
+/// around.
+struct StoredCast
+{
+    template <class Target, class Block> static Target* to(Block& block)
+    {
+        if (typeid(block) == typeid(StoredBlock<std::remove_const_t<Target>>))
+            return static_cast<Target*>(&block);
+        return dynamic_cast<Target*>(&block);
     }
 };
 

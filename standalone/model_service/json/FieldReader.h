@@ -46,6 +46,7 @@ public:
     {
         field(name, value, std::string_view());
     }
+    void code(std::string_view name, std::string& text) { field(name, text); }
 
     template <class Record, class Visit>
     void record(std::string_view name, Record& value, Visit visit)

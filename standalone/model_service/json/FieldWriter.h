@@ -42,6 +42,7 @@ public:
     {
         field(name, value, std::string_view());
     }
+    void code(std::string_view name, const std::string& text) { field(name, text); }
 
     /// A field that is written whatever it holds.
     void always(std::string_view name, int value) { write(name, value, false); }

@@ -1,7 +1,7 @@
 #include "standalone/model_service/stores/sequence_usage.h"
 
+#include "model/fields/block_fields.h"
 #include "standalone/model_service/documents/AppletModel.h"
-#include "standalone/model_service/documents/block_fields.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -20,6 +20,7 @@ public:
 
     void field(const char*, const std::string& value, const char* = "") { addWords(value); }
     template <class Value> void field(const char*, const Value&, const Value&) {}
+    void code(const char*, const std::string& text) { addWords(text); }
 
     template <class Record, class Visit> void record(const char*, const Record& value, Visit visit)
     {

@@ -3,7 +3,6 @@
 #include <string>
 
 /// The fields of the classes that steer the flow. See block_fields.h.
-namespace standalone {
 namespace block_fields {
 
 template <class Archive, class Block> void visitCondition(Archive& ar, Block& b)
@@ -13,9 +12,9 @@ template <class Archive, class Block> void visitCondition(Archive& ar, Block& b)
     std::string op = b.getOperator();
     bool isArray = b.getOperatorIsArray();
     int arraySize = b.getArraySize();
-    ar.field("left", left);
+    ar.code("left", left);
     ar.field("operator", op, "==");
-    ar.field("right", right);
+    ar.code("right", right);
     ar.field("isArray", isArray, false);
     ar.field("arraySize", arraySize, 1);
     if constexpr (Archive::Reads) {
@@ -42,9 +41,9 @@ template <class Archive, class Block> void visitFor(Archive& ar, Block& b)
     ar.field("begin", begin, 0);
     ar.field("end", end, 10);
     ar.field("step", step, 1);
-    ar.field("initialisation", init);
-    ar.field("condition", condition);
-    ar.field("increment", increment);
+    ar.code("initialisation", init);
+    ar.code("condition", condition);
+    ar.code("increment", increment);
     if constexpr (Archive::Reads) {
         b.setCustom(custom);
         b.setVariableName(variable, define);
@@ -77,4 +76,3 @@ template <class Archive, class Block> void visitSequence(Archive& ar, Block& b)
 }
 
 } // namespace block_fields
-} // namespace standalone

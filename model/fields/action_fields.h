@@ -3,19 +3,18 @@
 #include <string>
 
 /// The fields of the classes that do something. See block_fields.h.
-namespace standalone {
 namespace block_fields {
 
 template <class Archive, class Block> void visitApi(Archive& ar, Block& b)
 {
     ar.field("call", b.callText);
-    ar.field("returnVariable", b.returnVariable);
+    ar.code("returnVariable", b.returnVariable);
     ar.field("returnType", b.returnType);
     ar.field("userFunction", b.userFunction, false);
     auto parameters = b.parameters();
     ar.list("parameters", parameters, [](auto& element, auto& parameter) {
         element.field("type", parameter.type);
-        element.field("value", parameter.value);
+        element.code("value", parameter.value);
         element.field("description", parameter.description);
     });
     if constexpr (Archive::Reads)
@@ -26,7 +25,7 @@ template <class Archive, class Block> void visitStatement(Archive& ar, Block& b)
 {
     std::string code = b.customCode();
     bool split = b.getSplitFile();
-    ar.field("code", code);
+    ar.code("code", code);
     ar.field("splitFile", split, false);
     if constexpr (Archive::Reads) {
         b.setCustomCode(code);
@@ -36,8 +35,8 @@ template <class Archive, class Block> void visitStatement(Archive& ar, Block& b)
 
 template <class Archive, class Block> void visitExpression(Archive& ar, Block& b)
 {
-    ar.field("left", b.leftValue);
-    ar.field("right", b.rightExpression);
+    ar.code("left", b.leftValue);
+    ar.code("right", b.rightExpression);
 }
 
 template <class Archive, class Block> void visitPopup(Archive& ar, Block& b)
@@ -45,14 +44,14 @@ template <class Archive, class Block> void visitPopup(Archive& ar, Block& b)
     ar.field("title", b.title);
     ar.field("content", b.content);
     ar.field("assignmentKind", b.assignmentKind, 0);
-    ar.field("value", b.value);
+    ar.code("value", b.value);
     ar.field("variableSource", b.variableSource, 0);
-    ar.field("variableName", b.variableName);
+    ar.code("variableName", b.variableName);
     ar.field("variableIsSystem", b.variableIsSystem, false);
     auto buttons = b.buttons();
     ar.list("buttons", buttons, [](auto& element, auto& button) {
         element.field("name", button.name);
-        element.field("code", button.code);
+        element.code("code", button.code);
     });
     if constexpr (Archive::Reads)
         b.setButtons(buttons);
@@ -72,22 +71,22 @@ template <class Archive, class Block> void visitSend(Archive& ar, Block& b)
     ar.field("dataSize", b.dataSize, 8);
     ar.field("channel", b.channel, 1);
     ar.field("data", b.data);
-    ar.field("messageVariable", b.messageVariable);
+    ar.code("messageVariable", b.messageVariable);
 }
 
 template <class Archive, class Block> void visitRecv(Archive& ar, Block& b)
 {
     const auto target = [](auto& record, auto& t) {
-        record.field("variable", t.variable);
+        record.code("variable", t.variable);
         record.field("isSystem", t.isSystem, false);
     };
     ar.record("id", b.id, target);
     ar.record("dataSize", b.dataSize, target);
     ar.record("channel", b.channel, target);
     ar.record("data", b.data, target);
-    ar.field("messageVariable", b.messageVariable);
+    ar.code("messageVariable", b.messageVariable);
     ar.field("waitTime", b.waitTime, 1000);
-    ar.field("successStatement", b.successStatement);
+    ar.code("successStatement", b.successStatement);
 }
 
 template <class Archive, class Block> void visitBuzz(Archive& ar, Block& b)
@@ -113,4 +112,3 @@ template <class Archive, class Block> void visitUds(Archive& ar, Block& b)
 }
 
 } // namespace block_fields
-} // namespace standalone
