@@ -14,6 +14,25 @@
 /// default never changes.
 namespace block_fields {
 
+/// The base of an archive that searches: looks into records and lists, and at nothing else.
+template <class Archive> struct Search
+{
+    static constexpr bool Reads = false;
+
+    template <class Value> void field(const char*, const Value&) {}
+    template <class Value, class Standard> void field(const char*, const Value&, const Standard&) {}
+    template <class Record, class Visit> void record(const char*, const Record& value, Visit visit)
+    {
+        visit(static_cast<Archive&>(*this), value);
+    }
+    template <class Elements, class Visit>
+    void list(const char*, const Elements& values, Visit visit)
+    {
+        for (const auto& value : values)
+            visit(static_cast<Archive&>(*this), value);
+    }
+};
+
 /// What identifies a step and how it stands in the tree.
 template <class Archive, class Block> void visitIdentity(Archive& ar, Block& b)
 {
@@ -55,8 +74,7 @@ struct DynamicCast
 };
 
 /// Visits @p block as a @p Class, const or not as it is; nothing if it is another.
-template <class Class, class Cast, class Block, class Visit>
-void visitAs(Block& block, Visit visit)
+template <class Class, class Cast, class Block, class Visit> void visitAs(Block& block, Visit visit)
 {
     using Target = std::conditional_t<std::is_const_v<Block>, const Class, Class>;
     if (auto* typed = Cast::template to<Target>(block))
@@ -87,7 +105,8 @@ void visitOwn(Archive& ar, Block& block)
     case step_type::Statement:
         return visitAs<StatementProcessBlock, Cast>(block, [&](auto& b) { visitStatement(ar, b); });
     case step_type::Expression:
-        return visitAs<ExpressionProcessBlock, Cast>(block, [&](auto& b) { visitExpression(ar, b); });
+        return visitAs<ExpressionProcessBlock, Cast>(block,
+                                                     [&](auto& b) { visitExpression(ar, b); });
     case step_type::PopupWindow:
         return visitAs<PopupWindowProcessBlock, Cast>(block, [&](auto& b) { visitPopup(ar, b); });
     case step_type::Delay:

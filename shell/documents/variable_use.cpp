@@ -26,13 +26,9 @@ bool isWordPart(QChar character)
 }
 
 /// An archive that collects the words of all code.
-class WordsOfCode
+class WordsOfCode : public block_fields::Search<WordsOfCode>
 {
 public:
-    static constexpr bool Reads = false;
-
-    template <class Value> void field(const char*, const Value&) {}
-    template <class Value, class Standard> void field(const char*, const Value&, const Standard&) {}
     void code(const char*, const std::string& text)
     {
         if (text.empty())
@@ -46,16 +42,6 @@ public:
                 words.insert(characters.mid(begin, end - begin));
             begin = end + 1;
         }
-    }
-    template <class Record, class Visit> void record(const char*, const Record& value, Visit visit)
-    {
-        visit(*this, value);
-    }
-    template <class Elements, class Visit>
-    void list(const char*, const Elements& values, Visit visit)
-    {
-        for (const auto& value : values)
-            visit(*this, value);
     }
 
     QSet<QString> words;

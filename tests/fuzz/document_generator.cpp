@@ -1,7 +1,7 @@
-#include "model/fields/block_fields.h"
 #include "tests/fuzz/document_generator.h"
 
 #include "base/json_scan.h"
+#include "model/fields/block_fields.h"
 #include "standalone/model_service/documents/AppletModel.h"
 #include "standalone/model_service/documents/applet_json.h"
 #include "standalone/model_service/documents/block_factory.h"

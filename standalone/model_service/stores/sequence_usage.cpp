@@ -13,26 +13,13 @@ namespace {
 constexpr int JumpToSequence = 2;
 
 /// An archive that collects the identifiers in every text of a block.
-class WordCollector
+class WordCollector : public block_fields::Search<WordCollector>
 {
 public:
-    static constexpr bool Reads = false;
-
-    void field(const char*, const std::string& value, const char* = "") { addWords(value); }
-    template <class Value> void field(const char*, const Value&, const Value&) {}
+    using Search::field;
+    void field(const char*, const std::string& value) { addWords(value); }
+    void field(const char*, const std::string& value, const char*) { addWords(value); }
     void code(const char*, const std::string& text) { addWords(text); }
-
-    template <class Record, class Visit> void record(const char*, const Record& value, Visit visit)
-    {
-        visit(*this, value);
-    }
-
-    template <class Elements, class Visit>
-    void list(const char*, const Elements& values, Visit visit)
-    {
-        for (const auto& value : values)
-            visit(*this, value);
-    }
 
     std::unordered_set<std::string> words;
 
