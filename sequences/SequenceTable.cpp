@@ -2,6 +2,7 @@
 
 #include "base/row_runs.h"
 #include "model/SequenceInfo.h"
+#include "model/mime_types.h"
 #include "model/services/widget_bases.h"
 #include "sequences/sameNameScanDelegate.h"
 
@@ -190,13 +191,10 @@ QMimeData* SequenceTable::mimeData(const QList<QTableWidgetItem*> items) const
         }
     }
     auto* data = new QMimeData;
-    // Without one of these two, Qt's views refuse every drag.
-    data->setData(QStringLiteral("application/x-qstandarditemmodeldatalist"), {});
-    data->setData(QStringLiteral("application/x-qabstractitemmodeldatalist"), {});
-    data->setData(QStringLiteral("application/sequence_drag"), {});
-    data->setData(QStringLiteral("application/sequence_id"),
-                  sequenceIdsAt(rows).join(QLatin1Char(';')).toUtf8());
-    data->setData(QStringLiteral("application/capp_name"), m_appName.toUtf8());
+    mime_types::markAsItems(*data);
+    data->setData(mime_types::SequenceDrag, {});
+    data->setData(mime_types::SequenceId, sequenceIdsAt(rows).join(QLatin1Char(';')).toUtf8());
+    data->setData(mime_types::AppletName, m_appName.toUtf8());
     return data;
 }
 

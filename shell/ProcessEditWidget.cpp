@@ -17,6 +17,7 @@
 #include "logic/run/RunInbox.h"
 #include "model/dialogs/EmptyHint.h"
 #include "model/dialogs/user_dialogs.h"
+#include "model/mime_types.h"
 #include "model/services/applet_runtime.h"
 #include "model/services/host.h"
 #include "model/services/processedit.h"
@@ -325,7 +326,7 @@ bool ProcessEditWidget::eventFilter(QObject* watched, QEvent* event)
         // A sequence on its way to the templates.
         if (watched == m->ui.tabWidget->tabBar() &&
             m->ui.tabWidget->currentIndex() == m->PaletteTab &&
-            drag->mimeData()->hasFormat(QStringLiteral("application/sequence_drag")))
+            drag->mimeData()->hasFormat(mime_types::SequenceDrag))
             m->ui.tabWidget->setCurrentIndex(m->TemplateTab);
         break;
     }

@@ -1,20 +1,12 @@
 #include "variables/varStandModel.h"
 
+#include "model/mime_types.h"
 #include "variables/drop_rules.h"
 #include "variables/variable_rows.h"
 
 #include <QMimeData>
 
 #include <utility>
-
-namespace {
-
-QString uuidFormat()
-{
-    return QStringLiteral("application/uuidVec");
-}
-
-} // namespace
 
 varStandModel::varStandModel(QObject* parent) : QStandardItemModel(parent) {}
 
@@ -29,17 +21,15 @@ QMimeData* varStandModel::mimeData(const QModelIndexList& indexes) const
         m_dragged.append(index);
     }
     auto* data = new QMimeData;
-    // Without one of these two, Qt's views refuse every drag.
-    data->setData(QStringLiteral("application/x-qstandarditemmodeldatalist"), {});
-    data->setData(QStringLiteral("application/x-qabstractitemmodeldatalist"), {});
-    data->setData(uuidFormat(), uuids.join(QLatin1Char(',')).toUtf8());
+    mime_types::markAsItems(*data);
+    data->setData(mime_types::VariableUuids, uuids.join(QLatin1Char(',')).toUtf8());
     return data;
 }
 
 bool varStandModel::canDropMimeData(const QMimeData* data, Qt::DropAction action, int, int,
                                     const QModelIndex& parent) const
 {
-    return data && action == Qt::MoveAction && !data->data(uuidFormat()).isEmpty() &&
+    return data && action == Qt::MoveAction && !data->data(mime_types::VariableUuids).isEmpty() &&
            !variable_rows::isVariable(parent);
 }
 
@@ -61,7 +51,7 @@ bool varStandModel::dropMimeData(const QMimeData* data, Qt::DropAction action, i
         if (each.isValid() && each.parent() == group)
             draggedRows.append(each.row());
     }
-    const QString uuids = QString::fromUtf8(data->data(uuidFormat()));
+    const QString uuids = QString::fromUtf8(data->data(mime_types::VariableUuids));
     emit dropEnd(group, drop_rules::rowWithout(draggedRows, target.row),
                  uuids.split(QLatin1Char(',')), target.row);
     return false;

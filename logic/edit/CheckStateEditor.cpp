@@ -68,6 +68,15 @@ void CheckStateEditor::updateUpward(const QStandardItem* row)
     check_states::updateUpward(*this, row);
 }
 
+void CheckStateEditor::followSteps(QStandardItem* flowRow)
+{
+    // An empty one may be switched off.
+    if (!flowRow->hasChildren() && flowRow->checkState() == Qt::Unchecked)
+        return;
+    const QSignalBlocker blocker(flowRow->model());
+    check_states::followChildren(*this, flowRow);
+}
+
 void CheckStateEditor::switchOff(const QVector<QStandardItem*>& rows)
 {
     // All at first: a row that is still on would bring its new parent back.

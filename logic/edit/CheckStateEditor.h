@@ -38,6 +38,9 @@ public:
     /// that has gone.
     void updateUpward(const QStandardItem* row);
 
+    /// Brings a flow's box alone to what its steps say.
+    void followSteps(QStandardItem* flowRow);
+
     /// Switches steps off that have come under a disabled parent, with what goes with them.
     void switchOff(const QVector<QStandardItem*>& rows);
 

@@ -22,27 +22,6 @@ using step_rows::uuidOf;
 using structure_rules::Place;
 using structure_rules::Refusal;
 
-namespace {
-
-QString reasonOf(Refusal refusal)
-{
-    switch (refusal) {
-    case Refusal::BranchWithoutIf:
-        return StepEditor::tr("else和else if只能接在if或else if之后");
-    case Refusal::BranchOutOfOrder:
-        return StepEditor::tr("else只能放在endif之前");
-    case Refusal::LoopExitOutside:
-        return StepEditor::tr("break和continue只能放在循环内");
-    case Refusal::LoopExitAtEdge:
-        return StepEditor::tr("break和continue只能放在两个基本步骤之间");
-    case Refusal::None:
-        break;
-    }
-    return QString();
-}
-
-} // namespace
-
 StepEditor::StepEditor(QTreeView& tree, CheckStateEditor& checkStates, UdsStepEditor& udsSteps)
     : m_tree(tree), m_checkStates(checkStates), m_udsSteps(udsSteps)
 {
@@ -121,9 +100,13 @@ bool StepEditor::mayAdd(const NewStep& step)
     if (step.way == Way::Chosen) {
         const Refusal refusal = structure_rules::check(target, {step.baseType, step.stepType});
         if (refusal != Refusal::None) {
-            emit refused(reasonOf(refusal));
+            emit refused(structure_rules::reasonOf(refusal));
             return false;
         }
+    }
+    if (!step.quickStepId.isEmpty() && !processedit::getQuickStepInfo(step.quickStepId)) {
+        emit refused(tr("该快捷步骤已不存在"));
+        return false;
     }
     if (!step_rows::isFlow(target) && !processedit::getProcess(m_appName, uuidOf(target)))
         return false;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "logic/edit/UdsStepEditor.h"
-#include "logic/edit/structure_rules.h"
+#include "logic/rows/structure_rules.h"
 #include "model/step_kinds.h"
 
 #include <QModelIndexList>
@@ -59,7 +59,7 @@ public:
     /// Takes the rows of all flows off the tree; the blocks are the caller's matter.
     void clearRows();
     /// Tells the model service the places of rows that have been moved in the tree, in order. A
-    /// step that has come under a disabled one is disabled.
+    /// step that has come under a disabled one is disabled; other steps keep their states.
     void writeMovedRows(const QModelIndexList& rows);
     /// Keeps the selected steps as quick steps, but for kinds that the palette hides.
     void addQuickSteps();

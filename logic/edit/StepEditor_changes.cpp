@@ -179,6 +179,9 @@ void StepEditor::writeMovedRows(const QModelIndexList& rows)
             m_tree.expand(row->index());
     }
     makeCurrent(moved.first()->index());
+    m_tree.scrollTo(moved.first()->index());
     m_checkStates.switchOff(comeUnderDisabled);
+    for (int flow = InitialFlow; flow <= EndFlow; ++flow)
+        m_checkStates.followSteps(model->rowOf(QString::number(flow)));
     m_tree.viewport()->update();
 }

@@ -83,10 +83,15 @@ void propagateFlow(CheckTree& tree, QStandardItem* flowRow)
     handDown(tree, flowRow);
 }
 
+void followChildren(CheckTree& tree, QStandardItem* row)
+{
+    tree.setState(row, stateOfChildren(tree, *row));
+}
+
 void updateUpward(CheckTree& tree, const QStandardItem* row)
 {
     for (QStandardItem* parent = row->parent(); parent; parent = parent->parent()) {
-        tree.setState(parent, stateOfChildren(tree, *parent));
+        followChildren(tree, parent);
         syncPair(tree, *parent);
     }
 }

@@ -23,6 +23,9 @@ void propagate(CheckTree& tree, QStandardItem* row);
 /// Gives all rows of a flow the state of the flow's box; nothing happens if that is partly checked.
 void propagateFlow(CheckTree& tree, QStandardItem* flowRow);
 
+/// Brings a row alone to what its children say.
+void followChildren(CheckTree& tree, QStandardItem* row);
+
 /// Brings the rows above @p row to what their children say. To be called also when a row has gone,
 /// for one that is left beside it.
 void updateUpward(CheckTree& tree, const QStandardItem* row);

@@ -21,7 +21,7 @@ void logicTreeViewStyle::drawPrimitive(PrimitiveElement element, const QStyleOpt
         QApplication::style()->drawPrimitive(element, option, painter, widget);
         return;
     }
-    if (option->rect.isNull())
+    if (option->rect.isNull() || m_refused)
         return;
     const int width = widget ? widget->width() : option->rect.right();
     const int top = option->rect.top();

@@ -1,11 +1,15 @@
 #include "logic/palette/StepTree.h"
 
+#include "logic/palette/palette_choice.h"
 #include "logic/rows/logic_roles.h"
+#include "logic/rows/step_mime.h"
 #include "logic/rows/step_rows.h"
 #include "model/IProcessBlock.h"
 #include "model/applet_name.h"
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
+
+#include <QMimeData>
 
 using namespace sdk_ui_interface;
 
@@ -19,7 +23,21 @@ bool isQuickStepFolder(const QTreeWidgetItem* item)
 
 } // namespace
 
-StepTree::StepTree(QWidget* parent) : QTreeWidget(parent) {}
+StepTree::StepTree(QWidget* parent) : QTreeWidget(parent)
+{
+    setDragDropMode(QAbstractItemView::DragOnly);
+}
+
+QMimeData* StepTree::mimeData(const QList<QTreeWidgetItem*> items) const
+{
+    if (items.isEmpty())
+        return nullptr;
+    const QTreeWidgetItem* item = items.first();
+    const auto number = [item](int role) { return item->data(0, role).toInt(); };
+    return step_mime::ofKind(item->text(0), number(logic_roles::BaseType),
+                             number(logic_roles::StepType), palette_choice::quickStepId(item))
+        .release();
+}
 
 QTreeWidgetItem* StepTree::createStepItem(const BaseStepProperty& property, QTreeWidgetItem* parent,
                                           bool insert)

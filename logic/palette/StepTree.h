@@ -39,6 +39,10 @@ public:
 public slots:
     void onUpdateQuickStep(QStringList quickStepIdList, bool isRemove);
 
+protected:
+    /// Of the first item: the kind or the quick step that it stands for.
+    QMimeData* mimeData(const QList<QTreeWidgetItem*> items) const override;
+
 private:
     void addQuickStep(const std::shared_ptr<IProcessBlock>& block, QTreeWidgetItem* folder);
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "logic/rows/step_drops.h"
 #include "model/step_kinds.h"
 
 #include <QModelIndex>
@@ -7,6 +8,9 @@
 #include <QStandardItemModel>
 
 class RowIndex;
+namespace step_mime {
+struct Step;
+}
 
 /// The rows of one sequence on the edit tab. Holds no truth of its own: each step row is the view
 /// of the block whose uuid it bears. GUI thread only.
@@ -25,6 +29,19 @@ public:
     /// Description and settings of a step are those of its block at the moment.
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
+    /// What a drag of the first row among @p indexes carries.
+    QMimeData* mimeData(const QModelIndexList& indexes) const override;
+    /// A new step may be dropped as the rules of the structure have it; of rows only those of this
+    /// model itself, whatever a drag says of itself.
+    bool canDropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                         const QModelIndex& parent) const override;
+    /// Moves rows and tells it by dropEnd, or has a new step added. False for a drop that may not
+    /// be, with all as it was, and for a new step that is dropped on a row.
+    bool dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                      const QModelIndex& parent) override;
+    /// Why such a drop may not be; empty if it may.
+    QString dropRefusal(const QMimeData* data, int row, const QModelIndex& parent) const;
+
     /// To be called when a block has other texts than before; @p row is its cell of column 0.
     void tellTextsChanged(const QStandardItem* row);
 
@@ -45,6 +62,10 @@ signals:
 
 private:
     const QStandardItem* nameItem(const QModelIndex& index) const;
+    structure_rules::Refusal check(const step_mime::Step& step, step_drops::Drop& drop) const;
+    step_drops::Drop dropAt(int row, const QModelIndex& parent) const;
+    bool addDropped(const step_mime::Step& step, const step_drops::Drop& drop);
+    void moveRows(const step_drops::Drop& drop);
 
     QString m_appName;
     QString m_sequenceId;

@@ -1,17 +1,21 @@
 // A long walk of random edits on one view: after each of them the rows are what the model service
 // holds, and every structure is whole. EDIT_WALK_STEPS sets the length, EDIT_WALK_SEED the way.
 
-#include "logic/edit/structure_rules.h"
 #include "logic/rows/RowIndex.h"
 #include "logic/rows/row_kinds.h"
+#include "logic/rows/step_mime.h"
 #include "logic/rows/step_rows.h"
+#include "logic/rows/structure_rules.h"
 #include "tests/logic/EditFixture.h"
 #include "tests/support/test_program.h"
 
 #include <QCoreApplication>
 #include <QMap>
+#include <QMimeData>
 #include <QRandomGenerator>
 #include <QTest>
+
+#include <algorithm>
 
 using namespace sdk_ui_interface;
 using row_kinds::basicStepType;
@@ -64,7 +68,7 @@ public:
         else if (choice < 78)
             refresh();
         else if (choice < 98)
-            moveOne();
+            dropSomewhere();
         else
             rareEdit(m_random.bounded(10));
     }
@@ -84,6 +88,9 @@ public:
             const QString wrong = faultUnder(row(QString::number(flow)), blocks);
             if (!wrong.isEmpty())
                 return wrong;
+            const auto box = row(QString::number(flow))->checkState();
+            if (box != stateOf(blocks) && !(blocks.empty() && box == Qt::Unchecked))
+                return QStringLiteral("the box of flow %1 is not that of its steps").arg(flow);
         }
         const int known = model()->rows().items().size();
         if (known != m_counted + 3 || known != tableRows())
@@ -99,6 +106,15 @@ public:
 
 private:
     using Blocks = std::vector<std::shared_ptr<IProcessBlock>>;
+
+    static Qt::CheckState stateOf(const Blocks& blocks)
+    {
+        const auto isOff = [](const auto& block) { return block->enableState == Qt::Unchecked; };
+        const auto off = std::count_if(blocks.begin(), blocks.end(), isOff);
+        if (off == 0)
+            return Qt::Checked;
+        return off == int(blocks.size()) ? Qt::Unchecked : Qt::PartiallyChecked;
+    }
 
     QString faultUnder(const QStandardItem* parent, const Blocks& blocks)
     {
@@ -143,7 +159,10 @@ private:
         }
         if (step_kinds::isCloser(type))
             return structure_rules::partner(row) != nullptr;
-        return !step_kinds::isBranch(type) || step(-1);
+        if (!step_kinds::isBranch(type))
+            return true;
+        const int before = step(-1) ? basicStepType(*step(-1)) : int(step_type::None);
+        return before == step_type::If || before == step_type::ElseIf;
     }
 
     QStandardItem* anyRow(bool withFlows)
@@ -218,44 +237,31 @@ private:
         }
     }
 
-    void moveOne()
+    /// Drops a row, a kind of the palette or a quick step anywhere; many places refuse it.
+    void dropSomewhere()
     {
-        const QStandardItem* row = anyRow(false);
-        const int type = row ? basicStepType(*row) : int(step_type::None);
-        if (!row || step_kinds::isCloser(type) || step_kinds::isBranch(type))
-            return;
-        const auto range = structure_rules::rowsOfStep(row);
-        const QStandardItem* target = anyRow(true);
-        if (!step_rows::takesChildren(applet.appName, target) ||
-            isWithin(target, row->parent(), range))
-            return;
-        const int count = range.last - range.first + 1;
-        const bool isSameParent = target == row->parent();
-        const int left = target->rowCount() - (isSameParent ? count : 0);
-        const auto after = [&](int at) { // the row at a place when the moved ones are gone
-            return target->child(isSameParent && at >= range.first ? at + count : at);
-        };
-        int at = m_random.bounded(left + 1);
-        while (at > 0 && at < left && isInsideAStructure(after(at - 1)))
-            ++at;
-        note(
-            QStringLiteral("move %1 rows to %2 of %3, from").arg(count).arg(at).arg(target->text()),
-            row);
-        moveRows(uuidOf(row), count, uuidOf(target), at);
-    }
-    static bool isInsideAStructure(const QStandardItem* above)
-    {
-        const int type = basicStepType(*above);
-        return step_kinds::isOpener(type) || step_kinds::isBranch(type);
-    }
-    static bool isWithin(const QStandardItem* row, const QStandardItem* parent,
-                         structure_rules::Rows range)
-    {
-        for (; row; row = row->parent()) {
-            if (row->parent() == parent && row->row() >= range.first && row->row() <= range.last)
-                return true;
-        }
-        return false;
+        static const int kinds[] = {step_type::Delay, step_type::If,    step_type::Else,
+                                    step_type::For,   step_type::Break, step_type::ElseIf};
+        const int what = m_random.bounded(8);
+        const QStandardItem* dragged = what < 5 ? anyRow(false) : nullptr;
+        std::unique_ptr<QMimeData> data;
+        if (dragged)
+            data = step_mime::ofRow(*dragged);
+        else if (what < 7)
+            data = step_mime::ofKind(QString(), BasicStep, kinds[m_random.bounded(6)], QString());
+        else
+            data = step_mime::ofKind(QString(), BasicStep, step_type::For, m_quickStep);
+        const QStandardItem* target = m_random.bounded(20) == 0 ? nullptr : anyRow(true);
+        const int row = m_random.bounded(-1, (target ? target->rowCount() : 3) + 1);
+        const QModelIndex parent = target ? target->index() : QModelIndex();
+        note(QStringLiteral("%1 to %2 of %3, from")
+                 .arg(dragged ? text("move") : text("drop"))
+                 .arg(row)
+                 .arg(target ? target->text() : text("nothing")),
+             dragged);
+        // A view offers only rows that hold others.
+        if (model()->flags(parent) & Qt::ItemIsDropEnabled)
+            model()->dropMimeData(data.get(), Qt::MoveAction, row, 0, parent);
     }
 
     void rareEdit(int choice)
@@ -314,8 +320,10 @@ void EditRandomWalkTest::walk()
                     .arg(test_support::printTree(*walk.model()).join(QLatin1Char('\n')))));
     }
     // A walk that went nowhere has shown nothing.
-    for (const char* act : {"add", "remove", "toggle", "move"})
-        QVERIFY2(walk.changes.value(QLatin1String(act)) > steps / 50, act);
+    for (const char* act : {"add", "remove", "toggle", "move", "drop"})
+        QVERIFY2(walk.changes.value(QLatin1String(act)) > steps / 60, act);
+    // What falls beside all rows comes at the end of the main flow, where no else can be.
+    walk.boxes.removeAll(text("警告:添加失败"));
     QCOMPARE(walk.boxes, QStringList());
 }
 

@@ -2,7 +2,7 @@
 // a tree with one act on the row marked "<-": lines with "+" come by it, lines with "-" go. A case
 // without either names the refusal.
 
-#include "logic/edit/structure_rules.h"
+#include "logic/rows/structure_rules.h"
 
 #include "logic/rows/logic_roles.h"
 #include "tests/logic/step_names.h"

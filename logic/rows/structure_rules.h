@@ -6,6 +6,7 @@
 #include <optional>
 
 class QStandardItem;
+class QString;
 
 /// What the tree of a flow may look like: which steps may be added where, where they go, and which
 /// rows belong together.
@@ -16,14 +17,22 @@ class QStandardItem;
 /// parent. No state; of a tree on screen GUI thread only.
 namespace structure_rules {
 
-/// Why a step may not be added at an anchor.
+/// Why a step may not be added or moved somewhere.
 enum class Refusal {
     None,
-    BranchWithoutIf,  ///< else, else if: the anchor is neither if nor else if
+    BranchWithoutIf,  ///< else, else if: what is before is neither if nor else if
     BranchOutOfOrder, ///< else not directly before endif; else if not before a row of its if
-    LoopExitOutside,  ///< break, continue: no loop holds the anchor
-    LoopExitAtEdge    ///< break, continue: the anchor or the row behind it is no basic step
+    LoopExitOutside,  ///< break, continue: in no loop
+    LoopExitAtEdge,   ///< break, continue: what is before or behind is no basic step
+    IntoItself,       ///< rows would come to stand among themselves
+    NoContainer,      ///< the row can't hold steps
+    CloserAlone,      ///< endif and its like come and go with their openers
+    ForeignStep,      ///< a row that isn't one of this tree
+    NoStep            ///< no step at all
 };
+
+/// What its user is told; empty for None.
+QString reasonOf(Refusal refusal);
 
 /// Where rows go: before the row @c row of @c parent, or behind its last one.
 struct Place
@@ -48,6 +57,11 @@ struct StepKind
 
 /// Whether steps can be put under a row: always for a flow's, for a step by its kind.
 using TakesChildren = std::function<bool(const QStandardItem* row)>;
+
+/// Else and else if.
+bool isBranch(StepKind kind);
+/// Whether a row or one above it opens a loop.
+bool isInLoop(const QStandardItem* row);
 
 /// Whether a step of kind @p added may be added at the row @p anchor. Only else, else if, break and
 /// continue are ever refused.

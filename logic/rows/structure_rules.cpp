@@ -1,7 +1,8 @@
-#include "logic/edit/structure_rules.h"
+#include "logic/rows/structure_rules.h"
 
 #include "logic/rows/row_kinds.h"
 
+#include <QCoreApplication>
 #include <QStandardItem>
 
 #include <algorithm>
@@ -11,24 +12,10 @@ namespace {
 
 using row_kinds::basicStepType;
 
-bool isBranch(StepKind kind)
-{
-    return kind.baseType == BasicStep && step_kinds::isBranch(kind.stepType);
-}
-
 bool isLoopExit(StepKind kind)
 {
     return kind.baseType == BasicStep &&
            (kind.stepType == step_type::Break || kind.stepType == step_type::Continue);
-}
-
-bool isInLoop(const QStandardItem* row)
-{
-    for (; row; row = row->parent()) {
-        if (step_kinds::isLoop(basicStepType(*row)))
-            return true;
-    }
-    return false;
 }
 
 /// Null outside the children.
@@ -55,6 +42,50 @@ Place lastOf(QStandardItem* parent)
 }
 
 } // namespace
+
+QString reasonOf(Refusal refusal)
+{
+    const auto text = [](const char* reason) {
+        return QCoreApplication::translate("structure_rules", reason);
+    };
+    switch (refusal) {
+    case Refusal::BranchWithoutIf:
+        return text("else和else if只能接在if或else if之后");
+    case Refusal::BranchOutOfOrder:
+        return text("else只能放在endif之前，else if不能放在else之后");
+    case Refusal::LoopExitOutside:
+        return text("break和continue只能放在循环内");
+    case Refusal::LoopExitAtEdge:
+        return text("break和continue只能放在两个基本步骤之间");
+    case Refusal::IntoItself:
+        return text("不能移入自身");
+    case Refusal::NoContainer:
+        return text("此步骤不能包含其他步骤");
+    case Refusal::CloserAlone:
+        return text("结束行不能单独添加或移动");
+    case Refusal::ForeignStep:
+        return text("该步骤不属于当前序列");
+    case Refusal::NoStep:
+        return text("这里只能放置步骤");
+    case Refusal::None:
+        break;
+    }
+    return QString();
+}
+
+bool isBranch(StepKind kind)
+{
+    return kind.baseType == BasicStep && step_kinds::isBranch(kind.stepType);
+}
+
+bool isInLoop(const QStandardItem* row)
+{
+    for (; row; row = row->parent()) {
+        if (step_kinds::isLoop(basicStepType(*row)))
+            return true;
+    }
+    return false;
+}
 
 Refusal check(const QStandardItem* anchor, StepKind added)
 {
