@@ -103,8 +103,7 @@ bool StepEditor::mayAdd(const NewStep& step)
             emit refused(structure_rules::reasonOf(refusal));
             return false;
         }
-    }
-    if (!step.quickStepId.isEmpty() && !processedit::getQuickStepInfo(step.quickStepId)) {
+    } else if (!step.quickStepId.isEmpty() && !processedit::getQuickStepInfo(step.quickStepId)) {
         emit refused(tr("该快捷步骤已不存在"));
         return false;
     }
