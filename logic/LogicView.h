@@ -4,7 +4,7 @@
 #include "model/step_kinds.h"
 
 #include <QList>
-#include <QModelIndex>
+#include <QPersistentModelIndex>
 #include <QSet>
 #include <QStringList>
 #include <QWidget>
@@ -19,6 +19,9 @@ class RunInbox;
 struct DocumentChange;
 struct LogicViewParts;
 struct processTemplateInfo;
+namespace step_menu {
+enum class Action;
+}
 
 /// The middle of the editor: a sequence as a tree of steps on the edit tab, and its run on the run
 /// tab. The model service holds the truth; rows are looked up by the uuids of their blocks.
@@ -155,6 +158,7 @@ public slots:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void setUpEditTab();
@@ -162,6 +166,8 @@ private:
     void setUpRunTab();
     void nameRunSequence();
     CustonStandModel* currentModel() const;
+    void onMenuAction(step_menu::Action action, const QList<QPersistentModelIndex>& rows);
+    void switchRows(const QList<QPersistentModelIndex>& rows, Qt::CheckState state);
     void showRefusal(const QString& reason);
 
     std::unique_ptr<LogicViewParts> m;

@@ -34,6 +34,15 @@ bool CheckStateEditor::takeBox(QStandardItem* row)
     return true;
 }
 
+bool CheckStateEditor::setBox(QStandardItem* row, Qt::CheckState state)
+{
+    {
+        const QSignalBlocker blocker(row->model());
+        row->setCheckState(state);
+    }
+    return takeBox(row);
+}
+
 bool CheckStateEditor::takeFlowBox(QStandardItem* flowRow)
 {
     const Qt::CheckState state = flowRow->checkState();

@@ -23,6 +23,9 @@ public:
     /// state already, and for a flow's box that is partly checked: nothing has changed then.
     bool takeBox(QStandardItem* row);
 
+    /// The same for a box that is set here, untold by the model.
+    bool setBox(QStandardItem* row, Qt::CheckState state);
+
     /// The rows whose boxes have followed in the last operation, in no order. The model has not
     /// told the views of them.
     const QVector<QStandardItem*>& followers() const { return m_followers; }

@@ -6,6 +6,8 @@
 #include "logic/rows/step_rows.h"
 #include "logic/rows/uds_steps.h"
 #include "model/blocks/UdsProcessBlock.h"
+#include "model/services/host.h"
+#include "model/services/log.h"
 #include "model/services/processedit.h"
 
 #include <QTreeView>
@@ -21,6 +23,26 @@ template <class Tell> void forDiagnosticRows(const QStandardItem* row, int level
         tell(uuidOf(row));
     for (int i = 0; levels > 0 && i < row->rowCount(); ++i)
         forDiagnosticRows(row->child(i), levels - 1, tell);
+}
+
+/// Asks the diagnosis service to change the blocks of these uuids. False if nobody answered.
+bool requestEcus(const QStringList& uuids)
+{
+    constexpr quint32 topic = 0x27C;
+    constexpr quint32 oneBuffer = 1;
+    IMessageStation* station = getMessageStation();
+    const QByteArray text = uuids.join(QLatin1Char(';')).toUtf8();
+    const quint32 handle = station->allocateBuffer(text.size());
+    QByteArray* buffer = station->buffer(handle);
+    if (!buffer)
+        return false;
+    *buffer = text;
+    IMessageStation::Request request;
+    request.topic = QStringLiteral("uds.setEcus");
+    request.words = {topic, oneBuffer, handle, quint32(text.size())};
+    const bool isAnswered = !station->sendRequest(request).isEmpty();
+    station->freeBuffer(handle);
+    return isAnswered;
 }
 
 } // namespace
@@ -51,11 +73,16 @@ void UdsStepEditor::write(const QString& blockUuid, const Setup& setup)
         std::dynamic_pointer_cast<UdsProcessBlock>(processedit::getProcess(m_appName, blockUuid));
     if (!block)
         return;
+    write(block, setup);
+    emit runtimeStale();
+}
+
+void UdsStepEditor::write(const std::shared_ptr<UdsProcessBlock>& block, const Setup& setup)
+{
     DocumentEdits::instance().updateProcess(m_appName, sequenceId(), block, [&] {
         block->property = setup.kind;
         uds_steps::takeOver(*block, setup.info);
     });
-    emit runtimeStale();
 }
 
 bool UdsStepEditor::edit(const QModelIndex& row)
@@ -82,6 +109,33 @@ bool UdsStepEditor::edit(const QModelIndex& row)
     emit added(uuid);
     emit rowChosen(item->index());
     return true;
+}
+
+void UdsStepEditor::setEcus(const QList<QPersistentModelIndex>& rows)
+{
+    std::vector<std::shared_ptr<UdsProcessBlock>> blocks;
+    QStringList uuids;
+    for (const QModelIndex& row : rows) {
+        if (row.data(logic_roles::BaseType).toInt() != DiagnosticStep)
+            continue;
+        uuids.append(row.data(logic_roles::BlockUuid).toString());
+        blocks.push_back(std::dynamic_pointer_cast<UdsProcessBlock>(
+            processedit::getProcess(m_appName, uuids.last())));
+        if (!blocks.back())
+            return;
+    }
+    if (blocks.empty())
+        return;
+    if (!requestEcus(uuids)) {
+        sdk_ui_interface::log::log_error(
+            QStringLiteral("[流程编辑] 诊断服务不可用, 未设置ecu: %1").arg(m_appName));
+        emit refused(tr("诊断服务不可用"));
+        return;
+    }
+    const DocumentEdits::Act act;
+    for (const auto& block : blocks)
+        write(block, {block->property, uds_steps::infoOf(*block)});
+    emit runtimeStale();
 }
 
 bool UdsStepEditor::open(const QString& id, int stepType, UDSProcessInfo& info)

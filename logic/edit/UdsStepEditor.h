@@ -4,14 +4,15 @@
 #include "model/BaseStepProperty.h"
 #include "model/uds_records.h"
 
-#include <QModelIndex>
 #include <QObject>
+#include <QPersistentModelIndex>
 
 #include <limits>
 #include <optional>
 
 class QStandardItem;
 class QTreeView;
+class UdsProcessBlock;
 
 /// Diagnostic steps, which are set up in a dialog and whose coming and going is told. GUI thread
 /// only.
@@ -41,6 +42,10 @@ public:
     /// Opens the dialog of a step; false if @p row is none or the dialog lacks its kind.
     bool edit(const QModelIndex& row);
 
+    /// Has the diagnosis service choose the ECUs of the diagnostic steps among rows, and takes over
+    /// what it made of them. A step that is missing ends it.
+    void setEcus(const QList<QPersistentModelIndex>& rows);
+
     /// Tell of the diagnostic steps among a row and so many levels under it.
     void tellAdded(const QStandardItem* row);
     void tellRemoved(const QStandardItem* row, int levels = AllLevels);
@@ -52,10 +57,11 @@ signals:
     void runtimeStale();
     /// The step that was edited is to be shown.
     void rowChosen(QModelIndex row);
-    /// There is no dialog.
+    /// There is no dialog, or no service.
     void refused(QString reason);
 
 private:
+    void write(const std::shared_ptr<UdsProcessBlock>& block, const Setup& setup);
     bool open(const QString& id, int stepType, UDSProcessInfo& info);
     QString sequenceId() const; ///< in the tree; empty without one
 
