@@ -1,8 +1,8 @@
 #include "panels/ConditionPanel.h"
 
+#include "panels/DelayedWrite.h"
 #include "panels/wgtCondition.h"
 
-#include <QTimer>
 #include <QVBoxLayout>
 
 ConditionPanel::ConditionPanel(QWidget* parent) : IBlockControl(parent), m_editor(new wgtCondition)

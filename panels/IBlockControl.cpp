@@ -1,15 +1,12 @@
 #include "panels/IBlockControl.h"
 
-#include "edits/DocumentEdits.h"
 #include "model/IProcessBlock.h"
+#include "panels/DelayedWrite.h"
 
 #include <QLineEdit>
-#include <QTimer>
 
-IBlockControl::IBlockControl(QWidget* parent) : QWidget(parent), m_timer(new QTimer(this))
+IBlockControl::IBlockControl(QWidget* parent) : QWidget(parent), m_timer(new DelayedWrite(this))
 {
-    m_timer->setSingleShot(true);
-    m_timer->setInterval(DebounceMs);
     connect(m_timer, &QTimer::timeout, this, &IBlockControl::onTimer);
 }
 
@@ -52,8 +49,7 @@ std::string IBlockControl::stepIdOf(const std::shared_ptr<IProcessBlock>& block)
 void IBlockControl::handBack(const std::shared_ptr<IProcessBlock>& block,
                              const std::function<void()>& write)
 {
-    const DocumentEdits::Act act;
-    DocumentEdits::instance().updateProcess(m_cappletName, m_sequenceId, block, write);
+    m_timer->handBack(m_cappletName, m_sequenceId, block, write);
     emit updateProcessData();
 }
 

@@ -9,9 +9,9 @@
 #include <memory>
 #include <string>
 
+class DelayedWrite;
 class IProcessBlock;
 class QLineEdit;
-class QTimer;
 
 /// Base of the step-specific panels. A panel shows one block at a time, writes every change into
 /// it, at once or a second after the last keystroke, and hands it back to the model service.
@@ -20,9 +20,6 @@ class IBlockControl : public QWidget
 {
     Q_OBJECT
 public:
-    /// From the last key to the write, in milliseconds.
-    static constexpr int DebounceMs = 1000;
-
     explicit IBlockControl(QWidget* parent = nullptr);
 
     /// The kind of block that this panel serves. Of base type 5 one panel serves every step type.
@@ -57,7 +54,7 @@ protected:
     /// model and is told of.
     void handBack(const std::shared_ptr<IProcessBlock>& block, const std::function<void()>& write);
 
-    QTimer* m_timer; ///< single-shot; a text control starts it anew with every keystroke
+    DelayedWrite* m_timer; ///< a text control starts it anew with every keystroke
     QString m_cappletName;
     QString m_sequenceId;
 };

@@ -3,6 +3,7 @@
 #include "model/blocks/PlainProcessBlock.h"
 #include "panels/IBlockControl.h"
 #include "panels/panel_registry.h"
+#include "panels/wheel_guard.h"
 
 #include <QLabel>
 #include <QStackedWidget>
@@ -45,6 +46,7 @@ wgtCommonControl::wgtCommonControl(const QVector<IBlockControl*>& panels, QWidge
         connect(panel, &IBlockControl::updateProcessData, this,
                 &wgtCommonControl::onUpdateProcessData);
     }
+    wheel_guard::install(*this);
     m_noPanelLabel->setText(tr("当前未选中步骤节点"));
     showNothingSelected();
 }

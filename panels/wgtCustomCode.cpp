@@ -4,13 +4,13 @@
 #include "model/blocks/StatementProcessBlock.h"
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/widget_bases.h"
+#include "panels/DelayedWrite.h"
 #include "panels/statement_texts.h"
 #include "panels/value_picker.h"
 #include "ui_wgtCustomCode.h"
 
 #include <QPointer>
 #include <QSignalBlocker>
-#include <QTimer>
 
 namespace {
 constexpr int IconSize = 20;

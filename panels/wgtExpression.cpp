@@ -1,11 +1,11 @@
 #include "panels/wgtExpression.h"
 
 #include "model/blocks/ExpressionProcessBlock.h"
+#include "panels/DelayedWrite.h"
 #include "panels/value_picker.h"
 #include "ui_wgtExpression.h"
 
 #include <QSignalBlocker>
-#include <QTimer>
 
 wgtExpression::wgtExpression(QWidget* parent)
     : IBlockControl(parent), ui(std::make_unique<Ui::wgtExpression>())

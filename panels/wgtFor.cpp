@@ -1,12 +1,12 @@
 #include "panels/wgtFor.h"
 
 #include "model/blocks/ForProcessBlock.h"
+#include "panels/DelayedWrite.h"
 #include "panels/loop_values.h"
 #include "ui_wgtFor.h"
 
 #include <QRegularExpressionValidator>
 #include <QSignalBlocker>
-#include <QTimer>
 
 wgtFor::wgtFor(QWidget* parent) : IBlockControl(parent), ui(std::make_unique<Ui::wgtFor>())
 {

@@ -1,8 +1,7 @@
 #include "panels/wgtIf.h"
 
 #include "model/blocks/ConditionProcessBlock.h"
-
-#include <QTimer>
+#include "panels/DelayedWrite.h"
 
 void wgtIf::loadBlock(std::shared_ptr<IProcessBlock> block)
 {
@@ -16,3 +15,4 @@ void wgtIf::onCondWgtUpdate()
 }
 
 #include "moc_wgtIf.cpp"
+#include "panels/DelayedWrite.h"

@@ -1,6 +1,7 @@
 // The stack of panels: which panel is asked for which step, what is said instead, and when a text
 // that waits is written.
 
+#include "panels/DelayedWrite.h"
 #include "panels/wgtGeneralSetting.h"
 #include "tests/panels/StepPanelFixture.h"
 #include "tests/support/rows.h"
@@ -87,8 +88,6 @@ private slots:
     void sequenceChangesAfterTheWrite();
     void diagnosticStepsHaveNothingWaiting();
     void pagesOfTheEditor();
-    void generalSettingsAreTyped();
-    void generalSettingsFollowAWrite();
 };
 
 void CommonControlTest::choosesThePanel()
@@ -207,50 +206,6 @@ void CommonControlTest::pagesOfTheEditor()
         kinds.insert({panel->baseType(), panel->stepType()});
     }
     QCOMPARE(kinds.size(), stack->count() - 1); // no two serve the same
-}
-
-void CommonControlTest::generalSettingsAreTyped()
-{
-    const auto block = node(BasicStep, step_type::Delay);
-    block->property.nameEditable = block->property.tagEnabled = true;
-    wgtGeneralSetting general;
-    general.show();
-    QSignalSpy written(&general, &wgtGeneralSetting::updateTreeProcessData);
-    general.loadGeneral(block);
-    int writes = 0;
-    for (const char* name : {"nameLineEdit", "tagCheckBox", "editTag", "textEdit"}) {
-        auto* field = general.findChild<QWidget*>(QLatin1String(name));
-        QTest::keyClicks(field, QStringLiteral(" x"));
-        general.flushPending();
-        QCOMPARE(written.count(), ++writes);
-    }
-    QCOMPARE(QString::fromStdString(block->name + "|" + block->tag + "|" + block->remark),
-             QStringLiteral(" x|x| x"));
-}
-
-void CommonControlTest::generalSettingsFollowAWrite()
-{
-    const rows::Table<std::shared_ptr<IProcessBlock>, QString> table{
-        {"basic step", node(BasicStep, step_type::Delay), text("old")},
-        {"diagnostic step", node(DiagnosticStep, 4711), text("new")}};
-    for (const auto& [row, block, remark] : table) {
-        const rows::Named named(row);
-        wgtGeneralSetting general;
-        QSignalSpy written(&general, &wgtGeneralSetting::updateTreeProcessData);
-        block->remark = "old";
-        general.loadGeneral(block);
-        auto* preview = general.findChild<QLineEdit*>(QStringLiteral("editPreview"));
-        preview->clear();
-        block->remark = "new";
-        general.refreshPreview(QStringLiteral("another step"));
-        QCOMPARE(preview->text(), QString());
-        general.refreshPreview(uuidOf(block));
-        QCOMPARE(preview->text(), QStringLiteral("动作"));
-        QCOMPARE(general.findChild<QPlainTextEdit*>(QStringLiteral("textEdit"))->toPlainText(),
-                 remark);
-        general.flushPending();
-        QVERIFY(written.isEmpty());
-    }
 }
 
 PE_WIDGET_TEST("common_control", CommonControlTest)
