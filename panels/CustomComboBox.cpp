@@ -1,6 +1,9 @@
 #include "panels/CustomComboBox.h"
 
+#include "model/services/widget_bases.h"
+
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QSignalBlocker>
 #include <QStandardItemModel>
 #include <QStyleFactory>
@@ -85,9 +88,28 @@ void CustomComboBox::makeCurrent(const QModelIndex& row)
     m_tree->setCurrentIndex(row);
 }
 
+void CustomComboBox::ask(const QString& request)
+{
+    setEditable(true);
+    lineEdit()->clear();
+    lineEdit()->setPlaceholderText(request);
+    lineEdit()->setReadOnly(true);
+    lineEdit()->installEventFilter(this);
+}
+
+/// Nothing can be typed, so a click anywhere opens the list.
+bool CustomComboBox::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::MouseButtonRelease && watched == lineEdit())
+        showPopup();
+    return QComboBox::eventFilter(watched, event);
+}
+
 void CustomComboBox::showPopup()
 {
     fill();
+    constexpr int room = 260; // nested names in a narrow panel
+    m_tree->setMinimumWidth(qMax(width(), StyleManager::scale(room)));
     QComboBox::showPopup();
 }
 

@@ -27,7 +27,11 @@ public:
     /// Makes the first row with that id current, of any depth; none if there is no such row.
     void setCurrentByData(const QString& value);
 
+    /// Shows what is asked for in place of a row, till setEditable(false).
+    void ask(const QString& request);
+
     void showPopup() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

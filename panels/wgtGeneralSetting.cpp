@@ -215,7 +215,13 @@ void wgtGeneralSetting::showTexts()
     ui->postExpressionTextEdit->setPlainText(textOf(m_block->postStatements));
     ui->preconditionTextEdit->setPlainText(textOf(m_block->preCondition));
     ui->conditionCodeTextEdit->setPlainText(textOf(m_block->postConditionCode));
+    showDescription();
+}
+
+void wgtGeneralSetting::showDescription()
+{
     ui->editPreview->setText(textOf(m_block->description()));
+    ui->editPreview->setCursorPosition(0);
 }
 
 void wgtGeneralSetting::showLoop()
@@ -242,19 +248,17 @@ void wgtGeneralSetting::showGoto(CustomComboBox& box, int action, const std::str
         goto_lists::showSteps(box, m_cappletName, m_sequenceId, textOf(target));
     else
         goto_lists::showSequences(box, m_cappletName, textOf(target));
-    box.setEditable(target.empty());
-    if (target.empty()) {
-        box.lineEdit()->setPlaceholderText(placeholder);
-        box.lineEdit()->setReadOnly(true);
-        box.lineEdit()->clear();
-    }
+    if (target.empty())
+        box.ask(placeholder);
+    else
+        box.setEditable(false);
 }
 
 void wgtGeneralSetting::refreshPreview(const QString& blockUuid)
 {
     if (!m_block || textOf(m_block->uuid) != blockUuid)
         return;
-    ui->editPreview->setText(textOf(m_block->description()));
+    showDescription();
     if (m_block->baseType() != DiagnosticStep)
         return;
     const QSignalBlocker blocker(ui->textEdit);

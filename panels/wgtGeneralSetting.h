@@ -61,6 +61,7 @@ private:
     void enableControls();
     void clearControls();
     void showTexts();
+    void showDescription();
     void showLoop();
     void showGoto(CustomComboBox& box, int action, const std::string& target,
                   const QString& placeholder);

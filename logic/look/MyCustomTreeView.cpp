@@ -2,10 +2,10 @@
 
 #include "logic/look/LogicTreeDelegate.h"
 #include "logic/look/logicTreeViewStyle.h"
+#include "logic/look/tree_look.h"
 #include "logic/rows/CustonStandModel.h"
 #include "logic/rows/logic_roles.h"
 
-#include <QDrag>
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QLabel>
@@ -121,10 +121,7 @@ void MyCustomTreeView::startDrag(Qt::DropActions)
     selectionModel()->select(row, QItemSelectionModel::Select | QItemSelectionModel::Clear |
                                       QItemSelectionModel::Rows);
     // The usual way would remove the selected rows after a move, which the model has done itself.
-    auto* drag = new QDrag(this);
-    drag->setMimeData(model()->mimeData({row}));
-    drag->setPixmap(viewport()->grab(visualRect(row) & viewport()->rect()));
-    drag->exec(Qt::MoveAction);
+    tree_look::drag(*this, row, model()->mimeData({row}), Qt::MoveAction);
     endDrag();
 }
 
@@ -197,7 +194,7 @@ void MyCustomTreeView::showRefusal(const QString& reason, const QPoint& pointer)
         m_refusal->hide();
         return;
     }
-    const QPoint besidePointer(18, 18);
+    const QPoint besidePointer(18, 44); // below the picture of the row
     m_refusal->setText(reason);
     m_refusal->adjustSize();
     const QPoint last = viewport()->rect().bottomRight() - m_refusal->rect().bottomRight();

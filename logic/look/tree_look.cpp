@@ -5,8 +5,10 @@
 #include "model/services/widget_bases.h"
 #include "model/step_kinds.h"
 
+#include <QDrag>
 #include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QMimeData>
 #include <QSet>
 #include <QStandardItem>
 #include <QTreeView>
@@ -49,6 +51,17 @@ void tree_look::redraw(QTreeView* tree, const QVector<QStandardItem*>& rows)
         if (!above.contains(row->index()))
             tree->update(row->index());
     }
+}
+
+Qt::DropAction tree_look::drag(QAbstractItemView& view, const QModelIndex& row, QMimeData* data,
+                               Qt::DropActions actions)
+{
+    const QPoint besidePointer(14, 12); // which still shows where it points to
+    auto* drag = new QDrag(&view);
+    drag->setMimeData(data);
+    drag->setPixmap(view.viewport()->grab(view.visualRect(row) & view.viewport()->rect()));
+    drag->setHotSpot(-besidePointer);
+    return drag->exec(actions);
 }
 
 bool tree_look::mixesFlowsAndSteps(const QItemSelectionModel* selection)

@@ -1,5 +1,6 @@
 #include "logic/palette/StepTree.h"
 
+#include "logic/look/tree_look.h"
 #include "logic/palette/palette_choice.h"
 #include "logic/rows/logic_roles.h"
 #include "logic/rows/step_mime.h"
@@ -26,6 +27,13 @@ bool isQuickStepFolder(const QTreeWidgetItem* item)
 StepTree::StepTree(QWidget* parent) : QTreeWidget(parent)
 {
     setDragDropMode(QAbstractItemView::DragOnly);
+}
+
+void StepTree::startDrag(Qt::DropActions)
+{
+    QTreeWidgetItem* item = currentItem();
+    if (item && item->flags().testFlag(Qt::ItemIsDragEnabled))
+        tree_look::drag(*this, currentIndex(), mimeData({item}), Qt::CopyAction);
 }
 
 QMimeData* StepTree::mimeData(const QList<QTreeWidgetItem*> items) const

@@ -40,6 +40,7 @@ public slots:
     void onUpdateQuickStep(QStringList quickStepIdList, bool isRemove);
 
 protected:
+    void startDrag(Qt::DropActions supportedActions) override;
     /// Of the first item: the kind or the quick step that it stands for.
     QMimeData* mimeData(const QList<QTreeWidgetItem*> items) const override;
 
