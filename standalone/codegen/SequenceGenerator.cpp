@@ -2,6 +2,7 @@
 
 #include "model/process_blocks.h"
 #include "standalone/codegen/code_text.h"
+#include "standalone/codegen/post_actions.h"
 #include "standalone/codegen/problem_text.h"
 #include "standalone/codegen/user_texts.h"
 
@@ -254,6 +255,8 @@ std::string SequenceGenerator::beginStep(const IProcessBlock& block)
     m_macros = Macros();
     own(block);
     m_writer.comment(block.name + "  " + block.uuid);
+    if (pauses(block))
+        addWarning(block, QT_TRANSLATE_NOOP("codegen", "“暂停”暂未开放, 按“跳转到下一步”执行"));
     if (m_sequence.jumpTargets.count(block.uuid))
         m_writer.label("step_" + std::to_string(m_sequence.steps.at(block.uuid)));
     m_writer.line("if (!rt::step_begin(" + step + ")) return;");
@@ -382,14 +385,26 @@ void SequenceGenerator::addProblem(const IProcessBlock& block, const char* sourc
 {
     if (m_context.result.problems.size() >= MaxProblems)
         return;
+    Problem problem = problemOf(block, problemText(source, arguments));
+    problem.place.text = userText ? problemText(userText) : std::string();
+    problem.place.line = line;
+    m_context.result.problems.push_back(std::move(problem));
+}
+
+void SequenceGenerator::addWarning(const IProcessBlock& block, const char* source)
+{
+    if (m_context.result.warnings.size() < MaxProblems)
+        m_context.result.warnings.push_back(problemOf(block, problemText(source)));
+}
+
+Problem SequenceGenerator::problemOf(const IProcessBlock& block, std::string words) const
+{
     Problem problem;
     problem.place.owner = m_context.result.owners[static_cast<std::size_t>(m_owner)];
     problem.place.owner.step = block.name;
     problem.place.owner.stepId = block.uuid;
-    problem.place.text = userText ? problemText(userText) : std::string();
-    problem.place.line = line;
-    problem.words = problemText(source, arguments);
-    m_context.result.problems.push_back(std::move(problem));
+    problem.words = std::move(words);
+    return problem;
 }
 
 } // namespace codegen

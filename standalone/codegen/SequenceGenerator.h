@@ -106,6 +106,8 @@ private:
     void addProblem(const IProcessBlock& block, const char* source,
                     std::initializer_list<std::string> arguments = {},
                     const char* userText = nullptr, int line = 0);
+    void addWarning(const IProcessBlock& block, const char* source);
+    Problem problemOf(const IProcessBlock& block, std::string words) const;
 
     GenerationContext& m_context;
     const PlannedSequence& m_sequence;

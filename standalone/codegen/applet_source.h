@@ -74,7 +74,7 @@ struct CodePlace
     int line = 0;     ///< of that text, from 1; 0 if it isn't known
 };
 
-/// What keeps an applet from being compiled.
+/// What keeps an applet from being compiled, or will not be as somebody may think.
 struct Problem
 {
     CodePlace place; ///< of none if it is about the applet
@@ -95,6 +95,7 @@ struct GeneratedCode
 {
     std::vector<GeneratedFile> files; ///< the first describes the module and holds its variables
     std::vector<Problem> problems;    ///< for the user; any of them forbids the compile
+    std::vector<Problem> warnings;    ///< for the user; they forbid nothing
     std::vector<CodeOwner> owners;
     std::vector<LineRange> lines; ///< in ascending order for each file
     std::size_t stepCount = 0;

@@ -17,6 +17,12 @@ std::vector<PostAction> postActions(const IProcessBlock& block)
     return actions;
 }
 
+bool pauses(const IProcessBlock& block)
+{
+    constexpr int Pause = 5;
+    return block.trueAction == Pause || block.falseAction == Pause;
+}
+
 std::string jumpTarget(const PlannedSequence& sequence, const GotoProcessBlock& jump)
 {
     if (sequence.steps.count(jump.targetUuid))

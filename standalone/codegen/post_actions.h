@@ -20,6 +20,9 @@ struct PostAction
     std::string target; ///< uuid of the step or sequence
 };
 
+/// Whether a step shall pause the run, which can't be done yet: the next step follows.
+bool pauses(const IProcessBlock& block);
+
 /// The actions of a step but for those that lead to the next step anyway.
 std::vector<PostAction> postActions(const IProcessBlock& block);
 

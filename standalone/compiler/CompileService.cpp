@@ -191,6 +191,9 @@ CompileService::Outcome CompileService::runCompilerFor(const Request& request,
     ModuleBuild build(request.code, request.codeFolder,
                       {m_compilers, m_cancelled, m_timeout, memory});
     const CompilerOutcome outcome = build.run(request.modulePath);
+    QStringList warnings;
+    for (const codegen::Problem& warning : request.code.warnings)
+        warnings << warningLine(warning.place, QString::fromStdString(warning.words));
     switch (outcome.kind) {
     case CompilerOutcome::Succeeded:
         success.module = fileState(request.modulePath);
@@ -198,7 +201,7 @@ CompileService::Outcome CompileService::runCompilerFor(const Request& request,
             success.files = *files;
             success.files.insert(request.modulePath, success.module);
         }
-        return {CompileSucceeded, outcome.output};
+        return {CompileSucceeded, joined(warnings) + outcome.output};
     case CompilerOutcome::NotFound:
         return {CompilerMissing,
                 compileText("找不到 C++ 编译器 %1, 请安装软件包 g++ (%2)")

@@ -43,6 +43,14 @@ QString placeText(const codegen::CodePlace& place)
     return place.line > 0 ? part + placeWords("第 %1 行").arg(place.line) : part;
 }
 
+QString withReference(const codegen::CodePlace& place, const QString& line)
+{
+    if (place.owner.sequenceId.empty())
+        return line;
+    return withStepReference(line, QString::fromStdString(place.owner.sequenceId),
+                             QString::fromStdString(place.owner.stepId));
+}
+
 /// Lines of "file:line:column: error: words", where the word depends on the language that the
 /// compiler speaks; what led into a header; and what a linker misses in an object.
 const QRegularExpression& errorPattern()
@@ -73,11 +81,14 @@ QString errorLine(const codegen::CodePlace& place, const QString& words)
 {
     if (place.owner.sequence.empty())
         return words;
-    QString line = placeText(place) + QStringLiteral(": ") + words;
-    if (!place.owner.sequenceId.empty())
-        line = withStepReference(line, QString::fromStdString(place.owner.sequenceId),
-                                 QString::fromStdString(place.owner.stepId));
-    return line;
+    return withReference(place, placeText(place) + QStringLiteral(": ") + words);
+}
+
+QString warningLine(const codegen::CodePlace& place, const QString& words)
+{
+    const QString text = placeWords("警告: 序列“%1”, 步骤“%2”: ");
+    return withReference(
+        place, text.arg(shown(place.owner.sequence), shown(place.owner.step)) + words);
 }
 
 QStringList errorLines(const QByteArray& compilerOutput, const codegen::GeneratedCode& code)

@@ -14,6 +14,9 @@ namespace standalone {
 /// as the place holds. One line, whatever the names hold: control characters show as U+FFFD.
 QString errorLine(const codegen::CodePlace& place, const QString& words);
 
+/// The same for what forbids nothing: "警告: 序列“main”, 步骤“电压”: words [...]".
+QString warningLine(const codegen::CodePlace& place, const QString& words);
+
 /// The sequence whose unit a generated file is; of no name for any other file.
 codegen::CodePlace unitPlace(const codegen::GeneratedCode& code, const QString& fileName);
 
