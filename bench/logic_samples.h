@@ -42,6 +42,18 @@ public:
 
     const Sample& sample() const { return m_sample; }
 
+    /// Adds an if with so many plain steps to the initial flow; gives its uuid.
+    QString addBranch(int steps)
+    {
+        const QString flow = QStringLiteral("0");
+        m_left = steps + 2;
+        const QString branch = add(flow, step_type::If);
+        while (m_left > 1)
+            add(branch, step_type::Delay);
+        add(flow, step_type::EndIf);
+        return branch;
+    }
+
 private:
     QString add(const QString& parent, int stepType)
     {

@@ -34,6 +34,7 @@ CustomComboBox::CustomComboBox(QWidget* parent)
     m_tree->setHeaderHidden(true);
     m_tree->setItemsExpandable(false);
     m_tree->setRootIsDecorated(false);
+    m_tree->setUniformRowHeights(true);
     if (QStyle* style = QStyleFactory::create(QStringLiteral("windows"))) {
         style->setParent(m_tree);
         m_tree->setStyle(style);
