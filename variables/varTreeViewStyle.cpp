@@ -1,36 +1,20 @@
 #include "variables/varTreeViewStyle.h"
 
+#include "model/dialogs/drop_mark.h"
 #include "variables/tree_colours.h"
 
 #include <QApplication>
 #include <QPainter>
 #include <QStyleOption>
-#include <QWidget>
-
-namespace {
-constexpr int MarkWidth = 2;
-constexpr int RightMargin = 5;
-} // namespace
 
 void varTreeViewStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                      QPainter* painter, const QWidget* widget) const
 {
-    if (element != PE_IndicatorItemViewItemDrop) {
-        QApplication::style()->drawPrimitive(element, option, painter, widget);
-        return;
-    }
-    if (option->rect.isNull())
-        return;
-    const int right = (widget ? widget->width() : option->rect.right()) - RightMargin;
-    const int top = option->rect.top();
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(QPen(tree_colours::dropMark(), MarkWidth));
-    if (option->rect.height() == 0)
-        painter->drawLine(0, top, right, top);
+    constexpr int rightMargin = 5;
+    if (element == PE_IndicatorItemViewItemDrop)
+        drop_mark::draw(*option, *painter, widget, {tree_colours::dropMark(), 0, rightMargin});
     else
-        painter->drawRect(QRect(QPoint(0, top), QPoint(right, option->rect.bottom())));
-    painter->restore();
+        QApplication::style()->drawPrimitive(element, option, painter, widget);
 }
 
 void varTreeViewStyle::drawControl(ControlElement element, const QStyleOption* option,

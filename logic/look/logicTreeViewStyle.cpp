@@ -1,11 +1,10 @@
 #include "logic/look/logicTreeViewStyle.h"
 
 #include "model/colour_rules.h"
+#include "model/dialogs/drop_mark.h"
 
 #include <QApplication>
-#include <QPainter>
 #include <QStyleOption>
-#include <QWidget>
 
 namespace {
 const QColor dropColour(0x87, 0xCE, 0xEB);
@@ -21,21 +20,11 @@ void logicTreeViewStyle::drawPrimitive(PrimitiveElement element, const QStyleOpt
         QApplication::style()->drawPrimitive(element, option, painter, widget);
         return;
     }
-    if (option->rect.isNull() || m_refused)
+    if (m_refused)
         return;
-    const int width = widget ? widget->width() : option->rect.right();
-    const int top = option->rect.top();
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(QPen(m_dragging ? dropColour : colour_rules::blank(option->palette), 2));
-    if (option->rect.height() == 0) {
-        painter->drawEllipse(QPoint(LineMargin, top), DotRadius, DotRadius);
-        painter->drawLine(LineMargin, top, width - LineMargin, top);
-    } else {
-        painter->drawRect(
-            QRect(QPoint(FrameMargin, top), QPoint(width - FrameMargin, option->rect.bottom())));
-    }
-    painter->restore();
+    const int margin = option->rect.height() == 0 ? LineMargin : FrameMargin;
+    const QColor colour = m_dragging ? dropColour : colour_rules::blank(option->palette);
+    drop_mark::draw(*option, *painter, widget, {colour, margin, margin, DotRadius});
 }
 
 #include "moc_logicTreeViewStyle.cpp"
