@@ -154,4 +154,16 @@ inline codegen::AppletSource applet(const std::vector<codegen::SequenceSource>& 
     return source;
 }
 
+/// Of one step "s" with that code.
+inline codegen::AppletSource oneStep(const std::string& code)
+{
+    return applet({sequence("main", {statement("s", code)})});
+}
+
+/// Of one step that waits, for longer than any test does.
+inline codegen::AppletSource waiting()
+{
+    return applet({sequence("main", {delay("wait", 600000)})});
+}
+
 } // namespace builders
