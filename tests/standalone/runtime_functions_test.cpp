@@ -210,8 +210,8 @@ void RuntimeFunctionsTest::questions()
                              "show_capplet_box(\"text\"));";
     QCOMPARE(m_harness.run(app, oneStep(code)), Finished);
     QCOMPARE(m_harness.log(app), text("1 1 0 值! 0 0"));
-    QCOMPARE(asked.join(u'|'), text("3 applet 继续? |3 applet again |5 applet name 值|"
-                                    "0 title text |0 applet text "));
+    QCOMPARE(asked.join(u'|'), text("3 小程序 继续? |3 小程序 again |5 小程序 name 值|"
+                                    "0 title text |0 小程序 text "));
 }
 
 /// Not cut without a word, and neither is what the log says of it.

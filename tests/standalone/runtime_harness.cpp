@@ -1,12 +1,12 @@
 #include "tests/standalone/runtime_harness.h"
 
+#include "tests/standalone/compiling.h"
+
 #include "model/services/applet_runtime.h"
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
-#include "standalone/compiler/CompileService.h"
 #include "standalone/host/Host.h"
 #include "standalone/model_service/stores/AppletStore.h"
-#include "standalone/runtime/applet_paths.h"
 #include "standalone/runtime/runtime.h"
 
 #include <QMap>
@@ -86,25 +86,13 @@ RuntimeHarness::~RuntimeHarness()
 
 QString RuntimeHarness::build(const QString& appName, const codegen::AppletSource& source)
 {
-    QSemaphore finished;
-    QString failure;
-    standalone::CompileService::Request request;
-    request.appName = appName;
-    request.targetSequenceId = QString::fromStdString(source.targetSequenceId);
-    request.codeFolder = standalone::appletCodeFolder(appName);
-    request.modulePath = standalone::appletModulePath(appName);
-    request.code = codegen::generate(source);
-    request.onFinished = [&](compileResult result, quint64, const char*, const char* message) {
-        if (result != CompileSucceeded)
-            failure = QString::fromUtf8(message);
-        finished.release();
-    };
-    const auto started = standalone::CompileService::instance().start(std::move(request));
-    if (started == standalone::CompileService::Refused)
+    const auto answer = compiling::compile(standalone::CompileService::instance(),
+                                           compiling::request(source, appName));
+    if (answer.start == standalone::CompileService::Refused)
         return QStringLiteral("not started");
-    if (started == standalone::CompileService::Started)
-        finished.acquire();
-    return failure;
+    const bool isGood =
+        answer.start == standalone::CompileService::Skipped || answer.result == CompileSucceeded;
+    return isGood ? QString() : answer.message;
 }
 
 void RuntimeHarness::putIntoModel(const QString& appName, const codegen::AppletSource& source)

@@ -14,7 +14,7 @@ constexpr int Crashed = 3;
 /// How long an event may take, in milliseconds: a loaded machine; no run comes near it.
 constexpr int Patience = 60000;
 /// The applet of most tests.
-const QString app = QStringLiteral("applet");
+const QString app = QStringLiteral("小程序");
 } // namespace run_events
 
 /// A project folder of its own, and a recorder of everything the runtime and the compiler report.
