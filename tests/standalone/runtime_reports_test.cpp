@@ -12,7 +12,7 @@ namespace {
 
 constexpr int Steps = 40;
 
-QString text(std::uint32_t step, double progress, int result)
+QString line(std::uint32_t step, double progress, int result)
 {
     return QStringLiteral("%1 %2 %3").arg(step).arg(progress).arg(result);
 }
@@ -38,7 +38,7 @@ QStringList RuntimeReportsTest::taken()
     QStringList lines;
     const StepReport* reports = m_waiting.sorted();
     for (std::size_t i = 0; i < m_waiting.count(); ++i)
-        lines << text(reports[i].step, reports[i].progress, reports[i].result);
+        lines << line(reports[i].step, reports[i].progress, reports[i].result);
     m_waiting.clear();
     return lines;
 }
@@ -51,8 +51,8 @@ void RuntimeReportsTest::aBeginAndAnEndStayInOrder()
         m_waiting.put(0, 100.0, turn == 1 ? -1 : 0);
         m_waiting.put(1, 0.0, 0);
     }
-    QCOMPARE(taken(), (QStringList{text(0, 100.0, -1), text(0, 0.0, 0), text(0, 100.0, 0),
-                                   text(1, 0.0, 0)}));
+    QCOMPARE(taken(), (QStringList{line(0, 100.0, -1), line(0, 0.0, 0), line(0, 100.0, 0),
+                                   line(1, 0.0, 0)}));
 }
 
 /// Of begins and ends only, and with failures and progress.
@@ -70,7 +70,7 @@ void RuntimeReportsTest::randomRuns()
             const double progress = kind == 0 ? 0.0 : kind % 3 ? 100.0 : kind / 10.0;
             const int result = kind > 1 && kind % 2 ? -kind : 0;
             m_waiting.put(step, progress, result);
-            put << text(step, progress, result);
+            put << line(step, progress, result);
         }
         const QStringList left = taken();
         QVERIFY(kinds > 2 || left.size() <= 2 * Steps);
