@@ -11,8 +11,6 @@
 #include <QJsonObject>
 #include <QtTest>
 
-#include <set>
-
 namespace facade = sdk_ui_interface::processedit;
 using samples::BlockPtr;
 
@@ -280,32 +278,6 @@ private slots:
                  QStringList({text("code"), text("name"), text("stepType"), text("uuid")}));
         QCOMPARE(flow.at(0).toObject().value(QLatin1String("code")).toArray(),
                  QJsonArray({text("a = 1;"), text("b = 2;")}));
-    }
-
-    void fiftyThousandBlocksKeepTheirPlaces()
-    {
-        constexpr int loops = 500;
-        constexpr int inEach = 99;
-        const QString sequence = facade::createSeuqence(app, text("s"));
-        for (int i = 0; i < loops; ++i) {
-            const QString loop =
-                facade::createProcess(app, sequence, text("1"), BasicStep, step_type::While, -1);
-            for (int k = 0; k < inEach; ++k)
-                facade::createProcess(app, sequence, loop, BasicStep, step_type::Delay, -1);
-        }
-        const QString json = facade::generateProcessJson(app);
-        facade::loadProcessJson(copyApp, json);
-        const auto all =
-            facade::getAllProcessBySequenceID(copyApp, sequence, IProcessBlock::MainFlowBlocks);
-        QCOMPARE(all.size(), std::size_t(loops * (inEach + 1)));
-        std::set<std::string> uuids;
-        for (const auto& block : all) {
-            uuids.insert(block->uuid);
-            QVERIFY(facade::getProcess(copyApp, QString::fromStdString(block->uuid)) == block);
-        }
-        QCOMPARE(uuids.size(), all.size());
-        QCOMPARE(facade::getSequence(copyApp, sequence).mainFlow.size(), std::size_t(loops));
-        QCOMPARE(facade::generateProcessJson(copyApp), json);
     }
 };
 
