@@ -3,11 +3,7 @@
 #include "model/process_blocks.h"
 #include "standalone/codegen/applet_source.h"
 
-#include <QMetaType>
-
 #include <functional>
-
-Q_DECLARE_METATYPE(codegen::AppletSource)
 
 /// Short ways to write a tree of steps down. A step's name is its uuid.
 namespace builders {
