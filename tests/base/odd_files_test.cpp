@@ -8,6 +8,7 @@
 #include "tests/support/ordinary_user.h"
 #include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -37,31 +38,31 @@ QString OddFilesTest::make(const QString& kind) const
     if (kind == QLatin1String("file"))
         test_support::putFile(path, "0123456789");
     else if (kind == QLatin1String("pipe") || kind == QLatin1String("link to a pipe"))
-        mkfifo(QFile::encodeName(path + QStringLiteral(".fifo")).constData(), 0600);
+        mkfifo(QFile::encodeName(path + text(".fifo")).constData(), 0600);
     else if (kind == QLatin1String("folder"))
         QDir().mkpath(path);
     if (kind == QLatin1String("pipe"))
-        return path + QStringLiteral(".fifo");
+        return path + text(".fifo");
     if (kind == QLatin1String("link to a pipe"))
-        QFile::link(path + QStringLiteral(".fifo"), path);
+        QFile::link(path + text(".fifo"), path);
     if (kind == QLatin1String("device"))
-        QFile::link(QStringLiteral("/dev/zero"), path);
+        QFile::link(text("/dev/zero"), path);
     if (kind == QLatin1String("link to nothing"))
-        QFile::link(path + QStringLiteral(".gone"), path);
+        QFile::link(path + text(".gone"), path);
     return path;
 }
 
 void OddFilesTest::read()
 {
-    const QString whole = QStringLiteral("0123456789");
+    const QString whole = text("0123456789");
     const QString none;
     const rows::Table<qint64, QString, QString> table{
         {"file", qint64(10), whole, none},
-        {"file, too large", qint64(9), none, QStringLiteral("文件过大, 超过 9 字节")},
-        {"pipe", qint64(10), none, QStringLiteral("不是普通文件")},
-        {"link to a pipe", qint64(10), none, QStringLiteral("不是普通文件")},
-        {"device", qint64(10), none, QStringLiteral("不是普通文件")},
-        {"folder", qint64(10), none, QStringLiteral("是文件夹")},
+        {"file, too large", qint64(9), none, text("文件过大, 超过 9 字节")},
+        {"pipe", qint64(10), none, text("不是普通文件")},
+        {"link to a pipe", qint64(10), none, text("不是普通文件")},
+        {"device", qint64(10), none, text("不是普通文件")},
+        {"folder", qint64(10), none, text("是文件夹")},
         {"missing", qint64(10), none, none},
         {"link to nothing", qint64(10), none, none}};
     for (const auto& [row, most, content, complaint] : table) {
@@ -77,14 +78,14 @@ void OddFilesTest::read()
 
 void OddFilesTest::keptAside()
 {
-    const QString file = m_folder.filePath(QStringLiteral("table.json"));
+    const QString file = m_folder.filePath(text("table.json"));
     const auto keep = [&](const QByteArray& content) {
         test_support::putFile(file, content);
         return QFileInfo(kept_copies::keep(file, kept_copies::damaged)).fileName();
     };
-    QCOMPARE(keep("first"), QStringLiteral("table.json.damaged"));
-    QCOMPARE(keep("second"), QStringLiteral("table.json.damaged2"));
-    QCOMPARE(keep("first"), QStringLiteral("table.json.damaged")); // it is kept already
+    QCOMPARE(keep("first"), text("table.json.damaged"));
+    QCOMPARE(keep("second"), text("table.json.damaged2"));
+    QCOMPARE(keep("first"), text("table.json.damaged")); // it is kept already
     QVERIFY(QFile::exists(file));
     for (const char* kind : {"pipe", "folder"}) {
         const QString odd = make(QString::fromLatin1(kind));

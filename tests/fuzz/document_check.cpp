@@ -1,4 +1,4 @@
-#include "tests/fuzz/document_check.h"
+#include "tests/fuzz/documents.h"
 
 #include "base/document_text.h"
 #include "model/IProcessBlock.h"
@@ -14,7 +14,7 @@
 
 namespace processedit = sdk_ui_interface::processedit;
 
-namespace document_check {
+namespace documents {
 
 namespace {
 
@@ -132,4 +132,4 @@ QString faultOf(const QByteArray& document)
     return fault;
 }
 
-} // namespace document_check
+} // namespace documents

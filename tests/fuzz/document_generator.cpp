@@ -1,4 +1,4 @@
-#include "tests/fuzz/document_generator.h"
+#include "tests/fuzz/documents.h"
 
 #include "base/json_scan.h"
 #include "model/fields/block_fields.h"
@@ -8,12 +8,21 @@
 #include "standalone/model_service/stores/VariableStore.h"
 
 #include <limits>
+#include <random>
 
 using namespace standalone;
 
-namespace document_generator {
+namespace documents {
 
 namespace {
+
+using Random = std::mt19937;
+
+/// A whole number below @p count.
+int below(Random& random, int count)
+{
+    return int(random() % std::uint32_t(count)); // std's distributions differ between libraries
+}
 
 std::string randomText(Random& random)
 {
@@ -147,6 +156,14 @@ std::string randomVariables(Random& random)
         store.update("a", variable);
     }
     return store.appletText("a");
+}
+
+QByteArray document(Random& random)
+{
+    AppletModel applet;
+    Builder(random).build(applet);
+    return "{\"logicvar\":" + QByteArray::fromStdString(randomVariables(random)) +
+           ",\"logicview\":" + QByteArray::fromStdString(writeApplet(applet)) + '}';
 }
 
 /// Where a document's values and members stand.
@@ -290,25 +307,19 @@ QByteArray misspelt(QByteArray text, Random& random)
 
 } // namespace
 
-int below(Random& random, int count)
+QByteArray whole(std::uint32_t seed)
 {
-    return int(random() % std::uint32_t(count)); // std's distributions differ between libraries
+    Random random(seed);
+    return document(random);
 }
 
-QByteArray document(Random& random)
+QByteArray damaged(std::uint32_t seed)
 {
-    AppletModel applet;
-    Builder(random).build(applet);
-    return "{\"logicvar\":" + QByteArray::fromStdString(randomVariables(random)) +
-           ",\"logicview\":" + QByteArray::fromStdString(writeApplet(applet)) + '}';
-}
-
-QByteArray damaged(const QByteArray& document, Random& random)
-{
-    QByteArray text = document;
+    Random random(seed);
+    QByteArray text = document(random);
     for (int left = 1 + below(random, 4); left > 0; --left)
         text = below(random, 4) == 0 ? misspelt(text, random) : misbuilt(text, random);
     return text;
 }
 
-} // namespace document_generator
+} // namespace documents

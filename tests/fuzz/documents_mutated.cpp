@@ -1,5 +1,4 @@
-#include "tests/fuzz/document_check.h"
-#include "tests/fuzz/document_generator.h"
+#include "tests/fuzz/documents.h"
 #include "tests/support/test_program.h"
 
 #include "base/document_text.h"
@@ -16,9 +15,8 @@ private slots:
     void wholeDocumentsComeBackByteForByte()
     {
         for (std::uint32_t seed = 0; seed < 500; ++seed) {
-            document_generator::Random random(seed);
-            const QByteArray text = document_generator::document(random);
-            const QString fault = document_check::faultOf(text);
+            const QByteArray text = documents::whole(seed);
+            const QString fault = documents::faultOf(text);
             QVERIFY2(fault.isEmpty(), qPrintable(QStringLiteral("seed %1: ").arg(seed) + fault));
             // The generator writes through the model; the bare library must agree on every byte.
             QCOMPARE(QJsonDocument::fromJson(text).toJson(QJsonDocument::Compact), text);
@@ -33,10 +31,7 @@ private slots:
     void damagedDocumentsAreReadAsFarAsTheyGo()
     {
         for (std::uint32_t seed = 0; seed < 10000; ++seed) {
-            document_generator::Random random(seed);
-            const QByteArray whole = document_generator::document(random);
-            const QString fault =
-                document_check::faultOf(document_generator::damaged(whole, random));
+            const QString fault = documents::faultOf(documents::damaged(seed));
             QVERIFY2(fault.isEmpty(), qPrintable(QStringLiteral("seed %1: ").arg(seed) + fault));
         }
     }

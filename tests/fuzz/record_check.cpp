@@ -1,4 +1,4 @@
-#include "tests/fuzz/record_check.h"
+#include "tests/fuzz/records.h"
 
 #include "protocol/protocol_reader.h"
 #include "standalone/runtime/AppletRequests.h"
@@ -11,7 +11,7 @@
 
 using namespace protocol;
 
-namespace record_check {
+namespace records {
 
 namespace {
 
@@ -140,4 +140,4 @@ QString faultOf(const QByteArray& bytes)
     return QString();
 }
 
-} // namespace record_check
+} // namespace records

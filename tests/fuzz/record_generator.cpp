@@ -1,16 +1,19 @@
-#include "tests/fuzz/record_generator.h"
+#include "tests/fuzz/records.h"
 
 #include "protocol/protocol.h"
 
 #include <iterator>
 #include <limits>
+#include <random>
 #include <string>
 
 using namespace protocol;
 
-namespace record_generator {
+namespace records {
 
 namespace {
+
+using Random = std::mt19937;
 
 std::uint32_t upTo(Random& random, std::uint32_t count)
 {
@@ -42,8 +45,6 @@ Texts textsOf(RequestKind kind, Random& random)
         text = anyText(random).substr(0, MaxText / 4);
     return texts;
 }
-
-} // namespace
 
 QByteArray stream(Random& random)
 {
@@ -97,8 +98,18 @@ QByteArray stream(Random& random)
     return bytes;
 }
 
-QByteArray damaged(QByteArray bytes, Random& random)
+} // namespace
+
+QByteArray whole(std::uint32_t seed)
 {
+    Random random(seed);
+    return stream(random);
+}
+
+QByteArray damaged(std::uint32_t seed)
+{
+    Random random(seed);
+    QByteArray bytes = stream(random);
     for (std::uint32_t left = 1 + upTo(random, 4); left > 0 && !bytes.isEmpty(); --left) {
         const int at = int(upTo(random, std::uint32_t(bytes.size())));
         const int other = int(upTo(random, std::uint32_t(bytes.size())));
@@ -129,4 +140,4 @@ QByteArray damaged(QByteArray bytes, Random& random)
     return bytes;
 }
 
-} // namespace record_generator
+} // namespace records

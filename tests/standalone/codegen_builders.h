@@ -3,11 +3,7 @@
 #include "model/process_blocks.h"
 #include "standalone/codegen/applet_source.h"
 
-#include <QMetaType>
-
 #include <functional>
-
-Q_DECLARE_METATYPE(codegen::AppletSource)
 
 /// Short ways to write a tree of steps down. A step's name is its uuid.
 namespace builders {
@@ -152,6 +148,18 @@ inline codegen::AppletSource applet(const std::vector<codegen::SequenceSource>& 
     source.applet.variables = variables;
     source.targetSequenceId = sequences.front().info.id;
     return source;
+}
+
+/// Of one step "s" with that code.
+inline codegen::AppletSource oneStep(const std::string& code)
+{
+    return applet({sequence("main", {statement("s", code)})});
+}
+
+/// Of one step that waits, for longer than any test does.
+inline codegen::AppletSource waiting()
+{
+    return applet({sequence("main", {delay("wait", 600000)})});
 }
 
 } // namespace builders

@@ -1,6 +1,7 @@
 #include "tests/standalone/codegen_builders.h"
 #include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include "standalone/compiler/error_lines.h"
 
@@ -27,14 +28,6 @@ std::string textOf(const codegen::AppletSource& source)
     return text;
 }
 
-codegen::AppletSource withFunctions(codegen::AppletSource source)
-{
-    source.functions = {{"pow", DrelDouble, {DrelDouble, DrelDouble}},
-                        {"now_ms", DrelS64, {}},
-                        {"log_info", DrelVoid, {DrelCharPtr}}};
-    return source;
-}
-
 } // namespace
 
 class CodegenTest : public QObject
@@ -42,10 +35,10 @@ class CodegenTest : public QObject
     Q_OBJECT
 
 private slots:
-    void wholeText();
+    void textOfASequence();
     void onlyReachableSequences();
-    void problems_data();
-    void problems();
+    void problemsOfSteps();
+    void problemsOfApplets();
     void problemsAreBounded();
     void apiCalls();
     void linesLeadToSteps();
@@ -53,95 +46,27 @@ private slots:
     void statementFiles();
 };
 
-void CodegenTest::wholeText()
+/// As its reader finds it; what stands around it shows in every run.
+void CodegenTest::textOfASequence()
 {
-    auto source = applet(
+    const auto source = applet(
         {sequence("main",
-                  {fixedFor("f", "i", 0, 2, 1, {call("c", "sub")}), plain(step_type::EndFor, "ef")},
+                  {fixedFor("f", "i", 0, 2, 1, {call("c", "sub")}), plain(step_type::EndFor, "ef"),
+                   condition<IfProcessBlock>("if", "a + 1", ">", "", {jump("go", "s")}),
+                   statement("s", "a += 1;\nlog_info(\"x\");")},
                   {variable("n", "u8*", "1,2", 3)}),
-         sequence("sub",
-                  {condition<IfProcessBlock>("if", "a + 1", ">", "", {jump("go", "s")}),
-                   plain(step_type::EndIf, "ei"), statement("s", "a += 1;\nlog_info(\"x\");")})},
+         sequence("sub", {})},
         {variable("a", "s32", "5")});
-    const std::string expected = R"(==== a_capplet.cpp (unit)
-// 由流程编辑器生成, 手工修改会在下次编译时丢失。
-// 小程序: applet
-#include "a_capplet.h"
-
-namespace applet {
-
-namespace process {
-
-// 流程变量
-s32 a = 5;
-
-void sequence_main();
-void sequence_sub();
-
-} // namespace process
-} // namespace applet
-
-namespace rt {
-extern const u32 index_of_sequence_main = 0;
-extern const u32 first_of_sequence_main = 0;
-extern const u32 index_of_sequence_sub = 1;
-extern const u32 first_of_sequence_sub = 3;
-} // namespace rt
-
-static const applet_sequence sequences[] = {
-    {"main", "main", 0, applet::process::sequence_main},
-    {"sub", "sub", 0, applet::process::sequence_sub},
-};
-
-static const applet_step steps[] = {
-    {0, "f", "f", 0},
-    {0, "c", "c", 1},
-    {0, "ef", "ef", 0},
-    {1, "if", "if", 0},
-    {1, "go", "go", 0},
-    {1, "ei", "ei", 0},
-    {1, "s", "s", 0},
-    {0, 0, 0, 0}
-};
-
-static const applet_module module_description = {APPLET_RUNTIME_VERSION, 2, sequences, 7, steps};
-
-extern "C" APPLET_EXPORT const applet_module* applet_module_entry(
-    const applet_runtime_api* api)
-{
-    rt::api = api;
-    return &module_description;
-}
-==== a_capplet.h
-// 由流程编辑器生成, 手工修改会在下次编译时丢失。
-#pragma once
-
-#include "applet_values.h"
-
-namespace applet {
-
-namespace process {
-
-// 流程变量
-extern s32 a;
-
-} // namespace process
-} // namespace applet
-==== sequence_main.cpp (unit)
-// 由流程编辑器生成, 手工修改会在下次编译时丢失。
+    const QStringList expected = lines(R"(// 由流程编辑器生成, 手工修改会在下次编译时丢失。
 // 序列: main  main
 #include "a_capplet.h"
-
 namespace rt {
 extern const u32 first_of_sequence_main; // 本序列第一个步骤的编号
 extern const u32 index_of_sequence_sub;
 } // namespace rt
-
 namespace applet {
 namespace process {
-
 void sequence_sub();
-
 void sequence_main()
 {
     rt::array<u8, 3> n = {1, 2};
@@ -165,58 +90,40 @@ void sequence_main()
     // ef  ef
     if (!rt::step_begin(rt::first_of_sequence_main + 2)) return;
     if (!rt::step_end(rt::first_of_sequence_main + 2)) return;
-    // ---- 结束流程 ----
-}
-
-} // namespace process
-} // namespace applet
-==== sequence_sub.cpp (unit)
-// 由流程编辑器生成, 手工修改会在下次编译时丢失。
-// 序列: sub  sub
-#include "a_capplet.h"
-
-namespace rt {
-extern const u32 first_of_sequence_sub; // 本序列第一个步骤的编号
-} // namespace rt
-
-namespace applet {
-namespace process {
-
-void sequence_sub()
-{
-    // ---- 初始流程 ----
-    // ---- 主流程 ----
     // if  if
-    if (!rt::step_begin(rt::first_of_sequence_sub + 0)) return;
-    if (rt::step_test(rt::first_of_sequence_sub + 0, (a + 1) > 0)) {
+    if (!rt::step_begin(rt::first_of_sequence_main + 3)) return;
+    if (rt::step_test(rt::first_of_sequence_main + 3, (a + 1) > 0)) {
         // go  go
-        if (!rt::step_begin(rt::first_of_sequence_sub + 1)) return;
+        if (!rt::step_begin(rt::first_of_sequence_main + 4)) return;
         {
-            if (!rt::step_end(rt::first_of_sequence_sub + 1)) return;
-            goto step_3;
+            if (!rt::step_end(rt::first_of_sequence_main + 4)) return;
+            goto step_5;
         }
-        if (!rt::step_end(rt::first_of_sequence_sub + 0)) return;
+        if (!rt::step_end(rt::first_of_sequence_main + 3)) return;
     }
-    // ei  ei
-    if (!rt::step_begin(rt::first_of_sequence_sub + 2)) return;
-    if (!rt::step_end(rt::first_of_sequence_sub + 2)) return;
     // s  s
-step_3:
-    if (!rt::step_begin(rt::first_of_sequence_sub + 3)) return;
+step_5:
+    if (!rt::step_begin(rt::first_of_sequence_main + 5)) return;
     {
         a += 1;
         log_info("x");
     }
-    if (!rt::step_end(rt::first_of_sequence_sub + 3)) return;
+    if (!rt::step_end(rt::first_of_sequence_main + 5)) return;
     // ---- 结束流程 ----
 }
-
 } // namespace process
 } // namespace applet
-)";
-    QCOMPARE(QString::fromStdString(textOf(source)).split(u'\n'),
-             QString::fromStdString(expected).split(u'\n'));
-    QCOMPARE(codegen::generate(source).stepCount, std::size_t(7));
+)");
+    const auto code = codegen::generate(source);
+    QStringList names;
+    for (const codegen::GeneratedFile& file : code.files) {
+        names << QString::fromStdString(file.name);
+        if (file.name == "sequence_main.cpp")
+            QCOMPARE(lines(file.text.c_str()), expected);
+    }
+    QCOMPARE(names.join(u' '),
+             text("a_capplet.cpp a_capplet.h sequence_main.cpp sequence_sub.cpp"));
+    QCOMPARE(code.stepCount, std::size_t(6));
 }
 
 void CodegenTest::onlyReachableSequences()
@@ -234,24 +141,12 @@ void CodegenTest::onlyReachableSequences()
     QStringList names;
     for (const codegen::GeneratedFile& file : code.files)
         names << QString::fromStdString(file.name);
-    QCOMPARE(names.join(u' '),
-             QStringLiteral("a_capplet.cpp a_capplet.h sequence_main.cpp sequence_used.cpp "
-                            "sequence_Used_2.cpp sequence_______.cpp"));
+    QCOMPARE(names.join(u' '), text("a_capplet.cpp a_capplet.h sequence_main.cpp sequence_used.cpp "
+                                    "sequence_Used_2.cpp sequence_______.cpp"));
 }
 
-void CodegenTest::problems_data()
+void CodegenTest::problemsOfSteps()
 {
-    QTest::addColumn<codegen::AppletSource>("source");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char* name, const BlockPtr& block, const char* problem) {
-        QTest::newRow(name)
-            << withFunctions(
-                   applet({sequence("main", {block})},
-                          {variable("number", "s32", "1"), variable("flag", "bool", "1"),
-                           variable("text", "string", "a"), variable("array", "u8*", "1", 4)}))
-            << QStringLiteral("出错步骤: 序列“main”, 步骤“%1”%2 [main/%1]")
-                   .arg(QString::fromStdString(block->name), QString::fromUtf8(problem));
-    };
     const auto api = [](const char* call, const std::vector<ApiProcessBlock::Parameter>& parameters,
                         const char* result = "") {
         auto block = named(std::make_shared<ApiProcessBlock>(), "api");
@@ -260,105 +155,116 @@ void CodegenTest::problems_data()
         block->returnVariable = result;
         return block;
     };
-    row("goto without its target", jump("go", "gone", "gone"), ": 跳转的目标步骤不存在或已禁用");
-    row("break outside", plain(step_type::Break, "b"), ": break 不在循环之内");
-    row("continue outside", plain(step_type::Continue, "c"), ": continue 不在循环之内");
-    row("call of nothing", named(std::make_shared<SequenceProcessBlock>(), "call"),
-        ": 未选择要调用的序列");
-    row("call of a missing sequence", call("call", "gone"), ": 找不到要调用的序列“gone”");
-    row("empty condition", condition<IfProcessBlock>("if", " ", "==", ""), ": 条件为空");
-    row("else without if", plain(step_type::Else, "else"), ": 没有与之对应的 if");
-    row("loop of another class", plain(step_type::While, "w"), ": 步骤内容无法识别");
-    row("steps in a step that holds none",
-        with(statement("s", ""),
-             [](IProcessBlock& block) { block.children = {statement("in", "")}; }),
-        ": 此类步骤不能包含子步骤");
-    row("unknown kind", plain(step_type::Custom, "x"), ": 未知的步骤类型 10000");
-    row("no function", api("", {}), ": 未选择函数");
-    row("no right side", expression("e", "a", " "), ": 表达式缺少右值");
-    row("no step", fixedFor("f", "i", 0, 1, 0, {}), ": 循环步长不能为 0");
-    row("loop variable", fixedFor("f", "int", 0, 1, 1, {}), ": “int”不能用作循环变量名");
-    row("post action without a condition",
-        with(statement("s", ""), [](IProcessBlock& block) { block.trueAction = 3; }),
-        ": 执行后跳转缺少条件");
-    row("open bracket", statement("s", "int n = 0;\nif (n) {\n// }\n\"}\";"),
-        ", 语句第 2 行: 括号不匹配: 缺少右括号");
-    row("closing bracket too much", statement("s", "f(1);\nf(2));"),
-        ", 语句第 2 行: 括号不匹配: 多余的右括号");
-    row("text without an end", expression("e", "s", "\"abc"),
-        ", 表达式第 1 行: 文本没有结束的引号");
-    row("comment without an end",
-        with(statement("s", ""), [](IProcessBlock& block) { block.preStatements = "\n/* a"; }),
-        ", 前执行语句第 2 行: 注释没有结束");
-    row("number given a text", expression("e", "number", "\"a\""),
-        ", 表达式第 1 行: 类型不符: “number”是数值, “\"a\"”是文本");
-    row("truth value given a text", expression("e", "flag", "\"a\""),
-        ", 表达式第 1 行: 类型不符: “flag”是数值, “\"a\"”是文本");
-    row("text given a number", expression("e", "text", "array[number + 1]"),
-        ", 表达式第 1 行: 类型不符: “text”是文本, “array[number + 1]”是数值");
-    row("array given a number", expression("e", "array", "-0x1F"),
-        ", 表达式第 1 行: 类型不符: “array”是数组, “-0x1F”是数值");
-    row("result of a known function", expression("e", "text", "now_ms()"),
-        ", 表达式第 1 行: 类型不符: “text”是文本, “now_ms()”是数值");
-    row("comparison", condition<WhileProcessBlock>("w", "text", "==", "number"),
-        ", 条件第 1 行: 类型不符: “text”是文本, “number”是数值");
-    row("number of arguments", api("pow(double)", {{"double", "1", ""}}),
-        ": 函数“pow”需要 2 个参数, 实际为 1 个");
-    row("type of an argument", api("f(char*)", {{"char*", "number", ""}}),
-        ": 函数的第 1 个参数应为文本, “number”是数值");
-    row("no argument", api("f(char*)", {{"char*", " ", ""}}), ": 函数的第 1 个参数缺少值");
-    row("result of none", api("log_info(char*)", {{"char*", "\"a\"", ""}}, "number"),
-        ": 函数“log_info”没有返回值");
-    row("result of another type", api("now_ms()", {}, "text"),
-        ": 类型不符: “text”是文本, “now_ms”是数值");
-
-    auto missing = applet({sequence("main", {})});
-    missing.targetSequenceId = "gone";
-    QTest::newRow("no target") << missing << QStringLiteral("找不到要编译的序列");
-    QTest::newRow("variable") << applet({sequence("main", {})}, {variable("for", "s32", "1")})
-                              << QStringLiteral("“for”不能用作变量名");
-    // A place mark in a user's text stays what it is.
-    QTest::newRow("place marks") << applet({sequence("main", {plain(step_type::Break, "%1%2")})})
-                                 << QStringLiteral("出错步骤: 序列“main”, 步骤“%1%2”: "
-                                                   "break 不在循环之内 [main/%1%2]");
-    QTest::newRow("variable of a sequence")
-        << applet({sequence("main", {}, {variable("v", "u8", "256")})})
-        << QStringLiteral("出错位置: 序列“main”: 变量“v”的值“256”与类型 u8 不符 [main/]");
-    QTest::newRow("into a custom loop")
-        << applet({sequence("main", {jump("go", "in"), customFor("f", "int i = 0", "i < 2", "++i",
-                                                                 {statement("in", "")})})})
-        << QStringLiteral("出错步骤: 序列“main”, 步骤“go”: "
-                          "不能从外部跳转到定义了循环变量的自定义循环内 [main/go]");
-    QTest::newRow("a loop's variable is not the sequence's")
-        << applet({sequence("main",
-                            {fixedFor("f", "text", 0, 1, 1, {expression("a", "text", "1")}),
-                             customFor("g", "int text = 0", "text < 1", "++text",
-                                       {expression("b", "text", "1")}),
-                             with(expression("c", "text", "1"),
-                                  [](IProcessBlock& block) { block.preStatements = "int text;"; }),
-                             with(expression("l", "text", "1"),
-                                  [](IProcessBlock& block) {
-                                      block.loopType = 2;
-                                      block.loopInit = "int text = 0";
-                                      block.loopCondition = "text < 1";
-                                      block.loopStep = "++text";
-                                  }),
-                             expression("d", "text", "1")},
-                            {variable("text", "string", "")})})
-        << QStringLiteral("出错步骤: 序列“main”, 步骤“d”, 表达式第 1 行: "
-                          "类型不符: “text”是文本, “1”是数值 [main/d]");
-    QTest::newRow("function twice")
-        << applet({sequence("main", {statement("a", "int f(int n) { return n; }"),
-                                     statement("b", ";\nint f(int n) { return 1; }")})})
-        << QStringLiteral(
-               "出错步骤: 序列“main”, 步骤“b”, 语句第 2 行: 函数“f”已在别处定义 [main/b]");
+    const rows::Table<BlockPtr, const char*> table{
+        {"goto without its target", jump("go", "gone", "gone"), ": 跳转的目标步骤不存在或已禁用"},
+        {"break outside", plain(step_type::Break, "b"), ": break 不在循环之内"},
+        {"continue outside", plain(step_type::Continue, "c"), ": continue 不在循环之内"},
+        {"call of nothing", named(std::make_shared<SequenceProcessBlock>(), "call"),
+         ": 未选择要调用的序列"},
+        {"call of a missing sequence", call("call", "gone"), ": 找不到要调用的序列“gone”"},
+        {"empty condition", condition<IfProcessBlock>("if", " ", "==", ""), ": 条件为空"},
+        {"else without if", plain(step_type::Else, "else"), ": 没有与之对应的 if"},
+        {"loop of another class", plain(step_type::While, "w"), ": 步骤内容无法识别"},
+        {"steps in a step that holds none",
+         with(statement("s", ""),
+              [](IProcessBlock& block) { block.children = {statement("in", "")}; }),
+         ": 此类步骤不能包含子步骤"},
+        {"unknown kind", plain(step_type::Custom, "x"), ": 未知的步骤类型 10000"},
+        {"no function", api("", {}), ": 未选择函数"},
+        {"no right side", expression("e", "a", " "), ": 表达式缺少右值"},
+        {"no step", fixedFor("f", "i", 0, 1, 0, {}), ": 循环步长不能为 0"},
+        {"loop variable", fixedFor("f", "int", 0, 1, 1, {}), ": “int”不能用作循环变量名"},
+        {"post action without a condition",
+         with(statement("s", ""), [](IProcessBlock& block) { block.trueAction = 3; }),
+         ": 执行后跳转缺少条件"},
+        {"open bracket", statement("s", "int n = 0;\nif (n) {\n// }\n\"}\";"),
+         ", 语句第 2 行: 括号不匹配: 缺少右括号"},
+        {"closing bracket too much", statement("s", "f(1);\nf(2));"),
+         ", 语句第 2 行: 括号不匹配: 多余的右括号"},
+        {"text without an end", expression("e", "s", "\"abc"),
+         ", 表达式第 1 行: 文本没有结束的引号"},
+        {"comment without an end",
+         with(statement("s", ""), [](IProcessBlock& block) { block.preStatements = "\n/* a"; }),
+         ", 前执行语句第 2 行: 注释没有结束"},
+        {"number given a text", expression("e", "number", "\"a\""),
+         ", 表达式第 1 行: 类型不符: “number”是数值, “\"a\"”是文本"},
+        {"truth value given a text", expression("e", "flag", "\"a\""),
+         ", 表达式第 1 行: 类型不符: “flag”是数值, “\"a\"”是文本"},
+        {"text given a number", expression("e", "text", "array[number + 1]"),
+         ", 表达式第 1 行: 类型不符: “text”是文本, “array[number + 1]”是数值"},
+        {"array given a number", expression("e", "array", "-0x1F"),
+         ", 表达式第 1 行: 类型不符: “array”是数组, “-0x1F”是数值"},
+        {"result of a known function", expression("e", "text", "now_ms()"),
+         ", 表达式第 1 行: 类型不符: “text”是文本, “now_ms()”是数值"},
+        {"comparison", condition<WhileProcessBlock>("w", "text", "==", "number"),
+         ", 条件第 1 行: 类型不符: “text”是文本, “number”是数值"},
+        {"number of arguments", api("pow(double)", {{"double", "1", ""}}),
+         ": 函数“pow”需要 2 个参数, 实际为 1 个"},
+        {"type of an argument", api("f(char*)", {{"char*", "number", ""}}),
+         ": 函数的第 1 个参数应为文本, “number”是数值"},
+        {"no argument", api("f(char*)", {{"char*", " ", ""}}), ": 函数的第 1 个参数缺少值"},
+        {"result of none", api("log_info(char*)", {{"char*", "\"a\"", ""}}, "number"),
+         ": 函数“log_info”没有返回值"},
+        {"result of another type", api("now_ms()", {}, "text"),
+         ": 类型不符: “text”是文本, “now_ms”是数值"}};
+    for (const auto& [row, block, words] : table) {
+        const rows::Named named(row);
+        auto source = applet({sequence("main", {block})},
+                             {variable("number", "s32", "1"), variable("flag", "bool", "1"),
+                              variable("text", "string", "a"), variable("array", "u8*", "1", 4)});
+        source.functions = {{"pow", DrelDouble, {DrelDouble, DrelDouble}},
+                            {"now_ms", DrelS64, {}},
+                            {"log_info", DrelVoid, {DrelCharPtr}}};
+        QCOMPARE(problemsOf(source), text("出错步骤: 序列“main”, 步骤“%1”%2 [main/%1]")
+                                         .arg(QString::fromStdString(block->name), text(words)));
+    }
 }
 
-void CodegenTest::problems()
+void CodegenTest::problemsOfApplets()
 {
-    QFETCH(codegen::AppletSource, source);
-    QFETCH(QString, expected);
-    QCOMPARE(problemsOf(source), expected);
+    auto missing = applet({sequence("main", {})});
+    missing.targetSequenceId = "gone";
+    const rows::Table<codegen::AppletSource, const char*> table{
+        {"no target", missing, "找不到要编译的序列"},
+        {"variable", applet({sequence("main", {})}, {variable("for", "s32", "1")}),
+         "“for”不能用作变量名"},
+        // A place mark in a user's text stays what it is.
+        {"place marks", applet({sequence("main", {plain(step_type::Break, "%1%2")})}),
+         "出错步骤: 序列“main”, 步骤“%1%2”: "
+         "break 不在循环之内 [main/%1%2]"},
+        {"variable of a sequence", applet({sequence("main", {}, {variable("v", "u8", "256")})}),
+         "出错位置: 序列“main”: 变量“v”的值“256”与类型 u8 不符 [main/]"},
+        {"into a custom loop",
+         applet({sequence("main", {jump("go", "in"), customFor("f", "int i = 0", "i < 2", "++i",
+                                                               {statement("in", "")})})}),
+         "出错步骤: 序列“main”, 步骤“go”: "
+         "不能从外部跳转到定义了循环变量的自定义循环内 [main/go]"},
+        {"a loop's variable is not the sequence's",
+         applet({sequence(
+             "main",
+             {fixedFor("f", "text", 0, 1, 1, {expression("a", "text", "1")}),
+              customFor("g", "int text = 0", "text < 1", "++text", {expression("b", "text", "1")}),
+              with(expression("c", "text", "1"),
+                   [](IProcessBlock& block) { block.preStatements = "int text;"; }),
+              with(expression("l", "text", "1"),
+                   [](IProcessBlock& block) {
+                       block.loopType = 2;
+                       block.loopInit = "int text = 0";
+                       block.loopCondition = "text < 1";
+                       block.loopStep = "++text";
+                   }),
+              expression("d", "text", "1")},
+             {variable("text", "string", "")})}),
+         "出错步骤: 序列“main”, 步骤“d”, 表达式第 1 行: "
+         "类型不符: “text”是文本, “1”是数值 [main/d]"},
+        {"function twice",
+         applet({sequence("main", {statement("a", "int f(int n) { return n; }"),
+                                   statement("b", ";\nint f(int n) { return 1; }")})}),
+         "出错步骤: 序列“main”, 步骤“b”, 语句第 2 行: 函数“f”已在别处定义 [main/b]"}};
+    for (const auto& [row, source, expected] : table) {
+        const rows::Named named(row);
+        QCOMPARE(problemsOf(source), text(expected));
+    }
 }
 
 void CodegenTest::problemsAreBounded()
@@ -374,25 +280,22 @@ void CodegenTest::problemsAreBounded()
 
 void CodegenTest::apiCalls()
 {
-    const rows::Table<QString, QStringList, QString, QString> table{
-        {"places are filled", QStringLiteral("lib.f(u8,char*)"),
-         QStringList{QStringLiteral("1"), QStringLiteral("\"a\"")}, QStringLiteral("ret"),
-         QStringLiteral("ret = lib.f(1, \"a\");")},
-        {"as typed", QStringLiteral("f(x, 2)"), QStringList(), QString(),
-         QStringLiteral("f(x, 2);")},
-        {"name only", QStringLiteral("f"), QStringList(), QString(), QStringLiteral("f();")}};
-    for (const auto& [row, callText, values, result, expected] : table) {
-        const rows::Named inRow(row);
-        auto block = named(std::make_shared<ApiProcessBlock>(), "api");
-        block->callText = callText.toStdString();
-        block->returnVariable = result.toStdString();
-        std::vector<ApiProcessBlock::Parameter> parameters;
-        for (const QString& value : values)
-            parameters.push_back({"s32", value.toStdString(), ""});
+    const rows::Table<std::vector<ApiProcessBlock::Parameter>, const char*, const char*> table{
+        {"lib.f(u8,char*)",
+         {{"s32", "1", ""}, {"s32", "\"a\"", ""}},
+         "ret",
+         "ret = lib.f(1, \"a\");"},
+        {"f(x, 2)", {}, "", "f(x, 2);"}, // as typed
+        {"f", {}, "", "f();"}};
+    for (const auto& [call, parameters, result, expected] : table) {
+        const rows::Named named(call);
+        auto block = builders::named(std::make_shared<ApiProcessBlock>(), "api");
+        block->callText = call;
+        block->returnVariable = result;
         block->setParameters(parameters);
-        const std::string text = textOf(applet({sequence("main", {block})}));
-        QVERIFY2(text.find("        " + expected.toStdString() + '\n') != std::string::npos,
-                 text.c_str());
+        const std::string code = textOf(applet({sequence("main", {block})}));
+        QVERIFY2(code.find(std::string("        ") + expected + '\n') != std::string::npos,
+                 code.c_str());
     }
 }
 
@@ -417,32 +320,23 @@ void CodegenTest::linesLeadToSteps()
                                   call("c", "sub")}),
                 sequence("sub", {condition<IfProcessBlock>("if", "MARK14", "==", "1",
                                                            {statement("in", "MARK15")})})}));
-    const QStringList places = {QStringLiteral("main/first 语句 1"),
-                                QStringLiteral("main/second 语句 1"),
-                                QStringLiteral("main/second 语句 2"),
-                                QStringLiteral("main/third 语句 2"),
-                                QStringLiteral("main/fourth 语句 1"),
-                                QStringLiteral("main/fourth 语句 4"),
-                                QStringLiteral("main/fourth 语句 6"),
-                                QStringLiteral("main/fifth 表达式 1"),
-                                QStringLiteral("main/fifth 表达式 1"),
-                                QStringLiteral("main/fifth 执行前条件 1"),
-                                QStringLiteral("main/fifth 前执行语句 3"),
-                                QStringLiteral("main/fifth 单步循环 1"),
-                                QStringLiteral("main/fifth 执行后跳转条件 1"),
-                                QStringLiteral("sub/if 条件 1"),
-                                QStringLiteral("sub/in 语句 1")};
+    const QStringList places = lines("main/first 语句 1\nmain/second 语句 1\n"
+                                     "main/second 语句 2\nmain/third 语句 2\n"
+                                     "main/fourth 语句 1\nmain/fourth 语句 4\n"
+                                     "main/fourth 语句 6\nmain/fifth 表达式 1\n"
+                                     "main/fifth 表达式 1\nmain/fifth 执行前条件 1\n"
+                                     "main/fifth 前执行语句 3\nmain/fifth 单步循环 1\n"
+                                     "main/fifth 执行后跳转条件 1\nsub/if 条件 1\nsub/in 语句 1");
     QStringList found;
     for (int i = 1; i <= places.size(); ++i) {
         for (const codegen::GeneratedFile& file : code.files) {
             const QStringList lines = QString::fromStdString(file.text).split(u'\n');
-            const int line =
-                lines.indexOf(QRegularExpression(QStringLiteral(".*MARK%1\\b.*").arg(i),
-                                                 QRegularExpression::DotMatchesEverythingOption));
+            const int line = lines.indexOf(QRegularExpression(
+                text(".*MARK%1\\b.*").arg(i), QRegularExpression::DotMatchesEverythingOption));
             if (line < 0)
                 continue;
             const codegen::CodePlace place = codegen::placeOf(code, file.name, line + 1);
-            found << QStringLiteral("%1/%2 %3 %4")
+            found << text("%1/%2 %3 %4")
                          .arg(QString::fromStdString(place.owner.sequenceId),
                               QString::fromStdString(place.owner.stepId),
                               QString::fromStdString(place.text))
@@ -466,7 +360,7 @@ void CodegenTest::changesStayInTheirUnit()
         if (before.files[i].text != after.files[i].text)
             changed << QString::fromStdString(before.files[i].name);
     }
-    QCOMPARE(changed.join(u' '), QStringLiteral("a_capplet.cpp sequence_first.cpp"));
+    QCOMPARE(changed.join(u' '), text("a_capplet.cpp sequence_first.cpp"));
 }
 
 void CodegenTest::statementFiles()

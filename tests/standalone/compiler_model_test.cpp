@@ -1,14 +1,20 @@
+#include "tests/standalone/codegen_builders.h"
 #include "tests/standalone/runtime_harness.h"
+#include "tests/support/applet_fixture.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
-#include "model/process_blocks.h"
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
 
-#include <QSemaphore>
 #include <QtTest>
 
+using namespace run_events;
 namespace service = sdk_ui_interface::processedit;
+
+namespace {
+const QString modelApp = QStringLiteral("模型");
+}
 
 /// The whole road from the model through the compiler to a run.
 class CompilerModelTest : public QObject
@@ -19,126 +25,86 @@ private slots:
     void init();
     void cleanup();
 
-    void compileSkipAndRun();
+    void compileAndSkip();
     void running();
     void templateOfAnotherSequence();
 
 private:
-    enum class Compiled { Refused, Skipped, Good, Bad };
-    Compiled compile(const QString& sequenceId);
-    template <class Block, class Change>
-    QString addStep(const QString& sequenceId, int stepType, Change change);
+    static QString compile(const QString& sequenceId)
+    {
+        return RuntimeHarness::buildFromModel(modelApp, sequenceId);
+    }
+    template <class Block> std::shared_ptr<Block> addStep(int stepType) const
+    {
+        return applet_fixture::addStep<Block>(modelApp, m_sequence, text("1"), stepType, "");
+    }
 
-    const QString m_app = QStringLiteral("模型");
+    QString m_sequence; ///< where steps are added
+    std::unique_ptr<applet_fixture::ScopedApplet> m_applet;
     std::unique_ptr<RuntimeHarness> m_harness;
 };
 
 void CompilerModelTest::init()
 {
     m_harness = std::make_unique<RuntimeHarness>();
+    m_applet = std::make_unique<applet_fixture::ScopedApplet>(modelApp);
+    m_sequence = service::createSeuqence(modelApp, text("main"));
 }
 
 void CompilerModelTest::cleanup()
 {
     m_harness.reset();
+    m_applet.reset();
     service::removeAllProcessTemplate(false);
-    service::removeApp(m_app);
 }
 
-CompilerModelTest::Compiled CompilerModelTest::compile(const QString& sequenceId)
+void CompilerModelTest::compileAndSkip()
 {
-    QSemaphore finished;
-    compileResult result = CompileFailed;
-    bool skipped = false;
-    const auto onFinished = [&](compileResult value, quint64, const char*, const char* message) {
-        if (value != CompileSucceeded)
-            qWarning("%s", message);
-        result = value;
-        finished.release();
-    };
-    if (!service::compileCApplet(m_app, sequenceId, false, false, onFinished, skipped))
-        return Compiled::Refused;
-    if (skipped)
-        return Compiled::Skipped;
-    finished.acquire();
-    if (result == CompileSucceeded)
-        process_edit::setCompileSucessState(m_app.toLocal8Bit().toStdString());
-    return result == CompileSucceeded ? Compiled::Good : Compiled::Bad;
-}
-
-template <class Block, class Change>
-QString CompilerModelTest::addStep(const QString& sequenceId, int stepType, Change change)
-{
-    const QString uuid =
-        service::createProcess(m_app, sequenceId, QStringLiteral("1"), BasicStep, stepType, -1);
-    const auto block = std::dynamic_pointer_cast<Block>(service::getProcess(m_app, uuid));
-    if (!block)
-        return QString();
-    change(*block);
-    service::updateProcess(m_app, sequenceId, block);
-    return uuid;
-}
-
-void CompilerModelTest::compileSkipAndRun()
-{
-    const QString sequence = service::createSeuqence(m_app, QStringLiteral("main"));
-    const QString step =
-        addStep<StatementProcessBlock>(sequence, step_type::Statement, [](auto& block) {
-            block.setCustomCode("log_info(\"ran\");");
-        });
-    QVERIFY(!step.isEmpty());
-
-    QVERIFY(compile(sequence) == Compiled::Good);
-    QVERIFY(compile(sequence) == Compiled::Skipped);
-    process_edit::appNeedUpdate(m_app.toLocal8Bit().toStdString());
-    QVERIFY(compile(sequence) == Compiled::Good);
-    QVERIFY(compile(sequence) == Compiled::Skipped);
-    addStep<DelayProcessBlock>(sequence, step_type::Delay, [](auto& block) { block.delay = 0; });
-    QVERIFY(compile(sequence) == Compiled::Good);
-    addStep<ExpressionProcessBlock>(sequence, step_type::Expression,
-                                    [](auto& block) { block.rightExpression = "missing"; });
-    QVERIFY(compile(sequence) == Compiled::Bad);
-    QVERIFY(compile(QStringLiteral("no such sequence")) == Compiled::Bad);
-    QVERIFY(compile(QString()) == Compiled::Refused);
+    addStep<StatementProcessBlock>(step_type::Statement)->setCustomCode("log_info(\"ran\");");
+    QCOMPARE(compile(m_sequence), QString());
+    QCOMPARE(compile(m_sequence), text("skipped"));
+    process_edit::appNeedUpdate(modelApp.toLocal8Bit().toStdString());
+    QCOMPARE(compile(m_sequence), QString());
+    QCOMPARE(compile(m_sequence), text("skipped"));
+    addStep<DelayProcessBlock>(step_type::Delay);
+    QCOMPARE(compile(m_sequence), QString());
+    addStep<ExpressionProcessBlock>(step_type::Expression)->rightExpression = "missing";
+    QVERIFY(compile(m_sequence).contains(text("‘missing’")));
+    QVERIFY(compile(text("no such sequence")).contains(text("找不到要编译的序列")));
+    QCOMPARE(compile(QString()), text("refused"));
     m_harness.reset();
     m_harness = std::make_unique<RuntimeHarness>(); // another project: nothing to skip for
-    QVERIFY(compile(sequence) == Compiled::Bad);
+    QVERIFY(compile(m_sequence).contains(text("‘missing’")));
 }
 
 void CompilerModelTest::running()
 {
-    const QString sequence = service::createSeuqence(m_app, QStringLiteral("main"));
-    const QString step = addStep<DelayProcessBlock>(sequence, step_type::Delay,
-                                                    [](auto& block) { block.delay = 60000; });
-    QVERIFY(compile(sequence) == Compiled::Good);
-    QVERIFY(m_harness->start(m_app, sequence));
-    QTRY_COMPARE_WITH_TIMEOUT(m_harness->reports(m_app), QStringList{step + QStringLiteral(":0")},
-                              20000);
-    QVERIFY(compile(sequence) == Compiled::Refused);
-    service::stopCApplet(m_app, false);
-    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(m_app), QList<int>{2}, 20000);
-    QVERIFY(compile(sequence) == Compiled::Skipped);
+    const auto delay = addStep<DelayProcessBlock>(step_type::Delay);
+    delay->delay = 60000;
+    QCOMPARE(compile(m_sequence), QString());
+    QVERIFY(m_harness->start(modelApp, m_sequence));
+    QTRY_COMPARE_WITH_TIMEOUT(m_harness->reports(modelApp).join(u' '),
+                              QString::fromStdString(delay->uuid) + text(":0"), Patience);
+    QCOMPARE(compile(m_sequence), text("refused"));
+    QCOMPARE(m_harness->stopped(modelApp), Stopped);
+    QCOMPARE(compile(m_sequence), text("skipped"));
 }
 
 void CompilerModelTest::templateOfAnotherSequence()
 {
-    const QString inner = service::createSeuqence(m_app, QStringLiteral("inner"));
-    addStep<StatementProcessBlock>(inner, step_type::Statement, [](auto& block) {
-        block.setCustomCode("log_info(\"inner\");");
-    });
-    const auto made = service::addProcessTemplate(m_app, inner);
+    addStep<StatementProcessBlock>(step_type::Statement)->setCustomCode("log_info(\"inner\");");
+    const auto made = service::addProcessTemplate(modelApp, m_sequence);
     QVERIFY(!made.first.isEmpty());
-    const QString main = service::createSeuqence(m_app, QStringLiteral("main"));
-    addStep<SequenceProcessBlock>(main, step_type::Sequence, [&](auto& block) {
-        block.sourceKind = SequenceProcessBlock::TemplateSequence;
-        block.templateId = made.first.toStdString();
-        block.templateName = made.second.toStdString();
-    });
-    QVERIFY(compile(main) == Compiled::Good);
-    QVERIFY(m_harness->start(m_app, main));
-    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(m_app), QList<int>{1}, 20000);
-    QCOMPARE(m_harness->logLines(m_app), QStringList{QStringLiteral("1 inner")});
-    QVERIFY(m_harness->reports(m_app).filter(u'>' + made.first + u'/').size() == 1);
+    m_sequence = service::createSeuqence(modelApp, text("caller"));
+    const auto call = addStep<SequenceProcessBlock>(step_type::Sequence);
+    call->sourceKind = SequenceProcessBlock::TemplateSequence;
+    call->templateId = made.first.toStdString();
+    call->templateName = made.second.toStdString();
+    QCOMPARE(compile(m_sequence), QString());
+    QVERIFY(m_harness->start(modelApp, m_sequence));
+    QCOMPARE(m_harness->end(modelApp), Finished);
+    QCOMPARE(m_harness->log(modelApp), text("1 inner"));
+    QCOMPARE(m_harness->reports(modelApp).filter(u'>' + made.first + u'/').size(), 1);
 }
 
 PE_TEST("compiler_model_test", CompilerModelTest)

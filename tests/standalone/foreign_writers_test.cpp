@@ -10,7 +10,9 @@
 #include "tests/standalone/model_samples.h"
 #include "tests/support/folders.h"
 #include "tests/support/ordinary_user.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QFile>
 #include <QLockFile>
@@ -21,6 +23,10 @@
 
 using standalone::SystemVariableFile;
 
+namespace {
+const char* const OurFile = "systemVariable.json";
+}
+
 class ForeignWritersTest : public QObject
 {
     Q_OBJECT
@@ -28,13 +34,9 @@ private slots:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
     void twoWorkbenches();
     void bothChangedOne();
-    void unreadableMeanwhile();
-    void whatIsNotOursStays_data();
     void whatIsNotOursStays();
-    void halfACharacter();
     void damagedTwice();
     void globalsStayAsTheyStand();
-    void othersGlobals_data();
     void othersGlobals();
     void lockedByAnother();
     void noRoomForTheOther();
@@ -75,18 +77,18 @@ void ForeignWritersTest::twoWorkbenches()
     first.put(variable("a", "2"));
     first.put(variable("new", "1"));
     second.put(variable("b", "3"));
-    second.remove(QStringLiteral("c"));
+    second.remove(text("c"));
     samples::LogCatcher log;
     QVERIFY(first.save() && second.save());
-    QCOMPARE(listing(), QStringLiteral("a=2 b=3 new=1"));
-    QVERIFY2(log.lines.join(u'\n').contains(QStringLiteral("其修改已合并")),
+    QCOMPARE(listing(), text("a=2 b=3 new=1"));
+    QVERIFY2(log.lines.join(u'\n').contains(text("其修改已合并")),
              qPrintable(log.lines.join(u'\n')));
     // And on, each from where the file is now.
     first.put(variable("a", "4"));
     QVERIFY(first.save());
     second.put(variable("b", "5"));
     QVERIFY(second.save());
-    QCOMPARE(listing(), QStringLiteral("a=4 b=5 new=1"));
+    QCOMPARE(listing(), text("a=4 b=5 new=1"));
     QVERIFY(!QFile::exists(path("systemVariable.json.replaced")));
 }
 
@@ -99,75 +101,46 @@ void ForeignWritersTest::bothChangedOne()
     second.load(m_folder->path());
     first.put(variable("a", "2"));
     QVERIFY(first.save());
-    const QByteArray theirs = content("systemVariable.json");
+    const QByteArray theirs = content(OurFile);
     second.put(variable("a", "3"));
     samples::LogCatcher log;
     QVERIFY(second.save());
-    QCOMPARE(listing(), QStringLiteral("a=3"));
+    QCOMPARE(listing(), text("a=3"));
     QCOMPARE(content("systemVariable.json.replaced"), theirs);
     QCOMPARE(log.lines.size(), 1);
-    QVERIFY2(log.lines.first().contains(QStringLiteral("双方都改了 a")),
-             qPrintable(log.lines.first()));
-}
-
-void ForeignWritersTest::unreadableMeanwhile()
-{
-    SystemVariableFile file;
-    file.load(m_folder->path());
-    QVERIFY(test_support::putFile(path("systemVariable.json"), "{\"variables\": ["));
-    file.put(variable("a", "1"));
-    QVERIFY(file.save());
-    QCOMPARE(listing(), QStringLiteral("a=1"));
-    QCOMPARE(content("systemVariable.json.replaced"), QByteArray("{\"variables\": ["));
-}
-
-void ForeignWritersTest::whatIsNotOursStays_data()
-{
-    QTest::addColumn<QByteArray>("member");
-    QTest::newRow("digits") << QByteArray("\"big\": 9007199254740993");
-    QTest::newRow("zeros") << QByteArray("\"exact\": 1.10");
-    QTest::newRow("exponent") << QByteArray("\"e\": 1E+2");
-    QTest::newRow("half a character") << QByteArray("\"half\": \"\\ud800\"");
-    QTest::newRow("nested") << QByteArray("\"n\": {\"x\": [1.0, null]}");
+    QVERIFY2(log.lines.first().contains(text("双方都改了 a")), qPrintable(log.lines.first()));
 }
 
 void ForeignWritersTest::whatIsNotOursStays()
 {
-    QFETCH(QByteArray, member);
-    const QByteArray entry =
-        "{\"name\": \"a\", \"type\": \"s32\", \"value\": \"1\", " + member + "}";
-    const QByteArray text = "{" + member + ", \"variables\": [{" + member + "}, " + entry + "]}";
-    QVERIFY(test_support::putFile(path("systemVariable.json"), text));
-    SystemVariableFile file;
-    QCOMPARE(file.load(m_folder->path()).size(), 1);
-    file.put(variable("a", "2"));
-    QVERIFY(file.save());
-    const QByteArray written = content("systemVariable.json").simplified().replace(" ", "");
-    QCOMPARE(written.count(QByteArray(member).replace(" ", "")), 3);
-    // A value put as it is writes nothing.
-    const QByteArray other = content("systemVariable.json") + "\n";
-    QVERIFY(file.save());
-    QVERIFY(test_support::putFile(path("systemVariable.json"), other));
-    QVERIFY(file.save());
-    QCOMPARE(content("systemVariable.json"), other);
-}
-
-// A value of ours that no text can hold: the entry stays as it stands and is none of the table.
-void ForeignWritersTest::halfACharacter()
-{
-    const QByteArray entry = R"({"name": "a", "type": "string", "value": "x\ud800"})";
-    QVERIFY(test_support::putFile(path("systemVariable.json"), "{\"variables\": [" + entry + "]}"));
-    SystemVariableFile file;
-    QCOMPARE(file.load(m_folder->path()).size(), 0);
-    file.put(variable("b", "2"));
-    QVERIFY(file.save());
-    QVERIFY(content("systemVariable.json").contains("\"x\\ud800\""));
+    for (const QByteArray member : {"\"big\": 9007199254740993", "\"exact\": 1.10", "\"e\": 1E+2",
+                                    "\"half\": \"\\ud800\"", "\"n\": {\"x\": [1.0, null]}"}) {
+        const rows::Named named(member);
+        // The last: a value of ours that no text can hold; it is none of the table.
+        const QByteArray document = "{" + member + ", \"variables\": [{" + member +
+                                    R"(}, {"name": "a", "type": "s32", "value": "1", )" + member +
+                                    R"(}, {"name": "b", "type": "string", "value": "x\ud800"}]})";
+        QVERIFY(test_support::putFile(path(OurFile), document));
+        SystemVariableFile file;
+        QCOMPARE(file.load(m_folder->path()).size(), 1);
+        file.put(variable("a", "2"));
+        QVERIFY(file.save());
+        const QByteArray written = content(OurFile).simplified().replace(" ", "");
+        QCOMPARE(written.count(QByteArray(member).replace(" ", "")), 3);
+        QVERIFY(written.contains("\"x\\ud800\""));
+        // A value put as it is writes nothing.
+        const QByteArray other = content(OurFile) + "\n";
+        QVERIFY(file.save());
+        QVERIFY(test_support::putFile(path(OurFile), other));
+        QVERIFY(file.save());
+        QCOMPARE(content(OurFile), other);
+    }
 }
 
 void ForeignWritersTest::damagedTwice()
 {
     for (const char* damage : {"{ first", "{ second", "{ third"}) {
-        QVERIFY(test_support::putFile(path("systemVariable.json"), damage));
+        QVERIFY(test_support::putFile(path(OurFile), damage));
         SystemVariableFile file;
         file.load(m_folder->path());
         file.put(variable("a", "1"));
@@ -194,51 +167,42 @@ void ForeignWritersTest::globalsStayAsTheyStand()
     process_json_edit::loadGlobalVariable("{}");
 }
 
-void ForeignWritersTest::othersGlobals_data()
-{
-    QTest::addColumn<QByteArray>("theirs");
-    QTest::addColumn<bool>("isChangedHere");
-    QTest::addColumn<bool>("isTheirsLeft");
-    QTest::addColumn<QString>("copy");
-    const QByteArray loaded = R"({"variables": []})";
-    const QByteArray other = R"({"variables": [{"uuid": "o", "name": "other"}]})";
-    const QString none;
-    QTest::newRow("nobody's change") << loaded << false << true << none;
-    QTest::newRow("ours") << loaded << true << false << none;
-    QTest::newRow("ours, indented anew")
-        << QByteArray("{ \"variables\":[] }") << true << false << none;
-    QTest::newRow("theirs") << other << false << true << none;
-    QTest::newRow("both") << other << true << false << QStringLiteral(".replaced");
-    QTest::newRow("damaged") << QByteArray("{") << true << false << QStringLiteral(".damaged");
-    QTest::newRow("gone") << QByteArray() << false << false << none;
-}
-
 void ForeignWritersTest::othersGlobals()
 {
-    QFETCH(QByteArray, theirs);
-    QFETCH(bool, isChangedHere);
-    QFETCH(bool, isTheirsLeft);
-    QFETCH(QString, copy);
     namespace processedit = sdk_ui_interface::processedit;
-    const QString file = path("globalVariable.json");
-    process_json_edit::loadGlobalVariable(R"({"variables": []})");
-    if (!theirs.isEmpty())
-        QVERIFY(test_support::putFile(file, theirs));
-    if (isChangedHere)
+    const QByteArray loaded = R"({"variables": []})";
+    const QByteArray other = R"({"variables": [{"uuid": "o", "name": "other"}]})";
+    const rows::Table<QByteArray, bool, bool, const char*> table{
+        // what stands there, whether something changed here, whether theirs is left, a copy of it
+        {"nobody's change", loaded, false, true, ""},
+        {"ours", loaded, true, false, ""},
+        {"ours, indented anew", "{ \"variables\":[] }", true, false, ""},
+        {"theirs", other, false, true, ""},
+        {"both", other, true, false, ".replaced"},
+        {"damaged", "{", true, false, ".damaged"},
+        {"gone", "", false, false, ""}};
+    for (const auto& [row, theirs, isChangedHere, isTheirsLeft, copy] : table) {
+        const rows::Named named(row);
+        init();
+        process_json_edit::loadGlobalVariable(loaded.toStdString());
+        if (!theirs.isEmpty())
+            QVERIFY(test_support::putFile(path("globalVariable.json"), theirs));
+        if (isChangedHere)
+            process_edit::addVariable(std::string(), GlobalVariable, std::string());
+        samples::LogCatcher log;
+        processedit::saveGlobalVarJsonStr(m_folder->path(), EveryBusiness);
+        QCOMPARE(content("globalVariable.json") == theirs, isTheirsLeft);
+        QCOMPARE(log.lines.size(), *copy ? 1 : 0);
+        QStringList files{text("globalVariable.json")};
+        if (*copy) {
+            files << files.first() + text(copy);
+            QCOMPARE(content(qUtf8Printable(files.last())), theirs);
+        }
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), files);
+        // From then on the file is what is known.
         process_edit::addVariable(std::string(), GlobalVariable, std::string());
-    samples::LogCatcher log;
-    processedit::saveGlobalVarJsonStr(m_folder->path(), EveryBusiness);
-    QCOMPARE(content("globalVariable.json") == theirs, isTheirsLeft);
-    QCOMPARE(log.lines.size(), copy.isEmpty() ? 0 : 1);
-    QStringList files{QStringLiteral("globalVariable.json")};
-    if (!copy.isEmpty()) {
-        files << files.first() + copy;
-        QCOMPARE(file_reading::read(file + copy, file_reading::MostOfTable).content, theirs);
+        processedit::saveGlobalVarJsonStr(m_folder->path(), EveryBusiness);
     }
-    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), files);
-    // From then on the file is what is known.
-    process_edit::addVariable(std::string(), GlobalVariable, std::string());
-    processedit::saveGlobalVarJsonStr(m_folder->path(), EveryBusiness);
     process_json_edit::loadGlobalVariable("{}");
 }
 
@@ -253,9 +217,9 @@ void ForeignWritersTest::lockedByAnother()
         QVERIFY(other.lock());
         file.put(variable("a", "1"));
         QVERIFY(!file.save() && !file.save());
-        QVERIFY(!QFile::exists(path("systemVariable.json")));
+        QVERIFY(!QFile::exists(path(OurFile)));
     }
-    QTRY_COMPARE(listing(), QStringLiteral("a=1"));
+    QTRY_COMPARE(listing(), text("a=1"));
     QCOMPARE(log.lines.size(), 1);
 }
 
@@ -264,14 +228,15 @@ void ForeignWritersTest::noRoomForTheOther()
     SystemVariableFile file;
     file.load(m_folder->path());
     const QByteArray theirs = "{\"variables\": [";
-    QVERIFY(test_support::putFile(path("systemVariable.json"), theirs));
+    QVERIFY(test_support::putFile(path(OurFile), theirs));
     file.put(variable("a", "1"));
     {
         const test_support::FullDisk disk(3);
         QVERIFY(!file.save());
     }
-    QCOMPARE(content("systemVariable.json"), theirs);
+    QCOMPARE(content(OurFile), theirs);
     QVERIFY(file.save());
+    QCOMPARE(listing(), text("a=1"));
     QCOMPARE(content("systemVariable.json.replaced"), theirs);
 }
 
@@ -284,23 +249,23 @@ void ForeignWritersTest::codeOfANeighbour()
     QString error;
     QVERIFY(standalone::writeCodeFolder(
         folder, Files{file("sequence_1.cpp"), file("sequence_2.cpp")}, error));
-    const QString foreign = folder + QStringLiteral("/sequence_9.cpp");
+    const QString foreign = folder + text("/sequence_9.cpp");
     QVERIFY(test_support::putFile(foreign, "mine"));
-    const QString list = folder + QStringLiteral("/generated_files.txt");
+    const QString list = folder + text("/generated_files.txt");
     QFile listFile(list);
     QVERIFY(listFile.open(QIODevice::Append) && listFile.write("../outside\n/etc/hosts\n") > 0);
     listFile.close();
     QVERIFY(test_support::putFile(path("outside"), "outside"));
     QVERIFY(standalone::writeCodeFolder(folder, Files{file("sequence_2.cpp")}, error));
-    QVERIFY(!QFile::exists(folder + QStringLiteral("/sequence_1.cpp")));
+    QVERIFY(!QFile::exists(folder + text("/sequence_1.cpp")));
     QVERIFY(QFile::exists(foreign) && QFile::exists(path("outside")));
 
-    const QString document = folder + QStringLiteral("/processInfo.pedt");
+    const QString document = folder + text("/processInfo.pedt");
     QVERIFY(test_support::putFile(document, "{}"));
     QVERIFY(!standalone::writeCodeFolder(folder, Files{file("sequence_3.cpp")}, error));
-    QVERIFY2(error.contains(QStringLiteral("另一个小程序")), qPrintable(error));
-    QVERIFY(QFile::exists(folder + QStringLiteral("/sequence_2.cpp")));
-    QVERIFY(!QFile::exists(folder + QStringLiteral("/sequence_3.cpp")));
+    QVERIFY2(error.contains(text("另一个小程序")), qPrintable(error));
+    QVERIFY(QFile::exists(folder + text("/sequence_2.cpp")));
+    QVERIFY(!QFile::exists(folder + text("/sequence_3.cpp")));
 }
 
 PE_TEST("foreign_writers", ForeignWritersTest)

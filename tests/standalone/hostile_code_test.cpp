@@ -3,7 +3,9 @@
 
 #include "tests/standalone/codegen_builders.h"
 #include "tests/standalone/runtime_harness.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include "standalone/codegen/Macros.h"
 
@@ -12,153 +14,134 @@
 using namespace builders;
 using namespace run_events;
 
+namespace {
+
+/// Of a sequence, with their steps and lines.
+QString problemsOf(const Blocks& blocks)
+{
+    QStringList problems;
+    for (const auto& problem : codegen::generate(applet({sequence("main", blocks)})).problems)
+        problems << text("%1 %2: %3")
+                        .arg(QString::fromStdString(problem.place.owner.step))
+                        .arg(problem.place.line)
+                        .arg(QString::fromStdString(problem.words));
+    return problems.join(u'|');
+}
+
+} // namespace
+
 class HostileCodeTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { m_harness = std::make_unique<RuntimeHarness>(); }
-    void cleanupTestCase() { m_harness.reset(); }
-
-    void macrosEndWithTheirStep_data();
     void macrosEndWithTheirStep();
-    void macrosOfAText_data();
     void macrosOfAText();
-    void faultsWithMacros_data();
     void faultsWithMacros();
     void macrosWithoutEnd();
     void faultsAreOfTheirStep();
-    void noDirectivesWithinALine();
-    void namesAreShownWhole();
 
 private:
-    std::unique_ptr<RuntimeHarness> m_harness;
+    RuntimeHarness m_harness;
 };
-
-void HostileCodeTest::macrosEndWithTheirStep_data()
-{
-    QTest::addColumn<QString>("code");
-    const auto row = [](const char* name, const char* code) {
-        QTest::newRow(name) << QString::fromUtf8(code);
-    };
-    row("keyword", "#define if(x) if(!(x))\n#define return");
-    row("what generated lines are made of", "#define rt nowhere\n#define s32 nothing");
-    row("what stands behind rt", "#define step_end no\n#define first no\n#define running no");
-    row("function of the runtime", "#define log_info(...)");
-    row("name of a variable", "#define n 1");
-    row("Chinese name", "#define 上限 nowhere\n#define 甲\n#undef 乙");
-    row("joined lines", "#def\\\nine \\\n n \\\n 1");
-    row("blanks and comments", "  # /* { */ define /* a\n b */ n 1");
-    row("digraph", "%:define n 1");
-    row("undefined", "#undef NAN\n#undef OTHER");
-    row("in a function", "int f()\n{\n#define n 1\n    return 0;\n}");
-    row("before the statement", "");
-}
 
 /// Also within a loop, around steps with children, and as a statement with a file of its own.
 void HostileCodeTest::macrosEndWithTheirStep()
 {
-    QFETCH(QString, code);
-    const QString appName = QStringLiteral("macros");
-    const auto hostile = [&](const char* uuid, bool hasFile) {
-        const QString own = QString(code).replace(QStringLiteral("f()"),
-                                                  QString::fromUtf8(uuid) + QStringLiteral("()"));
-        const BlockPtr block = statement(uuid, own.toStdString(), hasFile);
-        block->preStatements = "#define n 5\n#define LIMIT 41\n#define more 1";
-        block->postStatements = "LIMIT + more == 42 || (step_fail(), 0);\n#undef LIMIT";
-        return block;
-    };
-    const BlockPtr loop = customFor("loop", "int i = 0", "i < 2", "++i", {hostile("a", false)});
-    loop->preStatements = "#define i 7\n#define n 1";
-    const auto source = applet({sequence(
-        "main", {hostile("h", false), loop, plain(step_type::EndFor, "end"), hostile("own", true),
-                 statement("s", "int 上限 = 0, 甲 = 上限, 乙 = 甲; (void)乙; int n = 2, LIMIT = 3, "
-                                "OTHER = 4; double d = NAN; if (d == d) step_fail(); "
-                                "log_info(\"%d\", n + LIMIT + OTHER);")})});
-    QCOMPARE(m_harness->build(appName, source), QString());
-    const int runs = m_harness->events(appName).size();
-    QVERIFY(m_harness->start(appName));
-    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName).size(), runs + 1, Patience);
-    QCOMPARE(m_harness->events(appName).last(), Finished);
-    QCOMPARE(m_harness->logLines(appName).size(), runs + 1);
-    QCOMPARE(m_harness->logLines(appName).last(), QStringLiteral("1 9"));
-    QVERIFY(m_harness->reports(appName).filter(QStringLiteral("!")).isEmpty());
-}
-
-void HostileCodeTest::macrosOfAText_data()
-{
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("names");
-    const auto row = [](const char* code, const char* names) {
-        QTest::newRow(qPrintable(QString::fromUtf8(code).simplified()))
-            << QString::fromUtf8(code) << QString::fromUtf8(names);
-    };
-    row("#define A\n#define B(x) x\n#undef C\n#define A 2", "A B C");
-    row("a = 1; #define A", "");
-    row("// #define A\n/*\n#define B\n*/\n\"\\\n#define C\"", "");
-    row("R\"(\n#define A\n)\"", "");
-    row("// \\\n#define A\n#define B", "B");
-    row("#\\\ndefine\\  \n A\\\n1", "A1");
-    row("/* a\n*/ %:  define A", "A");
-    row("#if A\n#define B\n#endif\n#pragma C\n#", "B");
-    row("#define 上限 1", "上限");
-    row("#define", "");
+    const rows::Table<const char*> table{
+        {"keyword", "#define if(x) if(!(x))\n#define return"},
+        {"what generated lines are made of", "#define rt nowhere\n#define s32 nothing"},
+        {"what stands behind rt", "#define step_end no\n#define first no\n#define running no"},
+        {"function of the runtime", "#define log_info(...)"},
+        {"name of a variable", "#define n 1"},
+        {"Chinese name", "#define 上限 nowhere\n#define 甲\n#undef 乙"},
+        {"joined lines", "#def\\\nine \\\n n \\\n 1"},
+        {"blanks and comments", "  # /* { */ define /* a\n b */ n 1"},
+        {"digraph", "%:define n 1"},
+        {"undefined", "#undef NAN\n#undef OTHER"},
+        {"in a function", "int f()\n{\n#define n 1\n    return 0;\n}"},
+        {"before the statement", ""}};
+    for (const auto& [row, code] : table) {
+        const rows::Named named(row);
+        const auto hostile = [code = text(code)](const char* uuid, bool hasFile) {
+            const QString own = QString(code).replace(text("f()"), text(uuid) + text("()"));
+            const BlockPtr block = statement(uuid, own.toStdString(), hasFile);
+            block->preStatements = "#define n 5\n#define LIMIT 41\n#define more 1";
+            block->postStatements = "LIMIT + more == 42 || (step_fail(), 0);\n#undef LIMIT";
+            return block;
+        };
+        const BlockPtr loop = customFor("loop", "int i = 0", "i < 2", "++i", {hostile("a", false)});
+        loop->preStatements = "#define i 7\n#define n 1";
+        const char* const others =
+            "int 上限 = 0, 甲 = 上限, 乙 = 甲; (void)乙; int n = 2, LIMIT = 3, OTHER = 4; "
+            "double d = NAN; if (d == d) step_fail(); log_info(\"%d\", n + LIMIT + OTHER);";
+        const auto source = applet({sequence(
+            "main", {hostile("h", false), loop, hostile("own", true), statement("s", others)})});
+        QCOMPARE(m_harness.run(app, source), Finished);
+        QCOMPARE(m_harness.log(app), text("1 9"));
+        QVERIFY(m_harness.reports(app).filter(text("!")).isEmpty());
+    }
 }
 
 void HostileCodeTest::macrosOfAText()
 {
-    QFETCH(QString, code);
-    QFETCH(QString, names);
-    QStringList found;
-    for (const std::string& name : codegen::macrosIn(code.toStdString()))
-        found << QString::fromStdString(name);
-    QCOMPARE(found.join(u' '), names);
-}
-
-void HostileCodeTest::faultsWithMacros_data()
-{
-    QTest::addColumn<QStringList>("texts");
-    QTest::addColumn<int>("line"); ///< of the last text; 0: no fault
-    const auto row = [](const QStringList& texts, int line) {
-        QTest::newRow(qPrintable(texts.join(u'|').simplified())) << texts << line;
-    };
-    const QString open = QStringLiteral("#define OPEN {\n");
-    row({open + QStringLiteral("\nOPEN")}, 3);
-    row({open, QStringLiteral("a;\nOPEN b;")}, 2);
-    row({open + QStringLiteral("#define CLOSE }\nOPEN a; CLOSE")}, 0);
-    row({open + QStringLiteral("OPEN a; }")}, 0);
-    row({open + QStringLiteral("#undef OPEN\nOPEN")}, 0);
-    row({open + QStringLiteral("#define A OPEN\nA")}, 3);
-    row({QStringLiteral("#define A A {\nA }")}, 0);
-    row({QStringLiteral("#define A(x) { x\nA(1);")}, 2);
-    row({QStringLiteral("#define A(x) { x\nint A = 1;")}, 0);
-    row({QStringLiteral("#define A(x) x\nA({) A(})")}, 0);
-    row({QStringLiteral("#define A(x, y) x##y\nA(OP, EN) }")}, 0);
-    row({QStringLiteral("#define A \\\n  {\n\n}")}, 4);
-    row({QStringLiteral("#if 1\n{\n#else\n{\n#endif\n}")}, 0);
-    row({QStringLiteral("a;\n#ifdef A\n#if B\n#endif")}, 2);
-    row({QStringLiteral("a;\n#endif")}, 2);
-    row({QStringLiteral("#if 0\n#define A {\n#endif"), QStringLiteral("A")}, 0);
-    row({open, QStringLiteral("#if 1\n#undef OPEN\n#endif"), QStringLiteral("OPEN\n{")}, 0);
-    row({QStringLiteral("#if 0\n#endif"), QStringLiteral("{")}, 1);
-    row({QStringLiteral("a;\n # line 5")}, 2);
-    row({QStringLiteral("a;\n\n#5 \"b\"")}, 3);
-    row({QStringLiteral("#else")}, 1);
-    row({QStringLiteral("#define A\n/* {")}, 2);
-    row({QStringLiteral("#define A\n\"x;")}, 2);
-    row({QStringLiteral("#if 0\n#error don't\nit's\n#endif")}, 0);
+    const rows::Table<const char*> table{
+        {"#define A\n#define B(x) x\n#undef C\n#define A 2", "A B C"},
+        {"a = 1; #define A", ""},
+        {"// #define A\n/*\n#define B\n*/\n\"\\\n#define C\"", ""},
+        {"R\"(\n#define A\n)\"", ""},
+        {"// \\\n#define A\n#define B", "B"},
+        {"#\\\ndefine\\  \n A\\\n1", "A1"},
+        {"/* a\n*/ %:  define A", "A"},
+        {"#if A\n#define B\n#endif\n#pragma C\n#", "B"},
+        {"#define 上限 1", "上限"},
+        {"#define", ""}};
+    for (const auto& [code, names] : table) {
+        const rows::Named named(code);
+        QStringList found;
+        for (const std::string& name : codegen::macrosIn(code))
+            found << QString::fromStdString(name);
+        QCOMPARE(found.join(u' '), text(names));
+    }
 }
 
 void HostileCodeTest::faultsWithMacros()
 {
-    QFETCH(QStringList, texts);
-    QFETCH(int, line);
-    codegen::Macros macros;
-    codegen::CodeFault fault;
-    for (const QString& text : texts)
-        fault = macros.take(text.toStdString());
-    QCOMPARE(fault.line, line);
-    QCOMPARE(fault.words != nullptr, line > 0);
+    const rows::Table<int> table{
+        // texts that follow each other, parted by "|", and the line of the last; 0: no fault
+        {"#define OPEN {\n\nOPEN", 3},
+        {"#define OPEN {\n|a;\nOPEN b;", 2},
+        {"#define OPEN {\n#define CLOSE }\nOPEN a; CLOSE", 0},
+        {"#define OPEN {\nOPEN a; }", 0},
+        {"#define OPEN {\n#undef OPEN\nOPEN", 0},
+        {"#define OPEN {\n#define A OPEN\nA", 3},
+        {"#define A A {\nA }", 0},
+        {"#define A(x) { x\nA(1);", 2},
+        {"#define A(x) { x\nint A = 1;", 0},
+        {"#define A(x) x\nA({) A(})", 0},
+        {"#define A(x, y) x##y\nA(OP, EN) }", 0},
+        {"#define A \\\n  {\n\n}", 4},
+        {"#if 1\n{\n#else\n{\n#endif\n}", 0},
+        {"a;\n#ifdef A\n#if B\n#endif", 2},
+        {"a;\n#endif", 2},
+        {"#if 0\n#define A {\n#endif|A", 0},
+        {"#define OPEN {\n|#if 1\n#undef OPEN\n#endif|OPEN\n{", 0},
+        {"#if 0\n#endif|{", 1},
+        {"a;\n # line 5", 2},
+        {"a;\n\n#5 \"b\"", 3},
+        {"#else", 1},
+        {"#define A\n/* {", 2},
+        {"#define A\n\"x;", 2},
+        {"#if 0\n#error don't\nit's\n#endif", 0}};
+    for (const auto& [texts, line] : table) {
+        const rows::Named named(texts);
+        codegen::Macros macros;
+        codegen::CodeFault fault;
+        for (const QString& each : text(texts).split(u'|'))
+            fault = macros.take(each.toStdString());
+        QCOMPARE(fault.line, line);
+        QCOMPARE(fault.words != nullptr, line > 0);
+    }
 }
 
 /// What grows without end, or stands in one another as deep as it likes, is left to the compiler.
@@ -183,38 +166,15 @@ void HostileCodeTest::faultsAreOfTheirStep()
     const BlockPtr later = statement("later", "OPEN");
     const BlockPtr bad = statement("bad", "a;\nOPEN b;");
     bad->preStatements = "#define OPEN {";
-    const auto code = codegen::generate(
-        applet({sequence("main", {bad, later, statement("half", "#if 0\nint a;")})}));
-    QStringList problems;
-    for (const codegen::Problem& problem : code.problems)
-        problems << QStringLiteral("%1 %2: %3")
-                        .arg(QString::fromStdString(problem.place.owner.step))
-                        .arg(problem.place.line)
-                        .arg(QString::fromStdString(problem.words));
-    QCOMPARE(problems, (QStringList{QStringLiteral("bad 2: 括号不匹配: 缺少右括号"),
-                                    QStringLiteral("half 1: #if 没有对应的 #endif")}));
-}
-
-void HostileCodeTest::noDirectivesWithinALine()
-{
-    const auto code = codegen::generate(
-        applet({sequence("main", {expression("e", "", "1;\n#define if(x) if(!(x))\n2"),
-                                  expression("fine", "n", "'#' + 1")})}));
-    QCOMPARE(code.problems.size(), std::size_t(1));
-    QCOMPARE(QString::fromStdString(code.problems[0].place.owner.step), QStringLiteral("e"));
-    QCOMPARE(QString::fromStdString(code.problems[0].words),
-             QStringLiteral("此处不能使用预处理指令"));
-}
-
-/// The texts are passed on up to their first zero.
-void HostileCodeTest::namesAreShownWhole()
-{
-    const std::string name("a\0b\nc", 5);
-    const auto code =
-        codegen::generate(applet({sequence("main", {fixedFor("f", name, 0, 1, 1, {})})}));
-    QCOMPARE(code.problems.size(), std::size_t(1));
-    QCOMPARE(QString::fromStdString(code.problems[0].words),
-             QStringLiteral("“a\uFFFDb c”不能用作循环变量名"));
+    QCOMPARE(problemsOf({bad, later, statement("half", "#if 0\nint a;")}),
+             text("bad 2: 括号不匹配: 缺少右括号|half 1: #if 没有对应的 #endif"));
+    QCOMPARE(problemsOf({expression("e", "", "1;\n#define if(x) if(!(x))\n2"),
+                         expression("fine", "n", "'#' + 1")})
+                 .remove(QRegularExpression(text(" \\d"))),
+             text("e: 此处不能使用预处理指令"));
+    // Names are shown whole, though texts are passed on up to their first zero.
+    QVERIFY(problemsOf({fixedFor("f", std::string("a\0b\nc", 5), 0, 1, 1, {})})
+                .endsWith(text(": “a\uFFFDb c”不能用作循环变量名")));
 }
 
 PE_TEST("hostile_code", HostileCodeTest)

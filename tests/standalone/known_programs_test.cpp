@@ -1,353 +1,250 @@
-// Programs whose results are known from elsewhere, composed of steps in the model service as a user
-// composes them, one sequence each, then generated, compiled and run.
+// Programs whose results are known from elsewhere, a sequence each, that stand in the model as a
+// user composes them and are generated, compiled and run from there.
 
+#include "tests/standalone/codegen_builders.h"
 #include "tests/standalone/runtime_harness.h"
+#include "tests/support/applet_fixture.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
-#include "model/process_blocks.h"
-#include "model/services/process_edit.h"
-#include "model/services/processedit.h"
-
-#include <QSemaphore>
 #include <QtTest>
 
-namespace service = sdk_ui_interface::processedit;
+using namespace builders;
 
 namespace {
 
-const QString app = QStringLiteral("programs");
-
-/// The place where steps are added: a flow or a step that holds others.
-class Steps
+std::string nextName()
 {
-public:
-    Steps(const QString& sequence, const QString& parent) : m_sequence(sequence), m_parent(parent)
-    {
-    }
-
-    /// Appends a step; returns the place within it.
-    template <class Block> Steps add(int type, const std::function<void(Block&)>& change) const
-    {
-        const QString uuid = service::createProcess(app, m_sequence, m_parent, BasicStep, type, -1);
-        const auto block = std::dynamic_pointer_cast<Block>(service::getProcess(app, uuid));
-        if (!block)
-            qFatal("no block of type %d", type);
-        change(*block);
-        service::updateProcess(app, m_sequence, block);
-        return Steps(m_sequence, uuid);
-    }
-
-    const Steps& set(const char* left, const char* right,
-                     const std::function<void(IProcessBlock&)>& change = {}) const
-    {
-        add<ExpressionProcessBlock>(step_type::Expression, [&](auto& block) {
-            block.leftValue = left;
-            block.rightExpression = right;
-            if (change)
-                change(block);
-        });
-        return *this;
-    }
-    const Steps& code(const char* text) const
-    {
-        add<StatementProcessBlock>(step_type::Statement,
-                                   [&](auto& block) { block.setCustomCode(text); });
-        return *this;
-    }
-    const Steps& call(const QString& sequence) const
-    {
-        add<SequenceProcessBlock>(step_type::Sequence, [&](auto& block) {
-            block.sourceKind = SequenceProcessBlock::AppletSequence;
-            block.sequenceId = sequence.toStdString();
-        });
-        return *this;
-    }
-    const Steps& plain(int type) const
-    {
-        add<PlainProcessBlock>(type, [](auto&) {});
-        return *this;
-    }
-    Steps otherwise() const
-    {
-        return add<PlainProcessBlock>(step_type::Else, [](auto&) {});
-    }
-    template <class Block>
-    Steps when(int type, const char* left, const char* comparison, const char* right) const
-    {
-        return add<Block>(type, [&](auto& block) {
-            block.setFun1(left);
-            block.setOperator(comparison, false, 1);
-            block.setFun2(right);
-        });
-    }
-    Steps ifs(const char* left, const char* comparison, const char* right) const
-    {
-        return when<IfProcessBlock>(step_type::If, left, comparison, right);
-    }
-    Steps whiles(const char* left, const char* comparison, const char* right) const
-    {
-        return when<WhileProcessBlock>(step_type::While, left, comparison, right);
-    }
-    Steps count(const char* variable, int begin, int end) const
-    {
-        return add<ForProcessBlock>(step_type::For, [&](auto& block) {
-            block.setVariableName(variable, true);
-            block.setRangeValue(begin, end, 1);
-        });
-    }
-    Steps loop(const char* init, const char* test, const char* next) const
-    {
-        return add<ForProcessBlock>(step_type::For, [&](auto& block) {
-            block.setCustom(true);
-            block.setFun1(init);
-            block.setFun2(test);
-            block.setFun3(next);
-        });
-    }
-    const Steps& jump(const char* tag) const
-    {
-        add<GotoProcessBlock>(step_type::Goto, [&](auto& block) { block.targetTag = tag; });
-        return *this;
-    }
-    QString uuid() const { return m_parent; }
-
-private:
-    QString m_sequence;
-    QString m_parent;
-};
-
-void define(processVariableType scope, const QString& owner, const char* name, const char* type,
-            const char* value = "0")
-{
-    const std::string applet = app.toStdString();
-    processVariable variable =
-        process_edit::getVariable(process_edit::addVariable(applet, scope, owner.toStdString()));
-    variable.name = name;
-    variable.type = type;
-    variable.value = value;
-    process_edit::updateVariable(applet, variable, 0);
+    static int steps = 0;
+    return "step" + std::to_string(++steps);
 }
 
-struct Program
+BlockPtr set(const char* left, const char* right)
 {
-    explicit Program(const char* name)
-        : id(service::createSeuqence(app, QString::fromLatin1(name))),
-          steps(id, QStringLiteral("1"))
-    {
-    }
-    Program& has(const char* variable, const char* type, const char* value = "0")
-    {
-        define(SequenceVariable, id, variable, type, value);
-        return *this;
-    }
-    const QString id;
-    const Steps steps; ///< the main flow
-};
+    return expression(nextName(), left, right);
+}
 
-} // namespace
-
-class KnownProgramsTest : public QObject
+BlockPtr code(const char* text)
 {
-    Q_OBJECT
-private slots:
-    void results();
-    void cleanupTestCase() { service::removeApp(app); }
+    return statement(nextName(), text);
+}
 
-private:
-    static void composeArithmetic(const Steps& main);
-    static void composeTexts(const Steps& main);
-    static void composeChecksums(const Steps& main);
-    static void composeJumps(const Steps& main);
-};
-
-void KnownProgramsTest::composeArithmetic(const Steps& main)
+template <class Block>
+BlockPtr when(const char* left, const char* comparison, const char* right, const Blocks& steps)
 {
-    Program primes("primes");
-    primes.has("composite", "u8*", "").has("list", "string", "");
-    const Steps number = primes.steps.count("i", 2, 60);
-    const Steps prime = number.ifs("composite[i]", "==", "0");
-    prime.code("list += to_string(i) + \" \";");
-    prime.loop("int j = i * i", "j < 60", "j += i").set("composite[j]", "1");
-    primes.steps.code("log_info(\"primes %s\", list);");
-    main.call(primes.id);
+    return condition<Block>(nextName(), left, comparison, right, steps);
+}
 
-    Program gcd("gcd");
-    gcd.has("a", "u32", "1071").has("b", "u32", "462").has("rest", "u32");
-    gcd.steps.whiles("b", "!=", "").set("rest", "a % b").set("a", "b").set("b", "rest");
-    gcd.steps.code("log_info(\"gcd %u\", a);");
-    main.call(gcd.id);
+const auto ifs = when<IfProcessBlock>;
 
-    // Of the step's own loop: F(0) to F(90).
-    Program fibonacci("fibonacci");
-    fibonacci.has("current", "s64", "0").has("next", "s64", "1");
-    fibonacci.steps.set("sum", "current + next", [](IProcessBlock& block) {
+BlockPtr otherwise(const Blocks& steps)
+{
+    return plain(step_type::Else, nextName(), steps);
+}
+
+BlockPtr count(const char* variable, int begin, int end, const Blocks& steps)
+{
+    return fixedFor(nextName(), variable, begin, end, 1, steps);
+}
+
+BlockPtr leave(int stepType)
+{
+    return plain(stepType, nextName());
+}
+
+codegen::SequenceSource primes()
+{
+    const BlockPtr prime = ifs(
+        "composite[i]", "==", "0",
+        {code("list += to_string(i) + \" \";"),
+         customFor(nextName(), "int j = i * i", "j < 60", "j += i", {set("composite[j]", "1")})});
+    return sequence("primes", {count("i", 2, 60, {prime}), code("log_info(\"primes %s\", list);")},
+                    {variable("composite", "u8*", ""), variable("list", "string", "")});
+}
+
+codegen::SequenceSource gcd()
+{
+    return sequence(
+        "gcd",
+        {when<WhileProcessBlock>("b", "!=", "",
+                                 {set("rest", "a % b"), set("a", "b"), set("b", "rest")}),
+         code("log_info(\"gcd %u\", a);")},
+        {variable("a", "u32", "1071"), variable("b", "u32", "462"), variable("rest", "u32", "0")});
+}
+
+/// Of the step's own loop: F(0) to F(90).
+codegen::SequenceSource fibonacci()
+{
+    const BlockPtr sum = with(set("sum", "current + next"), [](IProcessBlock& block) {
         block.preStatements = "s64 sum = 0;";
         block.loopType = 2;
         block.loopInit = "int turn = 0";
         block.loopCondition = "turn < 90";
         block.loopStep = "++turn, current = next, next = sum";
     });
-    fibonacci.steps.code("log_info(\"fibonacci %lld\", (long long)current);");
-    main.call(fibonacci.id);
-
-    // A sequence that calls itself, on variables of the applet and of all applets.
-    define(ProcessVariable, app, "factor", "s32", "10");
-    define(GlobalVariable, QString(), "factorial", "s64", "1");
-    Program factorial("factorial");
-    const Steps more = factorial.steps.ifs("factor", ">", "1");
-    more.set("factorial", "factorial * factor").set("factor", "factor - 1");
-    more.call(factorial.id);
-    main.call(factorial.id).code("log_info(\"factorial %d\", (int)factorial);");
-
-    Program power("power");
-    power.has("root", "double", "0");
-    power.steps.add<ApiProcessBlock>(step_type::Api, [](auto& block) {
-        block.callText = "pow(double,double)";
-        block.returnType = "double";
-        block.returnVariable = "root";
-        block.setParameters({{"double", "2", ""}, {"double", "0.5 * 20", ""}});
-    });
-    power.steps.code("log_info(\"power %g\", root);");
-    main.call(power.id);
+    return sequence("fibonacci", {sum, code("log_info(\"fibonacci %lld\", (long long)current);")},
+                    {variable("current", "s64", "0"), variable("next", "s64", "1")});
 }
 
-void KnownProgramsTest::composeTexts(const Steps& main)
+/// Calls itself, on variables of the applet and of all applets.
+codegen::SequenceSource factorial()
 {
-    Program sort("sort");
-    sort.has("values", "s32*", "170,45,-75,90,802,24,2,66")
-        .has("swapped", "s32")
-        .has("kept", "s32");
-    const Steps round = sort.steps.count("round", 0, 8);
-    round.set("swapped", "0");
-    const Steps pair = round.count("k", 0, 7).ifs("values[k]", ">", "values[k + 1]");
-    pair.set("kept", "values[k]").set("values[k]", "values[k + 1]").set("values[k + 1]", "kept");
-    pair.set("swapped", "1");
-    round.ifs("swapped", "==", "0").plain(step_type::Break);
-    sort.steps.code("string text;\nfor (int i = 0; i < 8; ++i)\n"
-                    "    text += to_string(values[i]) + \" \";\nlog_info(\"sort %s\", text);");
-    main.call(sort.id);
-
-    Program binary("binary");
-    binary.has("n", "u16", "2021").has("digits", "string", "").has("buffer", "char*", "");
-    const Steps digit = binary.steps.when<DoWhileProcessBlock>(step_type::DoWhile, "n", ">", "0");
-    const Steps odd = digit.ifs("n % 2", "==", "1");
-    odd.set("digits", "\"1\" + digits");
-    digit.otherwise().set("digits", "\"0\" + digits");
-    digit.set("n", "n / 2");
-    binary.steps.set("buffer", "digits");
-    binary.steps.code("log_info(\"binary %s %d\", buffer, (int)digits.size());");
-    main.call(binary.id);
+    return sequence("factorial", {ifs("factor", ">", "1",
+                                      {set("factorial", "factorial * factor"),
+                                       set("factor", "factor - 1"), call("again", "factorial")}),
+                                  ifs("factor", "==", "1",
+                                      {code("log_info(\"factorial %d\", (int)factorial);"),
+                                       set("factor", "0")})});
 }
 
-void KnownProgramsTest::composeChecksums(const Steps& main)
+codegen::SequenceSource power()
 {
-    // Over the nine digits, as the catalogues of these checksums do.
-    Program crc("crc");
-    crc.has("text", "char*", "123456789").has("ccitt", "u16", "0xFFFF").has("arc", "u16");
-    crc.has("crc32", "u32", "0xFFFFFFFF");
-    const Steps byte = crc.steps.count("at", 0, 9);
-    byte.set("ccitt", "ccitt ^ (text[at] << 8)").set("arc", "arc ^ text[at]");
-    byte.set("crc32", "crc32 ^ (u8)text[at]");
-    const Steps bit = byte.count("bit", 0, 8);
-    bit.set("ccitt", "ccitt & 0x8000 ? (ccitt << 1) ^ 0x1021 : ccitt << 1");
-    bit.ifs("arc & 1", "!=", "").set("arc", "(arc >> 1) ^ 0xA001");
-    bit.otherwise().set("arc", "arc >> 1");
-    bit.set("crc32", "crc32 & 1 ? (crc32 >> 1) ^ 0xEDB88320 : crc32 >> 1");
-    crc.steps.set("crc32", "~crc32");
-    crc.steps.code("log_info(\"crc %04X %04X %08X\", ccitt, arc, crc32);");
-    main.call(crc.id);
+    const auto api = named(std::make_shared<ApiProcessBlock>(), nextName());
+    api->callText = "pow(double,double)";
+    api->returnType = "double";
+    api->returnVariable = "root";
+    api->setParameters({{"double", "2", ""}, {"double", "0.5 * 20", ""}});
+    return sequence("power", {api, code("log_info(\"power %g\", root);")},
+                    {variable("root", "double", "0")});
 }
 
-void KnownProgramsTest::composeJumps(const Steps& main)
+codegen::SequenceSource sort()
 {
-    Program perfect("perfect");
-    perfect.has("sum", "s32").has("list", "string", "");
-    const Steps candidate = perfect.steps.count("n", 2, 500);
-    candidate.set("sum", "0");
-    const Steps divisor = candidate.count("d", 1, 250);
-    divisor.ifs("d", ">=", "n").plain(step_type::Break);
-    divisor.ifs("n % d", "!=", "0").plain(step_type::Continue);
-    divisor.set("sum", "sum + d");
-    candidate.ifs("sum", "==", "n").code("list += to_string(n) + \" \";");
-    perfect.steps.code("log_info(\"perfect %s\", list);");
-    main.call(perfect.id);
+    const BlockPtr pair = ifs("values[k]", ">", "values[k + 1]",
+                              {set("kept", "values[k]"), set("values[k]", "values[k + 1]"),
+                               set("values[k + 1]", "kept"), set("swapped", "1")});
+    const BlockPtr round = count("round", 0, 8,
+                                 {set("swapped", "0"), count("k", 0, 7, {pair}),
+                                  ifs("swapped", "==", "0", {leave(step_type::Break)})});
+    return sequence(
+        "sort",
+        {round, code("string text;\nfor (int i = 0; i < 8; ++i)\n"
+                     "    text += to_string(values[i]) + \" \";\nlog_info(\"sort %s\", text);")},
+        {variable("values", "s32*", "170,45,-75,90,802,24,2,66"), variable("swapped", "s32", "0"),
+         variable("kept", "s32", "0")});
+}
 
-    Program collatz("collatz");
-    collatz.has("n", "u32", "27").has("turns", "s32").has("peak", "u32");
-    collatz.steps.set("turns", "turns + 1", [](IProcessBlock& block) {
+codegen::SequenceSource binary()
+{
+    const BlockPtr digit = when<DoWhileProcessBlock>(
+        "n", ">", "0",
+        {ifs("n % 2", "==", "1", {set("digits", "\"1\" + digits")}),
+         otherwise({set("digits", "\"0\" + digits")}), set("n", "n / 2")});
+    return sequence("binary",
+                    {digit, set("buffer", "digits"),
+                     code("log_info(\"binary %s %d\", buffer, (int)digits.size());")},
+                    {variable("n", "u16", "2021"), variable("digits", "string", ""),
+                     variable("buffer", "char*", "")});
+}
+
+/// Over the nine digits, as the catalogues of these checksums do.
+codegen::SequenceSource crc()
+{
+    const BlockPtr bit =
+        count("bit", 0, 8,
+              {set("ccitt", "ccitt & 0x8000 ? (ccitt << 1) ^ 0x1021 : ccitt << 1"),
+               ifs("arc & 1", "!=", "", {set("arc", "(arc >> 1) ^ 0xA001")}),
+               otherwise({set("arc", "arc >> 1")}),
+               set("crc32", "crc32 & 1 ? (crc32 >> 1) ^ 0xEDB88320 : crc32 >> 1")});
+    const BlockPtr byte =
+        count("at", 0, 9,
+              {set("ccitt", "ccitt ^ (text[at] << 8)"), set("arc", "arc ^ text[at]"),
+               set("crc32", "crc32 ^ (u8)text[at]"), bit});
+    return sequence("crc",
+                    {byte, set("crc32", "~crc32"),
+                     code("log_info(\"crc %04X %04X %08X\", ccitt, arc, crc32);")},
+                    {variable("text", "char*", "123456789"), variable("ccitt", "u16", "0xFFFF"),
+                     variable("arc", "u16", "0"), variable("crc32", "u32", "0xFFFFFFFF")});
+}
+
+codegen::SequenceSource perfect()
+{
+    const BlockPtr divisor =
+        count("d", 1, 250,
+              {ifs("d", ">=", "n", {leave(step_type::Break)}),
+               ifs("n % d", "!=", "0", {leave(step_type::Continue)}), set("sum", "sum + d")});
+    return sequence("perfect",
+                    {count("n", 2, 500,
+                           {set("sum", "0"), divisor,
+                            ifs("sum", "==", "n", {code("list += to_string(n) + \" \";")})}),
+                     code("log_info(\"perfect %s\", list);")},
+                    {variable("sum", "s32", "0"), variable("list", "string", "")});
+}
+
+codegen::SequenceSource collatz()
+{
+    const BlockPtr turn = with(set("turns", "turns + 1"), [](IProcessBlock& block) {
         block.tagEnabled = true;
         block.tag = "again";
         block.preCondition = "n != 1";
     });
-    const Steps odd = collatz.steps.ifs("n & 1", "==", "1");
-    odd.set("n", "3 * n + 1");
-    const Steps higher = odd.ifs("n", ">", "peak");
-    higher.set("peak", "n");
-    collatz.steps.otherwise().set("n", "n / 2");
-    collatz.steps.ifs("n", ">", "1").jump("again");
-    collatz.steps.code("log_info(\"collatz %d %u\", turns, peak);");
-    main.call(collatz.id);
-
-    // The step leads back to itself as long as its post-condition holds.
-    Program digits("digits");
-    digits.has("n", "u32", "32768").has("sum", "u32");
-    const Steps step =
-        digits.steps.add<ExpressionProcessBlock>(step_type::Expression, [](auto& block) {
-            block.leftValue = "sum";
-            block.rightExpression = "sum + n % 10";
-            block.postStatements = "n /= 10;";
-            block.postConditionCode = "n > 0";
-            block.trueAction = 1;
-        });
-    const auto block = service::getProcess(app, step.uuid());
-    block->trueTarget = block->uuid;
-    service::updateProcess(app, digits.id, block);
-    digits.steps.code("log_info(\"digits %u\", sum);");
-    main.call(digits.id);
+    return sequence(
+        "collatz",
+        {turn,
+         ifs("n & 1", "==", "1",
+             {set("n", "3 * n + 1"), ifs("n", ">", "peak", {set("peak", "n")})}),
+         otherwise({set("n", "n / 2")}), ifs("n", ">", "1", {jump(nextName(), "", "again")}),
+         code("log_info(\"collatz %d %u\", turns, peak);")},
+        {variable("n", "u32", "27"), variable("turns", "s32", "0"), variable("peak", "u32", "0")});
 }
+
+/// The step leads back to itself as long as its post-condition holds.
+codegen::SequenceSource digits()
+{
+    const BlockPtr digit = with(set("sum", "sum + n % 10"), [](IProcessBlock& block) {
+        block.postStatements = "n /= 10;";
+        block.postConditionCode = "n > 0";
+        block.trueAction = 1;
+        block.trueTarget = block.uuid;
+    });
+    return sequence("digits", {digit, code("log_info(\"digits %u\", sum);")},
+                    {variable("n", "u32", "32768"), variable("sum", "u32", "0")});
+}
+
+} // namespace
+
+class KnownProgramsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void results();
+};
 
 void KnownProgramsTest::results()
 {
-    RuntimeHarness harness;
-    const QString mainId = service::createSeuqence(app, QStringLiteral("main"));
-    const Steps main(mainId, QStringLiteral("1"));
-    composeArithmetic(main);
-    composeTexts(main);
-    composeChecksums(main);
-    composeJumps(main);
-
-    QSemaphore finished;
-    QString failure;
-    bool skipped = false;
-    QVERIFY(service::compileCApplet(
-        app, mainId, false, false,
-        [&](compileResult result, quint64, const char*, const char* message) {
-            if (result != CompileSucceeded)
-                failure = QString::fromUtf8(message);
-            finished.release();
-        },
-        skipped));
-    finished.acquire();
-    QCOMPARE(failure, QString());
-    QVERIFY(harness.start(app, mainId));
-    QTRY_COMPARE_WITH_TIMEOUT(harness.events(app), QList<int>{1}, 20000);
-
-    const QStringList expected = {
-        QStringLiteral("1 primes 2 3 5 7 11 13 17 19 23 29 31 37 41 43 47 53 59 "),
-        QStringLiteral("1 gcd 21"),
-        QStringLiteral("1 fibonacci 2880067194370816120"),
-        QStringLiteral("1 factorial 3628800"),
-        QStringLiteral("1 power 1024"),
-        QStringLiteral("1 sort -75 2 24 45 66 90 170 802 "),
-        QStringLiteral("1 binary 11111100101 11"),
-        QStringLiteral("1 crc 29B1 BB3D CBF43926"),
-        QStringLiteral("1 perfect 6 28 496 "),
-        QStringLiteral("1 collatz 111 9232"),
-        QStringLiteral("1 digits 26"),
+    const QString app = text("programs");
+    const applet_fixture::ScopedApplet scoped(app);
+    const std::vector<std::pair<codegen::SequenceSource, const char*>> programs = {
+        {primes(), "primes 2 3 5 7 11 13 17 19 23 29 31 37 41 43 47 53 59 "},
+        {gcd(), "gcd 21"},
+        {fibonacci(), "fibonacci 2880067194370816120"},
+        {factorial(), "factorial 3628800"},
+        {power(), "power 1024"},
+        {sort(), "sort -75 2 24 45 66 90 170 802 "},
+        {binary(), "binary 11111100101 11"},
+        {crc(), "crc 29B1 BB3D CBF43926"},
+        {perfect(), "perfect 6 28 496 "},
+        {collatz(), "collatz 111 9232"},
+        {digits(), "digits 26"},
     };
+    std::vector<codegen::SequenceSource> sequences{sequence("main", {})};
+    QStringList expected;
+    for (const auto& [program, said] : programs) {
+        sequences[0].flows[1].push_back(call(nextName(), program.info.id));
+        sequences.push_back(program);
+        expected << text("1 ") + text(said);
+    }
+    auto source = applet(sequences, {variable("factor", "s32", "10")});
+    source.globalVariables = {variable("factorial", "s64", "1")};
+
+    RuntimeHarness harness;
+    RuntimeHarness::putIntoModel(app, source);
+    QCOMPARE(RuntimeHarness::buildFromModel(app, text("main")), QString());
+    QVERIFY(harness.start(app));
+    QCOMPARE(RuntimeHarness::end(app), run_events::Finished);
     QCOMPARE(harness.logLines(app), expected);
-    QVERIFY(
-        harness.reports(app).filter(QStringLiteral("!")).isEmpty()); // no step failed on the way
+    QVERIFY(harness.reports(app).filter(text("!")).isEmpty()); // no step failed on the way
 }
 
 PE_TEST("known_programs", KnownProgramsTest)

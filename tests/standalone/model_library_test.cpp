@@ -1,12 +1,14 @@
+#include "base/file_reading.h"
 #include "model/process_blocks.h"
 #include "model/services/process_edit.h"
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
 #include "standalone/model_service/stores/project_tables.h"
 #include "tests/standalone/model_samples.h"
+#include "tests/support/applet_fixture.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -23,19 +25,23 @@ const std::string localApp = "library_app";
 
 std::string readTable(const char* name)
 {
-    QFile file(QStringLiteral(PE_TABLES_FOLDER "/") + QLatin1String(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+    const QString path = text(PE_TABLES_FOLDER "/") + text(name);
+    return file_reading::read(path, file_reading::MostOfTable).content.toStdString();
 }
 
 std::shared_ptr<SequenceProcessBlock> addCall(const QString& from, const QString& to)
 {
-    const QString uuid = facade::createProcess(libraryApp, from, QStringLiteral("1"), BasicStep,
-                                               step_type::Sequence, -1);
-    auto call =
-        std::dynamic_pointer_cast<SequenceProcessBlock>(facade::getProcess(libraryApp, uuid));
+    auto call = applet_fixture::addStep<SequenceProcessBlock>(libraryApp, from, text("1"),
+                                                              step_type::Sequence, "");
     call->sourceKind = SequenceProcessBlock::AppletSequence;
     call->sequenceId = to.toStdString();
     return call;
+}
+
+QString uuidOf(const QString& sequence, const QString& parent, int stepType,
+               logicBlockType baseType = BasicStep)
+{
+    return facade::createProcess(libraryApp, sequence, parent, baseType, stepType, -1);
 }
 
 void putVariable(processVariableType scope, const std::string& owner, const std::string& name)
@@ -64,21 +70,18 @@ private slots:
 
     void defaultStepsHoldEveryKind()
     {
-        const QString sequence = facade::createSeuqence(libraryApp, QStringLiteral("s"));
+        const QString sequence = facade::createSeuqence(libraryApp, text("s"));
         QVERIFY(!isDefaultStepLoaded());
-        const auto builtIn = facade::getProcess(
-            libraryApp,
-            facade::createProcess(libraryApp, sequence, QStringLiteral("1"), BasicStep, 1, -1));
+        const auto builtIn = facade::getProcess(libraryApp, uuidOf(sequence, text("1"), 1));
         QCOMPARE(builtIn->name, std::string("if"));
         QVERIFY(builtIn->property.hasChildren && builtIn->property.editable);
 
         samples::LogCatcher log;
         loadDefaultStepJson(readTable("defaultStep.json"));
-        QVERIFY2(log.lines.isEmpty(), qPrintable(log.lines.join(QLatin1Char('\n'))));
+        QVERIFY2(log.lines.isEmpty(), qPrintable(log.lines.join(u'\n')));
         QVERIFY(isDefaultStepLoaded());
         for (int type = 1; type <= 27; ++type) {
-            const QString uuid = facade::createProcess(libraryApp, sequence, QStringLiteral("1"),
-                                                       BasicStep, type, -1);
+            const QString uuid = uuidOf(sequence, text("1"), type);
             const auto kind = process_edit::getDefaultBaseStepProperty(BasicStep, type);
             QVERIFY2(uuid.isEmpty() == kind.name.empty(), qPrintable(QString::number(type)));
             if (uuid.isEmpty())
@@ -112,7 +115,7 @@ private slots:
 
     void customKindsMakeDiagnosticSteps()
     {
-        const QString sequence = facade::createSeuqence(libraryApp, QStringLiteral("s"));
+        const QString sequence = facade::createSeuqence(libraryApp, text("s"));
         BaseStepProperty folder;
         folder.name = "诊断";
         folder.baseType = NoBlock;
@@ -129,68 +132,60 @@ private slots:
             process_edit::getCustomBaseStepProperty(localApp, DiagnosticStep, "读数据").stepType,
             1);
         QVERIFY(process_edit::getCustomBaseStepProperty("other", DiagnosticStep, 4).name.empty());
-        const auto block = facade::getProcess(
-            libraryApp,
-            facade::createProcess(libraryApp, sequence, QStringLiteral("0"), DiagnosticStep, 4, 0));
+        const auto block =
+            facade::getProcess(libraryApp, uuidOf(sequence, text("0"), 4, DiagnosticStep));
         QVERIFY(std::dynamic_pointer_cast<UdsProcessBlock>(block));
         QCOMPARE(block->name, std::string("安全访问"));
         QCOMPARE(block->property.extra.at("udsJson"), std::string("{}"));
-        facade::renameProcessCAppletName(libraryApp, QStringLiteral("renamed"));
+        facade::renameProcessCAppletName(libraryApp, text("renamed"));
         QVERIFY(process_edit::getCustomBaseStepProperty(localApp, DiagnosticStep, 4).name.empty());
         QVERIFY(
             !process_edit::getCustomBaseStepProperty("renamed", DiagnosticStep, 4).name.empty());
-        facade::renameProcessCAppletName(QStringLiteral("renamed"), libraryApp);
+        facade::renameProcessCAppletName(text("renamed"), libraryApp);
         process_edit::removeAllCustomStepProperty(localApp);
-        QVERIFY(
-            facade::createProcess(libraryApp, sequence, QStringLiteral("0"), DiagnosticStep, 4, 0)
-                .isEmpty());
+        QVERIFY(uuidOf(sequence, text("0"), 4, DiagnosticStep).isEmpty());
     }
 
     void quickStepsAreCopiesOfTheirOwn()
     {
-        const QString sequence = facade::createSeuqence(libraryApp, QStringLiteral("s"));
-        const QString loop = facade::createProcess(libraryApp, sequence, QStringLiteral("1"),
-                                                   BasicStep, step_type::While, -1);
-        const QString delay =
-            facade::createProcess(libraryApp, sequence, loop, BasicStep, step_type::Delay, -1);
-        const QString jump =
-            facade::createProcess(libraryApp, sequence, loop, BasicStep, step_type::Goto, -1);
+        const QString sequence = facade::createSeuqence(libraryApp, text("s"));
+        const QString loop = uuidOf(sequence, text("1"), step_type::While);
+        const QString delay = uuidOf(sequence, loop, step_type::Delay);
+        const QString jump = uuidOf(sequence, loop, step_type::Goto);
         std::dynamic_pointer_cast<GotoProcessBlock>(facade::getProcess(libraryApp, jump))
             ->targetUuid = delay.toStdString();
         const QString id = facade::addQuickStepInfo(libraryApp, loop);
         QVERIFY(!id.isEmpty() && id != loop);
-        QVERIFY(facade::addQuickStepInfo(libraryApp, QStringLiteral("no such")).isEmpty());
+        QVERIFY(facade::addQuickStepInfo(libraryApp, text("no such")).isEmpty());
         facade::getProcess(libraryApp, loop)->name = "changed later";
 
         QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("quickStep.json"));
+        const QString path = folder.filePath(text("quickStep.json"));
         facade::saveQuickStepJsonStr(path, EveryBusiness);
         facade::removeQuickStepInfo(id);
         QVERIFY(facade::getQuickStepInfo().isEmpty());
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        facade::loadQuickStepJsonStr(QString::fromUtf8(file.readAll()));
+        const auto file = file_reading::read(path, file_reading::MostOfTable);
+        facade::loadQuickStepJsonStr(QString::fromUtf8(file.content));
         QVERIFY(isQucikStepLoaded());
-        QCOMPARE(facade::getQuickStepInfoVector({id, QStringLiteral("no such")}).size(), 1);
+        QCOMPARE(facade::getQuickStepInfoVector({id, text("no such")}).size(), 1);
 
         const QString made =
-            facade::createProcessInfoByQuickStep(libraryApp, sequence, QStringLiteral("2"), id, 0);
+            facade::createProcessInfoByQuickStep(libraryApp, sequence, text("2"), id, 0);
         const auto block = facade::getProcess(libraryApp, made);
         QCOMPARE(block->name, std::string("while"));
         QCOMPARE(block->children.size(), std::size_t(2));
         const auto copiedJump = std::dynamic_pointer_cast<GotoProcessBlock>(block->children[1]);
         QCOMPARE(copiedJump->targetUuid, block->children[0]->uuid);
         QVERIFY(block->children[0]->uuid != delay.toStdString());
-        QVERIFY(
-            !facade::createProcessInfoByQuickStep(libraryApp, sequence, QStringLiteral("2"), id, 0)
-                 .isEmpty());
+        QVERIFY(!facade::createProcessInfoByQuickStep(libraryApp, sequence, text("2"), id, 0)
+                     .isEmpty());
         standalone::forgetProjectTables(); // another project
         QVERIFY(facade::getQuickStepInfo().isEmpty());
     }
 
     void brokenTemplatesAreTold()
     {
-        const QString sequence = facade::createSeuqence(libraryApp, QStringLiteral("s"));
+        const QString sequence = facade::createSeuqence(libraryApp, text("s"));
         const QString id = facade::addProcessTemplate(libraryApp, sequence).first;
         auto templates =
             QJsonDocument::fromJson(facade::generateTemplateJsonStr().toUtf8()).object();
@@ -203,15 +198,15 @@ private slots:
         const QString told = log.lines.join(u'\n');
         for (const char* line : {"templates[1]", "templates[2]", "templates[3]"})
             QVERIFY2(told.contains(QLatin1String(line)), qPrintable(told));
-        facade::loadTemplateJsonStr(QStringLiteral("{}"));
+        facade::loadTemplateJsonStr(text("{}"));
     }
 
     void templatesFreezeWhatASequenceNeeds()
     {
-        const QString first = facade::createSeuqence(libraryApp, QStringLiteral("first"));
-        const QString second = facade::createSeuqence(libraryApp, QStringLiteral("second"));
-        const QString third = facade::createSeuqence(libraryApp, QStringLiteral("third"));
-        facade::createSeuqence(libraryApp, QStringLiteral("not_called"));
+        const QString first = facade::createSeuqence(libraryApp, text("first"));
+        const QString second = facade::createSeuqence(libraryApp, text("second"));
+        const QString third = facade::createSeuqence(libraryApp, text("third"));
+        facade::createSeuqence(libraryApp, text("not_called"));
         const auto call = addCall(first, second);
         call->preStatements = "used = 1;";
         addCall(second, third);
@@ -222,9 +217,9 @@ private slots:
         putVariable(ProcessVariable, localApp, "unused");
 
         const auto [id, name] = facade::addProcessTemplate(libraryApp, first);
-        QCOMPARE(name, QStringLiteral("first"));
-        QCOMPARE(facade::addProcessTemplate(libraryApp, first).second, QStringLiteral("first_1"));
-        QVERIFY(facade::addProcessTemplate(libraryApp, QStringLiteral("no such")).first.isEmpty());
+        QCOMPARE(name, text("first"));
+        QCOMPARE(facade::addProcessTemplate(libraryApp, first).second, text("first_1"));
+        QVERIFY(facade::addProcessTemplate(libraryApp, text("no such")).first.isEmpty());
         call->name = "changed later";
 
         const auto info = facade::getProcessTemplateByID(id);
@@ -234,9 +229,8 @@ private slots:
         QCOMPARE(info.blocks.size(), std::size_t(1));
         QVERIFY(info.blocks[0]->name != "changed later");
         QCOMPARE(info.subBlocks.size(), std::size_t(2));
-        QCOMPARE(namesOf(info.sequenceVariables),
-                 QStringList({QStringLiteral("a"), QStringLiteral("c")}));
-        QCOMPARE(namesOf(info.processVariables), QStringList(QStringLiteral("used")));
+        QCOMPARE(namesOf(info.sequenceVariables), QStringList({text("a"), text("c")}));
+        QCOMPARE(namesOf(info.processVariables), QStringList(text("used")));
         QCOMPARE(info.processVariables[0].ownerId, localApp);
 
         const auto copy = readOneTemplateJsonStr(generateOneTemplateJsonStr(info));
@@ -248,9 +242,9 @@ private slots:
 
     void templatesCallTemplates()
     {
-        const QString inner = facade::createSeuqence(libraryApp, QStringLiteral("inner"));
+        const QString inner = facade::createSeuqence(libraryApp, text("inner"));
         const auto [innerId, innerName] = facade::addProcessTemplate(libraryApp, inner);
-        const QString outer = facade::createSeuqence(libraryApp, QStringLiteral("outer"));
+        const QString outer = facade::createSeuqence(libraryApp, text("outer"));
         const auto call = addCall(outer, {});
         call->sourceKind = SequenceProcessBlock::TemplateSequence;
         call->templateId = innerId.toStdString();
@@ -268,21 +262,21 @@ private slots:
 
     void theTemplateFileKeepsItsTemplates()
     {
-        const QString first = facade::createSeuqence(libraryApp, QStringLiteral("first"));
+        const QString first = facade::createSeuqence(libraryApp, text("first"));
         const QString id = facade::addProcessTemplate(libraryApp, first).first;
-        facade::renameProcessTemplate(id, QStringLiteral("新的名字"));
+        facade::renameProcessTemplate(id, text("新的名字"));
         auto document =
             QJsonDocument::fromJson(facade::generateTemplateJsonStr().toUtf8()).object();
-        document.insert(QStringLiteral("future"), 1);
+        document.insert(text("future"), 1);
         const QString json = QString::fromUtf8(QJsonDocument(document).toJson());
         facade::removeAllProcessTemplate(false);
         QVERIFY(!isTempldateLoaded() && facade::getAllProcessTemplate().empty());
 
         facade::loadTemplateJsonStr(json);
         QVERIFY(isTempldateLoaded());
-        QCOMPARE(facade::getProcessTemplateByID(id).name, QStringLiteral("新的名字").toStdString());
+        QCOMPARE(facade::getProcessTemplateByID(id).name, text("新的名字").toStdString());
         QCOMPARE(facade::generateTemplateJsonStr(), json);
-        facade::loadTemplateJsonStr(QStringLiteral("not json"));
+        facade::loadTemplateJsonStr(text("not json"));
         QCOMPARE(facade::getAllProcessTemplate().size(), std::size_t(1));
         facade::removeAllProcessTemplate(true);
         QVERIFY(isTempldateLoaded());

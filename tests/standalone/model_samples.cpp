@@ -4,6 +4,9 @@
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
 #include "standalone/host/Host.h"
+#include "standalone/model_service/documents/block_factory.h"
+
+#include <limits>
 
 namespace facade = sdk_ui_interface::processedit;
 
@@ -11,163 +14,152 @@ namespace samples {
 
 namespace {
 
-void fillGeneral(IProcessBlock& block, const std::string& uuid)
+/// Calls @p visit with the fields of every class, a list of their own beside the model service's.
+template <class Visit> void visitGeneral(IProcessBlock& b, Visit& visit)
 {
-    block.uuid = uuid;
-    block.name = awkwardText("name");
-    block.remark = awkwardText("remark");
-    block.tagEnabled = true;
-    block.tag = "retry";
-    block.preCondition = "a > \"b\"";
-    block.loopType = 2;
-    block.loopResultInReport = true;
-    block.loopCount = 77;
-    block.loopVariable = "k";
-    block.loopInit = "int k = 0";
-    block.loopCondition = "k < 3";
-    block.loopStep = "k += 1";
-    block.trueAction = 1;
-    block.trueTarget = "true-target";
-    block.falseAction = 4;
-    block.falseTarget = "false-target";
-    block.postConditionCode = "global_ret == 0";
-    block.preStatements = "x = 1;\n\ny = 2;\n";
-    block.postStatements = "\n";
-    block.enableState = 1;
-    block.property.name = awkwardText("kind");
-    block.property.baseType = block.baseType();
-    block.property.stepType = block.stepType();
-    block.property.showInPalette = false;
-    block.property.reserved1 = block.property.reserved2 = true;
-    block.property.reserved3 = false;
-    block.property.hasChildren = block.property.editable = block.property.draggable = true;
-    block.property.nameEditable = block.property.tagEnabled = block.property.loopEnabled = true;
-    block.property.preConditionEnabled = block.property.postActionEnabled = true;
-    block.property.statementsEnabled = true;
-    block.property.extra = {{"udsJson", "{\"a\": 1}\n"}, {"键", "值"}};
-    block.property.children.push_back({});
-    block.property.children[0].name = "nested";
+    visit(b.uuid, b.name, b.remark, b.tagEnabled, b.tag, b.preCondition, b.loopType,
+          b.loopResultInReport, b.loopCount, b.loopVariable, b.loopInit, b.loopCondition,
+          b.loopStep, b.trueAction, b.trueTarget, b.falseAction, b.falseTarget, b.postConditionCode,
+          b.preStatements, b.postStatements, b.enableState);
+    auto& p = b.property;
+    visit(p.name, p.showInPalette, p.reserved1, p.hasChildren, p.editable, p.draggable, p.reserved2,
+          p.nameEditable, p.tagEnabled, p.loopEnabled, p.preConditionEnabled, p.postActionEnabled,
+          p.statementsEnabled, p.reserved3, p.extra["udsJson"], p.extra["键"]);
+    p.children.resize(1);
+    visit(p.children[0].name);
 }
 
-template <class Condition> BlockPtr condition()
+template <class Visit> void visitFlow(IProcessBlock& b, Visit& visit)
 {
-    auto block = std::make_shared<Condition>();
-    block->setFun1(awkwardText("left"));
-    block->setFun2("buffer");
-    block->setOperator("!=", true, 8);
-    return block;
+    if (auto* c = dynamic_cast<ConditionProcessBlock*>(&b)) {
+        std::string left = c->getFun1(), right = c->getFun2(), comparison = c->getOperator();
+        bool isArray = c->getOperatorIsArray();
+        int size = c->getArraySize();
+        visit(left, right, comparison, isArray, size);
+        c->setFun1(left);
+        c->setFun2(right);
+        c->setOperator(comparison, isArray, size);
+    }
+    if (auto* f = dynamic_cast<ForProcessBlock*>(&b)) {
+        std::string variable = f->getVariableName();
+        std::string init = f->getFun1(), test = f->getFun2(), next = f->getFun3();
+        bool isCustom = f->getCustom(), isDefined = f->isNeedDefine();
+        int begin = f->getBeginValue(), end = f->getEndValue(), step = f->getStepValue();
+        visit(variable, init, test, next, isCustom, isDefined, begin, end, step);
+        f->setCustom(isCustom);
+        f->setVariableName(variable, isDefined);
+        f->setRangeValue(begin, end, step);
+        f->setFun1(init);
+        f->setFun2(test);
+        f->setFun3(next);
+    }
+    if (auto* g = dynamic_cast<GotoProcessBlock*>(&b))
+        visit(g->targetTag, g->targetUuid);
+    if (auto* q = dynamic_cast<SequenceProcessBlock*>(&b))
+        visit(q->sourceKind, q->sequenceName, q->sequenceId, q->templateJson, q->templateName,
+              q->templateId, q->carried.id, q->carried.json, q->carried.name);
 }
 
-BlockPtr loop()
+template <class Visit> void visitActions(IProcessBlock& b, Visit& visit)
 {
-    auto block = std::make_shared<ForProcessBlock>();
-    block->setCustom(true);
-    block->setVariableName("idx", false);
-    block->setRangeValue(-2147483647 - 1, 2147483647, -3);
-    block->setFun1("int i = 0");
-    block->setFun2("i < 10");
-    block->setFun3("i += 2");
-    return block;
+    if (auto* s = dynamic_cast<StatementProcessBlock*>(&b)) {
+        std::string code = s->customCode();
+        bool hasFile = s->getSplitFile();
+        visit(code, hasFile);
+        s->setCustomCode(code);
+        s->setSplitFile(hasFile);
+    }
+    if (auto* e = dynamic_cast<ExpressionProcessBlock*>(&b))
+        visit(e->leftValue, e->rightExpression);
+    if (auto* d = dynamic_cast<DelayProcessBlock*>(&b))
+        visit(d->delay);
+    if (auto* z = dynamic_cast<BuzzProcessBlock*>(&b))
+        visit(z->firstFrequency, z->firstDuration, z->secondFrequency, z->secondDuration,
+              z->repeatCount, z->channel);
+    if (auto* m = dynamic_cast<SendMessageProcessBlock*>(&b))
+        visit(m->frameType, m->frameFormat, m->idType, m->frameId, m->dataSize, m->channel, m->data,
+              m->messageVariable);
+    if (auto* r = dynamic_cast<RecvMessageProcessBlock*>(&b))
+        visit(r->id.variable, r->id.isSystem, r->dataSize.variable, r->dataSize.isSystem,
+              r->channel.variable, r->channel.isSystem, r->data.variable, r->data.isSystem,
+              r->messageVariable, r->waitTime, r->successStatement);
 }
 
-BlockPtr api()
+template <class Visit> void visitLists(IProcessBlock& b, Visit& visit)
 {
-    auto block = std::make_shared<ApiProcessBlock>();
-    block->setParameters({{"u8*", "1,2,3", "字节"}, {}, {"string", awkwardText("value"), ""}});
-    block->returnVariable = "ret";
-    block->returnType = "s32";
-    block->callText = "send(u8*, s32, string)";
-    block->userFunction = true;
-    return block;
+    if (auto* a = dynamic_cast<ApiProcessBlock*>(&b)) {
+        visit(a->returnVariable, a->returnType, a->callText, a->userFunction);
+        auto parameters = a->parameters();
+        for (auto& parameter : visit.list(parameters))
+            visit(parameter.type, parameter.value, parameter.description);
+        a->setParameters(parameters);
+    }
+    if (auto* w = dynamic_cast<PopupWindowProcessBlock*>(&b)) {
+        visit(w->title, w->content, w->assignmentKind, w->value, w->variableSource, w->variableName,
+              w->variableIsSystem);
+        auto buttons = w->buttons();
+        for (auto& button : visit.list(buttons))
+            visit(button.name, button.code);
+        w->setButtons(buttons);
+    }
+    if (auto* u = dynamic_cast<UdsProcessBlock*>(&b)) {
+        std::string config = u->udsConfig();
+        visit(config, u->stepText, u->callCode, u->taskCode, u->declareCode);
+        u->setUdsConfig(config);
+    }
 }
 
-BlockPtr popup()
+template <class Visit> void visitAll(IProcessBlock& block, Visit& visit)
 {
-    auto block = std::make_shared<PopupWindowProcessBlock>();
-    block->title = "标题";
-    block->content = awkwardText("content");
-    block->assignmentKind = 10;
-    block->value = "1.5";
-    block->variableSource = 1;
-    block->variableName = "answer";
-    block->variableIsSystem = true;
-    block->setButtons({{"确定", "a = 1;\nb = 2;"}, {"", ""}});
-    return block;
+    visitGeneral(block, visit);
+    visitFlow(block, visit);
+    visitActions(block, visit);
+    visitLists(block, visit);
 }
 
-BlockPtr sendMessage()
+/// Gives every field a value of its own that isn't the default, and lists an empty element too.
+class Filler
 {
-    auto block = std::make_shared<SendMessageProcessBlock>();
-    block->frameType = SendMessageProcessBlock::RemoteFrame;
-    block->frameFormat = SendMessageProcessBlock::CanFdBrs;
-    block->idType = SendMessageProcessBlock::ExtendedId;
-    block->frameId = 0xFFFFFFFFu;
-    block->dataSize = 64;
-    block->channel = 8;
-    block->data = "02 10 03";
-    block->messageVariable = "frame";
-    return block;
-}
+public:
+    template <class... Fields> void operator()(Fields&... fields) { (fill(fields), ...); }
+    template <class Element> std::vector<Element>& list(std::vector<Element>& elements)
+    {
+        elements.resize(2);
+        return elements;
+    }
 
-BlockPtr recvMessage()
-{
-    auto block = std::make_shared<RecvMessageProcessBlock>();
-    block->id = {"id", true};
-    block->dataSize = {"size", false};
-    block->channel = {"", true};
-    block->data = {"data", true};
-    block->messageVariable = "frame";
-    block->waitTime = 0;
-    block->successStatement = "count++;\n";
-    return block;
-}
+private:
+    void fill(bool& value) { value = !value; }
+    template <class Number> void fill(Number& value)
+    {
+        value = Number(++m_count % 2 ? m_count : std::numeric_limits<int>::min() + m_count);
+    }
+    /// With what breaks naive writers: quotes, backslashes, line ends, tabs, Chinese, and a
+    /// character outside the basic plane.
+    void fill(std::string& value)
+    {
+        const std::string number = std::to_string(++m_count);
+        value = m_count % 3 ? number + " \"'\\/ \r\n\t第二行 \xF0\x9F\x9A\x97\n"
+                            : "\n\n" + number + ";\n\nx";
+    }
 
-BlockPtr sequenceCall()
-{
-    auto block = std::make_shared<SequenceProcessBlock>();
-    block->sourceKind = SequenceProcessBlock::TemplateSequence;
-    block->sequenceName = "read_dtc";
-    block->sequenceId = "sequence-id";
-    block->templateJson = "{\"id\": \"t\"}";
-    block->templateName = "模板";
-    block->templateId = "template-id";
-    block->carried = {"carried-id", "{}", "carried"};
-    return block;
-}
+    int m_count = 10000;
+};
 
-BlockPtr uds()
+class Printer
 {
-    auto block = std::make_shared<UdsProcessBlock>(16);
-    block->setUdsConfig("{\n  \"sid\": 34\n}");
-    block->stepText = "读取 DID";
-    block->callCode = "call();";
-    block->taskCode = "void task()\n{\n}\n";
-    block->declareCode = "void task();";
-    return block;
-}
+public:
+    template <class... Fields> void operator()(const Fields&... fields) { (add(fields), ...); }
+    template <class Element> const std::vector<Element>& list(const std::vector<Element>& elements)
+    {
+        add(int(elements.size()));
+        return elements;
+    }
+    void add(const std::string& value) { all += value + '\x01'; }
+    template <class Number> void add(Number value) { add(std::to_string(value)); }
 
-std::vector<BlockPtr> smallOnes()
-{
-    auto statement = std::make_shared<StatementProcessBlock>();
-    statement->setCustomCode(awkwardText("code"));
-    statement->setSplitFile(true);
-    auto expression = std::make_shared<ExpressionProcessBlock>();
-    expression->leftValue = "y";
-    expression->rightExpression = "f(x1,\n  x2)";
-    auto jump = std::make_shared<GotoProcessBlock>();
-    jump->targetTag = "retry";
-    jump->targetUuid = "true-target";
-    auto delay = std::make_shared<DelayProcessBlock>();
-    delay->delay = 0;
-    auto buzz = std::make_shared<BuzzProcessBlock>();
-    buzz->firstFrequency = 1;
-    buzz->firstDuration = 2;
-    buzz->secondFrequency = 3;
-    buzz->secondDuration = 4;
-    buzz->repeatCount = 5;
-    buzz->channel = 6;
-    return {statement, expression, jump, delay, buzz};
-}
+    std::string all;
+};
 
 void printBlocks(const QString& appName, const std::vector<BlockPtr>& blocks, int depth,
                  QString& text)
@@ -183,27 +175,33 @@ void printBlocks(const QString& appName, const std::vector<BlockPtr>& blocks, in
 
 } // namespace
 
-std::string awkwardText(const char* mark)
-{
-    return std::string(mark) + " \"'\\/ \r\n\t第二行 \xF0\x9F\x9A\x97\n";
-}
-
 std::vector<BlockPtr> everyClass()
 {
-    auto blocks = smallOnes();
-    for (const auto& block : {condition<IfProcessBlock>(), condition<ElseIfProcessBlock>(),
-                              condition<WhileProcessBlock>(), condition<DoWhileProcessBlock>(),
-                              condition<ConditionProcessBlock>(), loop(), api(), popup(),
-                              sendMessage(), recvMessage(), sequenceCall(), uds()})
-        blocks.push_back(block);
-    for (const int type :
-         {step_type::Else, step_type::EndIf, step_type::EndFor, step_type::EndWhile,
-          step_type::EndDoWhile, step_type::Break, step_type::Continue, step_type::GotoTag})
-        blocks.push_back(std::make_shared<PlainProcessBlock>(type));
-    int number = 0;
-    for (const auto& block : blocks)
-        fillGeneral(*block, "block-" + std::to_string(++number));
+    std::vector<BlockPtr> blocks{standalone::makeBlock(DiagnosticStep, 16),
+                                 std::make_shared<ConditionProcessBlock>()};
+    for (int type = 1; type <= step_type::Buzz; ++type) {
+        if (const auto block = standalone::makeBlock(BasicStep, type))
+            blocks.push_back(block);
+    }
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        Filler filler;
+        visitAll(*blocks[i], filler);
+        blocks[i]->uuid = "block-" + std::to_string(i);
+        blocks[i]->property.baseType = blocks[i]->baseType();
+        blocks[i]->property.stepType = blocks[i]->stepType();
+    }
     return blocks;
+}
+
+std::string fieldsOf(IProcessBlock& block)
+{
+    Printer printer;
+    visitAll(block, printer);
+    printer(int(block.baseType()), block.stepType(), int(block.property.baseType),
+            block.property.stepType);
+    for (const auto& child : block.children)
+        printer.all += '[' + fieldsOf(*child) + ']';
+    return printer.all;
 }
 
 QString printTree(const QString& appName, const QString& sequenceId)

@@ -14,12 +14,12 @@ namespace samples {
 
 using BlockPtr = std::shared_ptr<IProcessBlock>;
 
-/// A text with what breaks naive writers: quotes, backslashes, line ends, tabs, Chinese, and a
-/// character outside the basic plane.
-std::string awkwardText(const char* mark);
-
 /// One block of every class, every field filled with a value that is not its default.
 std::vector<BlockPtr> everyClass();
+
+/// All fields of a block and of those below it, so that equality doesn't rest on the code that
+/// writes documents.
+std::string fieldsOf(IProcessBlock& block);
 
 /// The tree of a sequence: one line a block, indented, flows as headings.
 QString printTree(const QString& appName, const QString& sequenceId);

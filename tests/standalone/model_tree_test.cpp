@@ -3,10 +3,14 @@
 #include "model/services/processedit.h"
 #include "standalone/model_service/stores/compile_marks.h"
 #include "tests/standalone/model_samples.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 
 #include <QtTest>
+
+#include <algorithm>
+#include <functional>
 
 namespace facade = sdk_ui_interface::processedit;
 using samples::printTree;
@@ -41,132 +45,140 @@ class ModelTreeTest : public QObject
         return uuid;
     }
 
+    /// Within the sequence, to the parent of that name.
+    void move(const char* name, const char* parent, int index = 0)
+    {
+        process_edit::updateProcessInfoIndex(
+            localName(), m_sequence.toStdString(), m_uuids[text(name)].toStdString(),
+            m_uuids.value(text(parent), text(parent)).toStdString(), index);
+    }
+
+    /// The tree in one line, children in brackets.
+    QString shape(const QString& applet = treeApp) const
+    {
+        QString line;
+        int depth = 0;
+        for (const QString& row : lines(qUtf8Printable(printTree(applet, m_sequence)))) {
+            const QString name = row.trimmed();
+            const int indented = (row.size() - name.size()) / 2;
+            line += indented > depth && depth > 0
+                        ? text("(")
+                        : QString(std::max(0, depth - std::max(indented, 1)), u')');
+            if (!line.isEmpty() && !line.endsWith(u'('))
+                line += u' ';
+            line += indented ? name : name + u':';
+            depth = indented;
+        }
+        return line + QString(std::max(0, depth - 1), u')');
+    }
+
+    void addCalls(const QString& calls)
+    {
+        QHash<QString, QString> ids{{text("main"), m_sequence}};
+        for (const char* name : {"s1", "s2"})
+            ids.insert(text(name), facade::createSeuqence(treeApp, text(name)));
+        for (QString call : calls.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+            const bool isDisabled = call.endsWith(QLatin1Char('!'));
+            call.remove(QLatin1Char('!'));
+            const QString from = ids[call.section(QLatin1Char('>'), 0, 0)];
+            const QString uuid =
+                facade::createProcess(treeApp, from, text("1"), BasicStep, step_type::Sequence, -1);
+            const auto block =
+                std::dynamic_pointer_cast<SequenceProcessBlock>(facade::getProcess(treeApp, uuid));
+            block->sourceKind = SequenceProcessBlock::AppletSequence;
+            block->sequenceId =
+                ids.value(call.section(QLatin1Char('>'), 1), text("gone")).toStdString();
+            block->enableState = isDisabled ? 0 : 2;
+        }
+    }
+
 private slots:
     /// main: a(a1(a11) a2 a3) b c, end: z
     void init()
     {
         samples::forget(treeApp);
         m_uuids.clear();
-        m_sequence = facade::createSeuqence(treeApp, QStringLiteral("main"));
+        m_sequence = facade::createSeuqence(treeApp, text("main"));
         for (const char* name : {"a", "b", "c"})
-            add(text(name), QStringLiteral("1"));
+            add(text(name), text("1"));
         for (const char* name : {"a1", "a2", "a3"})
-            add(text(name), QStringLiteral("a"));
-        add(QStringLiteral("a11"), QStringLiteral("a1"));
-        add(QStringLiteral("z"), QStringLiteral("2"));
-        m_uuids.insert(QStringLiteral("unknown"), QStringLiteral("no-such-block"));
-    }
-
-    void insertionsKeepTheirPlace_data()
-    {
-        QTest::addColumn<QString>("parent");
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("tree");
-        const auto row = [](const char* name, const char* parent, int index, const char* tree) {
-            QTest::newRow(name) << text(parent) << index << text(tree);
-        };
-        row("first of a flow", "1", 0,
-            "main\n  new\n  a\n    a1\n      a11\n    a2\n    a3\n  b\n  c\nend\n  z\n");
-        row("between", "a", 1,
-            "main\n  a\n    a1\n      a11\n    new\n    a2\n    a3\n  b\n  c\nend\n  z\n");
-        row("index beyond the end", "a", 99,
-            "main\n  a\n    a1\n      a11\n    a2\n    a3\n    new\n  b\n  c\nend\n  z\n");
-        row("negative index", "1", -5,
-            "main\n  a\n    a1\n      a11\n    a2\n    a3\n  b\n  c\n  new\nend\n  z\n");
-        row("an empty flow", "0", 3,
-            "initial\n  new\nmain\n  a\n    a1\n      a11\n    a2\n    a3\n  b\n  c\nend\n  z\n");
+            add(text(name), text("a"));
+        add(text("a11"), text("a1"));
+        add(text("z"), text("2"));
+        m_uuids.insert(text("unknown"), text("no-such-block"));
     }
 
     void insertionsKeepTheirPlace()
     {
-        QFETCH(QString, parent);
-        QFETCH(int, index);
-        QVERIFY(!add(QStringLiteral("new"), parent, index).isEmpty());
-        QTEST(printTree(treeApp, m_sequence), "tree");
+        const rows::Table<const char*, int, const char*> table{
+            {"first of a flow", "1", 0, "main: new a(a1(a11) a2 a3) b c end: z"},
+            {"between", "a", 1, "main: a(a1(a11) new a2 a3) b c end: z"},
+            {"index beyond the end", "a", 99, "main: a(a1(a11) a2 a3 new) b c end: z"},
+            {"negative index", "1", -5, "main: a(a1(a11) a2 a3) b c new end: z"},
+            {"an empty flow", "0", 3, "initial: new main: a(a1(a11) a2 a3) b c end: z"}};
+        for (const auto& [row, parent, index, tree] : table) {
+            const rows::Named named(row);
+            init();
+            QVERIFY(!add(text("new"), text(parent), index).isEmpty());
+            QCOMPARE(shape(), text(tree));
+        }
     }
 
     void impossibleInsertionsMakeNothing()
     {
-        const QString other = facade::createSeuqence(treeApp, QStringLiteral("other"));
+        const QString other = facade::createSeuqence(treeApp, text("other"));
         const QString tree = printTree(treeApp, m_sequence);
-        QVERIFY(add(QStringLiteral("new"), QStringLiteral("unknown")).isEmpty());
-        QVERIFY(add(QStringLiteral("new"), QString()).isEmpty());
-        QVERIFY(facade::createProcess(treeApp, other, m_uuids[QStringLiteral("a")], BasicStep,
-                                      step_type::If, 0)
-                    .isEmpty());
-        for (const int type : {0, 11, 14, 18, 19, 28, 10000, 10001})
-            QVERIFY(
-                facade::createProcess(treeApp, m_sequence, QStringLiteral("1"), BasicStep, type, -1)
-                    .isEmpty());
+        QVERIFY(add(text("new"), text("unknown")).isEmpty());
+        QVERIFY(add(text("new"), QString()).isEmpty());
         QVERIFY(
-            facade::createProcess(treeApp, m_sequence, QStringLiteral("1"), DiagnosticStep, 1, -1)
+            facade::createProcess(treeApp, other, m_uuids[text("a")], BasicStep, step_type::If, 0)
                 .isEmpty());
+        for (const int type : {0, 11, 14, 18, 19, 28, 10000, 10001})
+            QVERIFY(facade::createProcess(treeApp, m_sequence, text("1"), BasicStep, type, -1)
+                        .isEmpty());
+        QVERIFY(
+            facade::createProcess(treeApp, m_sequence, text("1"), DiagnosticStep, 1, -1).isEmpty());
         QCOMPARE(printTree(treeApp, m_sequence), tree);
-    }
-
-    void movesReorderTheTree_data()
-    {
-        QTest::addColumn<QString>("block");
-        QTest::addColumn<QString>("parent");
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("tree");
-        const auto row = [](const char* name, const char* block, const char* parent, int index,
-                            const char* tree) {
-            QTest::newRow(name) << text(block) << text(parent) << index << text(tree);
-        };
-        const char* const unchanged =
-            "main\n  a\n    a1\n      a11\n    a2\n    a3\n  b\n  c\nend\n  z\n";
-        row("down among siblings", "a", "1", 1,
-            "main\n  b\n  a\n    a1\n      a11\n    a2\n    a3\n  c\nend\n  z\n");
-        row("up among siblings", "a3", "a", 0,
-            "main\n  a\n    a3\n    a1\n      a11\n    a2\n  b\n  c\nend\n  z\n");
-        row("to its own place", "b", "1", 1, unchanged);
-        row("out of its parent", "a1", "1", 1,
-            "main\n  a\n    a2\n    a3\n  a1\n    a11\n  b\n  c\nend\n  z\n");
-        row("into another", "a", "b", 0,
-            "main\n  b\n    a\n      a1\n        a11\n      a2\n      a3\n  c\nend\n  z\n");
-        row("to another flow, beyond its end", "a", "2", 9,
-            "main\n  b\n  c\nend\n  z\n  a\n    a1\n      a11\n    a2\n    a3\n");
-        row("under itself", "a", "a", 0, unchanged);
-        row("under its own child", "a", "a11", 0, unchanged);
-        row("under nothing", "a", "unknown", 0, unchanged);
-        row("an unknown block", "unknown", "1", 0, unchanged);
     }
 
     void movesReorderTheTree()
     {
-        QFETCH(QString, block);
-        QFETCH(QString, parent);
-        QFETCH(int, index);
-        process_edit::updateProcessInfoIndex(localName(), m_sequence.toStdString(),
-                                             m_uuids[block].toStdString(),
-                                             m_uuids.value(parent, parent).toStdString(), index);
-        QTEST(printTree(treeApp, m_sequence), "tree");
+        const char* const unchanged = "main: a(a1(a11) a2 a3) b c end: z";
+        const rows::Table<const char*, const char*, int, const char*> table{
+            {"down among siblings", "a", "1", 1, "main: b a(a1(a11) a2 a3) c end: z"},
+            {"up among siblings", "a3", "a", 0, "main: a(a3 a1(a11) a2) b c end: z"},
+            {"to its own place", "b", "1", 1, unchanged},
+            {"out of its parent", "a1", "1", 1, "main: a(a2 a3) a1(a11) b c end: z"},
+            {"into another", "a", "b", 0, "main: b(a(a1(a11) a2 a3)) c end: z"},
+            {"to another flow, beyond its end", "a", "2", 9, "main: b c end: z a(a1(a11) a2 a3)"},
+            {"under itself", "a", "a", 0, unchanged},
+            {"under its own child", "a", "a11", 0, unchanged},
+            {"under nothing", "a", "unknown", 0, unchanged},
+            {"an unknown block", "unknown", "1", 0, unchanged}};
+        for (const auto& [row, block, parent, index, tree] : table) {
+            const rows::Named named(row);
+            init();
+            move(block, parent, index);
+            QCOMPARE(shape(), text(tree));
+        }
     }
 
     /// After a move to another flow the nested blocks belong to it too.
     void movedChildrenCanBeMovedOn()
     {
-        const auto move = [&](const char* block, const QString& parent) {
-            process_edit::updateProcessInfoIndex(localName(), m_sequence.toStdString(),
-                                                 m_uuids[text(block)].toStdString(),
-                                                 parent.toStdString(), 0);
-        };
-        move("a", QStringLiteral("2"));
-        move("a11", QStringLiteral("0"));
-        add(QStringLiteral("new"), QStringLiteral("a2"));
-        facade::removeProcess(treeApp, m_sequence, m_uuids[QStringLiteral("a1")]);
-        QCOMPARE(
-            printTree(treeApp, m_sequence),
-            text("initial\n  a11\nmain\n  b\n  c\nend\n  a\n    a2\n      new\n    a3\n  z\n"));
+        move("a", "2");
+        move("a11", "0");
+        add(text("new"), text("a2"));
+        facade::removeProcess(treeApp, m_sequence, m_uuids[text("a1")]);
+        QCOMPARE(shape(), text("initial: a11 main: b c end: a(a2(new) a3) z"));
         facade::removeAllProcessBySequenceID(treeApp, m_sequence, EndFlow);
-        QVERIFY(!facade::getProcess(treeApp, m_uuids[QStringLiteral("new")]));
-        QCOMPARE(printTree(treeApp, m_sequence), text("initial\n  a11\nmain\n  b\n  c\n"));
+        QVERIFY(!facade::getProcess(treeApp, m_uuids[text("new")]));
+        QCOMPARE(shape(), text("initial: a11 main: b c"));
     }
 
     void nestingHasALimit()
     {
-        QString parent = QStringLiteral("1");
+        QString parent = text("1");
         int depth = 0;
         for (QString uuid; depth < 1000; ++depth, parent = uuid) {
             uuid = facade::createProcess(treeApp, m_sequence, parent, BasicStep, step_type::If, -1);
@@ -175,9 +187,7 @@ private slots:
         }
         QCOMPARE(depth, 200);
         const QString tree = printTree(treeApp, m_sequence);
-        process_edit::updateProcessInfoIndex(localName(), m_sequence.toStdString(),
-                                             m_uuids[QStringLiteral("b")].toStdString(),
-                                             parent.toStdString(), 0);
+        move("b", qPrintable(parent));
         QCOMPARE(printTree(treeApp, m_sequence), tree);
         facade::loadProcessJson(treeApp, facade::generateProcessJson(treeApp));
         QCOMPARE(printTree(treeApp, m_sequence), tree);
@@ -185,13 +195,13 @@ private slots:
 
     void removalsTakeTheChildrenAlong()
     {
-        facade::removeProcess(treeApp, m_sequence, m_uuids[QStringLiteral("a")]);
-        QCOMPARE(printTree(treeApp, m_sequence), text("main\n  b\n  c\nend\n  z\n"));
+        facade::removeProcess(treeApp, m_sequence, m_uuids[text("a")]);
+        QCOMPARE(shape(), text("main: b c end: z"));
         for (const char* name : {"a", "a1", "a11", "a2", "a3"})
             QVERIFY(!facade::getProcess(treeApp, m_uuids[text(name)]));
         facade::removeAllProcessBySequenceID(treeApp, m_sequence, MainFlow);
-        QCOMPARE(printTree(treeApp, m_sequence), text("end\n  z\n"));
-        add(QStringLiteral("again"), QStringLiteral("1"));
+        QCOMPARE(shape(), text("end: z"));
+        add(text("again"), text("1"));
         facade::removeAllProcessBySequenceID(treeApp, m_sequence, NoBlock);
         QCOMPARE(printTree(treeApp, m_sequence), QString());
     }
@@ -214,31 +224,29 @@ private slots:
 
     void aWrittenBackCopyTakesThePlaceOfItsBlock()
     {
-        const QString uuid = m_uuids[QStringLiteral("a")];
+        const QString uuid = m_uuids[text("a")];
         const auto copy = facade::getProcess(treeApp, uuid)->copyAlone();
         copy->name = "changed";
         copy->children.clear();
         facade::updateProcess(treeApp, m_sequence, copy);
-        facade::removeProcess(treeApp, m_sequence, m_uuids[QStringLiteral("a2")]);
-        QCOMPARE(printTree(treeApp, m_sequence),
-                 text("main\n  changed\n    a1\n      a11\n    a3\n  b\n  c\nend\n  z\n"));
+        facade::removeProcess(treeApp, m_sequence, m_uuids[text("a2")]);
+        QCOMPARE(shape(), text("main: changed(a1(a11) a3) b c end: z"));
         facade::updateProcess(treeApp, m_sequence, nullptr);
     }
 
     void twoAppletsMayHoldTheSameUuids()
     {
-        const QString other = QStringLiteral("other_app");
+        const QString other = text("other_app");
         facade::loadProcessJson(other, facade::generateProcessJson(treeApp));
-        facade::removeProcess(other, m_sequence, m_uuids[QStringLiteral("a")]);
-        QCOMPARE(printTree(other, m_sequence), text("main\n  b\n  c\nend\n  z\n"));
+        facade::removeProcess(other, m_sequence, m_uuids[text("a")]);
+        QCOMPARE(shape(other), text("main: b c end: z"));
         QVERIFY(printTree(treeApp, m_sequence).contains(QLatin1String("a11")));
         facade::renameProcessCAppletName(other, treeApp);
         QVERIFY(facade::getCAppletDataIsExist(other));
-        facade::renameProcessCAppletName(other, QStringLiteral("renamed"));
+        facade::renameProcessCAppletName(other, text("renamed"));
         QVERIFY(!facade::getCAppletDataIsExist(other));
-        QCOMPARE(printTree(QStringLiteral("renamed"), m_sequence),
-                 text("main\n  b\n  c\nend\n  z\n"));
-        samples::forget(QStringLiteral("renamed"));
+        QCOMPARE(shape(text("renamed")), text("main: b c end: z"));
+        samples::forget(text("renamed"));
     }
 
     void sequencesHaveNamesOfTheirOwn()
@@ -259,10 +267,9 @@ private slots:
 
     void aRenamedSequenceIsRenamedInItsCalls()
     {
-        const QString called = facade::createSeuqence(treeApp, QStringLiteral("called"));
-        const QString uuid =
-            facade::createProcess(treeApp, m_sequence, m_uuids[QStringLiteral("a11")], BasicStep,
-                                  step_type::Sequence, -1);
+        const QString called = facade::createSeuqence(treeApp, text("called"));
+        const QString uuid = facade::createProcess(treeApp, m_sequence, m_uuids[text("a11")],
+                                                   BasicStep, step_type::Sequence, -1);
         const auto call =
             std::dynamic_pointer_cast<SequenceProcessBlock>(facade::getProcess(treeApp, uuid));
         call->sourceKind = SequenceProcessBlock::AppletSequence;
@@ -279,95 +286,55 @@ private slots:
         QCOMPARE(call->description(), text("调用序列 renamed（序列不存在）").toStdString());
     }
 
-    void callLoopsAreFound_data()
-    {
-        QTest::addColumn<QString>("calls"); ///< "from>to", with "!" a disabled step
-        QTest::addColumn<bool>("isLoop");
-        QTest::newRow("none") << QString() << false;
-        QTest::newRow("itself") << text("main>main") << true;
-        QTest::newRow("twice the same") << text("main>s1 main>s1 s1>s2 main>s2") << false;
-        QTest::newRow("back to the start") << text("main>s1 s1>s2 s2>main") << true;
-        QTest::newRow("further down") << text("main>s1 s1>s2 s2>s1") << true;
-        QTest::newRow("elsewhere") << text("s1>s2 s2>s1") << false;
-        QTest::newRow("disabled") << text("main>s1 s1>main!") << false;
-        QTest::newRow("gone") << text("main>gone") << false;
-    }
-
     void callLoopsAreFound()
     {
-        QFETCH(QString, calls);
-        QHash<QString, QString> ids{{QStringLiteral("main"), m_sequence}};
-        for (const char* name : {"s1", "s2"})
-            ids.insert(text(name), facade::createSeuqence(treeApp, text(name)));
-        for (QString call : calls.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
-            const bool isDisabled = call.endsWith(QLatin1Char('!'));
-            call.remove(QLatin1Char('!'));
-            const QString from = ids[call.section(QLatin1Char('>'), 0, 0)];
-            const QString uuid = facade::createProcess(treeApp, from, QStringLiteral("1"),
-                                                       BasicStep, step_type::Sequence, -1);
-            const auto block =
-                std::dynamic_pointer_cast<SequenceProcessBlock>(facade::getProcess(treeApp, uuid));
-            block->sourceKind = SequenceProcessBlock::AppletSequence;
-            block->sequenceId =
-                ids.value(call.section(QLatin1Char('>'), 1), QStringLiteral("gone")).toStdString();
-            block->enableState = isDisabled ? 0 : 2;
+        const rows::Table<const char*, bool> table{
+            // "from>to", with "!" a disabled step
+            {"none", "", false},
+            {"itself", "main>main", true},
+            {"twice the same", "main>s1 main>s1 s1>s2 main>s2", false},
+            {"back to the start", "main>s1 s1>s2 s2>main", true},
+            {"further down", "main>s1 s1>s2 s2>s1", true},
+            {"elsewhere", "s1>s2 s2>s1", false},
+            {"disabled", "main>s1 s1>main!", false},
+            {"gone", "main>gone", false}};
+        for (const auto& [row, calls, isLoop] : table) {
+            const rows::Named named(row);
+            init();
+            addCalls(text(calls));
+            QCOMPARE(process_edit::isHaveSequenceLoop(localName(), m_sequence.toStdString()),
+                     isLoop);
         }
-        QTEST(process_edit::isHaveSequenceLoop(localName(), m_sequence.toStdString()), "isLoop");
-    }
-
-    void everyChangeAsksForACompile_data()
-    {
-        QTest::addColumn<QString>("change");
-        for (const char* change : {"mark", "create", "update", "remove", "move", "sequence",
-                                   "variable", "global variable", "load", "nothing"})
-            QTest::newRow(change) << text(change);
     }
 
     void everyChangeAsksForACompile()
     {
-        QFETCH(QString, change);
-        process_edit::setCompileSucessState(localName());
-        QVERIFY(!standalone::needsUpdate(localName()));
-        const QString a = m_uuids[QStringLiteral("a")];
-        if (change == QLatin1String("mark"))
-            process_edit::appNeedUpdate(localName());
-        if (change == QLatin1String("create"))
-            add(QStringLiteral("new"), QStringLiteral("0"));
-        if (change == QLatin1String("update"))
-            facade::updateProcess(treeApp, m_sequence, facade::getProcess(treeApp, a));
-        if (change == QLatin1String("remove"))
-            facade::removeProcess(treeApp, m_sequence, a);
-        if (change == QLatin1String("move"))
-            process_edit::updateProcessInfoIndex(localName(), m_sequence.toStdString(),
-                                                 a.toStdString(), "2", 0);
-        if (change == QLatin1String("sequence"))
-            facade::createSeuqence(treeApp, QStringLiteral("new"));
-        if (change == QLatin1String("variable"))
-            process_edit::addVariable(localName(), ProcessVariable, localName());
-        if (change == QLatin1String("global variable"))
-            process_edit::removeVariables({}, {process_edit::addVariable({}, GlobalVariable, {})});
-        if (change == QLatin1String("load"))
-            facade::loadProcessJson(treeApp, QStringLiteral("{}"));
-        facade::generateProcessJson(treeApp);
-        facade::getSequence(treeApp, m_sequence);
-        QCOMPARE(standalone::needsUpdate(localName()), change != QLatin1String("nothing"));
-    }
-
-    void stepsThatAreNoneAreTold()
-    {
-        const QString sequence = facade::createSeuqence(treeApp, QStringLiteral("s"));
-        for (int i = 0; i < 2; ++i)
-            facade::createProcess(treeApp, sequence, QStringLiteral("1"), BasicStep, 1, -1);
-        auto json = facade::generateProcessJson(treeApp);
-        const QString first = QStringLiteral("\"children\":[{");
-        QVERIFY(json.contains(first));
-        json.replace(json.lastIndexOf(first), first.size(), QStringLiteral("\"children\":[7,8,{"));
-        samples::LogCatcher log;
-        facade::loadProcessJson(treeApp, json);
-        const QString told = log.lines.join(u'\n');
-        for (const char* place :
-             {"mainFlow[0].children[0].children[0]: ", "mainFlow[0].children[0].children[1]: "})
-            QVERIFY2(told.contains(QLatin1String(place)), qPrintable(told));
+        const QString a = m_uuids[text("a")];
+        const auto steps = facade::getProcess(treeApp, a);
+        const rows::Table<std::function<void()>> changes{
+            {"mark", [] { process_edit::appNeedUpdate(localName()); }},
+            {"create", [&] { add(text("new"), text("0")); }},
+            {"update", [&] { facade::updateProcess(treeApp, m_sequence, steps); }},
+            {"move", [&] { move("a", "2"); }},
+            {"remove", [&] { facade::removeProcess(treeApp, m_sequence, a); }},
+            {"sequence", [] { facade::createSeuqence(treeApp, text("new")); }},
+            {"variable",
+             [] { process_edit::addVariable(localName(), ProcessVariable, localName()); }},
+            {"global variable",
+             [] {
+                 process_edit::removeVariables({},
+                                               {process_edit::addVariable({}, GlobalVariable, {})});
+             }},
+            {"load", [] { facade::loadProcessJson(treeApp, text("{}")); }}};
+        for (const auto& [row, change] : changes) {
+            const rows::Named named(row);
+            process_edit::setCompileSucessState(localName());
+            facade::generateProcessJson(treeApp);
+            facade::getSequence(treeApp, m_sequence);
+            QVERIFY(!standalone::needsUpdate(localName()));
+            change();
+            QVERIFY(standalone::needsUpdate(localName()));
+        }
     }
 };
 

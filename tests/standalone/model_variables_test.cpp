@@ -3,7 +3,10 @@
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
 #include "tests/standalone/model_samples.h"
+#include "tests/support/applet_fixture.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -61,14 +64,14 @@ private slots:
     void cleanup()
     {
         samples::forget(appName);
-        samples::forget(QStringLiteral("copy"));
-        samples::forget(QStringLiteral("renamed"));
+        samples::forget(text("copy"));
+        samples::forget(text("renamed"));
         loadGlobalVariable({});
     }
 
     void newVariablesGetFreeNames()
     {
-        const QRegularExpression rule(QStringLiteral("^[a-zA-Z_][a-zA-Z0-9_]{0,19}$"));
+        const QRegularExpression rule(text("^[a-zA-Z_][a-zA-Z0-9_]{0,19}$"));
         QStringList names;
         for (int round = 0; round < 3; ++round) {
             for (const auto& uuid : {addVariable(variablesApp, SequenceVariable, "s1"),
@@ -96,23 +99,21 @@ private slots:
         const auto b = addNamed(SequenceVariable, "s1", "b");
         addNamed(SequenceVariable, "s1", "c");
         addNamed(ProcessVariable, variablesApp, "p");
-        QCOMPARE(listing(getAllSequenceVariable(variablesApp, "s1")),
-                 QStringLiteral("a:s1 b:s1 c:s1"));
+        QCOMPARE(listing(getAllSequenceVariable(variablesApp, "s1")), text("a:s1 b:s1 c:s1"));
 
         auto variable = getVariable(b);
         variable.scope = ProcessVariable;
         variable.ownerId = variablesApp;
         updateVariable(variablesApp, variable, 0);
-        QCOMPARE(listing(getAllSequenceVariable(variablesApp, "s1")), QStringLiteral("a:s1 c:s1"));
-        QCOMPARE(listing(getAllCAppletVariable(variablesApp)),
-                 QStringLiteral("p:var_app b:var_app"));
+        QCOMPARE(listing(getAllSequenceVariable(variablesApp, "s1")), text("a:s1 c:s1"));
+        QCOMPARE(listing(getAllCAppletVariable(variablesApp)), text("p:var_app b:var_app"));
         variable.scope = GlobalVariable;
         variable.ownerId.clear();
         updateVariable(variablesApp, variable, 0);
-        QCOMPARE(listing(getAllGlobalVariable()), QStringLiteral("global_ret: b:"));
+        QCOMPARE(listing(getAllGlobalVariable()), text("global_ret: b:"));
 
         removeVariables(variablesApp, {b, "no such", "ret"});
-        QCOMPARE(listing(getAllGlobalVariable()), QStringLiteral("global_ret:"));
+        QCOMPARE(listing(getAllGlobalVariable()), text("global_ret:"));
         removeAllVarBySequenceId(variablesApp, "s1");
         QVERIFY(getAllSequenceVariable(variablesApp, "s1").empty());
         removeAllVarByAppName(variablesApp);
@@ -177,17 +178,14 @@ private slots:
           "sequences": {"s1": [{"uuid": "a", "name": "x", "type": "s32", "value": "0"},
                                {"uuid": "b", "name": "y", "type": "string", "value": ""}]}})";
         loadAppVariableJson(variablesApp, json);
-        QCOMPARE(listing(getAllCAppletVariable(variablesApp)), QStringLiteral("speed:var_app"));
-        QCOMPARE(listing(getAllSequenceVariable(variablesApp, "s1")), QStringLiteral("x:s1 y:s1"));
+        QCOMPARE(listing(getAllCAppletVariable(variablesApp)), text("speed:var_app"));
+        QCOMPARE(listing(getAllSequenceVariable(variablesApp, "s1")), text("x:s1 y:s1"));
         QCOMPARE(getVariable("p").description, std::string("第一行\n第二行"));
-        auto expected = parsed(json);
-        auto sequences = expected.value(QLatin1String("sequences")).toObject();
-        auto list = sequences.value(QLatin1String("s1")).toArray();
-        auto second = list.at(1).toObject();
-        second.remove(QStringLiteral("value")); // an empty text is the default
-        list.replace(1, second);
-        sequences.insert(QStringLiteral("s1"), list);
-        expected.insert(QStringLiteral("sequences"), sequences);
+        // An empty text is the default.
+        const auto expected = parsed(QString::fromStdString(json)
+                                         .replace(text(R"(, "value": "")"), QString())
+                                         .toStdString());
+        QVERIFY(expected != parsed(json));
         QCOMPARE(parsed(generateAppAndSequenceVariableJson(variablesApp)), expected);
 
         // The same document in another applet: the variables are others, under ids of their own.
@@ -208,15 +206,15 @@ private slots:
         loadAppVariableJson(variablesApp, R"({"process": [{"uuid": "a", "name": "x"}, 5,
             {"uuid": "a", "name": "y", "length": "long"}, {"name": "z"}], "sequences": {"s": 1}})");
         QCOMPARE(listing(getAllCAppletVariable(variablesApp)),
-                 QStringLiteral("x:var_app y:var_app z:var_app"));
-        QVERIFY2(log.lines.size() == 5, qPrintable(log.lines.join(QLatin1Char('\n'))));
+                 text("x:var_app y:var_app z:var_app"));
+        QVERIFY2(log.lines.size() == 5, qPrintable(log.lines.join(u'\n')));
         QCOMPARE(getVariable("a").name, std::string("x"));
     }
 
     void globalVariablesGoToTheProjectFile()
     {
         QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("globalVariable.json"));
+        const QString path = folder.filePath(text("globalVariable.json"));
         const std::string json =
             R"({"future": 1, "variables": [{"uuid": "g", "name": "vin", "type": "string",
                 "value": "LSV", "length": 17, "unit": "x"}]})";
@@ -228,58 +226,51 @@ private slots:
         const auto written = file.readAll().toStdString();
         QCOMPARE(parsed(written), parsed(json));
         loadGlobalVariable({});
-        QCOMPARE(listing(getAllGlobalVariable()), QStringLiteral("global_ret:"));
+        QCOMPARE(listing(getAllGlobalVariable()), text("global_ret:"));
         loadGlobalVariable(written);
-        QCOMPARE(listing(getAllGlobalVariable()), QStringLiteral("global_ret: vin:"));
+        QCOMPARE(listing(getAllGlobalVariable()), text("global_ret: vin:"));
 
         samples::LogCatcher log;
-        facade::saveGlobalVarJsonStr(folder.filePath(QStringLiteral("missing")), EveryBusiness);
+        facade::saveGlobalVarJsonStr(folder.filePath(text("missing")), EveryBusiness);
         QCOMPARE(log.lines.size(), 1);
-        QVERIFY(log.lines.first().startsWith(QStringLiteral("[流程编辑]")));
+        QVERIFY(log.lines.first().startsWith(text("[流程编辑]")));
     }
 
     void aRenamedAppletTakesItsVariablesAlong()
     {
-        facade::createSeuqence(appName, QStringLiteral("s"));
+        facade::createSeuqence(appName, text("s"));
         const auto p = addNamed(ProcessVariable, variablesApp, "p");
         addNamed(SequenceVariable, "s1", "a");
-        facade::renameProcessCAppletName(appName, QStringLiteral("renamed"));
-        QCOMPARE(listing(getAllCAppletVariable("renamed")), QStringLiteral("p:renamed"));
-        QCOMPARE(listing(getAllSequenceVariable("renamed", "s1")), QStringLiteral("a:s1"));
+        facade::renameProcessCAppletName(appName, text("renamed"));
+        QCOMPARE(listing(getAllCAppletVariable("renamed")), text("p:renamed"));
+        QCOMPARE(listing(getAllSequenceVariable("renamed", "s1")), text("a:s1"));
         QVERIFY(getAllCAppletVariable(variablesApp).empty());
         removeVariables("renamed", {p});
         QVERIFY(getAllCAppletVariable("renamed").empty());
     }
 
-    void compositeVariablesInUseAreFound_data()
-    {
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<bool>("isFound");
-        const auto row = [](const char* name, const char* type, const char* code, bool isFound) {
-            QTest::newRow(name) << QString::fromUtf8(type) << QString::fromUtf8(code) << isFound;
-        };
-        row("used", "PDrelCan", "x = frame->id;", true);
-        row("part of a word", "PDrelCan", "x = my_frame + frames;", false);
-        row("basic", "s32", "x = frame;", false);
-        row("a pointer that counts as basic", "XcpProgramFormat*", "x = frame;", false);
-    }
-
     void compositeVariablesInUseAreFound()
     {
-        QFETCH(QString, type);
-        QFETCH(QString, code);
-        const QString sequence = facade::createSeuqence(appName, QStringLiteral("s"));
-        const QString parent = facade::createProcess(appName, sequence, QStringLiteral("2"),
-                                                     BasicStep, step_type::While, -1);
-        const QString uuid =
-            facade::createProcess(appName, sequence, parent, BasicStep, step_type::Statement, -1);
-        std::dynamic_pointer_cast<StatementProcessBlock>(facade::getProcess(appName, uuid))
-            ->setCustomCode(code.toStdString());
-        auto variable = getVariable(addNamed(SequenceVariable, sequence.toStdString(), "frame"));
-        variable.type = type.toStdString();
-        updateVariable(variablesApp, variable, 0);
-        QTEST(isHaveStuVar(variablesApp, sequence.toStdString()), "isFound");
+        const rows::Table<const char*, const char*, bool> table{
+            {"used", "PDrelCan", "x = frame->id;", true},
+            {"part of a word", "PDrelCan", "x = my_frame + frames;", false},
+            {"basic", "s32", "x = frame;", false},
+            {"a pointer that counts as basic", "XcpProgramFormat*", "x = frame;", false}};
+        for (const auto& [row, type, code, isFound] : table) {
+            const rows::Named named(row);
+            cleanup();
+            const QString sequence = facade::createSeuqence(appName, text("s"));
+            const auto loop = applet_fixture::addStep<IProcessBlock>(appName, sequence, text("2"),
+                                                                     step_type::While, "");
+            applet_fixture::addStep<StatementProcessBlock>(
+                appName, sequence, QString::fromStdString(loop->uuid), step_type::Statement, "")
+                ->setCustomCode(code);
+            auto variable =
+                getVariable(addNamed(SequenceVariable, sequence.toStdString(), "frame"));
+            variable.type = type;
+            updateVariable(variablesApp, variable, 0);
+            QCOMPARE(isHaveStuVar(variablesApp, sequence.toStdString()), isFound);
+        }
     }
 };
 

@@ -6,14 +6,15 @@
 #include "tests/standalone/codegen_builders.h"
 #include "tests/standalone/runtime_harness.h"
 #include "tests/support/folders.h"
+#include "tests/support/ordinary_user.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QRegularExpression>
 #include <QtTest>
 
-#include <csignal>
 #include <limits>
-#include <sys/resource.h>
 
 using namespace builders;
 using namespace run_events;
@@ -25,7 +26,6 @@ class RunRecordTest : public QObject
 private slots:
     void init();
     void linesOfARecord();
-    void oldRecordsGo_data();
     void oldRecordsGo();
     void longRecordEnds();
     void roomIsLeftForDocuments();
@@ -37,7 +37,7 @@ private slots:
 private:
     QStringList records() const
     {
-        return QDir(m_folder).entryList({QStringLiteral("*.log")}, QDir::Files, QDir::Name);
+        return QDir(m_folder).entryList({text("*.log")}, QDir::Files, QDir::Name);
     }
     static QString say(RunRecord& record, const std::string& line)
     {
@@ -57,8 +57,8 @@ private:
     {
         QFile file(path);
         if (!file.open(QIODevice::ReadOnly))
-            return {QStringLiteral("no file ") + path};
-        static const QRegularExpression time(QStringLiteral("^\\d\\d:\\d\\d:\\d\\d  "),
+            return {text("no file ") + path};
+        static const QRegularExpression time(text("^\\d\\d:\\d\\d:\\d\\d  "),
                                              QRegularExpression::MultilineOption);
         return QString::fromUtf8(file.readAll()).remove(time).split(u'\n', Qt::SkipEmptyParts);
     }
@@ -70,7 +70,7 @@ private:
 void RunRecordTest::init()
 {
     m_project = std::make_unique<QTemporaryDir>();
-    m_folder = m_project->filePath(QStringLiteral("a_log"));
+    m_folder = m_project->filePath(text("a_log"));
 }
 
 void RunRecordTest::linesOfARecord()
@@ -82,40 +82,34 @@ void RunRecordTest::linesOfARecord()
     QVERIFY(record.path().startsWith(m_folder + u'/'));
     QCOMPARE(record.add("two\nthree"), QString());
     QCOMPARE(record.flush(), QString());
-    QCOMPARE(linesOf(record.path()), QStringList({QStringLiteral("电压 12.1"),
-                                                  QStringLiteral("two"), QStringLiteral("three")}));
+    QCOMPARE(linesOf(record.path()), QStringList({text("电压 12.1"), text("two"), text("three")}));
     RunRecord nowhere{QString()};
     QCOMPARE(say(nowhere, "a") + nowhere.path(), QString());
 }
 
-void RunRecordTest::oldRecordsGo_data()
-{
-    QTest::addColumn<int>("files");
-    QTest::addColumn<int>("bytes");
-    QTest::addColumn<int>("kept"); // of ten records of a hundred bytes
-    QTest::newRow("many") << 4 << 100000 << 4;
-    QTest::newRow("large") << 20 << 599 << 5;
-    QTest::newRow("neither") << 20 << 100000 << 10;
-}
-
 void RunRecordTest::oldRecordsGo()
 {
-    QFETCH(int, files);
-    QFETCH(int, bytes);
-    QDir().mkpath(m_folder);
-    const QString foreign = m_folder + QStringLiteral("/notes.log");
-    QVERIFY(test_support::putFile(foreign, QByteArray(1000, 'x')));
-    QStringList made;
-    for (int run = 0; run < 10; ++run) {
-        RunRecord record(m_folder, {files, bytes, 0});
-        QCOMPARE(say(record, std::string(89, char('a' + run))), QString());
-        made.append(QFileInfo(record.path()).fileName());
-        QVERIFY(QFileInfo::exists(record.path()));
+    const rows::Table<int, int, int> table{
+        // how many files and bytes are kept at most, and how many of ten records of 100 bytes are
+        {"many", 4, 100000, 4},
+        {"large", 20, 599, 5},
+        {"neither", 20, 100000, 10}};
+    for (const auto& [row, files, bytes, kept] : table) {
+        const rows::Named named(row);
+        init();
+        QDir().mkpath(m_folder);
+        QVERIFY(test_support::putFile(m_folder + text("/notes.log"), QByteArray(1000, 'x')));
+        QStringList made;
+        for (int run = 0; run < 10; ++run) {
+            RunRecord record(m_folder, {files, bytes, 0});
+            QCOMPARE(say(record, std::string(89, char('a' + run))), QString());
+            made.append(QFileInfo(record.path()).fileName());
+            QVERIFY(QFileInfo::exists(record.path()));
+        }
+        QCOMPARE(records(), made.mid(10 - kept) + QStringList({text("notes.log")}));
+        standalone::removeRunRecords(m_folder);
+        QCOMPARE(records(), QStringList({text("notes.log")}));
     }
-    QFETCH(int, kept);
-    QCOMPARE(records(), made.mid(10 - kept) + QStringList({QStringLiteral("notes.log")}));
-    standalone::removeRunRecords(m_folder);
-    QCOMPARE(records(), QStringList({QStringLiteral("notes.log")}));
 }
 
 void RunRecordTest::longRecordEnds()
@@ -127,8 +121,7 @@ void RunRecordTest::longRecordEnds()
     const QString path = record.path();
     QCOMPARE(record.add(line), QString());
     const QString complaint = record.flush();
-    QVERIFY2(complaint.contains(path) && complaint.contains(QStringLiteral("上限")),
-             qPrintable(complaint));
+    QVERIFY2(complaint.contains(path) && complaint.contains(text("上限")), qPrintable(complaint));
     QCOMPARE(say(record, line), QString()); // told once
     QCOMPARE(record.path(), QString());     // it isn't all any more
     QCOMPARE(linesOf(path).size(), 2);
@@ -137,24 +130,19 @@ void RunRecordTest::longRecordEnds()
 void RunRecordTest::roomIsLeftForDocuments()
 {
     RunRecord record(m_folder, {20, 100000, std::numeric_limits<std::int64_t>::max()});
-    QVERIFY(say(record, "a").contains(QStringLiteral("空间不足")));
+    QVERIFY(say(record, "a").contains(text("空间不足")));
     QCOMPARE(say(record, "b") + record.path(), QString());
     QCOMPARE(records(), QStringList());
 }
 
 void RunRecordTest::diskBecomesFull()
 {
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     RunRecord record(m_folder);
     QCOMPARE(say(record, std::string(5000, 'x')), QString());
-    const rlimit small{8192, before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    const QString complaint = say(record, std::string(5000, 'y'));
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-    QVERIFY(!complaint.isEmpty());
+    {
+        const test_support::FullDisk disk(8192);
+        QVERIFY(!say(record, std::string(5000, 'y')).isEmpty());
+    }
     QCOMPARE(say(record, "later") + record.path(), QString());
 }
 
@@ -169,45 +157,34 @@ void RunRecordTest::noFolderToBeHad()
 void RunRecordTest::runIsRecorded()
 {
     RuntimeHarness harness;
-    const QString name = QStringLiteral("talker");
-    QCOMPARE(harness.build(
-                 name, applet({sequence("main", {statement("s1", "for (int i = 0; i < 30000; ++i) "
-                                                                 "log_info(\"line %d\", i); "
-                                                                 "printf(\"no end\"); "
-                                                                 "*(volatile int*)0 = 1;")})})),
-             QString());
-    QCOMPARE(standalone::runRecord(name), QString());
-    QVERIFY(harness.start(name));
-    QTRY_COMPARE_WITH_TIMEOUT(harness.events(name), QList<int>({Crashed}), Patience);
-    const QString record = standalone::runRecord(name);
-    QVERIFY(record.startsWith(standalone::appletRecordFolder(name)));
+    QCOMPARE(standalone::runRecord(app), QString());
+    const auto source = oneStep("for (int i = 0; i < 30000; ++i) log_info(\"line %d\", i); "
+                                "printf(\"no end\"); *(volatile int*)0 = 1;");
+    QCOMPARE(harness.run(app, source), Crashed);
+    const QString record = standalone::runRecord(app);
+    QVERIFY(record.startsWith(standalone::appletRecordFolder(app)));
     const QStringList recorded = linesOf(record);
-    QVERIFY(recorded.contains(QStringLiteral("line 29999")));
-    QVERIFY(recorded.contains(QStringLiteral("no end")));
-    QVERIFY(recorded.join(u'|').contains(QStringLiteral("SIGSEGV"))); // why it ended
-    QCOMPARE(recorded, heardFrom(name));
-    QVERIFY(harness.start(name));
-    QTRY_COMPARE_WITH_TIMEOUT(harness.events(name).size(), 2, Patience);
-    QVERIFY(standalone::runRecord(name) != record);
-    QCOMPARE(linesOf(standalone::runRecord(name)).size(), recorded.size());
+    QVERIFY(recorded.contains(text("line 29999")));
+    QVERIFY(recorded.contains(text("no end")));
+    QVERIFY(recorded.join(u'|').contains(text("SIGSEGV"))); // why it ended
+    QCOMPARE(recorded, heardFrom(app));
+    QCOMPARE(harness.run(app, source), Crashed);
+    QVERIFY(standalone::runRecord(app) != record);
+    QCOMPARE(linesOf(standalone::runRecord(app)).size(), recorded.size());
 }
 
 void RunRecordTest::runWithoutItsRecord()
 {
     RuntimeHarness harness;
-    const QString name = QStringLiteral("talker");
-    QCOMPARE(
-        harness.build(name, applet({sequence("main", {statement("s1", "log_info(\"one\");"),
-                                                      statement("s2", "log_info(\"two\");")})})),
-        QString());
-    QVERIFY(test_support::putFile(standalone::appletRecordFolder(name), "in the way"));
-    QVERIFY(harness.start(name));
-    QTRY_COMPARE_WITH_TIMEOUT(harness.events(name), QList<int>({Finished}), Patience);
-    const QStringList lines = heardFrom(name);
+    const auto source = oneStep("log_info(\"one\"); log_info(\"two\");");
+    QCOMPARE(harness.build(app, source), QString());
+    QVERIFY(test_support::putFile(standalone::appletRecordFolder(app), "in the way"));
+    QCOMPARE(harness.run(app, source), Finished);
+    const QStringList lines = heardFrom(app);
     QCOMPARE(lines.size(), 3);
-    QVERIFY2(lines[0].contains(QStringLiteral("运行记录无法写入")), qPrintable(lines[0]));
-    QCOMPARE(lines.mid(1), QStringList({QStringLiteral("one"), QStringLiteral("two")}));
-    QCOMPARE(standalone::runRecord(name), QString());
+    QVERIFY2(lines[0].contains(text("运行记录无法写入")), qPrintable(lines[0]));
+    QCOMPARE(lines.mid(1).join(u'|'), text("one|two"));
+    QCOMPARE(standalone::runRecord(app), QString());
 }
 
 PE_TEST("run_record_test", RunRecordTest)

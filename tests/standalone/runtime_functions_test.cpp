@@ -12,20 +12,41 @@
 #include "model/services/processedit.h"
 #include "standalone/variables/SystemVariables.h"
 
-#include <QSemaphore>
 #include <QtTest>
+
+#include <algorithm>
 
 using namespace builders;
 using namespace run_events;
 using standalone::SystemVariables;
+
+namespace {
+
+using user_dialogs::Button;
+using user_dialogs::Message;
+
+/// Answers what is asked as long as it lives.
+class Answering
+{
+public:
+    explicit Answering(user_dialogs::Handler handler)
+        : m_before(user_dialogs::setHandler(std::move(handler)))
+    {
+    }
+    ~Answering() { user_dialogs::setHandler(m_before); }
+    Q_DISABLE_COPY_MOVE(Answering)
+
+private:
+    const user_dialogs::Handler m_before;
+};
+
+} // namespace
 
 class RuntimeFunctionsTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { m_harness = std::make_unique<RuntimeHarness>(); }
-    void cleanupTestCase() { m_harness.reset(); }
 
     void areDocumented();
     void values();
@@ -36,18 +57,11 @@ private slots:
     void questionsWithoutEndAreStopped();
     void questionGoesWithTheRun();
 
+    void nobodyIsAtTheScreen();
+
 private:
-    /// Builds and starts an applet of those steps.
-    void run(const QString& appName, const Blocks& steps);
-
-    std::unique_ptr<RuntimeHarness> m_harness;
+    RuntimeHarness m_harness;
 };
-
-void RuntimeFunctionsTest::run(const QString& appName, const Blocks& steps)
-{
-    QCOMPARE(m_harness->build(appName, applet({sequence("main", steps)})), QString());
-    QVERIFY(m_harness->start(appName));
-}
 
 void RuntimeFunctionsTest::areDocumented()
 {
@@ -65,8 +79,8 @@ void RuntimeFunctionsTest::areDocumented()
             QVERIFY2(!parameter.name[0] || parameter.description[0], function.name);
     }
     QCOMPARE(names.removeDuplicates(), 0);
-    QVERIFY(names.contains(QStringLiteral("show_procedure_box")));
-    QVERIFY(names.contains(QStringLiteral("show_capplet_box")));
+    QVERIFY(names.contains(text("show_procedure_box")));
+    QVERIFY(names.contains(text("show_capplet_box")));
 }
 
 /// Each line is a check of its own; one that doesn't hold is logged.
@@ -125,11 +139,8 @@ void RuntimeFunctionsTest::values()
             statement("s" + std::to_string(steps.size()),
                       variables + "if (!(" + text + ")) log_error(\"%s\", R\"(" + text + ")\");"));
     steps.push_back(statement("last", variables + "log_info(\"%d\", crc8(\"CRC-16/ARC\", d, 9));"));
-    run(QStringLiteral("values"), steps);
-    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(QStringLiteral("values")), QList<int>{Finished},
-                              Patience);
-    QCOMPARE(m_harness->logLines(QStringLiteral("values")),
-             (QStringList{QStringLiteral("3 未知的校验算法: CRC-16/ARC"), QStringLiteral("1 0")}));
+    QCOMPARE(m_harness.run(app, applet({sequence("main", steps)})), Finished);
+    QCOMPARE(m_harness.log(app), text("3 未知的校验算法: CRC-16/ARC|1 0"));
 }
 
 void RuntimeFunctionsTest::calledByApiSteps()
@@ -152,21 +163,18 @@ void RuntimeFunctionsTest::calledByApiSteps()
                    statement("log", "log_info(\"%s %04x\", part.c_str(), sum);")})},
         {variable("part", "string", "", 16), variable("whole", "string", "abcd"),
          variable("sum", "u16", "0"), variable("data", "u8*", "[49, 50]", 2)});
-    const QString appName = QStringLiteral("api");
-    QCOMPARE(m_harness->build(appName, source), QString());
-    QVERIFY(m_harness->start(appName));
-    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Finished}, Patience);
-    QCOMPARE(m_harness->logLines(appName), QStringList{QStringLiteral("1 bc 4594")});
+    QCOMPARE(m_harness.run(app, source), Finished);
+    QCOMPARE(m_harness.log(app), text("1 bc 4594"));
 }
 
 void RuntimeFunctionsTest::systemVariables()
 {
     auto& variables = SystemVariables::instance();
-    const QString speed = QStringLiteral("speed");
-    const QString title = QStringLiteral("title");
-    QCOMPARE(variables.define({speed, QString(), 1, SignedCategory, QStringLiteral("0x10"), 2}),
+    const QString speed = text("speed");
+    const QString title = text("title");
+    QCOMPARE(variables.define({speed, QString(), 1, SignedCategory, text("0x10"), 2}),
              SystemVariables::Done);
-    QCOMPARE(variables.define({title, QString(), 1, TextCategory, QStringLiteral("标题"), 2}),
+    QCOMPARE(variables.define({title, QString(), 1, TextCategory, text("标题"), 2}),
              SystemVariables::Done);
     const char* const code =
         "log_info(\"%g %s\", get_system_number(\"speed\"), get_system_text(\"title\").c_str()); "
@@ -174,122 +182,106 @@ void RuntimeFunctionsTest::systemVariables()
         "int c = set_system_text(\"nothing\", \"x\"); log_info(\"%d %d %d\", a, b, c); "
         "set_system_text(\"title\", get_system_text(\"title\") + \" 2\"); "
         "log_info(\"[%s]\", get_system_text(\"nothing\").c_str());";
-    run(QStringLiteral("variables"), {statement("s", code)});
-    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(QStringLiteral("variables")), QList<int>{Finished},
-                              Patience);
-    const QStringList lines = m_harness->logLines(QStringLiteral("variables"));
-    QCOMPARE(lines.filter(QRegularExpression(QStringLiteral("^1 "))),
-             (QStringList{QStringLiteral("1 16 标题"), QStringLiteral("1 0 -1 -1"),
-                          QStringLiteral("1 []")}));
-    QCOMPARE(lines.filter(QRegularExpression(QStringLiteral("^3 "))),
-             (QStringList{QStringLiteral("3 系统变量“speed”不接受值“1.5”"),
-                          QStringLiteral("3 没有系统变量“nothing”"),
-                          QStringLiteral("3 没有系统变量“nothing”")}));
+    QCOMPARE(m_harness.run(app, oneStep(code)), Finished);
+    QStringList lines = m_harness.logLines(app);
+    std::stable_sort(lines.begin(), lines.end(), // the two streams are not ordered between them
+                     [](const QString& a, const QString& b) { return a[0] < b[0]; });
+    QCOMPARE(lines.join(u'|'), text("1 16 标题|1 0 -1 -1|1 []|3 系统变量“speed”不接受值“1.5”|"
+                                    "3 没有系统变量“nothing”|3 没有系统变量“nothing”"));
     system_variate::SystemVarInfo info;
-    QVERIFY(variables.find(speed, info) && info.value == QStringLiteral("42"));
-    QVERIFY(variables.find(title, info) && info.value == QStringLiteral("标题 2"));
+    QVERIFY(variables.find(speed, info) && info.value == text("42"));
+    QVERIFY(variables.find(title, info) && info.value == text("标题 2"));
 }
 
 void RuntimeFunctionsTest::questions()
 {
     QStringList asked;
-    const auto before = user_dialogs::setHandler([&](const user_dialogs::Message& message) {
+    const Answering answering([&](const Message& message) {
         asked << QString::number(int(message.kind)) + u' ' + message.title + u' ' + message.text +
                      u' ' + message.value;
-        using user_dialogs::Button;
-        const bool isFirst = asked.size() == 1;
         if (message.kind == user_dialogs::Kind::YesNo)
-            return user_dialogs::Answer{isFirst ? Button::Yes : Button::No, QString()};
-        return user_dialogs::Answer{Button::Ok, message.value + QStringLiteral("!")};
+            return user_dialogs::Answer{asked.size() == 1 ? Button::Yes : Button::No, QString()};
+        return user_dialogs::Answer{Button::Ok, message.value + text("!")};
     });
     const char* const code = "bool yes = ask_yes_no(\"继续?\"); bool no = ask_yes_no(\"again\"); "
                              "string text = ask_text(\"name\", \"值\"); "
                              "int shown = show_procedure_box(\"title\", \"text\"); "
                              "log_info(\"%d %d %s %d %d\", yes, no, text.c_str(), shown, "
                              "show_capplet_box(\"text\"));";
-    run(QStringLiteral("questions"), {statement("s", code)});
-    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(QStringLiteral("questions")), QList<int>{Finished},
-                              Patience);
-    user_dialogs::setHandler(before);
-    QCOMPARE(m_harness->logLines(QStringLiteral("questions")),
-             QStringList{QStringLiteral("1 1 0 值! 0 0")});
-    QCOMPARE(asked, (QStringList{
-                        QStringLiteral("3 questions 继续? "), QStringLiteral("3 questions again "),
-                        QStringLiteral("5 questions name 值"), QStringLiteral("0 title text "),
-                        QStringLiteral("0 questions text ")}));
+    QCOMPARE(m_harness.run(app, oneStep(code)), Finished);
+    QCOMPARE(m_harness.log(app), text("1 1 0 值! 0 0"));
+    QCOMPARE(asked.join(u'|'), text("3 小程序 继续? |3 小程序 again |5 小程序 name 值|"
+                                    "0 title text |0 小程序 text "));
 }
 
 /// Not cut without a word, and neither is what the log says of it.
 void RuntimeFunctionsTest::longAnswerIsRefused()
 {
-    const auto before = user_dialogs::setHandler([](const user_dialogs::Message&) {
-        return user_dialogs::Answer{user_dialogs::Button::Ok, QString(9000, u'x')};
+    const Answering answering([](const Message&) {
+        return user_dialogs::Answer{Button::Ok, QString(9000, u'x')};
     });
-    const QString appName = QStringLiteral("long");
-    run(appName, {statement("s", "string text = ask_text(\"name\", \"\"); "
-                                 "log_info(\"[%s]\", text.c_str()); char name[5000]; "
-                                 "memset(name, 'y', 4999); name[4999] = 0; "
-                                 "get_system_number(name);")});
-    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Finished}, Patience);
-    user_dialogs::setHandler(before);
+    const char* const code = "string text = ask_text(\"name\", \"\"); "
+                             "log_info(\"[%s]\", text.c_str()); char name[5000]; "
+                             "memset(name, 'y', 4999); name[4999] = 0; get_system_number(name);";
+    QCOMPARE(m_harness.run(app, oneStep(code)), Finished);
     QCOMPARE(
-        m_harness->logLines(appName),
-        (QStringList{QStringLiteral("3 输入的文本过长, 无法传给小程序"), QStringLiteral("1 []"),
-                     QStringLiteral("3 没有系统变量“%1…”").arg(QString(200, u'y'))}));
+        m_harness.log(app),
+        text("3 输入的文本过长, 无法传给小程序|1 []|3 没有系统变量“%1…”").arg(QString(200, u'y')));
 }
 
 void RuntimeFunctionsTest::questionsWithoutEndAreStopped()
 {
     int shown = 0;
-    const auto before = user_dialogs::setHandler([&](const user_dialogs::Message&) {
-        return user_dialogs::Answer{
-            ++shown < 20 ? user_dialogs::Button::Ok : user_dialogs::Button::WayOut, QString()};
+    const Answering answering([&](const Message&) {
+        return user_dialogs::Answer{++shown < 20 ? Button::Ok : Button::WayOut, QString()};
     });
-    const QString appName = QStringLiteral("endless");
-    run(appName, {statement("s", "while (true) show_capplet_box(\"x\");")});
-    QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{Stopped}, Patience);
-    user_dialogs::setHandler(before);
+    QCOMPARE(m_harness.run(app, oneStep("while (true) show_capplet_box(\"x\");")), Stopped);
     QCOMPARE(shown, 20);
+}
+
+/// No widgets and no handler: questions are declined, while a notice needs nobody.
+void RuntimeFunctionsTest::nobodyIsAtTheScreen()
+{
+    QCOMPARE(m_harness.run(app, oneStep("int shown = show_capplet_box(\"x\"); "
+                                        "log_info(\"%d %d\", shown, ask_yes_no(\"?\"));")),
+             Finished);
+    QCOMPARE(m_harness.log(app), text("1 0 0"));
 }
 
 /// A question that nobody answers holds neither the run nor its reports.
 void RuntimeFunctionsTest::questionGoesWithTheRun()
 {
-    const rows::Table<QString, int> table{
-        {"stop", QString(), Stopped},
-        {"crash", QStringLiteral("delay_ms(100); abort();"), Crashed}};
+    const rows::Table<std::string, int> table{{"stop", "", Stopped},
+                                              {"crash", "delay_ms(100); abort();", Crashed}};
     for (const auto& [row, meanwhile, event] : table) {
         const rows::Named named(row);
-        const QString appName = QStringLiteral("open_") + QString::fromUtf8(row);
         QEventLoop* open = nullptr;
         int shown = 0;
-        const auto before = user_dialogs::setHandler([&](const user_dialogs::Message&) {
+        const Answering answering([&](const Message&) {
             ++shown;
             QEventLoop loop; // as a dialog that stays
             open = &loop;
             loop.exec();
             open = nullptr;
-            return user_dialogs::Answer{user_dialogs::Button::Yes, QString()};
+            return user_dialogs::Answer{Button::Yes, QString()};
         });
         QTimer watch;
         QObject::connect(&watch, &QTimer::timeout, &watch, [&, &meanwhile = meanwhile] {
-            if (open && meanwhile.isEmpty())
-                sdk_ui_interface::processedit::stopCApplet(appName, false);
-            if (open && !m_harness->events(appName).isEmpty())
+            if (open && meanwhile.empty())
+                sdk_ui_interface::processedit::stopCApplet(app, false);
+            if (open && !m_harness.events(app).isEmpty())
                 open->quit();
         });
-        const std::string thread =
-            "struct T { static void* f(void*) { " + meanwhile.toStdString() +
-            " return 0; } }; "
-            "int start(unsigned long*, const void*, void* (*)(void*), void*) "
-            "__asm__(\"pthread_create\"); unsigned long id; start(&id, 0, T::f, 0); ";
-        run(appName, {statement("s", thread + "ask_yes_no(\"?\"); log_info(\"answered\");")});
         watch.start(10);
-        QTRY_COMPARE_WITH_TIMEOUT(m_harness->events(appName), QList<int>{event}, Patience);
+        QCOMPARE(m_harness.run(app, oneStep("struct T { static void* f(void*) { " + meanwhile +
+                                            " return 0; } }; int start(unsigned long*, const "
+                                            "void*, void* (*)(void*), void*) "
+                                            "__asm__(\"pthread_create\"); unsigned long id; "
+                                            "start(&id, 0, T::f, 0); ask_yes_no(\"?\"); "
+                                            "log_info(\"answered\");")),
+                 event);
         QTRY_VERIFY_WITH_TIMEOUT(shown == 1, Patience);
-        QVERIFY(!m_harness->logLines(appName).contains(QStringLiteral("1 answered")) ||
-                event == Stopped);
-        user_dialogs::setHandler(before);
+        QVERIFY(!m_harness.logLines(app).contains(text("1 answered")) || event == Stopped);
     }
 }
 

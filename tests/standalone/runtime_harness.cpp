@@ -1,14 +1,17 @@
 #include "tests/standalone/runtime_harness.h"
 
+#include "tests/standalone/compiling.h"
+
 #include "model/services/applet_runtime.h"
+#include "model/services/process_edit.h"
 #include "model/services/processedit.h"
-#include "standalone/compiler/CompileService.h"
 #include "standalone/host/Host.h"
-#include "standalone/runtime/applet_paths.h"
+#include "standalone/model_service/stores/AppletStore.h"
 #include "standalone/runtime/runtime.h"
 
 #include <QMap>
 #include <QSemaphore>
+#include <QTest>
 
 #include <algorithm>
 #include <mutex>
@@ -24,13 +27,10 @@ struct Recorded
 
 std::mutex mutex; // the standard one: a thread sanitizer knows it
 QMap<QString, Recorded> recorded;
-QStringList runInfoTexts;
-int count = 0;
 
 void onBlock(const char* appName, const char*, const char* blockId, double progress, int result)
 {
     const std::lock_guard<std::mutex> lock(mutex);
-    ++count;
     QString line = QString::fromUtf8(blockId) + u':' + QString::number(progress);
     if (result < 0)
         line += u'!' + QString::number(result);
@@ -62,9 +62,7 @@ void onRunEvent(void* info, int event)
 {
     const auto* record = static_cast<sdk_ui_interface::processedit::RunInfo*>(info);
     const std::lock_guard<std::mutex> lock(mutex);
-    runInfoTexts = QStringList{QString::fromLocal8Bit(record->appName.c_str()),
-                               QString::fromStdString(record->sequenceId)};
-    recorded[runInfoTexts.first()].events << event;
+    recorded[QString::fromLocal8Bit(record->appName.c_str())].events << event;
 }
 
 } // namespace
@@ -76,7 +74,6 @@ RuntimeHarness::RuntimeHarness()
     CallbackFuncsImp::m_seqCb = onSequence;
     CallbackFuncsImp::m_tempSeqCb = onTemplateSequence;
     recorded.clear();
-    count = 0;
 }
 
 RuntimeHarness::~RuntimeHarness()
@@ -89,23 +86,58 @@ RuntimeHarness::~RuntimeHarness()
 
 QString RuntimeHarness::build(const QString& appName, const codegen::AppletSource& source)
 {
+    const auto answer = compiling::compile(standalone::CompileService::instance(),
+                                           compiling::request(source, appName));
+    if (answer.start == standalone::CompileService::Refused)
+        return QStringLiteral("not started");
+    const bool isGood =
+        answer.start == standalone::CompileService::Skipped || answer.result == CompileSucceeded;
+    return isGood ? QString() : answer.message;
+}
+
+void RuntimeHarness::putIntoModel(const QString& appName, const codegen::AppletSource& source)
+{
+    const std::string name = appName.toLocal8Bit().toStdString();
+    const auto define = [&name](processVariableType scope, const std::string& owner,
+                                const std::vector<processVariable>& variables) {
+        for (const processVariable& wanted : variables) {
+            processVariable made =
+                process_edit::getVariable(process_edit::addVariable(name, scope, owner));
+            made.name = wanted.name;
+            made.type = wanted.type;
+            made.value = wanted.value;
+            process_edit::updateVariable(name, made, 0);
+        }
+    };
+    define(GlobalVariable, {}, source.globalVariables);
+    define(ProcessVariable, name, source.applet.variables);
+    for (const codegen::SequenceSource& sequence : source.applet.sequences) {
+        standalone::SequenceContent content;
+        content.head = sequence.info;
+        content.flows = sequence.flows;
+        standalone::appletStore().findOrMake(appName).addSequence(std::move(content));
+        define(SequenceVariable, sequence.info.id, sequence.variables);
+    }
+}
+
+QString RuntimeHarness::buildFromModel(const QString& appName, const QString& sequenceId)
+{
     QSemaphore finished;
     QString failure;
-    standalone::CompileService::Request request;
-    request.appName = appName;
-    request.targetSequenceId = QString::fromStdString(source.targetSequenceId);
-    request.codeFolder = standalone::appletCodeFolder(appName);
-    request.modulePath = standalone::appletModulePath(appName);
-    request.code = codegen::generate(source);
-    request.onFinished = [&](compileResult result, quint64, const char*, const char* message) {
+    bool isSkipped = false;
+    const auto onFinished = [&](compileResult result, quint64, const char*, const char* message) {
         if (result != CompileSucceeded)
             failure = QString::fromUtf8(message);
         finished.release();
     };
-    if (standalone::CompileService::instance().start(std::move(request)) !=
-        standalone::CompileService::Started)
-        return QStringLiteral("not started");
+    if (!sdk_ui_interface::processedit::compileCApplet(appName, sequenceId, false, false,
+                                                       onFinished, isSkipped))
+        return QStringLiteral("refused");
+    if (isSkipped)
+        return QStringLiteral("skipped");
     finished.acquire();
+    if (failure.isEmpty())
+        process_edit::setCompileSucessState(appName.toLocal8Bit().toStdString());
     return failure;
 }
 
@@ -113,6 +145,44 @@ bool RuntimeHarness::start(const QString& appName, const QString& sequenceId)
 {
     capplet_sdk::registerLogCallBack(appName.toLocal8Bit().constData(), onLog);
     return sdk_ui_interface::processedit::runCApplet(appName, sequenceId, onRunEvent);
+}
+
+bool RuntimeHarness::launch(const QString& appName, const codegen::AppletSource& source)
+{
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        recorded.remove(appName);
+    }
+    const QString failure = build(appName, source);
+    if (!failure.isEmpty())
+        qWarning("%s", qPrintable(failure));
+    return failure.isEmpty() && start(appName);
+}
+
+int RuntimeHarness::end(const QString& appName)
+{
+    const auto isOver = [&appName] { return events(appName).size() == 1; };
+    return QTest::qWaitFor(isOver, run_events::Patience) ? events(appName).first() : 0;
+}
+
+int RuntimeHarness::stopped(const QString& appName)
+{
+    return sdk_ui_interface::processedit::stopCApplet(appName, false) ? end(appName) : 0;
+}
+
+int RuntimeHarness::run(const QString& appName, const codegen::AppletSource& source)
+{
+    return launch(appName, source) ? end(appName) : 0;
+}
+
+bool RuntimeHarness::hasSaid(const QString& appName, const QString& line)
+{
+    return QTest::qWaitFor(
+        [&] {
+            const QStringList lines = logLines(appName);
+            return line.isEmpty() ? !lines.isEmpty() : lines.contains(line);
+        },
+        run_events::Patience);
 }
 
 QStringList RuntimeHarness::reports(const QString& appName)
@@ -135,20 +205,13 @@ QStringList RuntimeHarness::logLines(const QString& appName)
     return recorded[appName].log;
 }
 
+QString RuntimeHarness::log(const QString& appName)
+{
+    return logLines(appName).join(u'|');
+}
+
 QList<int> RuntimeHarness::events(const QString& appName)
 {
     const std::lock_guard<std::mutex> lock(mutex);
     return recorded[appName].events;
-}
-
-QStringList RuntimeHarness::lastRunInfo()
-{
-    const std::lock_guard<std::mutex> lock(mutex);
-    return runInfoTexts;
-}
-
-int RuntimeHarness::reportCount()
-{
-    const std::lock_guard<std::mutex> lock(mutex);
-    return count;
 }

@@ -1,12 +1,13 @@
 #include "protocol/protocol_reader.h"
 #include "standalone/runtime/LineSplitter.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QtTest>
 
 #include <cmath>
 #include <limits>
-#include <random>
 
 namespace {
 
@@ -20,52 +21,50 @@ public:
     void onBlock(const std::string& sequence, const std::string& block, double progress,
                  int result) override
     {
-        lines << QStringLiteral("block %1 %2 %3 %4")
-                     .arg(QString::fromStdString(sequence), QString::fromStdString(block))
-                     .arg(progress)
-                     .arg(result);
+        say("block", sequence, block, progress, result);
     }
     void onSequence(const std::string& sequence, bool isEnd) override
     {
-        lines << QStringLiteral("sequence %1 %2").arg(QString::fromStdString(sequence)).arg(isEnd);
+        say("sequence", sequence, isEnd);
     }
     void onTemplateSequence(const std::string& templateId, const std::string& sequence,
                             bool isEnd) override
     {
-        lines << QStringLiteral("template %1 %2 %3")
-                     .arg(QString::fromStdString(templateId), QString::fromStdString(sequence))
-                     .arg(isEnd);
+        say("template", templateId, sequence, isEnd);
     }
-    void onLog(int level, const std::string& text) override
-    {
-        lines << QStringLiteral("log %1 %2").arg(level).arg(QString::fromStdString(text));
-    }
-    void onEnd(protocol::EndReason reason) override
-    {
-        lines << QStringLiteral("end %1").arg(reason);
-    }
-    void onStart(const std::string& id) override
-    {
-        lines << QStringLiteral("start %1").arg(QString::fromStdString(id));
-    }
-    void onStop() override { lines << QStringLiteral("stop"); }
+    void onLog(int level, const std::string& line) override { say("log", level, line); }
+    void onEnd(protocol::EndReason reason) override { say("end", int(reason)); }
+    void onStart(const std::string& id) override { say("start", id); }
+    void onStop() override { say("stop"); }
     void onRequest(std::uint32_t id, protocol::RequestKind kind,
                    const protocol::Texts& texts) override
     {
-        QString line = QStringLiteral("request %1 %2").arg(id).arg(int(kind));
-        for (const std::string& text : texts)
-            line += u' ' + QString::fromStdString(text);
-        lines << line;
+        say("request", id, int(kind));
+        for (const std::string& each : texts)
+            lines.last() += u' ' + QString::fromStdString(each);
     }
-    void onAnswer(std::uint32_t id, int status, const std::string& text) override
+    void onAnswer(std::uint32_t id, int status, const std::string& answer) override
     {
-        lines << QStringLiteral("answer %1 %2 %3")
-                     .arg(id)
-                     .arg(status)
-                     .arg(QString::fromStdString(text));
+        say("answer", id, status, answer);
     }
 
     QStringList lines;
+
+private:
+    static QString shown(const std::string& value) { return QString::fromStdString(value); }
+    static QString shown(const char* value) { return QString::fromUtf8(value); }
+    template <class Number> static QString shown(Number value) { return QString::number(value); }
+    template <class... Parts> void say(const Parts&... parts)
+    {
+        lines << QStringList{shown(parts)...}.join(u' ');
+    }
+};
+
+class LastLog : public protocol::Receiver
+{
+public:
+    void onLog(int, const std::string& said) override { line = QByteArray::fromStdString(said); }
+    QByteArray line;
 };
 
 class Stream
@@ -118,56 +117,44 @@ Bytes everyCommand()
         .bytes;
 }
 
-const QStringList everyRecordLines = {QStringLiteral("block seq block 0 0"),
-                                      QStringLiteral("block seq block 0 -1"),
-                                      QStringLiteral("block seq block 33.25 -2147483648"),
-                                      QStringLiteral("block seq  100 2147483647"),
-                                      QStringLiteral("sequence seq 0"),
-                                      QStringLiteral("sequence seq 1"),
-                                      QStringLiteral("template block seq 0"),
-                                      QStringLiteral("template block seq 1"),
-                                      QStringLiteral("log 3 电压 13.8"),
-                                      QStringLiteral("request 300 4 电压 13.8  {0a1b}"),
-                                      QStringLiteral("end 2")};
-const QStringList everyCommandLines = {QStringLiteral("start {0a1b}"), QStringLiteral("stop"),
-                                       QStringLiteral("answer 300 -1 电压 13.8")};
+const QStringList everyRecordLines = lines("block seq block 0 0\n"
+                                           "block seq block 0 -1\n"
+                                           "block seq block 33.25 -2147483648\n"
+                                           "block seq  100 2147483647\n"
+                                           "sequence seq 0\nsequence seq 1\n"
+                                           "template block seq 0\ntemplate block seq 1\n"
+                                           "log 3 电压 13.8\n"
+                                           "request 300 4 电压 13.8  {0a1b}\nend 2");
+const QStringList everyCommandLines = lines("start {0a1b}\nstop\nanswer 300 -1 电压 13.8");
 
 } // namespace
 
+/// What goes over the channels between the editor and its child, and the child's output.
 class RuntimeProtocolTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void recordsSurviveEverySplit_data()
-    {
-        QTest::addColumn<bool>("isReport");
-        QTest::newRow("reports") << true;
-        QTest::newRow("commands") << false;
-    }
     void recordsSurviveEverySplit()
     {
-        QFETCH(bool, isReport);
-        const Bytes bytes = isReport ? everyRecord() : everyCommand();
-        const QStringList& lines = isReport ? everyRecordLines : everyCommandLines;
-        const Channel channel = isReport ? Channel::Reports : Channel::Commands;
-        for (std::size_t split = 0; split <= bytes.size(); ++split) {
+        for (const bool isReport : {true, false}) {
+            const Bytes bytes = isReport ? everyRecord() : everyCommand();
+            const QStringList& expected = isReport ? everyRecordLines : everyCommandLines;
+            const Channel channel = isReport ? Channel::Reports : Channel::Commands;
+            for (std::size_t split = 0; split <= bytes.size(); ++split) {
+                Recorder recorder;
+                protocol::Reader reader(recorder, channel);
+                QVERIFY(reader.feed(bytes.data(), split));
+                QVERIFY(reader.feed(bytes.data() + split, bytes.size() - split));
+                QCOMPARE(recorder.lines, expected);
+                QVERIFY(reader.isComplete());
+            }
+            // The other way it is no record at all.
             Recorder recorder;
-            protocol::Reader reader(recorder, channel);
-            QVERIFY(reader.feed(bytes.data(), split));
-            QVERIFY(reader.feed(bytes.data() + split, bytes.size() - split));
-            QCOMPARE(recorder.lines, lines);
-            QVERIFY(reader.isComplete());
+            protocol::Reader other(recorder, isReport ? Channel::Commands : Channel::Reports);
+            QVERIFY(!other.feed(bytes.data(), bytes.size()) && other.fault());
+            QCOMPARE(recorder.lines, QStringList());
         }
-        Recorder recorder;
-        protocol::Reader reader(recorder, channel);
-        for (const unsigned char byte : bytes)
-            QVERIFY(reader.feed(&byte, 1));
-        QCOMPARE(recorder.lines, lines);
-        // The other way it is no record at all.
-        protocol::Reader other(recorder, isReport ? Channel::Commands : Channel::Reports);
-        QVERIFY(!other.feed(bytes.data(), bytes.size()) && other.fault());
-        QCOMPARE(recorder.lines, lines);
     }
 
     /// What a receiver refuses is the last that it gets.
@@ -196,157 +183,106 @@ private slots:
         QVERIFY(!reader.isComplete());
     }
 
-    void corruptStream_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("empty record") << QByteArray("\x00", 1);
-        QTest::newRow("unknown type") << QByteArray("\x01\x7f", 2);
-        QTest::newRow("oversize") << QByteArray("\xff\x7f", 2);
-        QTest::newRow("length without end") << QByteArray("\xff\xff", 2);
-        QTest::newRow("unannounced text") << QByteArray("\x03\x03\x00\x00", 4);
-        QTest::newRow("text out of order") << QByteArray("\x03\x01\x05"
-                                                         "a",
-                                                         4);
-        QTest::newRow("field missing") << QByteArray("\x04\x01\x00"
-                                                     "a"
-                                                     "z"
-                                                     "\x02\x03\x00",
-                                                     8);
-        QTest::newRow("bytes left over") << QByteArray("\x03\x0a\x01\x00", 4);
-        QTest::newRow("unknown end") << QByteArray("\x02\x0a\x07", 3);
-        QTest::newRow("record behind the end") << QByteArray("\x02\x0a\x01\x02\x0a\x01", 6);
-        QTest::newRow("number of more than 32 bits")
-            << QByteArray("\x08\x0b\x80\x80\x80\x80\x10\x01\x00", 9);
-        QTest::newRow("request with a text too many") << QByteArray("\x05\x0b\x01\x01\x00\x00", 6);
-        QTest::newRow("request of an unknown kind") << QByteArray("\x04\x0b\x01\x06\x00", 5);
-        QTest::newRow("number too long")
-            << QByteArray("\x0c\x05\xff\xff\xff\xff\xff\xff\xff\xff\xff\xff\x01", 13);
-    }
     void corruptStream()
     {
-        QFETCH(QByteArray, bytes);
-        Recorder recorder;
-        protocol::Reader reader(recorder, Channel::Reports);
-        QVERIFY(!reader.feed(reinterpret_cast<const unsigned char*>(bytes.constData()),
-                             static_cast<std::size_t>(bytes.size())));
-        QVERIFY(reader.isCorrupt());
-        recorder.lines.removeAll(QStringLiteral("end 1"));
-        // It stays so, whatever follows.
-        const Bytes good = everyRecord();
-        QVERIFY(!reader.feed(good.data(), good.size()));
-        QVERIFY(recorder.lines.isEmpty());
-    }
-
-    void progressThatIsNoNumberIsCorrupt()
-    {
-        const Bytes bytes =
+        const auto bytes = [](const char* hex) { return QByteArray::fromHex(hex); };
+        const Bytes noNumber =
             Stream().text(0, "s").add(protocol::putBlock, 0u, 0u, std::nan(""), 0).bytes;
-        Recorder recorder;
-        QVERIFY(!protocol::Reader(recorder, Channel::Reports).feed(bytes.data(), bytes.size()));
-    }
-
-    /// Whatever comes, the reader must neither crash nor hand over an impossible record.
-    void garbageIsHarmless()
-    {
-        std::mt19937 random(1);
-        const Bytes good = everyRecord();
-        for (int round = 0; round < 20000; ++round) {
-            Bytes bytes = good;
-            for (int i = 0; i < 3; ++i)
-                bytes[random() % bytes.size()] = static_cast<unsigned char>(random());
+        const rows::Table<QByteArray> table{
+            {"empty record", bytes("00")},
+            {"unknown type", bytes("01 7f")},
+            {"oversize", bytes("ff 7f")},
+            {"length without end", bytes("ff ff")},
+            {"unannounced text", bytes("03 03 00 00")},
+            {"text out of order", bytes("03 01 05 61")},
+            {"field missing", bytes("04 01 00 61 7a 02 03 00")},
+            {"bytes left over", bytes("03 0a 01 00")},
+            {"unknown end", bytes("02 0a 07")},
+            {"record behind the end", bytes("02 0a 01 02 0a 01")},
+            {"number of more than 32 bits", bytes("08 0b 80 80 80 80 10 01 00")},
+            {"request with a text too many", bytes("05 0b 01 01 00 00")},
+            {"request of an unknown kind", bytes("04 0b 01 06 00")},
+            {"number too long", bytes("0c 05 ff ff ff ff ff ff ff ff ff ff 01")},
+            {"progress that is no number",
+             QByteArray(reinterpret_cast<const char*>(noNumber.data()), int(noNumber.size()))}};
+        for (const auto& [row, corrupt] : table) {
+            const rows::Named named(row);
             Recorder recorder;
             protocol::Reader reader(recorder, Channel::Reports);
-            reader.feed(bytes.data(), bytes.size());
-            QVERIFY(recorder.lines.size() <= static_cast<int>(bytes.size()));
+            QVERIFY(!reader.feed(reinterpret_cast<const unsigned char*>(corrupt.constData()),
+                                 std::size_t(corrupt.size())));
+            QVERIFY(reader.isCorrupt());
+            recorder.lines.removeAll(text("end 1"));
+            // It stays so, whatever follows.
+            const Bytes good = everyRecord();
+            QVERIFY(!reader.feed(good.data(), good.size()));
+            QVERIFY(recorder.lines.isEmpty());
         }
     }
 
-    void longTextIsCutAtACharacterAndSaysSo_data()
-    {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<int>("whole"); // 0: the text is all
-        const QByteArray ascii(protocol::MaxText, 'x');
-        QTest::newRow("fits") << ascii << 0;
-        QTest::newRow("too long") << ascii + "y" << 0;
-        QTest::newRow("characters") << QByteArray("电").repeated(protocol::MaxText) << 0;
-        QTest::newRow("other characters")
-            << "a" + QByteArray("电").repeated(protocol::MaxText) << 0;
-        QTest::newRow("only the beginning") << ascii << 1000000;
-        QTest::newRow("no text") << QByteArray(2 * protocol::MaxText, '\x80') << 0;
-    }
     void longTextIsCutAtACharacterAndSaysSo()
     {
-        QFETCH(QByteArray, text);
-        QFETCH(int, whole);
-        class LastLog : public protocol::Receiver
-        {
-        public:
-            void onLog(int, const std::string& line) override
-            {
-                text = QByteArray::fromStdString(line);
+        const QByteArray ascii(protocol::MaxText, 'x');
+        const QByteArray characters = QByteArray("电").repeated(protocol::MaxText);
+        const rows::Table<QByteArray, int> table{
+            // the text, and how long the whole is; 0: the text is all
+            {"fits", ascii, 0},
+            {"too long", ascii + "y", 0},
+            {"characters", characters, 0},
+            {"other characters", "a" + characters, 0},
+            {"only the beginning", ascii, 1000000},
+            {"no text", QByteArray(2 * protocol::MaxText, '\x80'), 0}};
+        for (const auto& [row, said, whole] : table) {
+            const rows::Named named(row);
+            const Bytes bytes = Stream()
+                                    .add(protocol::putLog, 1, said.constData(),
+                                         std::size_t(said.size()), std::size_t(whole))
+                                    .bytes;
+            LastLog received;
+            QVERIFY(protocol::Reader(received, Channel::Reports).feed(bytes.data(), bytes.size()));
+            if (whole == 0 && said.size() <= int(protocol::MaxText)) {
+                QCOMPARE(received.line, said);
+                continue;
             }
-            QByteArray text;
-        };
-        const Bytes bytes = Stream()
-                                .add(protocol::putLog, 1, text.constData(),
-                                     std::size_t(text.size()), std::size_t(whole))
-                                .bytes;
-        LastLog received;
-        QVERIFY(protocol::Reader(received, Channel::Reports).feed(bytes.data(), bytes.size()));
-        if (whole == 0 && text.size() <= int(protocol::MaxText)) {
-            QCOMPARE(received.text, text);
-            return;
+            const QByteArray mark =
+                text("…（已截断，共 %1 字节）").arg(whole ? whole : said.size()).toUtf8();
+            QVERIFY2(received.line.endsWith(mark), received.line.right(60));
+            const QByteArray kept = received.line.chopped(mark.size());
+            QVERIFY(said.startsWith(kept) && received.line.size() > int(protocol::MaxText) - 3);
+            QVERIFY(said.startsWith('\x80') ||
+                    !QString::fromUtf8(kept).contains(QChar::ReplacementCharacter));
         }
-        const QByteArray mark =
-            QStringLiteral("…（已截断，共 %1 字节）").arg(whole ? whole : text.size()).toUtf8();
-        QVERIFY2(received.text.endsWith(mark), received.text.right(60));
-        const QByteArray kept = received.text.chopped(mark.size());
-        QVERIFY(text.startsWith(kept) && received.text.size() > int(protocol::MaxText) - 3);
-        QVERIFY(text.startsWith('\x80') ||
-                !QString::fromUtf8(kept).contains(QChar::ReplacementCharacter));
     }
 
-    void linesOfOutput_data()
-    {
-        QTest::addColumn<QByteArrayList>("pieces");
-        QTest::addColumn<QByteArrayList>("expected");
-        const QByteArray longLine(standalone::LineSplitter::MaxLine + 1, 'x');
-        QTest::newRow("two lines") << QByteArrayList{"a\nb\n"} << QByteArrayList{"a", "b"};
-        QTest::newRow("split line") << QByteArrayList{"a", "b", "\n"} << QByteArrayList{"ab"};
-        QTest::newRow("no line end") << QByteArrayList{"a\nb"} << QByteArrayList{"a", "b"};
-        QTest::newRow("empty line") << QByteArrayList{"\n\n"} << QByteArrayList{"", ""};
-        QTest::newRow("carriage return") << QByteArrayList{"a\r\n"} << QByteArrayList{"a"};
-        QTest::newRow("too long") << QByteArrayList{longLine + '\n'}
-                                  << QByteArrayList{longLine.left(longLine.size() - 1), "x"};
-        QTest::newRow("as long as may be")
-            << QByteArrayList{longLine.left(longLine.size() - 1) + '\n'}
-            << QByteArrayList{longLine.left(longLine.size() - 1)};
-        QTest::newRow("as long as may be, its end in two pieces")
-            << QByteArrayList{longLine.left(longLine.size() - 1) + '\r', "\nb\n"}
-            << QByteArrayList{longLine.left(longLine.size() - 1), "b"};
-        QTest::newRow("too long, with a sign that ends none")
-            << QByteArrayList{longLine.left(longLine.size() - 1) + '\r', "b"}
-            << QByteArrayList{longLine.left(longLine.size() - 1), "\rb"};
-        const QByteArray characters = QByteArray("电").repeated(2000);
-        const int whole = int(standalone::LineSplitter::MaxLine) / 3 * 3;
-        QTest::newRow("too long, of characters")
-            << QByteArrayList{characters, "\n"}
-            << QByteArrayList{characters.left(whole), characters.mid(whole)};
-        const QByteArray bytes(standalone::LineSplitter::MaxLine + 9, '\x80');
-        QTest::newRow("too long, no text")
-            << QByteArrayList{bytes} << QByteArrayList{bytes.chopped(9), bytes.right(9)};
-    }
     void linesOfOutput()
     {
-        QFETCH(QByteArrayList, pieces);
-        QFETCH(QByteArrayList, expected);
-        QByteArrayList lines;
-        standalone::LineSplitter splitter(
-            [&](const std::string& line) { lines << QByteArray::fromStdString(line); });
-        for (const QByteArray& piece : pieces)
-            splitter.feed(piece.constData(), static_cast<std::size_t>(piece.size()));
-        splitter.finish();
-        QCOMPARE(lines, expected);
+        const int most = int(standalone::LineSplitter::MaxLine);
+        const QByteArray longest(most, 'x');
+        const QByteArray characters = QByteArray("电").repeated(2000);
+        const QByteArray bytes(most + 9, '\x80');
+        const rows::Table<QByteArrayList, QByteArrayList> table{
+            {"two lines, the last without an end", {"a\nb"}, {"a", "b"}},
+            {"split line", {"a", "b", "\n"}, {"ab"}},
+            {"empty lines", {"\n\n"}, {"", ""}},
+            {"carriage return", {"a\r\n"}, {"a"}},
+            {"too long", {longest + "x\n"}, {longest, "x"}},
+            {"as long as may be", {longest + '\n'}, {longest}},
+            {"its end in two pieces", {longest + '\r', "\nb\n"}, {longest, "b"}},
+            {"with a sign that ends none", {longest + '\r', "b"}, {longest, "\rb"}},
+            {"too long, of characters",
+             {characters, "\n"},
+             {characters.left(most / 3 * 3), characters.mid(most / 3 * 3)}},
+            {"too long, no text", {bytes}, {bytes.left(most), bytes.mid(most)}}};
+        for (const auto& [row, pieces, expected] : table) {
+            const rows::Named named(row);
+            QByteArrayList found;
+            standalone::LineSplitter splitter(
+                [&](const std::string& line) { found << QByteArray::fromStdString(line); });
+            for (const QByteArray& piece : pieces)
+                splitter.feed(piece.constData(), std::size_t(piece.size()));
+            splitter.finish();
+            QCOMPARE(found, expected);
+        }
     }
 };
 

@@ -1,7 +1,6 @@
 // Questions of an applet as real dialogs: answered by a person, or gone with the run.
 
 #include "standalone/host/AppletQuestions.h"
-#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 
@@ -24,7 +23,6 @@ private slots:
     void answered();
     void leftByTheWayOut();
     void closed();
-    void closedBeforeShown();
 
 private:
     /// Does something as soon as a dialog is there.
@@ -40,54 +38,50 @@ private:
         timer->start(5);
     }
 
+    quint64 ask(AppletQuestion::Kind kind, const QString& question = text("?"))
+    {
+        const auto take = [this](AppletQuestions::Outcome outcome, const QString& value) {
+            m_answers << QString::number(outcome) + u' ' + value;
+        };
+        return AppletQuestions::instance().ask({kind, text("t"), question, text("值")}, take);
+    }
+
     QStringList m_answers;
-    const AppletQuestions::Answer m_take = [this](AppletQuestions::Outcome outcome,
-                                                  const QString& value) {
-        m_answers << QString::number(outcome) + u' ' + value;
-    };
 };
 
 void RuntimeQuestionsTest::answered()
 {
-    auto& questions = AppletQuestions::instance();
     whenShown<QMessageBox>([](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
-    questions.ask({AppletQuestion::YesNo, QStringLiteral("t"), QStringLiteral("?"), QString()},
-                  m_take);
-    QTRY_COMPARE(m_answers, QStringList{QStringLiteral("1 ")});
+    ask(AppletQuestion::YesNo);
+    QTRY_COMPARE(m_answers.join(u'|'), text("1 "));
+
     whenShown<QInputDialog>([](QInputDialog& dialog) {
-        dialog.findChild<QLineEdit*>()->setText(QStringLiteral("值"));
+        dialog.findChild<QLineEdit*>()->setText(text("值"));
         dialog.accept();
     });
-    questions.ask({AppletQuestion::Text, QStringLiteral("t"), QStringLiteral("?"), QString()},
-                  m_take);
-    QTRY_COMPARE(m_answers.size(), 2);
-    QCOMPARE(m_answers.last(), QStringLiteral("1 值"));
+    ask(AppletQuestion::Text);
+    QTRY_COMPARE(m_answers.join(u'|'), text("1 |1 值"));
 }
 
 /// What an applet says is shown as it is, and whatever it asks, the run can be stopped instead.
 void RuntimeQuestionsTest::leftByTheWayOut()
 {
-    const rows::Table<int> table{{"yes or no", int(AppletQuestion::YesNo)},
-                                 {"text", int(AppletQuestion::Text)},
-                                 {"notice", int(AppletQuestion::Notice)}};
-    for (const auto& [row, kind] : table) {
-        const rows::Named named(row);
+    for (const auto kind : {AppletQuestion::YesNo, AppletQuestion::Text, AppletQuestion::Notice}) {
         m_answers.clear();
-        const QString text = QStringLiteral("数组 a[<i>] <img src=\"x\">");
+        const QString asked = text("数组 a[<i>] <img src=\"x\">");
         bool isPlain = false;
         whenShown<QDialog>([&](QDialog& dialog) {
             for (const auto* label : dialog.findChildren<QLabel*>())
                 isPlain =
-                    isPlain || (label->text() == text && label->textFormat() == Qt::PlainText);
+                    isPlain || (label->text() == asked && label->textFormat() == Qt::PlainText);
             for (auto* button : dialog.findChildren<QPushButton*>()) {
-                if (button->text() == QStringLiteral("停止运行"))
+                if (button->text() == text("停止运行"))
                     return button->click();
             }
             dialog.reject();
         });
-        AppletQuestions::instance().ask(
-            {AppletQuestion::Kind(kind), QStringLiteral("t"), text, QStringLiteral("值")}, m_take);
-        QTRY_COMPARE(m_answers.join(u'|'), QStringLiteral("2 "));
+        ask(kind, asked);
+        QTRY_COMPARE(m_answers.join(u'|'), text("2 "));
         QVERIFY(isPlain);
         QVERIFY(!QApplication::activeModalWidget());
     }
@@ -97,8 +91,7 @@ void RuntimeQuestionsTest::closed()
 {
     m_answers.clear();
     auto& questions = AppletQuestions::instance();
-    const quint64 id = questions.ask(
-        {AppletQuestion::YesNo, QStringLiteral("t"), QStringLiteral("?"), QString()}, m_take);
+    const quint64 id = ask(AppletQuestion::YesNo);
     bool wasShown = false;
     whenShown<QMessageBox>([&](QMessageBox&) {
         wasShown = true;
@@ -106,17 +99,7 @@ void RuntimeQuestionsTest::closed()
         questions.close(id);
     });
     QTRY_VERIFY(wasShown && !QApplication::activeModalWidget());
-    QCoreApplication::processEvents();
-    QVERIFY(m_answers.isEmpty());
-}
-
-void RuntimeQuestionsTest::closedBeforeShown()
-{
-    m_answers.clear();
-    auto& questions = AppletQuestions::instance();
-    const quint64 id = questions.ask(
-        {AppletQuestion::Notice, QStringLiteral("t"), QStringLiteral("?"), QString()}, m_take);
-    questions.close(id);
+    questions.close(ask(AppletQuestion::Notice)); // before it is shown
     QCoreApplication::processEvents();
     QVERIFY(!QApplication::activeModalWidget() && m_answers.isEmpty());
 }
