@@ -1,4 +1,4 @@
-// The rules of names, types and lengths, and where a drop lands.
+// The rules of types and lengths, and where a drop lands.
 
 #include "tests/support/rows.h"
 #include "tests/support/test_program.h"
@@ -8,39 +8,16 @@
 
 #include <QTest>
 
-using variable_rules::NameRefusal;
-
 class VariableRulesTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void names();
     void offeredTypes();
     void lengths();
     void cutting();
     void dropTargets();
     void rowsWithoutTheDragged();
 };
-
-void VariableRulesTest::names()
-{
-    const rows::Table<bool, NameRefusal> table{{"_x9", true, NameRefusal::None},
-                                               {"a1234567890123456789", true, NameRefusal::None},
-                                               {"a12345678901234567890", false, NameRefusal::None},
-                                               {"1a", false, NameRefusal::None},
-                                               {"a变量", false, NameRefusal::None},
-                                               {"a\n", false, NameRefusal::None},
-                                               {"Speed", true, NameRefusal::None},
-                                               {"speed", true, NameRefusal::Taken},
-                                               {" speed ", false, NameRefusal::Taken},
-                                               {"", false, NameRefusal::Empty},
-                                               {"  ", false, NameRefusal::Empty}};
-    for (const auto& [name, isWellFormed, refusal] : table) {
-        const rows::Named named(name);
-        QCOMPARE(variable_rules::namePattern().match(text(name)).hasMatch(), isWellFormed);
-        QCOMPARE(variable_rules::refusalOf(text(name), {text("speed"), text("b")}), refusal);
-    }
-}
 
 void VariableRulesTest::offeredTypes()
 {
