@@ -109,6 +109,9 @@ void CompletionEditorTest::upAndDownWalkRound()
     w->press(Qt::Key_Down);
     QCOMPARE(w->current(), words[2]);
     QCOMPARE(w->edit->toPlainText(), text("spe"));
+    w->press(Qt::Key_Down);
+    w->press(Qt::Key_Return);
+    QCOMPARE(w->edit->toPlainText(), words[0]);
 }
 
 void CompletionEditorTest::choice()

@@ -348,6 +348,7 @@ void EntryValueDialogTest::userFunctions()
     source->setCurrentIndex(1);
     QVERIFY(p.dialog.isUserFunction());
     QCOMPARE(p.table->rowCount(), 0);
+    p.dialog.setCAppletName(PickerVariables::appName()); // again
     source->setCurrentIndex(0);
     QCOMPARE(p.shownFunctions(), inner);
 }

@@ -330,10 +330,11 @@ void VariablePanelTest::refreshKeepsWhatThePersonSees()
 
 void VariablePanelTest::columnWidths()
 {
-    VariablePanelFixture f("");
+    VariablePanelFixture f;
     QStringList widths;
     QObject::connect(&f.panel, &wgtLocalVariable::sigUpdateVarTreeWidth, &f.panel,
                      [&widths](const QStringList& list) { widths = list; });
+    f.panel.reloadSequenceVariables(f.first);
     f.panel.setColumnWidths({110, 70, 60, 200});
     f.panel.setColumnWidths({1, 2});
     f.panel.setColumnWidths({110, 70, 0, 200}); // a column that was never seen
