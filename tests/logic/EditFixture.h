@@ -53,6 +53,14 @@ public:
         process_edit::removeAllCustomStepProperty(owner());
     }
 
+    /// So many plain steps, from "s0" on.
+    static QByteArray numbered(int count)
+    {
+        QByteArray steps;
+        for (int i = 0; i < count; ++i)
+            steps += 's' + QByteArray::number(i) + ' ';
+        return steps;
+    }
     std::string owner() const { return applet.appName.toLocal8Bit().toStdString(); }
     void show()
     {

@@ -42,10 +42,10 @@ private slots:
 
 void StepEditorTest::addedStepIsShown()
 {
-    EditFixture e(QByteArray("a ").repeated(100).constData());
+    EditFixture e(EditFixture::numbered(100));
     e.view.resize(700, 400);
     e.view.show();
-    e.setCurrent("a");
+    e.setCurrent("s99");
     e.tree->scrollToTop();
     e.addStep(step_type::For);
 
