@@ -17,75 +17,45 @@
 
 namespace {
 
-using Read = std::string (*)(const IProcessBlock& block);
-
-template <class Block> const Block& as(const IProcessBlock& block)
+/// All that a panel writes into a block: "a == b", or "a ==[7] b" for arrays; "fixed 0 10 1
+/// i;i=0;;" or "custom ..."; "a = b"; code, with "own file" behind it.
+std::string print(const IProcessBlock& block)
 {
-    return dynamic_cast<const Block&>(block);
-}
-
-std::string left(const IProcessBlock& block)
-{
-    return as<ConditionProcessBlock>(block).getFun1();
-}
-std::string right(const IProcessBlock& block)
-{
-    return as<ConditionProcessBlock>(block).getFun2();
-}
-/// As "==", or "==[7]" for arrays.
-std::string comparison(const IProcessBlock& block)
-{
-    const auto& condition = as<ConditionProcessBlock>(block);
-    return condition.getOperator() + (condition.getOperatorIsArray()
-                                          ? "[" + std::to_string(condition.getArraySize()) + "]"
-                                          : std::string());
-}
-/// As "0 42 1 i".
-std::string range(const IProcessBlock& block)
-{
-    const auto& loop = as<ForProcessBlock>(block);
-    return std::to_string(loop.getBeginValue()) + " " + std::to_string(loop.getEndValue()) + " " +
-           std::to_string(loop.getStepValue()) + " " + loop.getVariableName();
-}
-std::string code(const IProcessBlock& block)
-{
-    return as<StatementProcessBlock>(block).customCode();
-}
-std::string flags(const IProcessBlock& block)
-{
-    if (const auto* loop = dynamic_cast<const ForProcessBlock*>(&block))
-        return loop->getCustom() ? "custom" : "fixed";
-    return as<StatementProcessBlock>(block).getSplitFile() ? "own file" : "same file";
+    const auto* condition = dynamic_cast<const ConditionProcessBlock*>(&block);
+    const auto* loop = dynamic_cast<const ForProcessBlock*>(&block);
+    const auto* expression = dynamic_cast<const ExpressionProcessBlock*>(&block);
+    if (condition) {
+        const std::string size = "[" + std::to_string(condition->getArraySize()) + "]";
+        return condition->getFun1() + " " + condition->getOperator() +
+               (condition->getOperatorIsArray() ? size : "") + " " + condition->getFun2();
+    }
+    if (loop)
+        return (loop->getCustom() ? "custom " : "fixed ") + std::to_string(loop->getBeginValue()) +
+               " " + std::to_string(loop->getEndValue()) + " " +
+               std::to_string(loop->getStepValue()) + " " + loop->getVariableName() + ";" +
+               loop->getFun1() + ";" + loop->getFun2() + ";" + loop->getFun3();
+    if (expression)
+        return expression->leftValue + " = " + expression->rightExpression;
+    const auto& statement = dynamic_cast<const StatementProcessBlock&>(block);
+    return statement.customCode() + (statement.getSplitFile() ? " own file" : "");
 }
 
 const int stepTypesWithPanel[] = {step_type::If,       step_type::ElseIf, step_type::While,
                                   step_type::DoWhile,  step_type::For,    step_type::Expression,
                                   step_type::Statement};
 
-struct TextField
-{
-    const char* name;
-    int stepType;
-    const char* control;
-    const char* typed;
-    Read read;
-    const char* stored;
-};
-
-const TextField textFields[] = {
-    {"if", step_type::If, "editLeftValue", "speed", left, "speed"},
-    {"if, right", step_type::If, "editRightValue", "f(1) + 2", right, "f(1) + 2"},
-    {"else if", step_type::ElseIf, "editRightValue", "x", right, "x"},
-    {"while", step_type::While, "editLeftValue", "x", left, "x"},
-    {"do while", step_type::DoWhile, "editLeftValue", "x", left, "x"},
-    {"for, rounds", step_type::For, "timesSpin", "42", range, "0 42 1 i"},
-    {"for, variable", step_type::For, "valueLineEdit", "k_2", range, "0 10 1 k_2"},
-    {"expression, left", step_type::Expression, "editLeftValue", "y",
-     [](const auto& block) { return as<ExpressionProcessBlock>(block).leftValue; }, "y"},
-    {"expression, right", step_type::Expression, "editRightValue", "a*(b+1)",
-     [](const auto& block) { return as<ExpressionProcessBlock>(block).rightExpression; },
-     "a*(b+1)"},
-    {"statement", step_type::Statement, "textEdit", "f();", code, "f();"}};
+/// Fields, what is typed into them, and the block afterwards.
+const rows::Table<int, const char*, const char*, const char*> textFields{
+    {"if", step_type::If, "editLeftValue", "speed", "speed == "},
+    {"if, right", step_type::If, "editRightValue", "f(1) + 2", " == f(1) + 2"},
+    {"else if", step_type::ElseIf, "editRightValue", "x", " == x"},
+    {"while", step_type::While, "editLeftValue", "x", "x == "},
+    {"do while", step_type::DoWhile, "editLeftValue", "x", "x == "},
+    {"for, rounds", step_type::For, "timesSpin", "42", "fixed 0 42 1 i;;;"},
+    {"for, variable", step_type::For, "valueLineEdit", "k_2", "fixed 0 10 1 k_2;;;"},
+    {"expression, left", step_type::Expression, "editLeftValue", "y", "y = "},
+    {"expression, right", step_type::Expression, "editRightValue", "a*(b+1)", " = a*(b+1)"},
+    {"statement", step_type::Statement, "textEdit", "f();", "f();"}};
 
 /// What a person does with the picker that opens next, and what he sees in it: he types over what
 /// stands in its box, and accepts or gives up.
@@ -220,13 +190,13 @@ void StepPanelsTest::anotherClassLeavesThePanelEmpty()
 
 void StepPanelsTest::typedTextReachesItsStepOnce()
 {
-    for (const auto& [name, stepType, control, typed, read, stored] : textFields) {
+    for (const auto& [name, stepType, control, typed, stored] : textFields) {
         const rows::Named named(name);
         StepPanelFixture f;
         // A copy: the model knows only what is handed back to it.
         const auto first = f.add(stepType)->clone();
         const auto second = f.add(stepType);
-        const std::string untouched = read(*second);
+        const std::string untouched = print(*second);
         f.control.showBlock(first);
         f.type(control, text(typed));
         QVERIFY(f.panel()->isTimerActive());
@@ -237,11 +207,11 @@ void StepPanelsTest::typedTextReachesItsStepOnce()
         const QString uuid = uuidOf(first);
         for (const auto& block :
              {first, sdk_ui_interface::processedit::getProcess(f.appName, uuid)})
-            QCOMPARE(read(*block), std::string(stored));
+            QCOMPARE(print(*block), std::string(stored));
         f.show(step_type::Break);
         f.control.setSequenceId(QString());
         QCOMPARE(f.takeTold(), QStringList{uuid});
-        QCOMPARE(read(*second), untouched);
+        QCOMPARE(print(*second), untouched);
         f.control.showBlock(first);
         QCOMPARE(f.shown(control), text(typed));
     }
@@ -249,7 +219,7 @@ void StepPanelsTest::typedTextReachesItsStepOnce()
 
 void StepPanelsTest::pauseWritesTypedText()
 {
-    for (const auto& [name, stepType, control, typed, read, stored] : textFields) {
+    for (const auto& [name, stepType, control, typed, stored] : textFields) {
         const rows::Named named(name);
         StepPanelFixture f;
         const auto block = f.show(stepType);
@@ -259,22 +229,22 @@ void StepPanelsTest::pauseWritesTypedText()
         timer->setInterval(0);
         f.type(control, text(typed));
         QTRY_VERIFY(!timer->isActive());
-        QCOMPARE(read(*block), std::string(stored));
+        QCOMPARE(print(*block), std::string(stored));
         QCOMPARE(f.takeTold(), QStringList{uuidOf(block)}); // key events don't let a timer fire
     }
 }
 
 void StepPanelsTest::choicesAreWrittenAtOnce()
 {
-    const rows::Table<int, const char*, Qt::Key, Read, const char*> table{
-        {"if", step_type::If, "conditionComboBox", Qt::Key_End, comparison, "<="},
-        {"else if", step_type::ElseIf, "conditionComboBox", Qt::Key_End, comparison, "<="},
-        {"while", step_type::While, "conditionComboBox", Qt::Key_End, comparison, "<="},
-        {"do while", step_type::DoWhile, "conditionComboBox", Qt::Key_End, comparison, "<="},
-        {"array size", step_type::If, "lenSpinBox", Qt::Key_Up, comparison, "==[2]"},
-        {"custom", step_type::For, "customCycle", Qt::Key_Space, flags, "custom"},
-        {"own file", step_type::Statement, "checkBox", Qt::Key_Space, flags, "own file"}};
-    for (const auto& [row, stepType, control, key, read, stored] : table) {
+    const rows::Table<int, const char*, Qt::Key, const char*> table{
+        {"if", step_type::If, "conditionComboBox", Qt::Key_End, " <= "},
+        {"else if", step_type::ElseIf, "conditionComboBox", Qt::Key_End, " <= "},
+        {"while", step_type::While, "conditionComboBox", Qt::Key_End, " <= "},
+        {"do while", step_type::DoWhile, "conditionComboBox", Qt::Key_End, " <= "},
+        {"array size", step_type::If, "lenSpinBox", Qt::Key_Up, " ==[2] "},
+        {"custom", step_type::For, "customCycle", Qt::Key_Space, "custom 0 10 1 i;;;"},
+        {"own file", step_type::Statement, "checkBox", Qt::Key_Space, " own file"}};
+    for (const auto& [row, stepType, control, key, stored] : table) {
         const rows::Named named(row);
         StepPanelFixture f;
         const auto block = f.add(stepType);
@@ -282,7 +252,7 @@ void StepPanelsTest::choicesAreWrittenAtOnce()
             condition->setOperator("==", true, 1);
         f.control.showBlock(block);
         QTest::keyClick(f.find(control), key);
-        QCOMPARE(read(*block), std::string(stored));
+        QCOMPARE(print(*block), std::string(stored));
         QCOMPARE(f.takeTold(), QStringList{uuidOf(block)});
         QVERIFY(!f.panel()->isTimerActive());
     }
@@ -300,11 +270,11 @@ void StepPanelsTest::choiceWhileATextWaits()
         const auto block = f.show(stepType);
         f.type("editLeftValue", text("speed"));
         f.find<QComboBox>("conditionComboBox")->setCurrentIndex(4);
-        QCOMPARE(left(*block) + comparison(*block), std::string("speed>"));
+        QCOMPARE(print(*block), std::string("speed > "));
         QCOMPARE(f.panel()->isTimerActive(), writes == 2);
         f.control.flushPending();
         QCOMPARE(f.takeTold().count(), writes);
-        QCOMPARE(left(*block) + comparison(*block), std::string("speed>"));
+        QCOMPARE(print(*block), std::string("speed > "));
     }
 }
 
@@ -320,12 +290,12 @@ void StepPanelsTest::arrayComparison()
     QVERIFY(length->isVisible() && f.find("lenLabel")->isVisible());
     f.type("editLeftValue", text("a"));
     f.control.flushPending();
-    QCOMPARE(comparison(*block), std::string("==[7]"));
+    QCOMPARE(print(*block), std::string("a ==[7] "));
     length->setValue(300);
-    QCOMPARE(comparison(*block), std::string("==[256]"));
+    QCOMPARE(print(*block), std::string("a ==[256] "));
     sign->setCurrentText(text(">"));
     QVERIFY(!length->isVisible() && !f.find("lenLabel")->isVisible());
-    QCOMPARE(comparison(*block), std::string(">"));
+    QCOMPARE(print(*block), std::string("a > "));
     QCOMPARE(block->getArraySize(), 256);
 }
 
@@ -351,7 +321,7 @@ void StepPanelsTest::forCountsFromZero()
     QCOMPARE(f.find<QSpinBox>("timesSpin")->value(), 7);
     QCOMPARE(f.find<QSpinBox>("timesSpin")->maximum(), 9999999);
     f.panel()->saveBlock();
-    QCOMPARE(range(*block), std::string("0 7 1 n"));
+    QCOMPARE(print(*block), std::string("fixed 0 7 1 n;;;"));
     QVERIFY(!block->isNeedDefine());
 }
 
@@ -364,16 +334,13 @@ void StepPanelsTest::forKeepsTheOtherWay()
     QVERIFY(f.find("fixedWidget")->isEnabled() && !f.find("customWidget")->isEnabled());
     f.find<QAbstractButton>("customCycle")->click();
     QVERIFY(!f.find("fixedWidget")->isEnabled() && f.find("customWidget")->isEnabled());
-    QCOMPARE(range(*block), std::string("3 10 1 i"));
+    QCOMPARE(print(*block), std::string("custom 3 10 1 i;;;"));
     f.type("timesLineEdit_init", text("int k = 0"));
     f.type("timesLineEdit_ver", text("k < 3"));
     f.type("timesLineEdit_add", text("k += 1"));
     f.control.flushPending();
     f.find<QAbstractButton>("fixedCycle")->click();
-    QCOMPARE(flags(*block), std::string("fixed"));
-    QCOMPARE(block->getFun1() + ";" + block->getFun2() + ";" + block->getFun3(),
-             std::string("int k = 0;k < 3;k += 1"));
-    QCOMPARE(range(*block), std::string("0 7 1 i"));
+    QCOMPARE(print(*block), std::string("fixed 0 7 1 i;int k = 0;k < 3;k += 1"));
     QCOMPARE(f.takeTold().count(), 3);
 }
 
@@ -425,7 +392,7 @@ void StepPanelsTest::ownFileWarns()
     const auto block = f.show(step_type::Statement);
     auto* box = f.find<QAbstractButton>("checkBox");
     f.type("textEdit", text("f();"));
-    QCOMPARE(code(*block), std::string("f();")); // known at once, told after the pause
+    QCOMPARE(print(*block), std::string("f();")); // known at once, told after the pause
     QVERIFY(f.takeTold().isEmpty());
     const QString warning = text("注意|单独生成脚本文件时,语句内使用序列变量会引发编译错误");
     box->click();
@@ -433,7 +400,7 @@ void StepPanelsTest::ownFileWarns()
     QCOMPARE(f.messages, QStringList{warning});
     box->click();
     QCOMPARE(f.messages, QStringList({warning, warning}));
-    QCOMPARE(flags(*block), std::string("own file"));
+    QCOMPARE(print(*block), std::string("f(); own file"));
     QCOMPARE(f.takeTold().count(), 3);
 }
 
@@ -506,7 +473,7 @@ void StepPanelsTest::codeBoxIsLeftBackwards()
     enter("f();");
     press(Qt::Key_Backtab, Qt::ShiftModifier);
     QCOMPARE(focusName(), text("toolButton"));
-    QCOMPARE(code(*block), std::string("\tf();"));
+    QCOMPARE(print(*block), std::string("\tf();"));
 }
 
 void StepPanelsTest::conditionByKeys()
@@ -525,7 +492,7 @@ void StepPanelsTest::conditionByKeys()
     press(Qt::Key_Tab);
     enter("expected");
     f.control.flushPending();
-    QCOMPARE(left(*block) + comparison(*block) + right(*block), std::string("data==[8]expected"));
+    QCOMPARE(print(*block), std::string("data ==[8] expected"));
 }
 
 void StepPanelsTest::picking()
@@ -574,7 +541,7 @@ void StepPanelsTest::editorGoesUnderTheOpenPicker()
     stack->currentWidget()->findChild<QAbstractButton*>(text("toolButton"))->click();
     QVERIFY(!answer.seen.isEmpty());
     QVERIFY(!control);
-    QCOMPARE(code(*block), std::string());
+    QCOMPARE(print(*block), std::string());
 }
 
 void StepPanelsTest::sequenceOfThePicker()
