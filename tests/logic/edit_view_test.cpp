@@ -3,6 +3,7 @@
 #include "logic/rows/flow_loader.h"
 #include "logic/rows/step_rows.h"
 #include "tests/logic/EditFixture.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 
 #include <QAbstractItemModelTester>
@@ -318,23 +319,18 @@ void EditViewTest::columnWidths()
 
 void EditViewTest::cellsOfARun()
 {
-    auto block = std::make_shared<StatementProcessBlock>();
-    block->property.editable = false;
-    for (const char* code : {"x = 1;\ny = 2;", "x = 1;", ""}) {
-        block->setCustomCode(code);
-        const QList<QStandardItem*> cells = step_rows::stepRow(*block, step_rows::Purpose::Run);
+    const rows::Table<const char*> table{{"x = 1;\ny = 2;", "x = 1;..."}, {"x = 1;", "x = 1;"}};
+    for (const auto& [code, shown] : table) {
+        StatementProcessBlock block;
+        block.property.editable = false;
+        block.setCustomCode(code);
+        const QList<QStandardItem*> cells = step_rows::stepRow(block, step_rows::Purpose::Run);
         QCOMPARE(cells.size(), logic_columns::RunCount);
-        const auto shown = [&cells](int column) {
-            return cells[column] ? cells[column]->text() : QString();
-        };
-        const QString description = QString::fromStdString(block->description());
-        QCOMPARE(shown(logic_columns::Description).remove(QStringLiteral("...")),
-                 description.section(u'\n', 0, 0));
-        QCOMPARE(shown(logic_columns::Setting), QString::fromStdString(block->settingText()));
-        for (const QStandardItem* cell : cells) {
-            QVERIFY(!cell || cell->flags() == cells[0]->flags());
-            QVERIFY(!cell || !cell->text().isEmpty() || cell == cells[0]);
-        }
+        const QStandardItem* description = cells[logic_columns::Description];
+        QCOMPARE(description->text(), text(shown));
+        QCOMPARE(description->toolTip(), text(code));
+        QCOMPARE(description->flags(), cells.first()->flags());
+        QVERIFY(!cells[logic_columns::Setting]); // of which there is nothing to say
         qDeleteAll(cells);
     }
 }
