@@ -35,7 +35,7 @@ private slots:
 
 void EditViewTest::rowsOfASequence()
 {
-    const EditFixture e("off- | if~[while[break] endwhile-] endif last- | buzz");
+    EditFixture e("off- | if~[while[break] endwhile-] endif last- | buzz");
     QCOMPARE(step_trees::print(*e.model()),
              text("-: off- | ~: if~[while[break] endwhile-] endif last- | buzz"));
     QCOMPARE(e.view.currentSequenceId(), e.sequence);

@@ -511,13 +511,13 @@ void StepPanelsTest::picking()
         f.control.flushPending();
         f.takeTold();
 
-        const PickerAnswer rejected("given up", false);
+        PickerAnswer rejected("given up", false);
         QTest::keyClick(f.find(button), Qt::Key_Space);
         QCOMPARE(rejected.seen, text("seen: old"));
         QCOMPARE(f.shown(edit), text("old"));
         QVERIFY(!f.panel()->isTimerActive());
 
-        const PickerAnswer accepted("f(speed)");
+        PickerAnswer accepted("f(speed)");
         QTest::keyClick(f.find(button), Qt::Key_Space);
         QCOMPARE(f.shown(edit), text("f(speed)"));
         QCOMPARE(f.panel()->isTimerActive(), !isWrittenAtOnce);
@@ -536,7 +536,7 @@ void StepPanelsTest::editorGoesUnderTheOpenPicker()
     auto control = std::make_unique<wgtCommonControl>();
     control->showBlock(block);
     QTimer::singleShot(0, [&control] { control.reset(); });
-    const PickerAnswer answer("too late");
+    PickerAnswer answer("too late");
     auto* stack = control->findChild<QStackedWidget*>(text("stackedWidget"));
     stack->currentWidget()->findChild<QAbstractButton*>(text("toolButton"))->click();
     QVERIFY(!answer.seen.isEmpty());

@@ -182,7 +182,7 @@ void EntryValueDialogTest::listedVariables()
         QCOMPARE(p.variable("seq_int") != nullptr, text(listed).contains(text("seq_int")));
         QCOMPARE(p.find<QLabel>("label_type")->text(), text(*type ? type : "任意类型"));
     }
-    const Picker p;
+    Picker p;
     QCOMPARE(p.variable("app_can")->text(1) + p.variable("app_can")->text(2),
              text("PDrelCanabout app_can"));
     QVERIFY(p.variable("app_can")->parent()->isExpanded());
@@ -303,7 +303,7 @@ void EntryValueDialogTest::picksFunctions()
         QVERIFY(!(p.table->item(row, column)->flags() & Qt::ItemIsEditable));
     QCOMPARE(p.table->item(row, 3)->toolTip(), text("double x: 数值\ndouble y: 指数"));
 
-    const Picker called(EntryFunctions, "1 + sqrt(2)"); // stands on what its value calls
+    Picker called(EntryFunctions, "1 + sqrt(2)"); // stands on what its value calls
     QCOMPARE(called.table->currentRow(), called.function("sqrt")->row());
     QCOMPARE(called.dialog.getCurrentFu().name, "sqrt");
 }
