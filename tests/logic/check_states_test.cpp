@@ -1,59 +1,30 @@
-// How a click on one check box spreads. Each case is a tree whose rows show two states, before and
-// after a click on the row marked with "<-".
+// How a click on one check box spreads. Each case is a tree of steps before and after a click on
+// the row or flow marked with ">".
 
 #include "logic/edit/check_states.h"
 
 #include "logic/edit/CheckTree.h"
-#include "logic/rows/logic_roles.h"
-#include "tests/logic/step_names.h"
-#include "tests/support/print_tree.h"
+#include "tests/logic/step_trees.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 
-#include <QHash>
-#include <QStandardItemModel>
 #include <QTest>
 
 namespace {
 
-enum Moment { Before, After };
-
-void row(const char* name, const char* tree)
-{
-    QTest::newRow(name) << QString::fromUtf8(tree);
-}
-
-/// Rows made from text, with the boxes of one moment, and beside them the states of their blocks.
+/// Rows made from text, and beside them the states of their blocks.
 class TextTree : public CheckTree
 {
 public:
-    explicit TextTree(const QString& text, Moment moment = Before)
+    explicit TextTree(const char* line) : rows(line)
     {
-        QList<QStandardItem*> path;
-        for (QString line : text.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
-            const bool isClicked = line.endsWith(QLatin1String("<-"));
-            const int box = line.indexOf(QLatin1Char('['));
-            const QString name = line.remove(QStringLiteral("<-")).mid(box + 4).trimmed();
-            const step_names::Kind kind = step_names::kindOf(name);
-            const QChar state = line.at(box + 1 + moment);
-            auto* row = new QStandardItem(name);
-            row->setData(kind.baseType, logic_roles::BaseType);
-            row->setData(kind.stepType, logic_roles::StepType);
-            row->setCheckState(Qt::CheckState(QStringLiteral(" -x").indexOf(state)));
-            path = path.mid(0, box / 2);
-            if (path.isEmpty())
-                model.appendRow(row);
-            else
-                path.last()->appendRow(row);
-            path.append(row);
-            if (kind.baseType > EndFlow)
-                m_blocks.insert(row, row->checkState());
-            if (isClicked)
-                clicked = row;
-        }
+        for (int flow = 0; flow < rows.model.rowCount(); ++flow)
+            addBlocks(rows.model.item(flow));
     }
 
     void click()
     {
+        QStandardItem* clicked = rows.marked;
         const bool on = clicked->checkState() == Qt::Checked;
         clicked->setCheckState(on ? Qt::Unchecked : Qt::Checked);
         if (!m_blocks.contains(clicked)) {
@@ -84,7 +55,7 @@ public:
         return disabled;
     }
 
-    QString print() const { return test_support::printTree(model).join(QLatin1Char('\n')); }
+    QString print() const { return step_trees::print(rows.model); }
     bool boxesShowTheBlocks() const
     {
         for (auto block = m_blocks.begin(); block != m_blocks.end(); ++block) {
@@ -94,11 +65,18 @@ public:
         return true;
     }
 
-    QStandardItemModel model;
-    QStandardItem* clicked = nullptr;
+    step_trees::Rows rows;
     int writes = 0;
 
 private:
+    void addBlocks(const QStandardItem* parent)
+    {
+        for (int i = 0; i < parent->rowCount(); ++i) {
+            m_blocks.insert(parent->child(i), parent->child(i)->checkState());
+            addBlocks(parent->child(i));
+        }
+    }
+
     QHash<const QStandardItem*, Qt::CheckState> m_blocks;
 };
 
@@ -108,279 +86,95 @@ class CheckStatesTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void click_data();
     void click();
     void upwardFromWhatIsLeft();
     void partlyCheckedFlowStays();
     void flowWritesEachRowOnce();
-
-private:
-    void ifRows();
-    void loopRows();
-    void parentRows();
-    void flowRows();
 };
-
-void CheckStatesTest::click_data()
-{
-    QTest::addColumn<QString>("text");
-    ifRows();
-    loopRows();
-    parentRows();
-    flowRows();
-}
-
-void CheckStatesTest::ifRows()
-{
-    row("if off: its body and endif; branches have boxes of their own", R"(
-[x-] 主流程
-  [x ] if <-
-    [x ] 语句
-    [x ] for
-      [x ] break
-    [x ] endfor
-  [xx] else
-    [xx] 语句
-  [x ] endif
-  [xx] 语句)");
-    row("if on: its body and endif, not a disabled branch", R"(
-[ -] 主流程
-  [ x] if <-
-    [ x] 语句
-  [  ] else if
-    [  ] 语句
-  [ x] endif)");
-    row("the first of two ifs finds its own endif", R"(
-[x-] 主流程
-  [x ] if <-
-    [x ] if
-    [x ] endif
-  [x ] endif
-  [xx] if
-  [xx] endif)");
-    row("endif off: the nearest if above, with its body", R"(
-[x-] 主流程
-  [xx] if
-  [xx] endif
-  [x ] if
-    [x ] 语句
-  [xx] else
-    [xx] 语句
-  [x ] endif <-)");
-    row("endif on: the if, with its body", R"(
-[ x] 主流程
-  [ x] if
-    [ x] 语句
-  [ x] endif <-)");
-    row("endif on: a partly enabled if stays as it is", R"(
-[-x] 主流程
-  [--] if
-    [xx] 语句
-    [  ] 语句
-  [ x] endif <-)");
-    row("else off: alone", R"(
-[x-] 主流程
-  [xx] if
-    [xx] 语句
-  [x ] else <-
-    [x ] 语句
-  [xx] endif)");
-    row("else on: if and endif, not the else if between", R"(
-[ -] 主流程
-  [ x] if
-    [ x] 语句
-  [  ] else if
-  [ x] else <-
-    [ x] 语句
-  [ x] endif)");
-    row("else if on: if and endif", R"(
-[ x] 主流程
-  [ x] if
-  [ x] else if <-
-    [ x] 语句
-  [ x] endif)");
-    row("diagnostic steps with the numbers of if and endif are no partners", R"(
-[x-] 主流程
-  [x ] if <-
-  [xx] 诊断 4
-  [x ] endif
-  [xx] 诊断 1)");
-    row("a diagnostic step has no partner itself", R"(
-[x-] 主流程
-  [x ] 诊断 1 <-
-  [xx] endif)");
-    row("an if and an else without partners", R"(
-[x ] 主流程
-  [  ] else
-  [x ] if <-)");
-}
-
-void CheckStatesTest::loopRows()
-{
-    row("for on, past another structure's rows", R"(
-[ -] 主流程
-  [ x] for <-
-    [ x] 语句
-  [  ] while
-  [  ] endwhile
-  [ x] endfor)");
-    row("endfor off: alone, unlike endif", R"(
-[x-] 主流程
-  [xx] if
-  [xx] endif
-  [xx] for
-    [xx] 语句
-  [x ] endfor <-)");
-    row("while off", R"(
-[x ] 主流程
-  [x ] while <-
-    [x ] break
-  [x ] endwhile)");
-    row("do while off", R"(
-[x-] 主流程
-  [xx] 语句
-  [x ] do while <-
-    [x ] 语句
-  [x ] end dowhile)");
-    row("a partly enabled loop is clicked on, not off", R"(
-[xx] 主流程
-  [-x] for <-
-    [ x] 语句
-    [xx] if
-      [ x] 语句
-    [xx] endif
-  [xx] endfor)");
-}
-
-void CheckStatesTest::parentRows()
-{
-    row("a plain step off: the loop partly, the flow as before", R"(
-[xx] 主流程
-  [x-] for
-    [x ] 语句 <-
-    [xx] 语句
-  [xx] endfor)");
-    row("the last enabled step off: the loop goes with endfor", R"(
-[x-] 主流程
-  [xx] 语句
-  [- ] for
-    [x ] break <-
-    [  ] 语句
-  [x ] endfor)");
-    row("a step on in a disabled loop: partly, endfor comes back", R"(
-[ x] 主流程
-  [ -] for
-    [ x] break <-
-    [  ] 语句
-  [ x] endfor)");
-    row("a step on in a disabled else brings if, its body and endif", R"(
-[ x] 主流程
-  [ x] if
-    [ x] 语句
-  [ -] else
-    [ x] 语句 <-
-    [  ] 语句
-  [ x] endif)");
-    row("the only step of an else off: the branch goes off alone", R"(
-[x-] 主流程
-  [xx] if
-    [xx] 语句
-  [x ] else
-    [x ] 语句 <-
-  [xx] endif)");
-    row("through all levels, each with its partner", R"(
-[x ] 主流程
-  [x ] while
-    [x ] do while
-      [x ] if
-        [x ] 语句 <-
-      [x ] endif
-    [x ] end dowhile
-  [x ] endwhile)");
-    row("a partly enabled child counts as enabled", R"(
-[-x] 主流程
-  [-x] for
-    [--] if
-      [xx] 语句
-      [  ] 语句
-    [xx] endif
-    [ x] 语句 <-
-  [xx] endfor)");
-}
-
-void CheckStatesTest::flowRows()
-{
-    row("flow off: every row of it, no other flow", R"(
-[xx] 初始流程
-  [xx] 语句
-[x ] 主流程 <-
-  [x ] 语句
-  [- ] if
-    [x ] for
-      [x ] break
-    [x ] endfor
-    [  ] 语句
-  [x ] else
-  [x ] endif)");
-    row("flow on, from partly", R"(
-[-x] 主流程 <-
-  [ x] 语句
-  [-x] if
-    [xx] 语句
-    [ x] for
-      [ x] break
-    [ x] endfor
-  [ x] else
-    [ x] 语句
-  [xx] endif)");
-    row("a flow without steps", R"(
-[x ] 初始流程 <-
-[xx] 主流程)");
-}
 
 void CheckStatesTest::click()
 {
-    QFETCH(QString, text);
-    TextTree tree(text);
-    QVERIFY(tree.clicked);
-    tree.click();
-    QCOMPARE(tree.print(), TextTree(text, After).print());
-    QVERIFY(tree.boxesShowTheBlocks());
+    const rows::Table<const char*, const char*> table{
+        {"if off: its body and endif; branches have boxes of their own",
+         ">if[a for[break] endfor] else[b] endif c",
+         "~: if-[a- for-[break-] endfor-] else[b] endif- c"},
+        {"if on: its body and endif, not a disabled branch", "-: >if-[a-] elseif-[b-] endif-",
+         "~: if[a] elseif-[b-] endif"},
+        {"the first of two ifs finds its own endif", ">if[if endif] endif if endif",
+         "~: if-[if- endif-] endif- if endif"},
+        {"endif off: the nearest if above, with its body", "if endif if[a] else[b] >endif",
+         "~: if endif if-[a-] else[b] endif-"},
+        {"endif on: the if, with its body", "-: if-[a-] >endif-", "if[a] endif"},
+        {"endif on: a partly enabled if stays as it is", "~: if~[a b-] >endif-", "if~[a b-] endif"},
+        {"else off: alone", "if[a] >else[b] endif", "~: if[a] else-[b-] endif"},
+        {"else on: if and endif, not the else if between", "-: if-[a-] elseif- >else-[b-] endif-",
+         "~: if[a] elseif- else[b] endif"},
+        {"else if on: if and endif", "-: if- >elseif-[a-] endif-", "if elseif[a] endif"},
+        {"diagnostic steps with the numbers of if and endif are no partners", ">if uds4 endif uds1",
+         "~: if- uds4 endif- uds1"},
+        {"a diagnostic step has no partner itself", ">uds1 endif", "~: uds1- endif"},
+        {"an if and an else without partners", "else- >if", "-: else- if-"},
+        {"for on, past another structure's rows", "-: >for-[a-] while- endwhile- endfor-",
+         "~: for[a] while- endwhile- endfor"},
+        {"endfor off: alone, unlike endif", "if endif for[a] >endfor",
+         "~: if endif for[a] endfor-"},
+        {"while off", ">while[break] endwhile", "-: while-[break-] endwhile-"},
+        {"do while off", "a >dowhile[b] enddowhile", "~: a dowhile-[b-] enddowhile-"},
+        {"a partly enabled loop is clicked on, not off", ">for~[a- if[b-] endif] endfor",
+         "for[a if[b] endif] endfor"},
+        {"a plain step off: the loop partly, the flow as before", "for[>a b] endfor",
+         "for~[a- b] endfor"},
+        {"the last enabled step off: the loop goes with endfor", "a for~[>break b-] endfor",
+         "~: a for-[break- b-] endfor-"},
+        {"a step on in a disabled loop: partly, endfor comes back", "-: for-[>break- b-] endfor-",
+         "for~[break b-] endfor"},
+        {"a step on in a disabled else brings if, its body and endif",
+         "-: if-[a-] else-[>b- c-] endif-", "if[a] else~[b c-] endif"},
+        {"the only step of an else off: the branch goes off alone", "if[a] else[>b] endif",
+         "~: if[a] else-[b-] endif"},
+        {"through all levels, each with its partner",
+         "while[dowhile[if[>a] endif] enddowhile] endwhile",
+         "-: while-[dowhile-[if-[a-] endif-] enddowhile-] endwhile-"},
+        {"a partly enabled child counts as enabled", "~: for~[if~[a b-] endif >c-] endfor",
+         "for[if~[a b-] endif c] endfor"},
+        {"flow off: every row of it, no other flow",
+         "a | >: b if~[for[break] endfor c-] else endif",
+         "a | -: b- if-[for-[break-] endfor- c-] else- endif-"},
+        {"flow on, from partly", ">~: a- if~[b for-[break-] endfor-] else-[c-] endif",
+         "a if[b for[break] endfor] else[c] endif"},
+        {"a flow without steps", ">: | a", "-:  | a"}};
+    for (const auto& [row, before, after] : table) {
+        const rows::Named named(row);
+        TextTree tree(before);
+        QVERIFY(tree.rows.marked);
+        tree.click();
+        QCOMPARE(tree.print(), text(after));
+        QVERIFY(tree.boxesShowTheBlocks());
+    }
 }
 
 void CheckStatesTest::upwardFromWhatIsLeft()
 {
-    const QString text = QStringLiteral(R"(
-[--] 主流程
-  [- ] else
-    [xx] 语句 <-
-    [  ] 语句
-  [xx] 语句)");
-    TextTree tree(text);
-    TextTree after(text, After);
-    for (const TextTree* each : {&tree, &after})
-        each->clicked->parent()->removeRow(0);
-    check_states::updateUpward(tree, tree.model.item(0)->child(0)->child(0));
-    QCOMPARE(tree.print(), after.print());
+    TextTree tree("~: else~[>a b-] c");
+    QStandardItem* parent = tree.rows.marked->parent();
+    parent->removeRow(0);
+    check_states::updateUpward(tree, parent->child(0));
+    QCOMPARE(tree.print(), text("~: else-[b-] c"));
 }
 
 void CheckStatesTest::partlyCheckedFlowStays()
 {
-    const QString text = QStringLiteral("[--] 主流程 <-\n  [xx] 语句\n  [  ] 语句");
-    TextTree tree(text);
-    check_states::propagateFlow(tree, tree.clicked);
-    QCOMPARE(tree.print(), TextTree(text, After).print());
+    TextTree tree(">~: a b-");
+    check_states::propagateFlow(tree, tree.rows.marked);
+    QCOMPARE(tree.print(), text("~: a b-"));
 }
 
 void CheckStatesTest::flowWritesEachRowOnce()
 {
     constexpr int Pairs = 500;
-    QString text = QStringLiteral("[x ] 主流程 <-");
-    for (int i = 0; i < Pairs; ++i)
-        text += QStringLiteral("\n  [x ] for\n    [x ] 语句\n  [x ] endfor");
-    TextTree tree(text);
+    TextTree tree(QByteArray(">: " + QByteArray("for[a] endfor ").repeated(Pairs)).constData());
     tree.click();
-    QCOMPARE(tree.print(), TextTree(text, After).print());
+    QCOMPARE(tree.print(), text("-:") + text(" for-[a-] endfor-").repeated(Pairs));
     QCOMPARE(tree.writes, 3 * Pairs);
 }
 

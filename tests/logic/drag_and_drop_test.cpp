@@ -43,9 +43,8 @@ QStringList printed(const QMimeData& data)
 class Drops : public EditFixture
 {
 public:
-    Drops()
+    explicit Drops(const char* steps) : EditFixture(steps)
     {
-        show();
         view.resize(800, 600);
         view.show();
         QCoreApplication::processEvents();
@@ -69,7 +68,7 @@ public:
         QCoreApplication::sendEvent(tree->viewport(), &move);
         return enter.isAccepted() && move.isAccepted();
     }
-    void drop(const QMimeData& data, const QPoint& place)
+    void letGo(const QMimeData& data, const QPoint& place)
     {
         QDropEvent event(place, actions, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(tree->viewport(), &event);
@@ -122,9 +121,8 @@ void DragAndDropTest::whatDragsCarry()
     quick->setData(0, logic_roles::QuickStepId, text("id"));
     QCOMPARE(palette.dataOf(quick)->data(text("application/isQuickStep")), QByteArray("id"));
 
-    Drops editor;
-    const QString delay = editor.add(editor.applet.main, step_type::Delay, "a");
-    editor.show();
+    Drops editor("a");
+    const QString delay = editor.id("a");
     const auto address = qulonglong(quintptr(editor.row(delay)));
     expected = items + QStringList{text("application/baseType=3"),
                                    text("application/type=%1").arg(step_type::Delay),
@@ -136,10 +134,9 @@ void DragAndDropTest::whatDragsCarry()
 
 void DragAndDropTest::rowsOfOthersAreRefused()
 {
-    Drops editor;
-    const QString delay = editor.add(editor.applet.main, step_type::Delay, "a");
-    const QString gone = editor.add(editor.applet.main, step_type::Delay, "b");
-    editor.show();
+    Drops editor("a b");
+    const QString delay = editor.id("a");
+    const QString gone = editor.id("b");
     Data ofGone = editor.rowData(gone);
     editor.setCurrent(gone);
     editor.view.removeRowSlot();
@@ -175,14 +172,14 @@ void DragAndDropTest::rowsOfOthersAreRefused()
         {"of another sequence", with(mime_types::SequenceId, "somewhere")},
         {"a variable", std::make_unique<QMimeData>()},
     };
-    const QStringList before = editor.rows();
+    const QString before = editor.steps();
     for (const auto& each : cases) {
         const QModelIndex end = editor.row(editor.applet.end)->index();
         QVERIFY2(!editor.model()->canDropMimeData(each.data.get(), Qt::MoveAction, -1, 0, end),
                  each.name);
         QVERIFY2(!editor.model()->dropMimeData(each.data.get(), Qt::MoveAction, -1, 0, end),
                  each.name);
-        QCOMPARE(editor.rows(), before);
+        QCOMPARE(editor.steps(), before);
     }
     QVERIFY(editor.model()->canDropMimeData(sound.get(), Qt::MoveAction, -1, 0,
                                             editor.row(editor.applet.end)->index()));
@@ -190,12 +187,10 @@ void DragAndDropTest::rowsOfOthersAreRefused()
 
 void DragAndDropTest::paletteOverTheTree()
 {
-    Drops editor;
+    Drops editor("for endfor a");
     editor.actions = Qt::CopyAction; // as the palette allows
-    const QString loop = editor.add(editor.applet.main, step_type::For, "loop");
-    editor.add(editor.applet.main, step_type::EndFor, "end");
-    const QString delay = editor.add(editor.applet.main, step_type::Delay, "a");
-    editor.show();
+    const QString loop = editor.id("for");
+    const QString delay = editor.id("a");
     const Data branch = step_mime::ofKind(QString(), BasicStep, step_type::Else, QString());
     const Data exit = step_mime::ofKind(QString(), BasicStep, step_type::Break, QString());
 
@@ -213,14 +208,8 @@ void DragAndDropTest::paletteOverTheTree()
 
     editor.modified.clear();
     editor.hover(*exit, editor.placeOf(loop));
-    editor.drop(*exit, editor.placeOf(loop));
-    QCOMPARE(editor.rows(), lines(R"([x] 初始流程
-[x] 主流程
-  [x] loop
-    [x] break
-  [x] end
-  [x] a
-[x] 结束流程)"));
+    editor.letGo(*exit, editor.placeOf(loop));
+    QCOMPARE(editor.steps(), text(" | for[break] endfor a | "));
     QCOMPARE(editor.modified.count(), 1);
     QVERIFY(editor.isInSight(editor.tree->currentIndex()));
     QCOMPARE(editor.tree->currentIndex().data().toString(), text("break"));
@@ -228,26 +217,21 @@ void DragAndDropTest::paletteOverTheTree()
 
 void DragAndDropTest::rowsMoveWithTheirBlocks()
 {
-    Drops editor;
-    const QString delay = editor.add(editor.applet.initial, step_type::Delay, "a");
-    const QString branch = editor.add(editor.applet.main, step_type::If, "if");
-    const QString inner = editor.add(branch, step_type::Delay, "inner");
-    editor.add(editor.applet.main, step_type::EndIf, "endif");
-    for (int i = 0; i < 60; ++i)
-        editor.add(editor.applet.main, step_type::Delay, "filling");
-    editor.applet.setEnabled(delay, Qt::Unchecked);
-    editor.show();
+    Drops editor("a- | if[inner] endif " + Drops::numbered(60) + " | ");
+    const QString delay = editor.id("a");
+    const QString branch = editor.id("if");
+    const QString inner = editor.id("inner");
     editor.modified.clear();
 
     const Data data = editor.rowData(branch);
     QVERIFY(!editor.hover(*data, editor.placeOf(inner)));
     QCOMPARE(editor.shownReason(), text("不能移入自身"));
-    editor.drop(*data, editor.placeOf(inner));
+    editor.letGo(*data, editor.placeOf(inner));
     QCOMPARE(editor.modified.count(), 0);
 
     const QModelIndex initial = editor.row(editor.applet.initial)->index();
     QVERIFY(editor.hover(*data, editor.placeOf(editor.applet.initial)));
-    editor.drop(*data, editor.placeOf(editor.applet.initial));
+    editor.letGo(*data, editor.placeOf(editor.applet.initial));
     QCOMPARE(test_support::printTree(*editor.model(), {0}, initial),
              lines("[ ] a\n[ ] if\n  [ ] inner\n[ ] endif"));
     QVERIFY(editor.showsTheService());
@@ -261,7 +245,7 @@ void DragAndDropTest::rowsMoveWithTheirBlocks()
     editor.tree->collapse(editor.row(editor.applet.main)->index());
     const Data single = editor.rowData(delay);
     QVERIFY(editor.hover(*single, editor.placeOf(QString())));
-    editor.drop(*single, editor.placeOf(QString()));
+    editor.letGo(*single, editor.placeOf(QString()));
     QCOMPARE(editor.row(delay)->row(), editor.row(editor.applet.main)->rowCount() - 1);
     QVERIFY(editor.isInSight(editor.row(delay)->index()));
     QVERIFY(editor.showsTheService());
@@ -270,7 +254,7 @@ void DragAndDropTest::rowsMoveWithTheirBlocks()
 void DragAndDropTest::serviceThatRefuses()
 {
     // Deeper than a document may be nested.
-    Drops editor;
+    Drops editor("for[inner] endfor |  | ");
     QString deepest;
     for (QString next = editor.applet.main; !next.isEmpty();) {
         deepest = next;
@@ -279,31 +263,25 @@ void DragAndDropTest::serviceThatRefuses()
         if (!next.isEmpty())
             editor.applet.get<IProcessBlock>(next)->property.hasChildren = true;
     }
-    const QString loop = editor.add(editor.applet.initial, step_type::For, "loop");
-    editor.add(loop, step_type::Delay, "inner");
-    editor.add(editor.applet.initial, step_type::EndFor, "end");
     editor.show();
-    const QModelIndex target = editor.row(deepest)->index();
-    QVERIFY(
-        editor.model()->dropMimeData(editor.rowData(loop).get(), Qt::MoveAction, -1, 0, target));
-    QCoreApplication::processEvents();
+    const QString before = step_trees::print(*editor.model());
+    QVERIFY(editor.drop(text("for"), deepest, -1));
+    QCOMPARE(QToolTip::text(), text("步骤不能移到此处"));
+    QTRY_COMPARE(step_trees::print(*editor.model()), before);
     QVERIFY(editor.showsTheService());
-    QCOMPARE(editor.row(loop)->parent(), editor.row(editor.applet.initial));
 }
 
 void DragAndDropTest::goneQuickStep()
 {
-    Drops editor;
-    const QString delay = editor.add(editor.applet.main, step_type::Delay, "a");
-    const QString id = processedit::addQuickStepInfo(editor.applet.appName, delay);
-    editor.show();
+    Drops editor("a");
+    const QString id = processedit::addQuickStepInfo(editor.applet.appName, editor.id("a"));
     const Data data = step_mime::ofKind(QString(), BasicStep, step_type::Delay, id);
     processedit::removeQuickStepInfo(id);
-    const QStringList before = editor.rows();
+    const QString before = editor.steps();
     editor.modified.clear();
     editor.hover(*data, editor.placeOf(editor.applet.main));
-    editor.drop(*data, editor.placeOf(editor.applet.main));
-    QCOMPARE(editor.rows(), before);
+    editor.letGo(*data, editor.placeOf(editor.applet.main));
+    QCOMPARE(editor.steps(), before);
     QCOMPARE(editor.modified.count(), 0);
     QCOMPARE(editor.boxes, QStringList());
     QCOMPARE(QToolTip::text(), text("该快捷步骤已不存在"));

@@ -13,22 +13,33 @@
 
 #include <QTest>
 
-using test_support::printTree;
+namespace facade = sdk_ui_interface::processedit;
 
 namespace {
 
-BaseStepProperty kind(const char* name, int stepType, bool draggable = true)
+BaseStepProperty kind(const char* name, int stepType, logicBlockType baseType = BasicStep)
 {
     BaseStepProperty property;
     property.name = name;
+    property.baseType = baseType;
     property.stepType = stepType;
-    property.draggable = draggable;
+    property.draggable = true;
     return property;
 }
 
-BaseStepProperty quickStepFolder()
+BaseStepProperty folder(const char* name, int stepType = step_type::QuickStepFolder)
 {
-    return kind("quick", step_type::QuickStepFolder, false);
+    BaseStepProperty property = kind(name, stepType);
+    property.draggable = false;
+    return property;
+}
+
+QString menuOf(const QTreeWidgetItem* item)
+{
+    QStringList texts;
+    for (const auto& entry : palette_choice::menuOf(item))
+        texts.append(QString::number(int(entry.action)) + entry.text);
+    return texts.join(QLatin1Char(' '));
 }
 
 } // namespace
@@ -41,20 +52,28 @@ private slots:
     void customKindsStandBeforeTheQuickSteps();
     void quickSteps();
     void choices();
-    void choicesOfQuickSteps();
+
+private:
+    static QString print(const StepTree& palette)
+    {
+        return test_support::printTree(*palette.model()).join(QLatin1Char('|'));
+    }
+
+    const QString m_owner = text("palette_owner");
+    const std::string m_key = m_owner.toLocal8Bit().toStdString();
 };
 
 void StepTreeTest::itemsOfKinds()
 {
     StepTree palette;
-    BaseStepProperty folder = kind("flow", step_type::None, false);
+    BaseStepProperty flow = folder("flow", step_type::None);
     BaseStepProperty hidden = kind("hidden", step_type::Else);
     hidden.showInPalette = false;
     hidden.children.push_back(kind("under hidden", step_type::Delay));
-    folder.children = {kind("if", step_type::If), hidden};
-    QVERIFY(!palette.createStepItem(folder, nullptr, true)); // no place before the last one
-    QTreeWidgetItem* item = palette.createStepItem(folder, nullptr, false);
-    QCOMPARE(printTree(*palette.model()), QStringList({text("flow"), text("  if")}));
+    flow.children = {kind("if", step_type::If), hidden};
+    QVERIFY(!palette.createStepItem(flow, nullptr, true)); // no place before the last one
+    QTreeWidgetItem* item = palette.createStepItem(flow, nullptr, false);
+    QCOMPARE(print(palette), text("flow|  if"));
     QVERIFY(item->icon(0).isNull());
     QVERIFY(!item->flags().testFlag(Qt::ItemIsDragEnabled));
     const QTreeWidgetItem* child = item->child(0);
@@ -67,104 +86,79 @@ void StepTreeTest::itemsOfKinds()
 
 void StepTreeTest::customKindsStandBeforeTheQuickSteps()
 {
-    const QString owner = text("palette_owner");
     StepTree palette;
-    palette.createStepItem(quickStepFolder(), nullptr, false);
-    palette.addCustomStepList(owner, {kind("one", step_type::Delay), kind("two", step_type::Buzz)});
-    QCOMPARE(printTree(*palette.model()), QStringList({text("one"), text("two"), text("quick")}));
-    const std::string key = owner.toLocal8Bit().toStdString();
-    QCOMPARE(process_edit::getCustomBaseStepProperty(key, BasicStep, step_type::Buzz).name,
-             std::string("two"));
-    palette.resetCustomStepList(owner);
-    QVERIFY(process_edit::getCustomBaseStepProperty(key, BasicStep, step_type::Buzz).name.empty());
-    QVERIFY(!printTree(*palette.model()).contains(text("one")));
+    palette.createStepItem(folder("quick"), nullptr, false);
+    palette.addCustomStepList(m_owner,
+                              {kind("one", step_type::Delay), kind("two", step_type::Buzz)});
+    QCOMPARE(print(palette), text("one|two|quick"));
+    const auto nameOfBuzz = [this] {
+        return process_edit::getCustomBaseStepProperty(m_key, BasicStep, step_type::Buzz).name;
+    };
+    QCOMPARE(nameOfBuzz(), std::string("two"));
+    palette.resetCustomStepList(m_owner);
+    QCOMPARE(nameOfBuzz(), std::string());
+    QVERIFY(!print(palette).contains(text("one")));
 }
 
 void StepTreeTest::quickSteps()
 {
-    namespace facade = sdk_ui_interface::processedit;
     LogicFixture applet;
     const QString sequence = applet.addSequence("Main");
     QStringList ids;
-    for (const char* name : {"a", "b", "c"})
-        ids.append(facade::addQuickStepInfo(
-            applet.appName, applet.add(sequence, applet.main, step_type::Delay, name)));
-
+    for (const char* name : {"a", "b", "c"}) {
+        const QString uuid = applet.add(sequence, applet.main, step_type::Delay, name);
+        applet.get<IProcessBlock>(uuid)->property.draggable = true;
+        ids.append(facade::addQuickStepInfo(applet.appName, uuid));
+    }
     StepTree palette;
     palette.onUpdateQuickStep(ids, false); // there is no folder yet
     QCOMPARE(palette.topLevelItemCount(), 0);
-    QTreeWidgetItem* folder = palette.createStepItem(quickStepFolder(), nullptr, false);
+    const QTreeWidgetItem* top = palette.createStepItem(folder("quick"), nullptr, false);
     palette.onUpdateQuickStep(ids, false);
-    QCOMPARE(printTree(*palette.model()),
-             QStringList({text("quick"), text("  a"), text("  b"), text("  c")}));
-    QCOMPARE(folder->child(1)->data(0, logic_roles::QuickStepId).toString(), ids[1]);
-    QCOMPARE(folder->child(1)->data(0, logic_roles::IsQuickStep).toBool(), true);
+    QCOMPARE(print(palette), text("quick|  a|  b|  c"));
     palette.onUpdateQuickStep({ids[0], ids[1]}, true);
-    QCOMPARE(printTree(*palette.model()), QStringList({text("quick"), text("  c")}));
+    QCOMPARE(print(palette), text("quick|  c"));
+
+    const QTreeWidgetItem* item = top->child(0);
+    const auto choice = palette_choice::stepOf(item, applet.appName);
+    QVERIFY(choice);
+    QCOMPARE(choice->stepType, step_type::Delay);
+    QCOMPARE(choice->quickStepId, ids[2]);
+    QCOMPARE(palette_choice::quickStepId(item), ids[2]);
+    QCOMPARE(menuOf(item), text("0添加流程 1从快捷添加中移除"));
+
+    facade::getQuickStepInfo(ids[2])->property.showInPalette = false;
+    QVERIFY(!palette_choice::stepOf(item, applet.appName));
     for (const QString& id : qAsConst(ids))
         facade::removeQuickStepInfo(id);
+    QVERIFY(!palette_choice::stepOf(item, applet.appName));
 }
 
 void StepTreeTest::choices()
 {
-    const QString owner = text("palette_owner");
-    const std::string key = owner.toLocal8Bit().toStdString();
     StepTree palette;
-    BaseStepProperty named = kind("session", 1);
-    named.baseType = DiagnosticStep;
-    BaseStepProperty hidden = kind("hidden", 1);
-    hidden.baseType = DiagnosticStep;
     // The kind of the table counts, not what the item was made from.
-    QTreeWidgetItem* hiddenItem = palette.createStepItem(hidden, nullptr, false);
+    BaseStepProperty hidden = kind("hidden", 1, DiagnosticStep);
+    const BaseStepProperty session = kind("session", 1, DiagnosticStep);
+    const QTreeWidgetItem* hiddenItem = palette.createStepItem(hidden, nullptr, false);
     hidden.showInPalette = false;
-    QTreeWidgetItem* item = palette.createStepItem(named, nullptr, false);
-    process_edit::addCustomStepProperty(key, {hidden, named});
-    const auto choice = palette_choice::stepOf(item, owner);
+    const QTreeWidgetItem* item = palette.createStepItem(session, nullptr, false);
+    process_edit::addCustomStepProperty(m_key, {hidden, session});
+    const auto choice = palette_choice::stepOf(item, m_owner);
     QVERIFY(choice);
     QCOMPARE(choice->baseType, DiagnosticStep);
     QCOMPARE(choice->stepType, 1);
     QCOMPARE(choice->text, text("session"));
     QVERIFY(choice->quickStepId.isEmpty());
-    QVERIFY(!palette_choice::stepOf(hiddenItem, owner));
+    QVERIFY(!palette_choice::stepOf(hiddenItem, m_owner));
     QVERIFY(palette_choice::stepOf(hiddenItem, text("another owner")));
-    process_edit::removeAllCustomStepProperty(key);
+    process_edit::removeAllCustomStepProperty(m_key);
 
-    QTreeWidgetItem* folder = palette.createStepItem(kind("folder", 0, false), nullptr, false);
-    QVERIFY(palette_choice::stepOf(folder, owner));
-    QVERIFY(palette_choice::menuOf(folder).isEmpty());
-    QVERIFY(!palette_choice::stepOf(nullptr, owner));
-    QVERIFY(palette_choice::menuOf(nullptr).isEmpty());
-    const auto menu = palette_choice::menuOf(item);
-    QCOMPARE(menu.size(), 1);
-    QCOMPARE(menu.first().action, palette_choice::Action::AddStep);
-    QCOMPARE(menu.first().text, text("添加流程"));
-}
-
-void StepTreeTest::choicesOfQuickSteps()
-{
-    namespace facade = sdk_ui_interface::processedit;
-    LogicFixture applet;
-    const QString uuid = applet.add(applet.addSequence("Main"), applet.main, step_type::Delay, "a");
-    applet.get<IProcessBlock>(uuid)->property.draggable = true;
-    const QString id = facade::addQuickStepInfo(applet.appName, uuid);
-    StepTree palette;
-    QTreeWidgetItem* folder = palette.createStepItem(quickStepFolder(), nullptr, false);
-    palette.onUpdateQuickStep({id}, false);
-    const QTreeWidgetItem* item = folder->child(0);
-    const auto choice = palette_choice::stepOf(item, applet.appName);
-    QVERIFY(choice);
-    QCOMPARE(choice->stepType, step_type::Delay);
-    QCOMPARE(choice->quickStepId, id);
-    const auto menu = palette_choice::menuOf(item);
-    QCOMPARE(menu.size(), 2);
-    QCOMPARE(menu.last().action, palette_choice::Action::RemoveQuickStep);
-    QCOMPARE(menu.last().text, text("从快捷添加中移除"));
-    QCOMPARE(palette_choice::quickStepId(item), id);
-
-    facade::getQuickStepInfo(id)->property.showInPalette = false;
-    QVERIFY(!palette_choice::stepOf(item, applet.appName));
-    facade::removeQuickStepInfo(id);
-    QVERIFY(!palette_choice::stepOf(item, applet.appName));
+    const QTreeWidgetItem* top = palette.createStepItem(folder("folder", 0), nullptr, false);
+    QVERIFY(palette_choice::stepOf(top, m_owner));
+    QVERIFY(!palette_choice::stepOf(nullptr, m_owner));
+    QCOMPARE(menuOf(top) + menuOf(nullptr), QString());
+    QCOMPARE(menuOf(item), text("0添加流程"));
 }
 
 PE_WIDGET_TEST("logic_step_tree", StepTreeTest)

@@ -6,6 +6,7 @@
 #include "panels/IBlockControl.h"
 #include "panels/wgtCommonControl.h"
 #include "tests/support/applet_fixture.h"
+#include "tests/support/text.h"
 
 #include <QApplication>
 #include <QSignalSpy>
@@ -31,6 +32,7 @@ public:
         control.resize(420, 360);
         control.show();
         control.activateWindow();
+        isActive = QTest::qWaitForWindowActive(&control);
     }
     ~StepPanelFixture() { user_dialogs::setHandler(previous); }
 
@@ -44,6 +46,13 @@ public:
         return block;
     }
     std::shared_ptr<IProcessBlock> add(int stepType) { return add<IProcessBlock>(stepType); }
+    /// Such a step, which the panel shows.
+    template <class Block = IProcessBlock> std::shared_ptr<Block> show(int stepType)
+    {
+        auto block = add<Block>(stepType);
+        control.showBlock(block);
+        return block;
+    }
 
     QWidget* page() const { return stack->currentWidget(); }
     IBlockControl* panel() const { return qobject_cast<IBlockControl*>(page()); }
@@ -66,11 +75,6 @@ public:
         QTest::keyClick(widget, Qt::Key_Delete);
         QTest::keyClicks(widget, text);
     }
-    /// Lets the pause after the last keystroke end as soon as the event loop runs.
-    void shortenPause() const
-    {
-        panel()->findChild<QTimer*>(QString(), Qt::FindDirectChildrenOnly)->setInterval(0);
-    }
     QString json() const { return sdk_ui_interface::processedit::generateProcessJson(appName); }
     /// The steps that were told as written, since the last call.
     QStringList takeTold()
@@ -88,6 +92,7 @@ public:
     wgtCommonControl control;
     QStackedWidget* stack = control.findChild<QStackedWidget*>(QStringLiteral("stackedWidget"));
     QStringList messages;
+    bool isActive = false;
 
 private:
     QSignalSpy told{&control, &wgtCommonControl::updateTreeProcessData};

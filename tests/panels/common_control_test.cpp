@@ -6,13 +6,10 @@
 #include "tests/panels/StepPanelFixture.h"
 #include "tests/support/rows.h"
 #include "tests/support/test_program.h"
-#include "tests/support/text.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-
-Q_DECLARE_METATYPE(std::shared_ptr<IProcessBlock>)
 
 namespace {
 
@@ -43,7 +40,7 @@ private:
 class NodeBlock : public IProcessBlock
 {
 public:
-    NodeBlock(logicBlockType base, int step, bool editable = true) : IProcessBlock(base, step)
+    NodeBlock(logicBlockType base, int step, bool editable) : IProcessBlock(base, step)
     {
         uuid = std::to_string(step);
         property.editable = editable;
@@ -57,23 +54,10 @@ std::shared_ptr<IProcessBlock> node(logicBlockType base, int step, bool editable
 {
     return std::make_shared<NodeBlock>(base, step, editable);
 }
-
-struct Stack
+std::shared_ptr<IProcessBlock> delay()
 {
-    ProbePanel* delay = new ProbePanel(BasicStep, step_type::Delay);
-    ProbePanel* uds = new ProbePanel(DiagnosticStep, 4711);
-    wgtCommonControl control{{delay, uds}};
-    QSignalSpy told{&control, &wgtCommonControl::updateTreeProcessData};
-
-    QWidget* find(const char* name) { return control.findChild<QWidget*>(QLatin1String(name)); }
-    QString text(const char* name) { return qobject_cast<QLabel*>(find(name))->text(); }
-    /// The panel that is shown; null: page 0.
-    QWidget* shown()
-    {
-        auto* stack = qobject_cast<QStackedWidget*>(find("stackedWidget"));
-        return stack->currentIndex() == 0 ? nullptr : stack->currentWidget();
-    }
-};
+    return node(BasicStep, step_type::Delay);
+}
 
 } // namespace
 
@@ -81,128 +65,127 @@ class CommonControlTest : public QObject
 {
     Q_OBJECT
 private slots:
+    void init();
     void choosesThePanel();
-    void saysWhyThereIsNone_data();
     void saysWhyThereIsNone();
     void writesWhatWaitsOnce();
-    void sequenceChangesAfterTheWrite();
     void diagnosticStepsHaveNothingWaiting();
     void pagesOfTheEditor();
+
+private:
+    QWidget* find(const char* name) { return m_control->findChild<QWidget*>(text(name)); }
+    /// The panel that is shown; null: page 0.
+    QWidget* shown()
+    {
+        auto* stack = qobject_cast<QStackedWidget*>(find("stackedWidget"));
+        return stack->currentIndex() == 0 ? nullptr : stack->currentWidget();
+    }
+    /// What is said: "of the page|instead of all pages", as far as it is visible.
+    QString said()
+    {
+        const auto textOf = [this](const char* name) {
+            auto* label = qobject_cast<QLabel*>(find(name));
+            return label->isVisibleTo(m_control.get()) ? label->text() : QString();
+        };
+        return textOf("label_3") + u'|' + textOf("label_12");
+    }
+
+    ProbePanel* m_delay = nullptr;
+    ProbePanel* m_uds = nullptr;
+    std::unique_ptr<wgtCommonControl> m_control;
 };
+
+void CommonControlTest::init()
+{
+    m_delay = new ProbePanel(BasicStep, step_type::Delay);
+    m_uds = new ProbePanel(DiagnosticStep, 4711);
+    m_control = std::make_unique<wgtCommonControl>(QVector<IBlockControl*>{m_delay, m_uds});
+    m_control->setCAppletName(text("app"));
+    m_control->setSequenceId(text("old"));
+}
 
 void CommonControlTest::choosesThePanel()
 {
-    Stack s;
-    const auto delay = node(BasicStep, step_type::Delay);
-    s.control.showBlock(delay);
-    QCOMPARE(s.shown(), s.delay);
-    QCOMPARE(s.delay->loaded, delay);
+    QSignalSpy told(m_control.get(), &wgtCommonControl::updateTreeProcessData);
+    const auto block = delay();
+    m_control->showBlock(block);
+    QCOMPARE(shown(), m_delay);
+    QCOMPARE(m_delay->loaded, block);
     for (int stepType : {1, int(step_type::Delay), 4711}) {
-        s.control.showBlock(node(DiagnosticStep, stepType));
-        QCOMPARE(s.shown(), s.uds);
-        QCOMPARE(s.uds->loaded->stepType(), stepType);
+        m_control->showBlock(node(DiagnosticStep, stepType));
+        QCOMPARE(shown(), m_uds);
+        QCOMPARE(m_uds->loaded->stepType(), stepType);
     }
     // A panel's step type counts for its own base type only.
-    s.control.showBlock(node(BasicStep, 4711));
-    QCOMPARE(s.shown(), nullptr);
-    s.control.showBlock(node(MainFlow, step_type::Delay));
-    QCOMPARE(s.shown(), nullptr);
-    QCOMPARE(s.delay->loaded, delay);
-    QVERIFY(s.told.isEmpty());
-}
-
-void CommonControlTest::saysWhyThereIsNone_data()
-{
-    QTest::addColumn<std::shared_ptr<IProcessBlock>>("block");
-    QTest::addColumn<QString>("instead"); // of the stack
-    QTest::addColumn<QString>("inside");
-    using Block = std::shared_ptr<IProcessBlock>;
-    const char* notEditable = "该节点不可编辑";
-    QTest::newRow("no block") << Block() << notEditable << "";
-    QTest::newRow("not editable") << node(BasicStep, step_type::Delay, false) << notEditable << "";
-    QTest::newRow("no step") << node(NoBlock, 0) << "当前未选中步骤节点"
-                             << "";
-    QTest::newRow("no step, not editable") << node(NoBlock, 0, false) << "当前未选中步骤节点"
-                                           << "";
-    Block plain = std::make_shared<PlainProcessBlock>(step_type::Break);
-    plain->property.editable = true;
-    QTest::newRow("nothing to set") << plain << ""
-                                    << "此步骤类型无需设置属性";
+    m_control->showBlock(node(BasicStep, 4711));
+    QCOMPARE(shown(), nullptr);
+    m_control->showBlock(node(MainFlow, step_type::Delay));
+    QCOMPARE(shown(), nullptr);
+    QCOMPARE(m_delay->loaded, block);
+    QVERIFY(told.isEmpty());
 }
 
 void CommonControlTest::saysWhyThereIsNone()
 {
-    QFETCH(std::shared_ptr<IProcessBlock>, block);
-    QFETCH(QString, instead);
-    Stack s;
-    QVERIFY(s.find("stackedWidget")->isHidden());
-    QCOMPARE(s.text("label_12"), QStringLiteral("当前未选中步骤节点"));
-    QCOMPARE(s.text("label_3"), QStringLiteral("当前未选中步骤节点"));
-    s.control.showBlock(node(BasicStep, step_type::Delay));
-    QVERIFY(s.find("label_12")->isHidden());
-    s.control.showBlock(block);
-    QCOMPARE(s.find("stackedWidget")->isHidden(), !instead.isEmpty());
-    QCOMPARE(s.find("label_12")->isHidden(), instead.isEmpty());
-    if (!instead.isEmpty()) {
-        QCOMPARE(s.text("label_12"), instead);
-        return;
+    QCOMPARE(said(), text("|当前未选中步骤节点"));
+    const auto plain = std::make_shared<PlainProcessBlock>(step_type::Break);
+    plain->property.editable = true;
+    const rows::Table<std::shared_ptr<IProcessBlock>, const char*> table{
+        {"no block", nullptr, "|该节点不可编辑"},
+        {"not editable", node(BasicStep, step_type::Delay, false), "|该节点不可编辑"},
+        {"no step", node(NoBlock, 0, false), "|当前未选中步骤节点"},
+        {"nothing to set", plain, "此步骤类型无需设置属性|"},
+        {"no panel", node(BasicStep, 4711), "此步骤的属性暂为只读：\n\n动作|"}};
+    for (const auto& [row, block, expected] : table) {
+        const rows::Named named(row);
+        m_control->showBlock(delay());
+        QCOMPARE(said(), text("|"));
+        m_control->showBlock(block);
+        QCOMPARE(said(), text(expected));
     }
-    QTEST(s.text("label_3"), "inside");
-    QCOMPARE(s.shown(), nullptr);
 }
 
 void CommonControlTest::writesWhatWaitsOnce()
 {
-    Stack s;
-    s.control.setCAppletName(QStringLiteral("app"));
-    s.control.setSequenceId(QStringLiteral("seq"));
-    const auto first = node(BasicStep, step_type::Delay);
-    s.control.showBlock(first);
-    s.control.flushPending();
-    QVERIFY(s.delay->saves.isEmpty()); // nothing waits
-    s.delay->edit();
-    s.control.showBlock(nullptr);
-    QCOMPARE(s.delay->saves, QStringList{QStringLiteral("app/seq")});
-    QVERIFY(!s.delay->isTimerActive());
-    QCOMPARE(s.told.count(), 1);
-    QCOMPARE(s.told[0][0].toString(), uuidOf(first));
-    s.control.showBlock(node(BasicStep, step_type::Delay));
-    s.control.flushPending();
-    QCOMPARE(s.delay->saves.count(), 1);
-}
+    QSignalSpy told(m_control.get(), &wgtCommonControl::updateTreeProcessData);
+    const auto first = delay();
+    m_control->showBlock(first);
+    m_control->flushPending();
+    QVERIFY(m_delay->saves.isEmpty()); // nothing waits
+    m_delay->edit();
+    m_control->showBlock(nullptr);
+    QCOMPARE(m_delay->saves, QStringList{text("app/old")});
+    QVERIFY(!m_delay->isTimerActive());
+    QCOMPARE(told.count(), 1);
+    QCOMPARE(told[0][0].toString(), uuidOf(first));
+    m_control->showBlock(delay());
+    m_control->flushPending();
+    QCOMPARE(m_delay->saves.count(), 1);
 
-void CommonControlTest::sequenceChangesAfterTheWrite()
-{
-    Stack s;
-    s.control.setCAppletName(QStringLiteral("app"));
-    s.control.setSequenceId(QStringLiteral("old"));
-    s.control.showBlock(node(BasicStep, step_type::Delay));
-    s.delay->edit();
-    s.control.setSequenceId(QStringLiteral("new"));
-    s.delay->edit();
-    s.control.flushPending();
-    QCOMPARE(s.delay->saves, QStringList({QStringLiteral("app/old"), QStringLiteral("app/new")}));
+    m_delay->edit();
+    m_control->setSequenceId(text("new")); // after the write
+    m_delay->edit();
+    m_control->flushPending();
+    QCOMPARE(m_delay->saves, lines("app/old\napp/old\napp/new"));
 }
 
 void CommonControlTest::diagnosticStepsHaveNothingWaiting()
 {
-    Stack s;
-    s.control.showBlock(node(DiagnosticStep, 4711));
-    s.uds->edit();
-    s.control.flushPending();
-    QVERIFY(s.uds->saves.isEmpty());
+    m_control->showBlock(node(DiagnosticStep, 4711));
+    m_uds->edit();
+    m_control->flushPending();
+    QVERIFY(m_uds->saves.isEmpty());
 }
 
 void CommonControlTest::pagesOfTheEditor()
 {
     wgtCommonControl control;
-    auto* stack = control.findChild<QStackedWidget*>(QStringLiteral("stackedWidget"));
-    QCOMPARE(stack->widget(0)->objectName(), QStringLiteral("none_page"));
+    auto* stack = control.findChild<QStackedWidget*>(text("stackedWidget"));
+    QCOMPARE(stack->widget(0)->objectName(), text("none_page"));
     QSet<QPair<int, int>> kinds;
     for (int page = 1; page < stack->count(); ++page) {
         const auto* panel = qobject_cast<IBlockControl*>(stack->widget(page));
-        QVERIFY(panel && !panel->objectName().isEmpty());
-        QVERIFY(!panel->isTimerActive());
+        QVERIFY(panel && !panel->objectName().isEmpty() && !panel->isTimerActive());
         kinds.insert({panel->baseType(), panel->stepType()});
     }
     QCOMPARE(kinds.size(), stack->count() - 1); // no two serve the same

@@ -215,6 +215,13 @@ void GeneralSettingsTest::showsAndWritesEveryField()
     general.panel.refreshPreview(QString::fromStdString(block.uuid));
     QVERIFY(!general.find<QLineEdit>("editPreview")->text().isEmpty());
     QCOMPARE(general.find<QPlainTextEdit>("textEdit")->toPlainText(), text("textEdit 改"));
+    const auto diagnostic = std::make_shared<UdsProcessBlock>(4711);
+    diagnostic->property.editable = true;
+    general.panel.loadGeneral(diagnostic);
+    diagnostic->remark = "new"; // which that one writes, too
+    general.panel.refreshPreview(QString::fromStdString(diagnostic->uuid));
+    QCOMPARE(general.find<QPlainTextEdit>("textEdit")->toPlainText(), text("new"));
+    QCOMPARE(general.modified.count(), 1);
 }
 
 void GeneralSettingsTest::writesAtOnceOrAfterAPause()

@@ -16,107 +16,71 @@ class PanelTextsTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void operators_data();
     void operators();
-    void foreignOperator();
     void counts();
     void typing();
     void declarations();
 };
 
-void PanelTextsTest::operators_data()
-{
-    QTest::addColumn<int>("row");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("sign");
-    QTest::addColumn<bool>("isArray");
-    int row = 0;
-    const auto add = [&row](const char* text, const char* sign, bool isArray) {
-        QTest::newRow(text) << row++ << QString::fromUtf8(text) << QString::fromUtf8(sign)
-                            << isArray;
-    };
-    add("==", "==", false);
-    add("!=", "!=", false);
-    add("==(数组)", "==", true);
-    add("!=(数组)", "!=", true);
-    add(">", ">", false);
-    add("<", "<", false);
-    add(">=", ">=", false);
-    add("<=", "<=", false);
-}
-
 void PanelTextsTest::operators()
 {
-    QFETCH(int, row);
-    QFETCH(QString, text);
-    QFETCH(QString, sign);
-    QFETCH(bool, isArray);
-    QCOMPARE(condition_texts::operatorTexts().value(row), text);
-    QCOMPARE(condition_texts::operatorTexts().size(), 8);
-    QCOMPARE(condition_texts::operatorOf(text).sign, sign);
-    QCOMPARE(condition_texts::operatorOf(text).isArray, isArray);
-    QCOMPARE(condition_texts::textOf({sign, isArray}), text);
-}
-
-void PanelTextsTest::foreignOperator()
-{
-    QVERIFY(!condition_texts::operatorTexts().contains(
-        condition_texts::textOf({QStringLiteral(">"), true})));
-    QCOMPARE(condition_texts::operatorOf(QStringLiteral("a(b(c")).sign, QStringLiteral("a"));
-    QCOMPARE(condition_texts::operatorOf(QString()).sign, QString());
+    using namespace condition_texts;
+    QString shown;
+    for (const QString& each : operatorTexts()) {
+        const Operator comparison = operatorOf(each);
+        QCOMPARE(textOf(comparison), each);
+        shown += comparison.sign + text(comparison.isArray ? "[] " : " ");
+    }
+    QCOMPARE(shown, text("== != ==[] !=[] > < >= <= "));
+    QVERIFY(!operatorTexts().contains(textOf({text(">"), true})));
+    QCOMPARE(operatorOf(text("a(b(c")).sign, text("a"));
+    QCOMPARE(operatorOf(QString()).sign, QString());
 }
 
 void PanelTextsTest::counts()
 {
-    const rows::Table<int, int, int> table{{"from zero", 0, 10, 10},
-                                           {"shifted", 3, 10, 7},
-                                           {"negative begin", -3, 4, 7},
-                                           {"backwards", 10, 3, 0},
-                                           {"more than the form holds", 0, INT_MAX, 9999999},
-                                           {"more than an int holds", INT_MIN, INT_MAX, 9999999},
-                                           {"less than an int holds", INT_MAX, INT_MIN, 0}};
-    for (const auto& [row, begin, end, count] : table) {
-        const rows::Named named(row);
-        QCOMPARE(loop_values::fixedCount(begin, end), count);
-    }
+    QCOMPARE(loop_values::fixedCount(-3, 4), 7);
+    QCOMPARE(loop_values::fixedCount(10, 3), 0);
+    QCOMPARE(loop_values::fixedCount(0, INT_MAX), 9999999);
+    QCOMPARE(loop_values::fixedCount(INT_MIN, INT_MAX), 9999999);
+    QCOMPARE(loop_values::fixedCount(INT_MAX, INT_MIN), 0);
 }
 
 void PanelTextsTest::typing()
 {
-    const rows::Table<bool, QString, bool> table{
-        {"name", true, text("_speed9"), true},
-        {"no name yet", true, QString(), true},
-        {"digit first", true, text("9a"), false},
-        {"20 characters", true, text("abcdefghijklmnopqrst"), true},
-        {"21 characters", true, text("abcdefghijklmnopqrstu"), false},
-        {"umlaut in a name", true, text("ä"), false},
-        {"header", false, text("i = f(\"ä\"), j <<= 1 ;"), true},
-        {"empty header", false, QString(), true},
-        {"first Chinese character", false, text("i一"), false},
-        {"last Chinese character", false, text("龥"), false}};
-    for (const auto& [row, isVariable, typed, isAllowed] : table) {
+    const rows::Table<bool, bool> table{// a variable's name or a header; may be typed
+                                        {"_speed9", true, true},
+                                        {"", true, true},
+                                        {"9a", true, false},
+                                        {"abcdefghijklmnopqrst", true, true},
+                                        {"abcdefghijklmnopqrstu", true, false},
+                                        {"ä", true, false},
+                                        {"i = f(\"ä\"), j <<= 1 ;", false, true},
+                                        {"", false, true},
+                                        {"i一", false, false},
+                                        {"龥", false, false}};
+    for (const auto& [row, isVariable, isAllowed] : table) {
         const rows::Named named(row);
         const QRegularExpressionValidator validator(QRegularExpression(
             isVariable ? loop_values::variablePattern() : loop_values::headerPattern()));
-        QString text = typed;
+        QString typed = text(row);
         int position = 0;
-        QCOMPARE(validator.validate(text, position) != QValidator::Invalid, isAllowed);
+        QCOMPARE(validator.validate(typed, position) != QValidator::Invalid, isAllowed);
     }
 }
 
 void PanelTextsTest::declarations()
 {
-    const rows::Table<QString, QString> table{
-        {"none", text("int a = 3;\nf(a);"), QString()},
-        {"empty", QString(), QString()},
-        {"one", text("int add(int a, int b) { return a + b; }"), text("add(int a, int b);")},
-        {"several", text("void f()\n{\n}\ndouble  g(char c)\n{ h(); }"), text("f();g(char c);")},
-        {"inner block", text("void f() { if (a) { b(); } int g() {} }"), text("f();g();")},
-        {"other return type", text("bool f() {}"), QString()},
-        {"a declaration alone", text("int f(int a);"), QString()}};
-    for (const auto& [row, code, declarations] : table) {
-        const rows::Named named(row);
-        QCOMPARE(statement_texts::functionDeclarations(code), declarations);
+    const rows::Table<const char*> table{
+        {"int a = 3;\nf(a);", ""},
+        {"int add(int a, int b) { return a + b; }", "add(int a, int b);"},
+        {"void f()\n{\n}\ndouble  g(char c)\n{ h(); }", "f();g(char c);"},
+        {"void f() { if (a) { b(); } int g() {} }", "f();g();"},
+        {"bool f() {}", ""},
+        {"int f(int a);", ""}};
+    for (const auto& [code, declarations] : table) {
+        const rows::Named named(code);
+        QCOMPARE(statement_texts::functionDeclarations(text(code)), text(declarations));
     }
 }
 

@@ -1,79 +1,117 @@
-// The panels of the steps: what is loaded, and when which edit reaches the block and the model.
+// The panels of the steps: what is loaded, when which edit reaches the block and the model, and the
+// keyboard alone: the order of the controls, whole entries, and the picker.
 
 #include "panels/loop_variables.h"
+#include "panels/wgtCondition.h"
 #include "panels/wgtFor.h"
 #include "tests/panels/StepPanelFixture.h"
 #include "tests/support/rows.h"
 #include "tests/support/test_program.h"
-#include "tests/support/text.h"
+#include "variables/wgtEntryValue.h"
 
-#include <QCheckBox>
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QRadioButton>
 #include <QSpinBox>
 
 namespace {
 
-using Read = std::string (*)(const IProcessBlock& block);
-
-template <class Block> const Block& as(const IProcessBlock& block)
+/// All that a panel writes into a block: "a == b", or "a ==[7] b" for arrays; "fixed 0 10 1
+/// i;i=0;;" or "custom ..."; "a = b"; code, with "own file" behind it.
+std::string print(const IProcessBlock& block)
 {
-    return dynamic_cast<const Block&>(block);
+    const auto* condition = dynamic_cast<const ConditionProcessBlock*>(&block);
+    const auto* loop = dynamic_cast<const ForProcessBlock*>(&block);
+    const auto* expression = dynamic_cast<const ExpressionProcessBlock*>(&block);
+    if (condition) {
+        const std::string size = "[" + std::to_string(condition->getArraySize()) + "]";
+        return condition->getFun1() + " " + condition->getOperator() +
+               (condition->getOperatorIsArray() ? size : "") + " " + condition->getFun2();
+    }
+    if (loop)
+        return (loop->getCustom() ? "custom " : "fixed ") + std::to_string(loop->getBeginValue()) +
+               " " + std::to_string(loop->getEndValue()) + " " +
+               std::to_string(loop->getStepValue()) + " " + loop->getVariableName() + ";" +
+               loop->getFun1() + ";" + loop->getFun2() + ";" + loop->getFun3();
+    if (expression)
+        return expression->leftValue + " = " + expression->rightExpression;
+    const auto& statement = dynamic_cast<const StatementProcessBlock&>(block);
+    return statement.customCode() + (statement.getSplitFile() ? " own file" : "");
 }
 
-std::string left(const IProcessBlock& block)
+const int stepTypesWithPanel[] = {step_type::If,       step_type::ElseIf, step_type::While,
+                                  step_type::DoWhile,  step_type::For,    step_type::Expression,
+                                  step_type::Statement};
+
+/// Fields, what is typed into them, and the block afterwards.
+const rows::Table<int, const char*, const char*, const char*> textFields{
+    {"if", step_type::If, "editLeftValue", "speed", "speed == "},
+    {"if, right", step_type::If, "editRightValue", "f(1) + 2", " == f(1) + 2"},
+    {"else if", step_type::ElseIf, "editRightValue", "x", " == x"},
+    {"while", step_type::While, "editLeftValue", "x", "x == "},
+    {"do while", step_type::DoWhile, "editLeftValue", "x", "x == "},
+    {"for, rounds", step_type::For, "timesSpin", "42", "fixed 0 42 1 i;;;"},
+    {"for, variable", step_type::For, "valueLineEdit", "k_2", "fixed 0 10 1 k_2;;;"},
+    {"expression, left", step_type::Expression, "editLeftValue", "y", "y = "},
+    {"expression, right", step_type::Expression, "editRightValue", "a*(b+1)", " = a*(b+1)"},
+    {"statement", step_type::Statement, "textEdit", "f();", "f();"}};
+
+/// What a person does with the picker that opens next, and what he sees in it: he types over what
+/// stands in its box, and accepts or gives up.
+class PickerAnswer : public QObject
 {
-    return as<ConditionProcessBlock>(block).getFun1();
-}
-std::string right(const IProcessBlock& block)
+public:
+    explicit PickerAnswer(const char* typed, bool accepts = true)
+    {
+        QTimer::singleShot(0, this, [this, typed, accepts] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            QVERIFY(dialog);
+            auto* box = dialog->findChild<QTextEdit*>(text("textEdit"));
+            seen = text("seen: ") + box->toPlainText();
+            box->setPlainText(text(typed));
+            if (accepts)
+                dialog->findChild<QAbstractButton*>(text("btnOk"))->click();
+            else
+                dialog->close();
+        });
+    }
+
+    QString seen; ///< empty if it didn't open
+};
+
+/// Reads what the base class keeps for itself and its panels.
+struct Peek : IBlockControl
 {
-    return as<ConditionProcessBlock>(block).getFun2();
-}
-/// As "==", or "==[7]" for arrays.
-std::string comparison(const IProcessBlock& block)
+    static QString sequenceOf(const IBlockControl* panel) { return panel->*(&Peek::m_sequenceId); }
+};
+
+void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
 {
-    const auto& condition = as<ConditionProcessBlock>(block);
-    return condition.getOperator() + (condition.getOperatorIsArray()
-                                          ? "[" + std::to_string(condition.getArraySize()) + "]"
-                                          : std::string());
-}
-std::string range(const IProcessBlock& block)
-{
-    const auto& loop = as<ForProcessBlock>(block);
-    return std::to_string(loop.getBeginValue()) + " " + std::to_string(loop.getEndValue()) + " " +
-           std::to_string(loop.getStepValue());
-}
-std::string code(const IProcessBlock& block)
-{
-    return as<StatementProcessBlock>(block).customCode();
+    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
 }
 
-const std::vector<int>& stepTypesWithPanel()
+void enter(const char* keys)
 {
-    static const std::vector<int> types = {
-        step_type::If,  step_type::ElseIf,     step_type::While,    step_type::DoWhile,
-        step_type::For, step_type::Expression, step_type::Statement};
-    return types;
+    QTest::keyClicks(QApplication::focusWidget(), text(keys));
+}
+
+QString focusName()
+{
+    const QWidget* widget = QApplication::focusWidget();
+    return widget ? widget->objectName() : QString();
 }
 
 } // namespace
-
-Q_DECLARE_METATYPE(Read)
 
 class StepPanelsTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void loopVariablesOfAStep();
     void loadingWritesNothing();
     void anotherClassLeavesThePanelEmpty();
-    void typedTextReachesItsStepOnce_data();
     void typedTextReachesItsStepOnce();
-    void pauseWritesTypedText_data() { typedTextReachesItsStepOnce_data(); }
     void pauseWritesTypedText();
-    void choicesAreWrittenAtOnce_data();
     void choicesAreWrittenAtOnce();
     void choiceWhileATextWaits();
     void arrayComparison();
@@ -83,13 +121,20 @@ private slots:
     void forRefusesWrongCharacters();
     void embeddedForOnlyTells();
     void ownFileWarns();
+    void loopVariablesOfAStep();
+    void tabOrder();
+    void codeBoxIsLeftBackwards();
+    void conditionByKeys();
+    void picking();
+    void editorGoesUnderTheOpenPicker();
+    void sequenceOfThePicker();
 };
 
 void StepPanelsTest::loadingWritesNothing()
 {
     StepPanelFixture f;
     std::vector<std::shared_ptr<IProcessBlock>> blocks;
-    for (int stepType : stepTypesWithPanel()) {
+    for (int stepType : stepTypesWithPanel) {
         blocks.push_back(f.add(stepType));
         blocks.push_back(f.add(stepType));
         if (auto condition = std::dynamic_pointer_cast<ConditionProcessBlock>(blocks.back())) {
@@ -123,17 +168,15 @@ void StepPanelsTest::loadingWritesNothing()
     f.control.showBlock(nullptr);
     for (const IBlockControl* panel : f.control.findChildren<IBlockControl*>())
         QVERIFY(!panel->isTimerActive());
-    QCOMPARE(f.takeTold(), QStringList());
-    QCOMPARE(f.messages, QStringList());
+    QCOMPARE(f.takeTold() + f.messages, QStringList());
     QCOMPARE(f.json(), before);
 }
 
 void StepPanelsTest::anotherClassLeavesThePanelEmpty()
 {
     StepPanelFixture f;
-    for (int stepType : stepTypesWithPanel()) {
-        const auto block = f.add(stepType);
-        f.control.showBlock(block);
+    for (int stepType : stepTypesWithPanel) {
+        const auto block = f.show(stepType);
         IBlockControl* panel = f.panel();
         QSignalSpy written(panel, &IBlockControl::updateProcessData);
         panel->loadBlock(std::make_shared<PlainProcessBlock>(stepType));
@@ -145,129 +188,74 @@ void StepPanelsTest::anotherClassLeavesThePanelEmpty()
     }
 }
 
-void StepPanelsTest::typedTextReachesItsStepOnce_data()
-{
-    QTest::addColumn<int>("stepType");
-    QTest::addColumn<QString>("control");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<Read>("read");
-    QTest::addColumn<QString>("stored");
-    const auto add = [](const char* name, int stepType, const char* control, const char* typed,
-                        Read read, const char* stored = nullptr) {
-        QTest::newRow(name) << stepType << control << typed << read << (stored ? stored : typed);
-    };
-    add("if", step_type::If, "editLeftValue", "speed", left);
-    add("if, right", step_type::If, "editRightValue", "f(1) + 2", right);
-    add("else if", step_type::ElseIf, "editRightValue", "x", right);
-    add("while", step_type::While, "editLeftValue", "x", left);
-    add("do while", step_type::DoWhile, "editLeftValue", "x", left);
-    add("for, rounds", step_type::For, "timesSpin", "42", range, "0 42 1");
-    add("for, variable", step_type::For, "valueLineEdit", "k_2",
-        [](const auto& block) { return as<ForProcessBlock>(block).getVariableName(); });
-    add("expression, left", step_type::Expression, "editLeftValue", "y",
-        [](const auto& block) { return as<ExpressionProcessBlock>(block).leftValue; });
-    add("expression, right", step_type::Expression, "editRightValue", "a*(b+1)",
-        [](const auto& block) { return as<ExpressionProcessBlock>(block).rightExpression; });
-    add("statement", step_type::Statement, "textEdit", "f();", code);
-}
-
 void StepPanelsTest::typedTextReachesItsStepOnce()
 {
-    QFETCH(int, stepType);
-    QFETCH(QString, control);
-    QFETCH(QString, typed);
-    QFETCH(Read, read);
-    QFETCH(QString, stored);
-    StepPanelFixture f;
-    // A copy: the model knows only what is handed back to it.
-    const auto first = f.add(stepType)->clone();
-    const auto second = f.add(stepType);
-    const std::string untouched = read(*second);
-    f.control.showBlock(first);
-    f.type(control.toLatin1(), typed);
-    QVERIFY(f.panel()->isTimerActive());
-    QCOMPARE(f.takeTold(), QStringList());
-    f.control.showBlock(second); // the same panel
-    QVERIFY(!f.panel()->isTimerActive());
-    QVERIFY(f.shown(control.toLatin1()) != typed);
-    QCOMPARE(read(*first), stored.toStdString());
-    QCOMPARE(read(*second), untouched);
-    QCOMPARE(read(*sdk_ui_interface::processedit::getProcess(f.appName, uuidOf(first))),
-             stored.toStdString());
-    f.control.showBlock(f.add(step_type::Break));
-    f.control.setSequenceId(QString());
-    QCOMPARE(f.takeTold(), QStringList{uuidOf(first)});
-    QCOMPARE(read(*second), untouched);
-    f.control.showBlock(first);
-    QCOMPARE(f.shown(control.toLatin1()), typed);
+    for (const auto& [name, stepType, control, typed, stored] : textFields) {
+        const rows::Named named(name);
+        StepPanelFixture f;
+        // A copy: the model knows only what is handed back to it.
+        const auto first = f.add(stepType)->clone();
+        const auto second = f.add(stepType);
+        const std::string untouched = print(*second);
+        f.control.showBlock(first);
+        f.type(control, text(typed));
+        QVERIFY(f.panel()->isTimerActive());
+        QCOMPARE(f.takeTold(), QStringList());
+        f.control.showBlock(second); // the same panel
+        QVERIFY(!f.panel()->isTimerActive());
+        QVERIFY(f.shown(control) != text(typed));
+        const QString uuid = uuidOf(first);
+        for (const auto& block :
+             {first, sdk_ui_interface::processedit::getProcess(f.appName, uuid)})
+            QCOMPARE(print(*block), std::string(stored));
+        f.show(step_type::Break);
+        f.control.setSequenceId(QString());
+        QCOMPARE(f.takeTold(), QStringList{uuid});
+        QCOMPARE(print(*second), untouched);
+        f.control.showBlock(first);
+        QCOMPARE(f.shown(control), text(typed));
+    }
 }
 
 void StepPanelsTest::pauseWritesTypedText()
 {
-    QFETCH(int, stepType);
-    QFETCH(QString, control);
-    QFETCH(QString, typed);
-    QFETCH(Read, read);
-    QFETCH(QString, stored);
-    StepPanelFixture f;
-    const auto block = f.add(stepType);
-    f.control.showBlock(block);
-    const auto* timer = f.panel()->findChild<QTimer*>(QString(), Qt::FindDirectChildrenOnly);
-    QCOMPARE(timer->interval(), 1000);
-    QVERIFY(timer->isSingleShot());
-    f.shortenPause();
-    f.type(control.toLatin1(), typed);
-    QTRY_VERIFY(!timer->isActive());
-    QCOMPARE(read(*block), stored.toStdString());
-    const QStringList told = f.takeTold(); // key events don't let a timer fire
-    QCOMPARE(told, QStringList{uuidOf(block)});
-}
-
-void StepPanelsTest::choicesAreWrittenAtOnce_data()
-{
-    QTest::addColumn<int>("stepType");
-    QTest::addColumn<QString>("control");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<Read>("read");
-    QTest::addColumn<QString>("stored");
-    const auto add = [](const char* name, int stepType, const char* control, Qt::Key key, Read read,
-                        const char* stored) {
-        QTest::newRow(name) << stepType << control << int(key) << read << stored;
-    };
-    for (int stepType : {step_type::If, step_type::ElseIf, step_type::While, step_type::DoWhile})
-        add(qPrintable(QString::number(stepType)), stepType, "conditionComboBox", Qt::Key_End,
-            comparison, "<=");
-    add("array size", step_type::If, "lenSpinBox", Qt::Key_Up, comparison, "==[2]");
-    add(
-        "for, custom", step_type::For, "customCycle", Qt::Key_Space,
-        [](const auto& block) {
-            return std::string(as<ForProcessBlock>(block).getCustom() ? "custom" : "fixed");
-        },
-        "custom");
-    add(
-        "own file", step_type::Statement, "checkBox", Qt::Key_Space,
-        [](const auto& block) {
-            return std::string(as<StatementProcessBlock>(block).getSplitFile() ? "own" : "same");
-        },
-        "own");
+    for (const auto& [name, stepType, control, typed, stored] : textFields) {
+        const rows::Named named(name);
+        StepPanelFixture f;
+        const auto block = f.show(stepType);
+        auto* timer = f.panel()->findChild<QTimer*>(QString(), Qt::FindDirectChildrenOnly);
+        QCOMPARE(timer->interval(), 1000);
+        QVERIFY(timer->isSingleShot());
+        timer->setInterval(0);
+        f.type(control, text(typed));
+        QTRY_VERIFY(!timer->isActive());
+        QCOMPARE(print(*block), std::string(stored));
+        QCOMPARE(f.takeTold(), QStringList{uuidOf(block)}); // key events don't let a timer fire
+    }
 }
 
 void StepPanelsTest::choicesAreWrittenAtOnce()
 {
-    QFETCH(int, stepType);
-    QFETCH(QString, control);
-    QFETCH(int, key);
-    QFETCH(Read, read);
-    QFETCH(QString, stored);
-    StepPanelFixture f;
-    const auto block = f.add(stepType);
-    if (control == QLatin1String("lenSpinBox"))
-        std::dynamic_pointer_cast<ConditionProcessBlock>(block)->setOperator("==", true, 1);
-    f.control.showBlock(block);
-    QTest::keyClick(f.find(control.toLatin1()), Qt::Key(key));
-    QCOMPARE(read(*block), stored.toStdString());
-    QCOMPARE(f.takeTold(), QStringList{uuidOf(block)});
-    QVERIFY(!f.panel()->isTimerActive());
+    const rows::Table<int, const char*, Qt::Key, const char*> table{
+        {"if", step_type::If, "conditionComboBox", Qt::Key_End, " <= "},
+        {"else if", step_type::ElseIf, "conditionComboBox", Qt::Key_End, " <= "},
+        {"while", step_type::While, "conditionComboBox", Qt::Key_End, " <= "},
+        {"do while", step_type::DoWhile, "conditionComboBox", Qt::Key_End, " <= "},
+        {"array size", step_type::If, "lenSpinBox", Qt::Key_Up, " ==[2] "},
+        {"custom", step_type::For, "customCycle", Qt::Key_Space, "custom 0 10 1 i;;;"},
+        {"own file", step_type::Statement, "checkBox", Qt::Key_Space, " own file"}};
+    for (const auto& [row, stepType, control, key, stored] : table) {
+        const rows::Named named(row);
+        StepPanelFixture f;
+        const auto block = f.add(stepType);
+        if (const auto condition = std::dynamic_pointer_cast<ConditionProcessBlock>(block))
+            condition->setOperator("==", true, 1);
+        f.control.showBlock(block);
+        QTest::keyClick(f.find(control), key);
+        QCOMPARE(print(*block), std::string(stored));
+        QCOMPARE(f.takeTold(), QStringList{uuidOf(block)});
+        QVERIFY(!f.panel()->isTimerActive());
+    }
 }
 
 void StepPanelsTest::choiceWhileATextWaits()
@@ -279,15 +267,14 @@ void StepPanelsTest::choiceWhileATextWaits()
     for (const auto& [row, stepType, writes] : table) {
         const rows::Named named(row);
         StepPanelFixture f;
-        const auto block = f.add(stepType);
-        f.control.showBlock(block);
-        f.type("editLeftValue", QStringLiteral("speed"));
+        const auto block = f.show(stepType);
+        f.type("editLeftValue", text("speed"));
         f.find<QComboBox>("conditionComboBox")->setCurrentIndex(4);
-        QCOMPARE(left(*block) + comparison(*block), std::string("speed>"));
+        QCOMPARE(print(*block), std::string("speed > "));
         QCOMPARE(f.panel()->isTimerActive(), writes == 2);
         f.control.flushPending();
         QCOMPARE(f.takeTold().count(), writes);
-        QCOMPARE(left(*block) + comparison(*block), std::string("speed>"));
+        QCOMPARE(print(*block), std::string("speed > "));
     }
 }
 
@@ -299,16 +286,16 @@ void StepPanelsTest::arrayComparison()
     f.control.showBlock(block);
     auto* sign = f.find<QComboBox>("conditionComboBox");
     auto* length = f.find<QSpinBox>("lenSpinBox");
-    QCOMPARE(sign->currentText(), QStringLiteral("==(数组)"));
+    QCOMPARE(sign->currentText(), text("==(数组)"));
     QVERIFY(length->isVisible() && f.find("lenLabel")->isVisible());
-    f.type("editLeftValue", QStringLiteral("a"));
+    f.type("editLeftValue", text("a"));
     f.control.flushPending();
-    QCOMPARE(comparison(*block), std::string("==[7]"));
+    QCOMPARE(print(*block), std::string("a ==[7] "));
     length->setValue(300);
-    QCOMPARE(comparison(*block), std::string("==[256]"));
-    sign->setCurrentText(QStringLiteral(">"));
+    QCOMPARE(print(*block), std::string("a ==[256] "));
+    sign->setCurrentText(text(">"));
     QVERIFY(!length->isVisible() && !f.find("lenLabel")->isVisible());
-    QCOMPARE(comparison(*block), std::string(">"));
+    QCOMPARE(print(*block), std::string("a > "));
     QCOMPARE(block->getArraySize(), 256);
 }
 
@@ -319,7 +306,7 @@ void StepPanelsTest::operatorThatIsNotOnOffer()
     block->setOperator("<>", false, 1);
     f.control.showBlock(block);
     QCOMPARE(block->getOperator(), std::string("<>"));
-    f.type("editRightValue", QStringLiteral("2"));
+    f.type("editRightValue", text("2"));
     f.control.flushPending();
     QCOMPARE(block->getOperator(), std::string("=="));
 }
@@ -334,8 +321,7 @@ void StepPanelsTest::forCountsFromZero()
     QCOMPARE(f.find<QSpinBox>("timesSpin")->value(), 7);
     QCOMPARE(f.find<QSpinBox>("timesSpin")->maximum(), 9999999);
     f.panel()->saveBlock();
-    QCOMPARE(range(*block), std::string("0 7 1"));
-    QCOMPARE(block->getVariableName(), std::string("n"));
+    QCOMPARE(print(*block), std::string("fixed 0 7 1 n;;;"));
     QVERIFY(!block->isNeedDefine());
 }
 
@@ -343,39 +329,36 @@ void StepPanelsTest::forKeepsTheOtherWay()
 {
     StepPanelFixture f;
     const auto block = f.add<ForProcessBlock>(step_type::For);
-    block->setFun1("int k = 0");
     block->setRangeValue(3, 10, 1);
     f.control.showBlock(block);
     QVERIFY(f.find("fixedWidget")->isEnabled() && !f.find("customWidget")->isEnabled());
-    f.find<QRadioButton>("customCycle")->click();
+    f.find<QAbstractButton>("customCycle")->click();
     QVERIFY(!f.find("fixedWidget")->isEnabled() && f.find("customWidget")->isEnabled());
-    QCOMPARE(range(*block), std::string("3 10 1"));
-    f.type("timesLineEdit_ver", QStringLiteral("k < 3"));
+    QCOMPARE(print(*block), std::string("custom 3 10 1 i;;;"));
+    f.type("timesLineEdit_init", text("int k = 0"));
+    f.type("timesLineEdit_ver", text("k < 3"));
+    f.type("timesLineEdit_add", text("k += 1"));
     f.control.flushPending();
-    QCOMPARE(block->getFun2(), std::string("k < 3"));
-    f.find<QRadioButton>("fixedCycle")->click();
-    QVERIFY(!block->getCustom());
-    QCOMPARE(block->getFun2(), std::string("k < 3"));
-    QCOMPARE(range(*block), std::string("0 7 1"));
+    f.find<QAbstractButton>("fixedCycle")->click();
+    QCOMPARE(print(*block), std::string("fixed 0 7 1 i;int k = 0;k < 3;k += 1"));
     QCOMPARE(f.takeTold().count(), 3);
 }
 
 void StepPanelsTest::forRefusesWrongCharacters()
 {
     StepPanelFixture f;
-    const auto block = f.add<ForProcessBlock>(step_type::For);
-    f.control.showBlock(block);
-    f.type("valueLineEdit", QStringLiteral("1a-b"));
-    QCOMPARE(f.find<QLineEdit>("valueLineEdit")->text(), QStringLiteral("ab"));
-    f.find<QRadioButton>("customCycle")->click();
+    f.show(step_type::For);
+    f.type("valueLineEdit", text("1a-b"));
+    QCOMPARE(f.shown("valueLineEdit"), text("ab"));
+    f.find<QAbstractButton>("customCycle")->click();
     for (const char* name : {"timesLineEdit_init", "timesLineEdit_ver", "timesLineEdit_add"}) {
         // Chinese comes from an input method, not from keys.
         for (const char* part : {"i", "中", " += ", "文1", "1;"}) {
             QInputMethodEvent event;
-            event.setCommitString(QString::fromUtf8(part));
+            event.setCommitString(text(part));
             QCoreApplication::sendEvent(f.find(name), &event);
         }
-        QCOMPARE(f.find<QLineEdit>(name)->text(), QStringLiteral("i += 1;"));
+        QCOMPARE(f.shown(name), text("i += 1;"));
     }
 }
 
@@ -387,44 +370,38 @@ void StepPanelsTest::embeddedForOnlyTells()
     QSignalSpy written(&form, &IBlockControl::updateProcessData);
     LoopRecord record;
     record.count = 5;
-    record.variable = QStringLiteral("k");
-    record.condition = QStringLiteral("k < 5");
+    record.variable = text("k");
+    record.condition = text("k < 5");
     form.setLoopRecord(record);
     QVERIFY(edited.isEmpty());
     form.setGroupsEnabled(false, true);
-    QTest::keyClicks(form.findChild<QLineEdit*>(QStringLiteral("timesLineEdit_add")),
-                     QStringLiteral("k++"));
-    form.findChild<QSpinBox*>(QStringLiteral("timesSpin"))->setValue(6);
+    QTest::keyClicks(form.findChild<QWidget*>(text("timesLineEdit_add")), text("k++"));
+    form.findChild<QSpinBox*>(text("timesSpin"))->setValue(6);
     QCOMPARE(edited.count(), 4);
     QVERIFY(written.isEmpty() && !form.isTimerActive());
-    QVERIFY(form.findChild<QRadioButton*>(QStringLiteral("fixedCycle"))->isHidden());
-    QVERIFY(form.findChild<QRadioButton*>(QStringLiteral("customCycle"))->isHidden());
+    for (const char* name : {"fixedCycle", "customCycle"})
+        QVERIFY(form.findChild<QWidget*>(text(name))->isHidden());
     const LoopRecord read = form.loopRecord();
-    QCOMPARE(read.type, 0);
     QCOMPARE(read.count, 6);
-    QCOMPARE(read.variable + read.init + read.condition + read.increment,
-             QStringLiteral("kk < 5k++"));
+    QCOMPARE(read.variable + read.init + read.condition + read.increment, text("kk < 5k++"));
 }
 
 void StepPanelsTest::ownFileWarns()
 {
     StepPanelFixture f;
-    const auto block = f.add<StatementProcessBlock>(step_type::Statement);
-    f.control.showBlock(block);
-    auto* box = f.find<QCheckBox>("checkBox");
-    f.type("textEdit", QStringLiteral("f();"));
-    QCOMPARE(code(*block), std::string("f();")); // known at once, told after the pause
+    const auto block = f.show(step_type::Statement);
+    auto* box = f.find<QAbstractButton>("checkBox");
+    f.type("textEdit", text("f();"));
+    QCOMPARE(print(*block), std::string("f();")); // known at once, told after the pause
     QVERIFY(f.takeTold().isEmpty());
-    const auto warning = QStringLiteral("注意|单独生成脚本文件时,语句内使用序列变量会引发编译错误");
+    const QString warning = text("注意|单独生成脚本文件时,语句内使用序列变量会引发编译错误");
+    box->click();
     box->click();
     QCOMPARE(f.messages, QStringList{warning});
     box->click();
-    QCOMPARE(f.messages.count(), 1);
-    box->click();
     QCOMPARE(f.messages, QStringList({warning, warning}));
-    QVERIFY(block->getSplitFile());
+    QCOMPARE(print(*block), std::string("f(); own file"));
     QCOMPARE(f.takeTold().count(), 3);
-    QVERIFY(!f.panel()->isTimerActive());
 }
 
 void StepPanelsTest::loopVariablesOfAStep()
@@ -434,13 +411,12 @@ void StepPanelsTest::loopVariablesOfAStep()
         return applet_fixture::addStep<IProcessBlock>(f.appName, f.sequence, parent, stepType,
                                                       name);
     };
-    const auto uuid = [](const auto& block) { return QString::fromStdString(block->uuid); };
     const auto outer =
         std::dynamic_pointer_cast<ForProcessBlock>(add(text("1"), step_type::For, "outer"));
-    const auto branch = add(uuid(outer), step_type::If, "branch");
+    const auto branch = add(uuidOf(outer), step_type::If, "branch");
     const auto inner =
-        std::dynamic_pointer_cast<ForProcessBlock>(add(uuid(branch), step_type::For, "inner"));
-    const auto step = add(uuid(inner), step_type::Statement, "step");
+        std::dynamic_pointer_cast<ForProcessBlock>(add(uuidOf(branch), step_type::For, "inner"));
+    const auto step = add(uuidOf(inner), step_type::Statement, "step");
     outer->setVariableName("n", true);
     inner->setCustom(true);
     inner->setFun1("u8 k = 3");
@@ -455,6 +431,128 @@ void StepPanelsTest::loopVariablesOfAStep()
     QCOMPARE(names(outer), std::string());
     inner->setFun1("k = 3");
     QCOMPARE(names(step), std::string("s32 n;"));
+}
+
+void StepPanelsTest::tabOrder()
+{
+    const rows::Table<int, const char*, const char*> table{
+        // clicked first
+        {"if", step_type::If, nullptr,
+         "editLeftValue left_value_btn conditionComboBox editRightValue right_value_btn"},
+        {"for", step_type::For, "fixedCycle", "fixedCycle timesSpin valueLineEdit"},
+        {"for, custom", step_type::For, "customCycle",
+         "customCycle timesLineEdit_init timesLineEdit_ver timesLineEdit_add"},
+        {"expression", step_type::Expression, nullptr,
+         "editLeftValue btnLeftValue btnRightValue editRightValue"},
+        {"statement", step_type::Statement, nullptr, "checkBox toolButton textEdit"}};
+    for (const auto& [row, stepType, clicked, order] : table) {
+        const rows::Named named(row);
+        StepPanelFixture f;
+        QVERIFY(f.isActive);
+        f.show(stepType);
+        if (clicked)
+            f.find<QAbstractButton>(clicked)->click();
+        const QStringList names = text(order).split(u' ');
+        f.find(qPrintable(names.first()))->setFocus(Qt::TabFocusReason);
+        QStringList reached;
+        for (int i = 0; i < names.size(); ++i) {
+            reached.append(focusName());
+            press(Qt::Key_Tab);
+        }
+        QCOMPARE(reached, names);
+    }
+}
+
+void StepPanelsTest::codeBoxIsLeftBackwards()
+{
+    StepPanelFixture f;
+    QVERIFY(f.isActive);
+    const auto block = f.show(step_type::Statement);
+    f.find("textEdit")->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Tab);
+    enter("f();");
+    press(Qt::Key_Backtab, Qt::ShiftModifier);
+    QCOMPARE(focusName(), text("toolButton"));
+    QCOMPARE(print(*block), std::string("\tf();"));
+}
+
+void StepPanelsTest::conditionByKeys()
+{
+    StepPanelFixture f;
+    QVERIFY(f.isActive);
+    const auto block = f.show(step_type::DoWhile);
+    f.find("editLeftValue")->setFocus(Qt::TabFocusReason);
+    enter("data");
+    press(Qt::Key_Tab);
+    press(Qt::Key_Tab);
+    press(Qt::Key_Down);
+    press(Qt::Key_Down); // the first comparison of arrays
+    press(Qt::Key_Tab);
+    enter("8");
+    press(Qt::Key_Tab);
+    enter("expected");
+    f.control.flushPending();
+    QCOMPARE(print(*block), std::string("data ==[8] expected"));
+}
+
+void StepPanelsTest::picking()
+{
+    const rows::Table<int, const char*, const char*, bool> table{
+        {"if, left", step_type::If, "left_value_btn", "editLeftValue", false},
+        {"while, right", step_type::While, "right_value_btn", "editRightValue", false},
+        {"expression, left", step_type::Expression, "btnLeftValue", "editLeftValue", false},
+        {"expression, right", step_type::Expression, "btnRightValue", "editRightValue", false},
+        {"statement", step_type::Statement, "toolButton", "textEdit", true}};
+    for (const auto& [row, stepType, button, edit, isWrittenAtOnce] : table) {
+        const rows::Named named(row);
+        StepPanelFixture f;
+        const auto block = f.show(stepType);
+        f.type(edit, text("old"));
+        f.control.flushPending();
+        f.takeTold();
+
+        PickerAnswer rejected("given up", false);
+        QTest::keyClick(f.find(button), Qt::Key_Space);
+        QCOMPARE(rejected.seen, text("seen: old"));
+        QCOMPARE(f.shown(edit), text("old"));
+        QVERIFY(!f.panel()->isTimerActive());
+
+        PickerAnswer accepted("f(speed)");
+        QTest::keyClick(f.find(button), Qt::Key_Space);
+        QCOMPARE(f.shown(edit), text("f(speed)"));
+        QCOMPARE(f.panel()->isTimerActive(), !isWrittenAtOnce);
+        f.control.flushPending();
+        QCOMPARE(f.takeTold(), QStringList{uuidOf(block)});
+        QVERIFY(f.json().contains(text("f(speed)")));
+        QTest::keyClick(f.find(edit), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(f.shown(edit), text("old"));
+    }
+}
+
+void StepPanelsTest::editorGoesUnderTheOpenPicker()
+{
+    StepPanelFixture f;
+    const auto block = f.add(step_type::Statement);
+    auto control = std::make_unique<wgtCommonControl>();
+    control->showBlock(block);
+    QTimer::singleShot(0, [&control] { control.reset(); });
+    PickerAnswer answer("too late");
+    auto* stack = control->findChild<QStackedWidget*>(text("stackedWidget"));
+    stack->currentWidget()->findChild<QAbstractButton*>(text("toolButton"))->click();
+    QVERIFY(!answer.seen.isEmpty());
+    QVERIFY(!control);
+    QCOMPARE(print(*block), std::string());
+}
+
+void StepPanelsTest::sequenceOfThePicker()
+{
+    StepPanelFixture f;
+    for (int stepType : {step_type::If, step_type::ElseIf, step_type::While, step_type::DoWhile}) {
+        f.show(stepType);
+        QCOMPARE(Peek::sequenceOf(f.panel()), f.sequence);
+        const auto* editor = f.find<wgtCondition>("widget");
+        QCOMPARE(Peek::sequenceOf(editor), stepType == step_type::ElseIf ? QString() : f.sequence);
+    }
 }
 
 PE_WIDGET_TEST("step_panels", StepPanelsTest)

@@ -139,15 +139,11 @@ void ChangesInvertTest::changeRows()
         m_view->removeAllRows();
     } else {
         const QStandardItem* target = anyRow(true);
-        for (const QStandardItem* above = target; above; above = above->parent()) {
-            if (above == row)
-                return;
-        }
         const auto uuid = [](const QStandardItem* item) {
             return item->data(logic_roles::BlockUuid).toString();
         };
-        const int left = target->rowCount() - (target == row->parent());
-        drop_rows::move(*rows(), uuid(row), 1, uuid(target), m_random.bounded(left + 1));
+        drop_rows::drop(*rows(), uuid(row), uuid(target),
+                        m_random.bounded(-1, target->rowCount() + 1));
     }
 }
 

@@ -16,11 +16,11 @@ struct Parameter
 {
     int type;
     const char* name;
-    const char* description;
+    const char* description = "";
 };
 
-_DrelFunction function(const char* prefix, const char* name, int returnType,
-                       const QVector<Parameter>& parameters)
+_DrelFunction function(const char* prefix, const char* name, int returnType = DrelVoid,
+                       const QVector<Parameter>& parameters = {})
 {
     _DrelFunction record = {};
     std::strcpy(record.prefix, prefix);
@@ -41,7 +41,6 @@ class EntryValueRulesTest : public QObject
     Q_OBJECT
 private slots:
     void offeredVariables();
-    void systemTypes();
     void functions();
     void fullFieldsHaveNoEnd();
     void hiddenFunctions();
@@ -49,81 +48,59 @@ private slots:
 
 void EntryValueRulesTest::offeredVariables()
 {
-    const QString all = QStringLiteral("s32 int u32 bool u8* pu8 PDrelCan string unknown");
-    const rows::Table<QString, bool, QString> table{
-        {"any", QString(), false, all},
-        {"any pointer", text("void*"), false, all},
-        {"an alias of it is no any", text("pvoid"), false, QString()},
-        {"one", text("u32"), false, text("u32")},
-        {"not its alias", text("s32"), false, text("s32")},
-        {"the alias", text("int"), false, text("int")},
-        {"basic", QString(), true, text("s32 int u32 u8* pu8")},
-        {"basic pointer", text("void*"), true, text("s32 int u32 u8* pu8")},
-        {"basic one", text("u8*"), true, text("u8*")},
-        {"one that isn't basic", text("bool"), true, QString()}};
-    for (const auto& [row, wanted, basicTypesOnly, offered] : table) {
-        const rows::Named named(row);
-        std::vector<processVariable> variables;
-        for (const char* type :
-             {"s32", "int", "u32", "bool", "u8*", "pu8", "PDrelCan", "string", "unknown"}) {
-            processVariable variable;
-            variable.name = std::string("a_") + type;
-            variable.type = type;
-            variables.push_back(variable);
-        }
+    const QString all = text("s32 int u32 bool u8* pu8 PDrelCan string unknown");
+    std::vector<processVariable> variables;
+    for (const QString& type : all.split(u' ')) {
+        variables.emplace_back();
+        variables.back().name = "a_" + type.toStdString();
+        variables.back().type = type.toStdString();
+    }
+    const rows::Table<bool, QString> table{{"", false, all},
+                                           {"void*", false, all},
+                                           {"pvoid", false, QString()}, // an alias of it is no any
+                                           {"s32", false, text("s32")},
+                                           {"int", false, text("int")},
+                                           {"void*", true, text("s32 int u32 u8* pu8")},
+                                           {"u8*", true, text("u8*")},
+                                           {"bool", true, QString()}};
+    for (const auto& [wanted, basicTypesOnly, offered] : table) {
+        const rows::Named named(wanted);
         QStringList types;
-        for (const auto& variable : entry_variables::offered(variables, {wanted, basicTypesOnly})) {
+        for (const auto& variable :
+             entry_variables::offered(variables, {text(wanted), basicTypesOnly})) {
             QCOMPARE(variable.name, QLatin1String("a_") + variable.type);
             types.append(variable.type);
         }
-        QCOMPARE(types.join(QLatin1Char(' ')), offered);
+        QCOMPARE(types.join(u' '), offered);
     }
 }
 
-void EntryValueRulesTest::systemTypes()
-{
-    QStringList types;
-    for (int category = 0; category <= 11; ++category)
-        types.append(entry_variables::systemTypeKeyword(DataCategoryType(category)));
-    QCOMPARE(types.join(QLatin1Char(' ')),
-             QStringLiteral(" s32 u32 s64 u64 double char* u8* s32* s64* double* "));
-}
-
+/// Texts of the row; tip; call; the last is "-" for one that can't be picked.
 void EntryValueRulesTest::functions()
 {
-    const rows::Table<_DrelFunction, QString, QString, QString, bool> table{
-        {"bare", function("", "now", DrelS64, {}), text("s64|无|now|无|无"), text("无"),
-         text("now()"), true},
+    const rows::Table<_DrelFunction, const char*> table{
+        {"bare", function("", "now", DrelS64), "s64|无|now|无|无; 无; now()"},
         {"parameters",
-         function("can", "send", DrelS32, {{DrelU32, "id", "标识"}, {DrelU8Ptr, "data", ""}}),
-         text("s32|can|send|u32 id, u8* data|无"), text("u32 id: 标识\nu8* data: "),
-         text("can.send(u32,u8*)"), true},
+         function("can", "send", DrelS32, {{DrelU32, "id", "标识"}, {DrelU8Ptr, "data"}}),
+         "s32|can|send|u32 id, u8* data|无; u32 id: 标识\nu8* data: ; can.send(u32,u8*)"},
         {"void is left out",
-         function("", "f", DrelVoid, {{DrelVoid, "none", ""}, {DrelDouble, "x", "%1"}}),
-         text("void|无|f|void none, double x|无"), text("void none: \ndouble x: %1"),
-         text("f(double)"), true},
-        {"only void", function("m", "f", DrelVoid, {{DrelVoid, "none", ""}}),
-         text("void|m|f|void none|无"), text("void none: "), text("m.f()"), true},
+         function("", "f", DrelVoid, {{DrelVoid, "none"}, {DrelDouble, "x", "%1"}}),
+         "void|无|f|void none, double x|无; void none: \ndouble x: %1; f(double)"},
         {"ends at the first without a name",
-         function("", "f", DrelVoid,
-                  {{DrelS32, "a", ""}, {DrelS32, "", ""}, {DrelCanType, "b", ""}}),
-         text("void|无|f|s32 a|无"), text("s32 a: "), text("f(s32)"), true},
-        {"record", function("", "f", DrelVoid, {{DrelCanType, "frame", ""}}),
-         text("void|无|f|DrelCan frame|无"), text("DrelCan frame: "), text("f(DrelCan)"), false},
-        {"record returned", function("", "f", DrelCanPtr, {}), text("PDrelCan|无|f|无|无"),
-         text("无"), text("f()"), true},
-        {"unknown types", function("", "f", 999, {{20, "a", ""}}), text("|无|f| a|无"),
-         text(" a: "), text("f()"), true},
-        // Texts that hold the marks of a format.
-        {"marks", function("%2", "%1", DrelVoid, {{DrelS32, "%3", "%1"}}),
-         text("void|%2|%1|s32 %3|无"), text("s32 %3: %1"), text("%2.%1(s32)"), true}};
-    for (const auto& [row, record, texts, tip, call, canBePicked] : table) {
+         function("", "f", DrelVoid, {{DrelS32, "a"}, {DrelS32, ""}, {DrelCanType, "b"}}),
+         "void|无|f|s32 a|无; s32 a: ; f(s32)"},
+        {"record", function("", "f", DrelCanPtr, {{DrelCanType, "frame"}}),
+         "PDrelCan|无|f|DrelCan frame|无; DrelCan frame: ; f(DrelCan)-"},
+        {"unknown types", function("", "f", 999, {{20, "a"}}), "|无|f| a|无;  a: ; f()"},
+        {"marks of a format", function("%2", "%1", DrelVoid, {{DrelS32, "%3", "%1"}}),
+         "void|%2|%1|s32 %3|无; s32 %3: %1; %2.%1(s32)"}};
+    for (const auto& [row, record, expected] : table) {
         const rows::Named named(row);
         const entry_functions::Row shown = entry_functions::row(record);
-        QCOMPARE(QStringList(shown.texts.begin(), shown.texts.end()).join(QLatin1Char('|')), texts);
-        QCOMPARE(shown.parametersTip, tip);
-        QCOMPARE(shown.canBePicked, canBePicked);
-        QCOMPARE(entry_functions::callText(record), call);
+        const QString texts = QStringList(shown.texts.begin(), shown.texts.end()).join(u'|');
+        QCOMPARE(texts + text("; ") + shown.parametersTip + text("; ") +
+                     entry_functions::callText(record) + text(shown.canBePicked ? "" : "-"),
+                 text(expected));
     }
 }
 
@@ -138,25 +115,25 @@ void EntryValueRulesTest::fullFieldsHaveNoEnd()
     }
     QCOMPARE(entry_functions::name(record), QString(128, QLatin1Char('n')));
     const entry_functions::Row shown = entry_functions::row(record);
-    QCOMPARE(shown.texts[entry_functions::DescriptionColumn], QStringLiteral("d"));
+    QCOMPARE(shown.texts[entry_functions::DescriptionColumn], text("d"));
     QCOMPARE(shown.texts[entry_functions::ParametersColumn].size(), 10 * 68 + 9 * 2);
 }
 
 void EntryValueRulesTest::hiddenFunctions()
 {
-    QVERIFY(!entry_functions::isOffered(function("", "show_procedure_box", DrelVoid, {})));
-    QVERIFY(!entry_functions::isOffered(function("", "show_capplet_box", DrelVoid, {})));
-    QVERIFY(entry_functions::isOffered(function("", "show_box", DrelVoid, {})));
+    QVERIFY(!entry_functions::isOffered(function("", "show_procedure_box")));
+    QVERIFY(!entry_functions::isOffered(function("", "show_capplet_box")));
+    QVERIFY(entry_functions::isOffered(function("", "show_box")));
 
     QList<QPair<_DrelFunction, int>> all;
     for (int kind = 1; kind <= 4; ++kind) {
-        all.append({function("", QByteArray::number(kind).constData(), DrelVoid, {}), 3});
+        all.append({function("", QByteArray::number(kind).constData()), 3});
         all.last().first.kind = kind;
     }
-    QStringList names;
+    QString names;
     for (const _DrelFunction& callable : entry_functions::callableUserFunctions(all))
-        names.append(entry_functions::name(callable));
-    QCOMPARE(names.join(QLatin1Char(' ')), QStringLiteral("1 2 4"));
+        names += entry_functions::name(callable);
+    QCOMPARE(names, text("124"));
 }
 
 PE_TEST("entry_value_rules", EntryValueRulesTest)
