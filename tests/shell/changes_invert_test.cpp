@@ -138,12 +138,15 @@ void ChangesInvertTest::changeRows()
     } else if (choice < 62) {
         m_view->removeAllRows();
     } else {
-        const QStandardItem* target = anyRow(true);
         const auto uuid = [](const QStandardItem* item) {
             return item->data(logic_roles::BlockUuid).toString();
         };
-        drop_rows::drop(*rows(), uuid(row), uuid(target),
-                        m_random.bounded(-1, target->rowCount() + 1));
+        bool isTaken = false; // most places refuse
+        for (int tries = 0; tries < 20 && !isTaken; ++tries) {
+            const QStandardItem* target = anyRow(true);
+            isTaken = drop_rows::drop(*rows(), uuid(row), uuid(target),
+                                      m_random.bounded(-1, target->rowCount() + 1));
+        }
     }
 }
 
