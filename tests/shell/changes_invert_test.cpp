@@ -6,7 +6,6 @@
 #include "logic/rows/CustonStandModel.h"
 #include "logic/rows/RowIndex.h"
 #include "logic/rows/logic_roles.h"
-#include "model/dialogs/user_dialogs.h"
 #include "model/services/process_edit.h"
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
@@ -51,10 +50,6 @@ private:
     void changeLibraries();
 
     QByteArray document() const;
-    template <class Widget> Widget* child(const char* name) const
-    {
-        return m_editor->findChild<Widget*>(QString::fromLatin1(name));
-    }
     template <class List> auto any(const List& list)
     {
         return list.isEmpty() ? typename List::value_type() : list[m_random.bounded(list.size())];
@@ -74,9 +69,6 @@ private:
 
 void ChangesInvertTest::initTestCase()
 {
-    user_dialogs::setHandler([](const user_dialogs::Message&) {
-        return user_dialogs::Answer{user_dialogs::Button::Ok, QString()};
-    });
     openEditor();
     m_view = m_editor->findChild<LogicView*>();
     m_sequences = m_editor->findChild<wgtSequenceTable*>();
@@ -182,7 +174,7 @@ void ChangesInvertTest::editPanel()
 
 void ChangesInvertTest::changeVariables()
 {
-    auto* tree = child<QWidget>("widget_para")->findChild<QTreeView*>(QStringLiteral("treeView"));
+    auto* tree = find<QWidget>("widget_para")->findChild<QTreeView*>(QStringLiteral("treeView"));
     const QAbstractItemModel* sheet = tree->model();
     if (!sheet || sheet->rowCount() < 3)
         return;
