@@ -16,9 +16,11 @@
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QTabBar>
 #include <QTableView>
 #include <QTest>
+#include <QTextBlock>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
@@ -88,18 +90,7 @@ template <class IsThere, class Act> void whenThere(QObject* context, IsThere isT
 
 } // namespace
 
-Person::Person(MainWindow& window) : m_window(window)
-{
-    m_previous = user_dialogs::setHandler([this](const user_dialogs::Message& message) {
-        m_boxes << message.title + QStringLiteral(": ") + message.text;
-        return user_dialogs::Answer{user_dialogs::Button::Ok, m_nextText};
-    });
-}
-
-Person::~Person()
-{
-    user_dialogs::setHandler(m_previous);
-}
+Person::Person(MainWindow& window) : m_window(window) {}
 
 template <class Widget> Widget* Person::find(const QString& name) const
 {
@@ -204,6 +195,14 @@ void Person::pressRunMain()
 void Person::pressRunCurrent()
 {
     pressRun(0);
+}
+
+void Person::doubleClickLine(QPlainTextEdit* pane, int line)
+{
+    const QTextCursor cursor(pane->document()->findBlockByNumber(line));
+    pane->setTextCursor(cursor);
+    const QPoint spot = pane->cursorRect(cursor).center() + QPoint(4, 0);
+    QTest::mouseDClick(pane->viewport(), Qt::LeftButton, {}, spot);
 }
 
 void Person::showTab(const char* title)

@@ -1,16 +1,14 @@
 #pragma once
 
-#include "model/dialogs/user_dialogs.h"
-
 #include <QModelIndex>
 #include <QPoint>
 #include <QString>
-#include <QStringList>
 
 #include <functional>
 
 class MainWindow;
 class QAbstractItemView;
+class QPlainTextEdit;
 class QTableView;
 class QTreeView;
 class QWidget;
@@ -21,14 +19,7 @@ class QWidget;
 class Person
 {
 public:
-    /// Texts that dialogs with one line of input are answered with, are given by willType.
     explicit Person(MainWindow& window);
-    ~Person();
-
-    /// What is typed into the next input box.
-    void willType(const QString& text) { m_nextText = text; }
-    /// Titles and texts of the boxes that came up, as "title: text".
-    const QStringList& boxes() const { return m_boxes; }
 
     /// A button of the window's own tool bar, by its text.
     void press(const char* action);
@@ -36,6 +27,8 @@ public:
     void pressTool(const char* button);
     void pressRunMain();
     void pressRunCurrent();
+    /// A double click on a line of a pane, brought into sight.
+    static void doubleClickLine(QPlainTextEdit* pane, int line);
     /// A click on the tab of that text.
     void showTab(const char* title);
 
@@ -96,7 +89,4 @@ private:
     void typeInCell(QAbstractItemView* view, const QModelIndex& cell, const QString& text);
 
     MainWindow& m_window;
-    QString m_nextText;
-    QStringList m_boxes;
-    user_dialogs::Handler m_previous;
 };
