@@ -8,7 +8,7 @@
 #include <QToolButton>
 
 /// Writes down what an editor tells its host, in order, a line each: signals, callbacks, and behind
-/// a signal the state of the tool bar at that moment.
+/// a signal the state of the tool bar at that moment. Goes before its editor.
 class EditorRecorder : public QObject
 {
 public:
@@ -32,6 +32,13 @@ public:
             [this](bool success) { lines << QStringLiteral("finished %1").arg(success); });
         editor->setOnAuthoringSavedCallback(
             [this](const QString& name) { lines << QStringLiteral("saved ") + name; });
+    }
+
+    ~EditorRecorder() override
+    {
+        m_editor->setOnCompilePrepareCallback({});
+        m_editor->setOnCompileFinishedCallback({});
+        m_editor->setOnAuthoringSavedCallback({});
     }
 
     QStringList lines;

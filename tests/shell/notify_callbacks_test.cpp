@@ -3,7 +3,6 @@
 #include "model/services/processedit.h"
 #include "shell/bridge/LogicMaster.h"
 #include "shell/bridge/ProcessEditNotifyTool.h"
-#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 
@@ -18,7 +17,6 @@ private slots:
     void initTestCase() { LogicMaster::instance(); }
     void recodesCompilerText();
     void runEvents();
-    void finishedCompileWithoutEntry();
     void stateIsDirect();
 };
 
@@ -42,17 +40,6 @@ void NotifyCallbacksTest::runEvents()
     for (int event : {1, 2, 3})
         ends << QVariantList{text("nobody"), text("seq"), event};
     QCOMPARE(spy, ends);
-}
-
-void NotifyCallbacksTest::finishedCompileWithoutEntry()
-{
-    QSignalSpy spy(ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::compileFinishSignal);
-    notify_callbacks::compileFinished(CompileFailed, 12, "nobody", "x");
-    const auto result = spy.at(0).at(0).value<CAppCompileResult>();
-    QCOMPARE(result.appName, text("nobody"));
-    QVERIFY(result.sequenceId.isEmpty());
-    QVERIFY(!result.runAfterCompile && !result.toVciAfterCompile);
-    QCOMPARE(result.elapsed, quint64(12));
 }
 
 void NotifyCallbacksTest::stateIsDirect()
