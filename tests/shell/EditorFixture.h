@@ -5,7 +5,9 @@
 #include "model/dialogs/user_dialogs.h"
 #include "model/process_blocks.h"
 #include "shell/bridge/LogicMaster.h"
+#include "shell/run/ProcessEditToolBar.h"
 #include "standalone/host/Host.h"
+#include "standalone/runtime/runtime.h"
 #include "tests/shell/EditorRecorder.h"
 #include "tests/support/applet_fixture.h"
 #include "tests/support/folders.h"
@@ -17,6 +19,12 @@
 /// asks is answered, and written down with what it tells its host.
 class EditorFixture : public QObject
 {
+    Q_OBJECT
+protected slots:
+    void init() { openEditor(); }
+    void cleanup() { closeEditor(); }
+    void cleanupTestCase() { standalone::shutdownRuntime(); }
+
 protected:
     void openEditor()
     {

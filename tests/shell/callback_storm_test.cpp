@@ -30,8 +30,8 @@ class CallbackStormTest : public EditorFixture
 {
     Q_OBJECT
 private slots:
+    void init();
     void storm();
-    void cleanup() { closeEditor(); }
 
 private:
     std::unique_ptr<ProcessEditWidget> makePassingEditor() const
@@ -58,12 +58,16 @@ private:
     std::atomic<int> m_waiting{0}; ///< queued signals that have not arrived
 };
 
-void CallbackStormTest::storm()
+void CallbackStormTest::init()
 {
     m_name = text("storm");
     openEditor(); // stays to the end, and nobody looks at it
     m_editor->hide();
     m_record.reset();
+}
+
+void CallbackStormTest::storm()
+{
     const QString shown = sequence();
     const std::string block = addStatement(shown, "speed = speed + 1;")->uuid;
     LogicMaster* master = LogicMaster::instance();
@@ -129,8 +133,8 @@ void CallbackStormTest::storm()
         }),
         repeat([&](int round) {
             variables.setValue(speed, QString::number(round));
-            variables.define({speed, QString(), 1, round % 2 ? DoubleCategory : SignedCategory,
-                              text("0"), 2});
+            variables.define(
+                {speed, QString(), 1, round % 2 ? DoubleCategory : SignedCategory, text("0"), 2});
             variables.waitForListeners();
             ++valuesSent;
         })};

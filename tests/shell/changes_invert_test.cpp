@@ -36,9 +36,8 @@ class ChangesInvertTest : public EditorFixture
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
+    void init();
     void changes_invert();
-    void cleanupTestCase() { closeEditor(); }
 
 private:
     void act();
@@ -67,7 +66,7 @@ private:
     VariableEditor* m_variables = nullptr;
 };
 
-void ChangesInvertTest::initTestCase()
+void ChangesInvertTest::init()
 {
     openEditor();
     m_view = m_editor->findChild<LogicView*>();

@@ -15,6 +15,7 @@ class DefaultTablesTest : public EditorFixture
 {
     Q_OBJECT
 private slots:
+    void init() {} // the tables first
     void tablesAreFoundOrNamed();
 };
 
@@ -38,7 +39,6 @@ void DefaultTablesTest::tablesAreFoundOrNamed()
     const auto* hint = find<QLabel>(find<QWidget>("treeWidget"), "emptyHint");
     QTRY_VERIFY(hint->isVisible());
     QVERIFY2(hint->text().contains(missing), qPrintable(hint->text()));
-    closeEditor();
 }
 
 PE_WIDGET_TEST("default_tables_test", DefaultTablesTest)

@@ -2,8 +2,6 @@
 
 #include "logic/LogicView.h"
 #include "sequences/wgtSequenceTable.h"
-#include "shell/run/ProcessEditToolBar.h"
-#include "standalone/runtime/runtime.h"
 #include "standalone/variables/SystemVariables.h"
 #include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
@@ -29,8 +27,6 @@ class EditorPanelsTest : public EditorFixture
     Q_OBJECT
 private slots:
     void init();
-    void cleanup() { closeEditor(); }
-    void cleanupTestCase() { standalone::shutdownRuntime(); }
     void sequencesBecomeTemplates();
     void paletteAddsSteps();
     void quickStepsComeAndGo();

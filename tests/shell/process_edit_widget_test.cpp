@@ -2,8 +2,6 @@
 
 #include "logic/LogicView.h"
 #include "sequences/wgtSequenceTable.h"
-#include "shell/run/ProcessEditToolBar.h"
-#include "standalone/runtime/runtime.h"
 #include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 
@@ -25,9 +23,6 @@ class ProcessEditWidgetTest : public EditorFixture
 {
     Q_OBJECT
 private slots:
-    void init() { openEditor(); }
-    void cleanup() { closeEditor(); }
-    void cleanupTestCase() { standalone::shutdownRuntime(); }
     void emptyAppletGetsASequence();
     void mainSequenceIsShownFirst();
     void whatIsTypedIsSaved();

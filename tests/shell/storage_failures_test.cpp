@@ -2,8 +2,6 @@
 
 #include "shell/bridge/ProcessEditNotifyTool.h"
 #include "shell/documents/applet_documents.h"
-#include "shell/run/ProcessEditToolBar.h"
-#include "standalone/runtime/runtime.h"
 #include "tests/support/child_processes.h"
 #include "tests/support/ordinary_user.h"
 #include "tests/support/rows.h"
@@ -21,7 +19,6 @@ class StorageFailuresTest : public EditorFixture
 private slots:
     void init();
     void cleanup();
-    void cleanupTestCase() { standalone::shutdownRuntime(); }
     void askedForWritePermission();
     void folderWithoutPermission();
     void fullDisk();

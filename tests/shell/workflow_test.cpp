@@ -4,8 +4,6 @@
 #include "model/services/widget_bases.h"
 #include "shell/bridge/notify_callbacks.h"
 #include "shell/documents/applet_folders.h"
-#include "shell/run/ProcessEditToolBar.h"
-#include "standalone/runtime/runtime.h"
 #include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 #include "tests/support/told_context.h"
@@ -25,14 +23,12 @@ class WorkflowTest : public EditorFixture
 private slots:
     void init() { openFlow("flow"); }
     void cleanup();
-    void cleanupTestCase() { standalone::shutdownRuntime(); }
     void runThenSkip();
     void compileThenSkip();
     void whatIsTypedIsRun();
     void failedCompile();
     void refusals();
     void refusedRun();
-    void runThatCannotStartAfterItsCompile();
     void rebuildRule();
     void diagnosisNeverForcesARebuild();
     void backAfterARun();
@@ -42,8 +38,7 @@ private slots:
     void stopAsksFirst();
     void crashEndsTheRun();
     void removalWaitsForTheRun();
-    void placeholdersAndUnknownNumbers();
-    void staleHintIsTheHostsMatter();
+    void whatIsTheHostsAndWhatIsNotYet();
 
 private:
     /// An editor of a main sequence and another one, a statement in each.
@@ -230,15 +225,6 @@ void WorkflowTest::refusedRun()
     }
 }
 
-void WorkflowTest::runThatCannotStartAfterItsCompile()
-{
-    standalone::setRunnerPath(folder() + text("no_runner"));
-    press(ProcessEditToolBar::RunMain);
-    QTRY_VERIFY_WITH_TIMEOUT(m_record->has("finished"), Patience);
-    QVERIFY2(m_record->has("output 1 <time>Sequence_0编译成功|即将开始运行|运行失败| [idle]"),
-             qPrintable(m_record->lines.join(u'\n')));
-}
-
 void WorkflowTest::rebuildRule()
 {
     const auto compiles = [this](int function) {
@@ -406,7 +392,7 @@ void WorkflowTest::removalWaitsForTheRun()
     QCOMPARE(ProcessEditWidget::appletJsonPath(m_name), QString());
 }
 
-void WorkflowTest::placeholdersAndUnknownNumbers()
+void WorkflowTest::whatIsTheHostsAndWhatIsNotYet()
 {
     for (int function : {4, 5, 6, 7, 12, -1, 1000})
         press(function);
@@ -419,18 +405,11 @@ void WorkflowTest::placeholdersAndUnknownNumbers()
     QCOMPARE(notices.count(), 2);
     press(ProcessEditToolBar::OpenCodeFolder);
     QCOMPARE(m_dialogs, lines("提示:当前代码文件夹不存在"));
-}
-
-void WorkflowTest::staleHintIsTheHostsMatter()
-{
+    // Whether a stale hint is shown is the host's matter.
     QStringList stale;
     m_editor->setOnRuntimeStaleCallback([&stale](const QString& name) { stale << name; });
     emit m_editor->findChild<LogicView*>()->sigUdsRuntimeStaleRequired();
     QCOMPARE(stale, QStringList{m_name});
-    m_editor->setRuntimeStaleHint(true);
-    heardAfter(ProcessEditToolBar::Compile);
-    QCOMPARE(find<QToolButton>(m_editor->getToolMenuBar(), "compileBtn")->toolTip(),
-             text("编译（运行层已过期，需重新编译）"));
 }
 
 PE_WIDGET_TEST("workflow_test", WorkflowTest)

@@ -1,7 +1,9 @@
 #include "tests/workbench/WorkbenchFixture.h"
 
 #include "shell/ProcessEditWidget.h"
+#include "standalone/runtime/runtime.h"
 #include "tests/support/folders.h"
+#include "tests/support/own_settings.h"
 #include "tests/support/print_tree.h"
 #include "workbench/OutputPane.h"
 
@@ -15,6 +17,16 @@
 
 WorkbenchFixture::WorkbenchFixture() = default;
 WorkbenchFixture::~WorkbenchFixture() = default;
+
+void WorkbenchFixture::initTestCase()
+{
+    test_support::useOwnSettings(metaObject()->className());
+}
+
+void WorkbenchFixture::cleanupTestCase()
+{
+    standalone::shutdownRuntime();
+}
 
 void WorkbenchFixture::init()
 {
@@ -101,3 +113,5 @@ QStringList WorkbenchFixture::editRows(const QList<int>& columns) const
 {
     return test_support::printTree(*m_person->steps()->model(), columns);
 }
+
+#include "moc_WorkbenchFixture.cpp"

@@ -19,13 +19,18 @@ class QProcess;
 /// it. What the window asks is answered, and written down.
 class WorkbenchFixture : public QObject
 {
+    Q_OBJECT
+protected slots:
+    void initTestCase();
+    /// A fresh project, no window, and agreement to whatever is asked.
+    void init();
+    void cleanup();
+    void cleanupTestCase();
+
 protected:
     WorkbenchFixture();
     ~WorkbenchFixture() override;
 
-    /// Of each test: a fresh project, no window, and agreement to whatever is asked.
-    void init();
-    void cleanup();
     /// The window with that applet, or without any.
     void openWindow(const char* applet = nullptr);
 

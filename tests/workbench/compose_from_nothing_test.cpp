@@ -7,8 +7,6 @@
 
 #include "model/colour_rules.h"
 #include "shell/ProcessEditWidget.h"
-#include "standalone/runtime/runtime.h"
-#include "tests/support/own_settings.h"
 #include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
 
@@ -66,9 +64,7 @@ class ComposeFromNothingTest : public WorkbenchFixture
 private slots:
     void initTestCase();
     void init();
-    void cleanup() { WorkbenchFixture::cleanup(); }
     void composeFromNothing();
-    void cleanupTestCase() { standalone::shutdownRuntime(); }
 
 private:
     void look(const char* station, QWidget* dialog = nullptr) const;
@@ -90,7 +86,7 @@ void ComposeFromNothingTest::initTestCase()
 {
     if (qEnvironmentVariableIsSet("COMPOSE_DARK"))
         QApplication::setPalette(darkPalette());
-    test_support::useOwnSettings("compose_from_nothing_test");
+    WorkbenchFixture::initTestCase();
 }
 
 void ComposeFromNothingTest::init()

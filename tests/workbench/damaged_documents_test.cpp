@@ -6,9 +6,7 @@
 #include "model/services/processedit.h"
 #include "shell/ProcessEditWidget.h"
 #include "shell/run/ProcessEditToolBar.h"
-#include "standalone/runtime/runtime.h"
 #include "tests/support/folders.h"
-#include "tests/support/own_settings.h"
 #include "tests/support/test_program.h"
 
 #include <QComboBox>
@@ -20,10 +18,6 @@ class DamagedDocumentsTest : public WorkbenchFixture
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { test_support::useOwnSettings("damaged_documents"); }
-    void init() { WorkbenchFixture::init(); }
-    void cleanup() { WorkbenchFixture::cleanup(); }
-    void cleanupTestCase() { standalone::shutdownRuntime(); }
     void wholeOnesAskNothing();
     void choices_data();
     void choices();

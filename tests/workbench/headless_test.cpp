@@ -20,7 +20,6 @@ class HeadlessTest : public WorkbenchFixture
 {
     Q_OBJECT
 private slots:
-    void init() { WorkbenchFixture::init(); }
     void applets();
     void runsThatDoNotBegin();
     void killedRunnerIsACrash();

@@ -5,7 +5,6 @@
 #include "model/services/processedit.h"
 #include "shell/ProcessEditWidget.h"
 #include "tests/support/folders.h"
-#include "tests/support/own_settings.h"
 #include "tests/support/test_program.h"
 #include "workbench/OutputPane.h"
 
@@ -23,9 +22,6 @@ class OutputPaneTest : public WorkbenchFixture
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { test_support::useOwnSettings("output_pane_test"); }
-    void init() { WorkbenchFixture::init(); }
-    void cleanup() { WorkbenchFixture::cleanup(); }
     void errorsLeadToTheirSteps();
     void causeIsInSight();
     void linesKeepTheirOwnLook();

@@ -4,10 +4,8 @@
 #include "tests/workbench/WorkbenchFixture.h"
 
 #include "shell/ProcessEditWidget.h"
-#include "standalone/runtime/runtime.h"
 #include "tests/support/folders.h"
 #include "tests/support/ordinary_user.h"
-#include "tests/support/own_settings.h"
 #include "tests/support/test_program.h"
 #include "workbench/ProjectLock.h"
 
@@ -18,10 +16,6 @@ class SecondInstanceTest : public WorkbenchFixture
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { test_support::useOwnSettings("second_instance"); }
-    void init() { WorkbenchFixture::init(); }
-    void cleanup() { WorkbenchFixture::cleanup(); }
-    void cleanupTestCase() { standalone::shutdownRuntime(); }
     void openedTwice();
     void savedByAnother_data();
     void savedByAnother();

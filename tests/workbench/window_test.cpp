@@ -9,7 +9,6 @@
 #include "tests/support/child_processes.h"
 #include "tests/support/folders.h"
 #include "tests/support/ordinary_user.h"
-#include "tests/support/own_settings.h"
 #include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
 #include "workbench/OutputPane.h"
@@ -36,9 +35,7 @@ class WindowTest : public WorkbenchFixture
     Q_OBJECT
 private slots:
     void initTestCase();
-    void init() { WorkbenchFixture::init(); }
     void cleanup();
-    void cleanupTestCase() { standalone::shutdownRuntime(); }
     void endsOfRuns();
     void unsavedChangesAreAskedFor();
     void appletsAreChosenCreatedRenamedRemoved();
@@ -51,8 +48,6 @@ private slots:
     void readOnlyProjectIsToldOnce();
     void whatWentIsTold();
     void usersOfARenamedVariableAreTold();
-    void newStepHasTheKeys();
-    void keysStandInToolTips();
     void hiddenToolBarsComeBack();
     void calledSequenceIsNamedInARun();
 
@@ -68,7 +63,7 @@ private:
 void WindowTest::initTestCase()
 {
     qputenv("HOME", QFile::encodeName(m_home.path()));
-    test_support::useOwnSettings("window_test");
+    WorkbenchFixture::initTestCase();
 }
 
 void WindowTest::cleanup()
@@ -194,15 +189,19 @@ void WindowTest::changeAfterABuildShowsTheBadge()
 {
     openWindow("crash");
     const auto isStale = [this] { return !find<QLabel>("staleBadge")->isHidden(); };
+    const auto tip = [this](const char* button) { return find<QToolButton>(button)->toolTip(); };
     m_person->toggleStep("第一步");
     QVERIFY(!isStale()); // nothing is compiled yet
     for (int round = 0; round < 2; ++round) {
         m_person->pressTool("compileBtn");
         QTRY_COMPARE_WITH_TIMEOUT(activity()->text(), text("编译完成"), Patience);
         QVERIFY(!isStale());
+        QCOMPARE(tip("compileBtn"), text("编译 (F7)")); // the window's keys
         m_person->toggleStep("第一步");
         QVERIFY(isStale());
     }
+    QCOMPARE(tip("saveBtn"), text("保存 (Ctrl+S)"));
+    QCOMPARE(tip("runBtn"), text("运行 (Ctrl+F5)"));
 }
 
 void WindowTest::documentIsReloadedCopiedAndSavedElsewhere()
@@ -303,6 +302,12 @@ void WindowTest::readOnlyProjectIsToldOnce()
 void WindowTest::whatWentIsTold()
 {
     openWindow("ecu_check");
+    m_person->clickStep("上电");
+    m_person->chooseStep("延时");
+    const QString added = m_person->steps()->currentIndex().data().toString();
+    QVERIFY2(added.startsWith(text("延时")), qPrintable(added));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete); // the new step has the keys
+    QCOMPARE(status(), text("已删除 ") + added);
     m_person->clickStep("全部合格");
     m_person->pressInSteps(Qt::Key_Delete);
     QCOMPARE(status(), text("已删除 全部合格 及其 5 个步骤"));
@@ -351,32 +356,6 @@ void WindowTest::usersOfARenamedVariableAreTold()
     QCOMPARE(status(), text("已删除变量 spare，仍有 1 个步骤使用它"));
 }
 
-void WindowTest::newStepHasTheKeys()
-{
-    openWindow("ecu_check");
-    m_person->clickStep("上电");
-    m_person->chooseStep("延时");
-    const QString name = m_person->steps()->currentIndex().data().toString();
-    QVERIFY2(name.startsWith(text("延时")), qPrintable(name));
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
-    QCOMPARE(status(), text("已删除 ") + name);
-}
-
-void WindowTest::keysStandInToolTips()
-{
-    openWindow("crash");
-    const auto tip = [this](const char* button) { return find<QToolButton>(button)->toolTip(); };
-    QCOMPARE(tip("saveBtn"), text("保存 (Ctrl+S)"));
-    QCOMPARE(tip("runBtn"), text("运行 (Ctrl+F5)"));
-    m_window->editor()->setRuntimeStaleHint(true);
-    m_person->pressTool("compileBtn");
-    QTRY_COMPARE_WITH_TIMEOUT(tip("compileBtn"), text("编译 (F7)"), Patience);
-    QStringList tips;
-    for (const QAction* action : find<QToolBar>("projectBar")->actions())
-        tips << action->toolTip();
-    QVERIFY2(tips.contains(text("打开工程 (Ctrl+O)")), qPrintable(tips.join(u' ')));
-}
-
 void WindowTest::hiddenToolBarsComeBack()
 {
     openWindow();
@@ -389,6 +368,7 @@ void WindowTest::hiddenToolBarsComeBack()
         entry->trigger();
         QVERIFY(bar->isVisible());
     }
+    QCOMPARE(find<QToolBar>("projectBar")->actions().first()->toolTip(), text("打开工程 (Ctrl+O)"));
 }
 
 /// The main sequence is run while another one is edited, which it calls.
