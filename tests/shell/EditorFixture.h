@@ -59,7 +59,7 @@ protected:
         editor->resize(1200, 700);
         editor->createCApplet(m_name);
         editor->setProcessJsonAndVciPath(folder(), folder());
-        editor->setSettingPath(folder());
+        editor->setSettingPath(m_folder->path());
         if (sdk_ui_interface::processedit::getCAppletDataIsExist(m_name))
             editor->loadDataToUI(m_name, false);
         else

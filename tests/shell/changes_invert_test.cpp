@@ -23,7 +23,6 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRandomGenerator>
-#include <QSpinBox>
 #include <QTableWidget>
 #include <QTreeView>
 #include <QtTest>

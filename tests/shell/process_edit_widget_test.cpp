@@ -23,8 +23,7 @@ class ProcessEditWidgetTest : public EditorFixture
 {
     Q_OBJECT
 private slots:
-    void emptyAppletGetsASequence();
-    void mainSequenceIsShownFirst();
+    void sequenceThatIsShownFirst();
     void whatIsTypedIsSaved();
     void panelsFollowTheClickedStep();
     void runTabKeepsTheUsersSizes();
@@ -49,17 +48,14 @@ private:
     }
 };
 
-void ProcessEditWidgetTest::emptyAppletGetsASequence()
+void ProcessEditWidgetTest::sequenceThatIsShownFirst()
 {
     const auto sequences = processedit::getAllSequenceByAppName(m_name);
     QCOMPARE(int(sequences.size()), 1);
     QCOMPARE(QString::fromStdString(sequences[0].name), text("Sequence_0"));
     QCOMPARE(sequence(), QString::fromStdString(sequences[0].id));
     QVERIFY(m_editor->currentShowSequenceIsEmpty());
-}
 
-void ProcessEditWidgetTest::mainSequenceIsShownFirst()
-{
     QStringList ids{sequence()};
     for (const char* name : {"b", "c"})
         ids << processedit::createSeuqence(m_name, text(name));

@@ -175,6 +175,8 @@ void WorkflowTest::failedCompile()
                                     "output 0 <time>Sequence_0编译失败|<rule> [idle]\n"
                                     "finished 0\n"));
     QVERIFY(m_editor->getControlWgt()->isEnabled());
+    m_editor->loadDataToUI(m_name, false);
+    QVERIFY(m_editor->getControlWgt()->isEnabled());
     QVERIFY(!QFile::exists(document()));
 }
 

@@ -84,11 +84,14 @@ void WindowTest::endsOfRuns()
     QVERIFY(isIdle());
     QVERIFY(log.last().at(0).toString().contains(text("无法运行: 找不到运行程序: ")));
 
-    m_person->pressRunMain();
-    QTRY_COMPARE_WITH_TIMEOUT(activity()->text(), text("运行崩溃"), Patience);
-    QTRY_VERIFY(isIdle());
-    QVERIFY(activity()->palette().color(QPalette::WindowText).red() > 150);
-    QVERIFY(m_window->statusBar()->findChild<QProgressBar*>()->value() < 100);
+    for (int round = 0; round < 2; ++round) {
+        m_person->pressRunMain();
+        QVERIFY(!isIdle());
+        QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
+        QCOMPARE(activity()->text(), text("运行崩溃"));
+        QVERIFY(activity()->palette().color(QPalette::WindowText).red() > 150);
+        QVERIFY(m_window->statusBar()->findChild<QProgressBar*>()->value() < 100);
+    }
     QVERIFY(m_asked.isEmpty());
 
     m_window->openApplet(text("endless_loop"));
