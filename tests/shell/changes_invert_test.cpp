@@ -57,7 +57,7 @@ private:
         return qobject_cast<CustonStandModel*>(m_view->editModel(m_view->currentSequenceId()));
     }
     QStandardItem* anyRow(bool withFlows);
-    QString word() { return QStringLiteral("w%1").arg(m_random.bounded(1000)); }
+    QString word() { return text("w%1").arg(m_random.bounded(1000)); }
 
     QRandomGenerator m_random{7};
     LogicView* m_view = nullptr;
@@ -172,7 +172,7 @@ void ChangesInvertTest::editPanel()
 
 void ChangesInvertTest::changeVariables()
 {
-    auto* tree = find<QWidget>("widget_para")->findChild<QTreeView*>(QStringLiteral("treeView"));
+    auto* tree = find<QWidget>("widget_para")->findChild<QTreeView*>(text("treeView"));
     const QAbstractItemModel* sheet = tree->model();
     if (!sheet || sheet->rowCount() < 3)
         return;
@@ -196,8 +196,8 @@ void ChangesInvertTest::changeVariables()
         m_variables->move({uuid}, group, 0);
         break;
     case 4:
-        m_variables->give(word(), QStringLiteral("5"), DrelS32,
-                          processVariableType(m_random.bounded(3)), m_random.bounded(2) != 0);
+        m_variables->give(word(), text("5"), DrelS32, processVariableType(m_random.bounded(3)),
+                          m_random.bounded(2) != 0);
         break;
     default:
         m_variables->remove({row});
@@ -233,7 +233,7 @@ void ChangesInvertTest::changeLibraries()
     const auto anyOf = [&](const auto& list) {
         return list[m_random.bounded(quint32(list.size()))];
     };
-    auto* tree = m_view->findChild<QTreeView*>(QStringLiteral("treeView"));
+    auto* tree = m_view->findChild<QTreeView*>(text("treeView"));
     switch (m_random.bounded(5)) {
     case 0:
         if (tree->selectionModel())
@@ -262,7 +262,7 @@ void ChangesInvertTest::changeLibraries()
 void ChangesInvertTest::act()
 {
     if (const QStandardItem* row = anyRow(true))
-        m_view->findChild<QTreeView*>(QStringLiteral("treeView"))->setCurrentIndex(row->index());
+        m_view->findChild<QTreeView*>(text("treeView"))->setCurrentIndex(row->index());
     const int choice = m_random.bounded(100);
     if (choice < 30)
         addStep();
