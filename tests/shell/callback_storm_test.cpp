@@ -1,14 +1,9 @@
-#include "shell/ProcessEditWidget.h"
+#include "tests/shell/EditorFixture.h"
 
-#include "model/process_blocks.h"
 #include "model/services/processedit.h"
-#include "shell/bridge/LogicMaster.h"
 #include "shell/bridge/ProcessEditNotifyTool.h"
 #include "shell/bridge/notify_callbacks.h"
-#include "shell/run/ProcessEditToolBar.h"
-#include "standalone/host/Host.h"
 #include "standalone/variables/SystemVariables.h"
-#include "tests/support/applet_fixture.h"
 #include "tests/support/test_program.h"
 
 #include <QtTest>
@@ -31,15 +26,21 @@ constexpr int StormMs = 1500;
 
 // Compile, run, log and variable callbacks, each from a thread of its own, while editors come and
 // go on the GUI thread.
-class CallbackStormTest : public QObject
+class CallbackStormTest : public EditorFixture
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
+    void init();
     void storm();
 
 private:
-    std::unique_ptr<ProcessEditWidget> makeEditor();
+    std::unique_ptr<ProcessEditWidget> makePassingEditor() const
+    {
+        auto editor = makeEditor();
+        editor->setProcessEditReset(false);
+        editor->updateUseSystemVarItemInfo(m_name, false);
+        return editor;
+    }
     template <class Act> std::thread repeat(Act act)
     {
         return std::thread([this, act] {
@@ -53,41 +54,25 @@ private:
     }
 
     static constexpr int MostWaiting = 2000;
-    const QString m_name = QStringLiteral("storm");
-    QTemporaryDir m_project;
     std::atomic<bool> m_isOver{false};
     std::atomic<int> m_waiting{0}; ///< queued signals that have not arrived
-    QString m_sequence;
-    std::string m_block;
 };
 
-void CallbackStormTest::initTestCase()
+void CallbackStormTest::init()
 {
-    standalone::Host::instance().setProjectPath(m_project.path());
-    m_sequence = processedit::createSeuqence(m_name, QStringLiteral("main_seq"));
-    auto step = applet_fixture::addStep<StatementProcessBlock>(
-        m_name, m_sequence, QStringLiteral("1"), step_type::Statement, "语句");
-    step->setCustomCode("speed = speed + 1;");
-    processedit::updateProcess(m_name, m_sequence, step);
-    m_block = step->uuid;
-}
-
-std::unique_ptr<ProcessEditWidget> CallbackStormTest::makeEditor()
-{
-    auto editor = std::make_unique<ProcessEditWidget>(QStringLiteral("Test"));
-    editor->setProcessEditReset(false);
-    editor->createCApplet(m_name);
-    editor->loadDataToUI(m_name, false);
-    editor->updateUseSystemVarItemInfo(m_name, false);
-    return editor;
+    m_name = text("storm");
+    openEditor(); // stays to the end, and nobody looks at it
+    m_editor->hide();
+    m_record.reset();
 }
 
 void CallbackStormTest::storm()
 {
+    const QString shown = sequence();
+    const std::string block = addStatement(shown, "speed = speed + 1;")->uuid;
     LogicMaster* master = LogicMaster::instance();
     const ProcessEditNotifyTool* tool = ProcessEditNotifyTool::instance();
-    auto editor = makeEditor();
-    auto reader = makeEditor(); // stays to the end
+    auto editor = makePassingEditor();
 
     std::atomic<int> compilesSent{0};
     std::atomic<int> runsSent{0};
@@ -100,6 +85,7 @@ void CallbackStormTest::storm()
         tool, &ProcessEditNotifyTool::compileFinishSignal, this,
         [&](const CAppCompileResult& result) {
             QCOMPARE(result.appName, m_name);
+            QVERIFY(result.sequenceId.isEmpty() && !result.runAfterCompile);
             QCOMPARE(int(result.elapsed), compilesHeard++); // none lost, none overtaken
             --m_waiting;
         },
@@ -114,13 +100,13 @@ void CallbackStormTest::storm()
     connect(
         tool, &ProcessEditNotifyTool::systemVarChange, this, [&] { ++usesHeard; },
         Qt::QueuedConnection);
-    connect(reader.get(), &ProcessEditWidget::notifyRunResultSig, this,
-            [&](bool, const QString& text) { logsHeard += text == QLatin1String("line"); });
+    connect(m_editor.get(), &ProcessEditWidget::notifyRunResultSig, this,
+            [&](bool, const QString& said) { logsHeard += said == QLatin1String("line"); });
 
-    const std::string sequence = m_sequence.toStdString();
-    const QString speed = QStringLiteral("speed");
+    const std::string sequence = shown.toStdString();
+    const QString speed = text("speed");
     auto& variables = standalone::SystemVariables::instance();
-    variables.define({speed, QString(), 1, DoubleCategory, QStringLiteral("0"), 2});
+    variables.define({speed, QString(), 1, DoubleCategory, text("0"), 2});
 
     std::thread threads[] = {
         repeat([&](int round) {
@@ -132,7 +118,7 @@ void CallbackStormTest::storm()
         repeat([&](int round) {
             notify_callbacks::sequenceEntry("storm", sequence.c_str(), false);
             for (int report = 0; report < 100; ++report)
-                notify_callbacks::blockState("storm", sequence.c_str(), m_block.c_str(), report, 0);
+                notify_callbacks::blockState("storm", sequence.c_str(), block.c_str(), report, 0);
             notify_callbacks::templateSequenceEntry("storm", "t", "s", true);
             if (round % 50 == 0) {
                 processedit::RunInfo info{"storm", sequence};
@@ -147,8 +133,8 @@ void CallbackStormTest::storm()
         }),
         repeat([&](int round) {
             variables.setValue(speed, QString::number(round));
-            variables.define({speed, QString(), 1, round % 2 ? DoubleCategory : SignedCategory,
-                              QStringLiteral("0"), 2});
+            variables.define(
+                {speed, QString(), 1, round % 2 ? DoubleCategory : SignedCategory, text("0"), 2});
             variables.waitForListeners();
             ++valuesSent;
         })};
@@ -158,13 +144,13 @@ void CallbackStormTest::storm()
     int editors = 0;
     while (timer.elapsed() < StormMs) {
         // The editor that shows the run comes and goes; maps change under everybody's eyes.
-        editor->onNotifyStateResult(m_name, m_sequence, QString::fromStdString(m_block), 1.0, 0);
-        master->setPaths(m_name, m_project.path() + QStringLiteral("/a/"), QString());
+        editor->onNotifyStateResult(m_name, shown, QString::fromStdString(block), 1.0, 0);
+        master->setPaths(m_name, folder() + text("a/"), QString());
         ProcessEditWidget::updateUniversalPanelBindState(m_name, false);
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
         if (++editors % 5 == 0) {
             editor.reset();
-            editor = makeEditor();
+            editor = makePassingEditor();
         }
     }
     m_isOver = true;
@@ -178,9 +164,6 @@ void CallbackStormTest::storm()
     QTRY_VERIFY(logsHeard > 0);
     qInfo("%d compile results, %d run ends, %d changes of a variable, %d log lines, %d editors",
           compilesHeard, runsHeard, usesHeard, logsHeard, editors / 5);
-    editor.reset();
-    reader.reset();
-    ProcessEditWidget::deleteCApplet(m_name, true);
 }
 
 PE_WIDGET_TEST("callback_storm_test", CallbackStormTest)

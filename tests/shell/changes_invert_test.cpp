@@ -6,7 +6,6 @@
 #include "logic/rows/CustonStandModel.h"
 #include "logic/rows/RowIndex.h"
 #include "logic/rows/logic_roles.h"
-#include "model/dialogs/user_dialogs.h"
 #include "model/services/process_edit.h"
 #include "model/services/process_json_edit.h"
 #include "model/services/processedit.h"
@@ -24,7 +23,6 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRandomGenerator>
-#include <QSpinBox>
 #include <QTableWidget>
 #include <QTreeView>
 #include <QtTest>
@@ -37,9 +35,8 @@ class ChangesInvertTest : public EditorFixture
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
+    void init();
     void changes_invert();
-    void cleanupTestCase() { closeEditor(); }
 
 private:
     void act();
@@ -51,10 +48,6 @@ private:
     void changeLibraries();
 
     QByteArray document() const;
-    template <class Widget> Widget* child(const char* name) const
-    {
-        return m_editor->findChild<Widget*>(QString::fromLatin1(name));
-    }
     template <class List> auto any(const List& list)
     {
         return list.isEmpty() ? typename List::value_type() : list[m_random.bounded(list.size())];
@@ -64,7 +57,7 @@ private:
         return qobject_cast<CustonStandModel*>(m_view->editModel(m_view->currentSequenceId()));
     }
     QStandardItem* anyRow(bool withFlows);
-    QString word() { return QStringLiteral("w%1").arg(m_random.bounded(1000)); }
+    QString word() { return text("w%1").arg(m_random.bounded(1000)); }
 
     QRandomGenerator m_random{7};
     LogicView* m_view = nullptr;
@@ -72,11 +65,8 @@ private:
     VariableEditor* m_variables = nullptr;
 };
 
-void ChangesInvertTest::initTestCase()
+void ChangesInvertTest::init()
 {
-    user_dialogs::setHandler([](const user_dialogs::Message&) {
-        return user_dialogs::Answer{user_dialogs::Button::Ok, QString()};
-    });
     openEditor();
     m_view = m_editor->findChild<LogicView*>();
     m_sequences = m_editor->findChild<wgtSequenceTable*>();
@@ -181,7 +171,7 @@ void ChangesInvertTest::editPanel()
 
 void ChangesInvertTest::changeVariables()
 {
-    auto* tree = child<QWidget>("widget_para")->findChild<QTreeView*>(QStringLiteral("treeView"));
+    auto* tree = find<QWidget>("widget_para")->findChild<QTreeView*>(text("treeView"));
     const QAbstractItemModel* sheet = tree->model();
     if (!sheet || sheet->rowCount() < 3)
         return;
@@ -205,8 +195,8 @@ void ChangesInvertTest::changeVariables()
         m_variables->move({uuid}, group, 0);
         break;
     case 4:
-        m_variables->give(word(), QStringLiteral("5"), DrelS32,
-                          processVariableType(m_random.bounded(3)), m_random.bounded(2) != 0);
+        m_variables->give(word(), text("5"), DrelS32, processVariableType(m_random.bounded(3)),
+                          m_random.bounded(2) != 0);
         break;
     default:
         m_variables->remove({row});
@@ -242,7 +232,7 @@ void ChangesInvertTest::changeLibraries()
     const auto anyOf = [&](const auto& list) {
         return list[m_random.bounded(quint32(list.size()))];
     };
-    auto* tree = m_view->findChild<QTreeView*>(QStringLiteral("treeView"));
+    auto* tree = m_view->findChild<QTreeView*>(text("treeView"));
     switch (m_random.bounded(5)) {
     case 0:
         if (tree->selectionModel())
@@ -271,7 +261,7 @@ void ChangesInvertTest::changeLibraries()
 void ChangesInvertTest::act()
 {
     if (const QStandardItem* row = anyRow(true))
-        m_view->findChild<QTreeView*>(QStringLiteral("treeView"))->setCurrentIndex(row->index());
+        m_view->findChild<QTreeView*>(text("treeView"))->setCurrentIndex(row->index());
     const int choice = m_random.bounded(100);
     if (choice < 30)
         addStep();

@@ -1,14 +1,8 @@
 #include "tests/shell/EditorFixture.h"
 
-#include "model/dialogs/user_dialogs.h"
-#include "model/process_blocks.h"
-#include "shell/bridge/ProcessEditNotifyTool.h"
-#include "shell/run/ProcessEditToolBar.h"
-#include "standalone/host/Host.h"
-#include "standalone/runtime/runtime.h"
-#include "tests/support/applet_fixture.h"
-#include "tests/support/child_processes.h"
-#include "tests/support/folders.h"
+#include "logic/LogicView.h"
+#include "sequences/wgtSequenceTable.h"
+#include "tests/support/rows.h"
 #include "tests/support/test_program.h"
 
 #include <QDragEnterEvent>
@@ -19,6 +13,7 @@
 #include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QTreeView>
 #include <QtTest>
 
@@ -28,44 +23,42 @@ class ProcessEditWidgetTest : public EditorFixture
 {
     Q_OBJECT
 private slots:
-    void init() { openEditor(); }
-    void cleanup() { closeEditor(); }
-    void cleanupTestCase() { standalone::shutdownRuntime(); }
-    void emptyAppletGetsASequence();
-    void mainSequenceIsShownFirst();
-    void savingWritesWhatWaitsInAPanel();
+    void sequenceThatIsShownFirst();
+    void whatIsTypedIsSaved();
     void panelsFollowTheClickedStep();
-    void panelsSayWhyTheyAreEmpty();
     void runTabKeepsTheUsersSizes();
     void widthsGoToTheSettings();
     void settingsAreReadOnce();
-    void refusedSaveIsASignal();
     void tablesAreReadOnce();
-    void droppedFiles_data();
     void droppedFiles();
     void draggedSequenceShowsTheTemplates();
     void loadTellsTheHost();
-    void destroyedInTheMiddleOfARun();
-    void outlivesItsWidgetOnRequest();
 
 private:
-    static constexpr int Patience = 60000;
+    QString settingsFile() const { return folder() + text("settings.ini"); }
+    QString setting(const char* key) const
+    {
+        return QSettings(settingsFile(), QSettings::IniFormat).value(text(key)).toString();
+    }
+    void reopen(const QByteArray& settings);
+    QList<int> sizes() const { return find<QSplitter>("splitter")->sizes(); }
+    QLineEdit* nameField() const
+    {
+        return find<QLineEdit>(m_editor->getSettingWgt(), "nameLineEdit");
+    }
 };
 
-void ProcessEditWidgetTest::emptyAppletGetsASequence()
+void ProcessEditWidgetTest::sequenceThatIsShownFirst()
 {
     const auto sequences = processedit::getAllSequenceByAppName(m_name);
     QCOMPARE(int(sequences.size()), 1);
-    QCOMPARE(QString::fromStdString(sequences[0].name), QStringLiteral("Sequence_0"));
+    QCOMPARE(QString::fromStdString(sequences[0].name), text("Sequence_0"));
     QCOMPARE(sequence(), QString::fromStdString(sequences[0].id));
     QVERIFY(m_editor->currentShowSequenceIsEmpty());
-}
 
-void ProcessEditWidgetTest::mainSequenceIsShownFirst()
-{
     QStringList ids{sequence()};
     for (const char* name : {"b", "c"})
-        ids << processedit::createSeuqence(m_name, QString::fromLatin1(name));
+        ids << processedit::createSeuqence(m_name, text(name));
     const auto mark = [&](int row, bool isMain) {
         SequenceInfo info = processedit::getSequence(m_name, ids[row]);
         info.isMain = isMain;
@@ -78,25 +71,30 @@ void ProcessEditWidgetTest::mainSequenceIsShownFirst()
     QCOMPARE(sequence(), ids[1]);
 }
 
-void ProcessEditWidgetTest::savingWritesWhatWaitsInAPanel()
+void ProcessEditWidgetTest::whatIsTypedIsSaved()
 {
     const auto step = addDelay(10);
     click(step);
     QSignalSpy modified(m_editor.get(), &ProcessEditWidget::sigAuthoringModified);
-    QStringList saved;
-    m_editor->setOnAuthoringSavedCallback([&saved](const QString& name) { saved << name; });
-    find<QLineEdit>(m_editor->getSettingWgt(), "nameLineEdit")->setText(QStringLiteral("改名"));
+    m_record->take();
+    nameField()->setText(text("改名"));
     QCOMPARE(step->name, std::string("等待"));
     m_editor->save(QString());
     QCOMPARE(step->name, std::string("改名"));
     QCOMPARE(modified.count(), 1);
-    QCOMPARE(saved, QStringList{m_name});
-    QFile document(folder() + QStringLiteral("processInfo.pedt"));
-    QVERIFY(document.open(QIODevice::ReadOnly));
-    QVERIFY(document.readAll().contains("改名"));
-    find<QLineEdit>(m_editor->getSettingWgt(), "nameLineEdit")->setText(QStringLiteral("再改"));
+    QCOMPARE(m_record->take(), QStringList{text("saved ") + m_name});
+    QVERIFY(saved().contains("改名"));
+    nameField()->setText(text("再改"));
     QVERIFY(m_editor->saveApp(m_name, false, QString()));
     QCOMPARE(step->name, std::string("再改"));
+    // A press on the tool bar doesn't take the focus away from an open editor.
+    auto* table = m_editor->findChild<wgtSequenceTable*>()->findChild<QTableWidget*>();
+    table->setCurrentCell(0, 2);
+    table->editItem(table->item(0, 2));
+    table->findChild<QLineEdit*>()->setText(text("typed"));
+    press(ProcessEditToolBar::Save);
+    QVERIFY(saved().contains("typed"));
+    QCOMPARE(modified.count(), 3);
 }
 
 void ProcessEditWidgetTest::panelsFollowTheClickedStep()
@@ -104,168 +102,131 @@ void ProcessEditWidgetTest::panelsFollowTheClickedStep()
     const auto first = addDelay(10);
     const auto second = addDelay(20);
     click(first);
-    auto* name = find<QLineEdit>(m_editor->getSettingWgt(), "nameLineEdit");
-    name->setText(QStringLiteral("第一"));
+    nameField()->setText(text("第一"));
     click(second);
     // What was typed goes to the step that it was typed for.
     QCOMPARE(first->name, std::string("第一"));
     QCOMPARE(second->name, std::string("等待"));
-    QCOMPARE(name->text(), QStringLiteral("等待"));
+    QCOMPARE(nameField()->text(), text("等待"));
     QCOMPARE(find<QLineEdit>(m_editor->getSettingWgt(), "editPreview")->text(),
              QString::fromStdString(second->description()));
-}
 
-void ProcessEditWidgetTest::panelsSayWhyTheyAreEmpty()
-{
-    const QWidget* panel = m_editor->getControlWgt();
-    const auto* message = find<QLabel>(panel, "label_12");
-    m_editor->processItemClickedSlot(MainFlow, QStringLiteral("1"));
-    QCOMPARE(message->text(), QStringLiteral("该节点不可编辑"));
-    m_editor->processItemClickedSlot(NoBlock, QString());
-    QCOMPARE(message->text(), QStringLiteral("当前未选中步骤节点"));
-    const auto step = applet_fixture::addStep<PlainProcessBlock>(
-        m_name, sequence(), QStringLiteral("1"), step_type::Break, "跳出");
-    step->property.editable = true;
-    click(step);
-    QVERIFY(!message->isHidden()); // not of the sequence in sight, as the rows know it
-    m_editor->loadDataToUI(m_name, false);
-    click(step);
+    const auto* message = find<QLabel>(m_editor->getControlWgt(), "label_12");
     QVERIFY(message->isHidden());
-    QCOMPARE(find<QLabel>(panel, "label_3")->text(), QStringLiteral("此步骤类型无需设置属性"));
+    m_editor->processItemClickedSlot(MainFlow, text("1"));
+    QCOMPARE(message->text(), text("该节点不可编辑"));
+    m_editor->processItemClickedSlot(NoBlock, QString());
+    QCOMPARE(message->text(), text("当前未选中步骤节点"));
+    // Not of the sequence in sight, as the rows know it.
+    click(addStatement(sequence(), ""));
+    QVERIFY(!message->isHidden());
 }
 
 void ProcessEditWidgetTest::runTabKeepsTheUsersSizes()
 {
-    auto* splitter = find<QSplitter>(m_editor.get(), "splitter");
-    splitter->setSizes({250, 600, 350});
-    const QList<int> sizes = splitter->sizes();
-    QSignalSpy mode(m_editor.get(), &ProcessEditWidget::sigPrcoessMode);
-    m_editor->onLogicWidgetTabChanged(1);
-    QVERIFY(splitter->sizes() != sizes);
-    QVERIFY(!find<QWidget>(m_editor.get(), "treeWidget")->isEnabled());
-    QVERIFY(!find<QTabWidget>(m_editor.get(), "attribute_tab")->isTabEnabled(1));
-    m_editor->onLogicWidgetTabChanged(1);
-    QVERIFY(splitter->sizes() != sizes);
+    find<QSplitter>("splitter")->setSizes({250, 600, 350});
+    const QList<int> chosen = sizes();
+    for (int again = 0; again < 2; ++again) {
+        m_editor->onLogicWidgetTabChanged(1);
+        QVERIFY(sizes() != chosen);
+    }
+    QVERIFY(!find<QWidget>("treeWidget")->isEnabled());
+    QVERIFY(!find<QTabWidget>("attribute_tab")->isTabEnabled(1));
     m_editor->onLogicWidgetTabChanged(0);
-    QCOMPARE(splitter->sizes(), sizes);
-    QVERIFY(find<QWidget>(m_editor.get(), "treeWidget")->isEnabled());
-    QCOMPARE(mode.count(), 3);
+    QCOMPARE(sizes(), chosen);
+    QVERIFY(find<QWidget>("treeWidget")->isEnabled());
+    QCOMPARE(m_record->count("mode"), 3);
 }
 
 void ProcessEditWidgetTest::widthsGoToTheSettings()
 {
-    m_editor->onSaveProcessTreeWidthSlot({QStringLiteral("11"), QStringLiteral("12")}, true);
-    m_editor->onSaveVarTreeWidthSlot({});
-    const QSettings settings(folder() + QStringLiteral("settings.ini"), QSettings::IniFormat);
-    QCOMPARE(settings.value(QStringLiteral("Widget/ProcessRunWidgetWidth")).toString(),
-             QStringLiteral("11,12"));
-    QVERIFY(!settings.contains(QStringLiteral("Widget/VarWidgetWidth")));
+    m_editor->onSaveProcessTreeWidthSlot({text("11"), text("12")}, false);
+    m_editor->onSaveVarTreeWidthSlot({text("15"), text("16")});
+    m_editor->onSaveVarTreeWidthSlot({}); // of no columns
+    QCOMPARE(setting("Widget/ProcessWidgetWidth"), text("11,12"));
+    QCOMPARE(setting("Widget/VarWidgetWidth"), text("15,16"));
+}
+
+void ProcessEditWidgetTest::reopen(const QByteArray& settings)
+{
+    m_record.reset();
+    m_editor.reset();
+    QVERIFY(test_support::putFile(settingsFile(), "[Widget]\n" + settings));
+    m_editor = makeEditor();
+    m_editor->show();
 }
 
 void ProcessEditWidgetTest::settingsAreReadOnce()
 {
-    auto* splitter = find<QSplitter>(m_editor.get(), "splitter");
-    const auto reopen = [this](const char* widths) {
-        m_editor.reset();
-        QSettings settings(folder() + QStringLiteral("settings.ini"), QSettings::IniFormat);
-        settings.setValue(QStringLiteral("Widget/WidgetWidth"), QString::fromLatin1(widths));
-        settings.setValue(QStringLiteral("Widget/VarWidgetWidth"), QStringLiteral("111,72,63,94"));
-        settings.sync();
-        m_editor = std::make_unique<ProcessEditWidget>(QStringLiteral("Test"));
-        m_editor->resize(1200, 700);
-        m_editor->createCApplet(m_name);
-        m_editor->setProcessJsonAndVciPath(folder(), folder());
-        m_editor->setSettingPath(folder());
-        m_editor->show();
-        const QList<int> sizes = find<QSplitter>(m_editor.get(), "splitter")->sizes();
-        m_editor->load(false);
-        return sizes;
+    const QList<int> own = sizes();
+    const auto width = [this](const char* panel, const char* tree) {
+        return find<QTreeView>(find<QWidget>(panel), tree)->columnWidth(1);
     };
-    // Two values are no sizes.
-    const QList<int> own = reopen("250,600");
-    splitter = find<QSplitter>(m_editor.get(), "splitter");
-    QCOMPARE(splitter->sizes(), own);
-    QCOMPARE(
-        find<QTreeView>(find<QWidget>(m_editor.get(), "widget_para"), "treeView")->columnWidth(1),
-        72);
-    reopen("260,610,310");
-    splitter = find<QSplitter>(m_editor.get(), "splitter");
-    QVERIFY(splitter->sizes() != own);
+    reopen("WidgetWidth=250,600\nVarWidgetWidth=\"111,72,63,94\"\n"
+           "ProcessWidgetWidth=200,173,150\n");
+    QCOMPARE(sizes(), own); // two values are no sizes
+    QCOMPARE(width("widget_para", "treeView"), 72);
+    QCOMPARE(width("center_wgt", "treeView"), 173);
+    reopen("WidgetWidth=260,610,310\n");
+    QVERIFY(sizes() != own);
     // What the user has dragged since stays when the document is loaded again.
-    splitter->setSizes({300, 500, 380});
-    const QList<int> dragged = splitter->sizes();
+    find<QSplitter>("splitter")->setSizes({300, 500, 380});
+    const QList<int> dragged = sizes();
     m_editor->load(false);
-    QCOMPARE(splitter->sizes(), dragged);
+    QCOMPARE(sizes(), dragged);
     // On the run tab the sizes to come back to are kept, not the run tab's own.
     m_editor->saveSplitterSizes();
     m_editor->onLogicWidgetTabChanged(1);
     m_editor->saveSplitterSizes();
-    const QSettings settings(folder() + QStringLiteral("settings.ini"), QSettings::IniFormat);
-    QStringList texts;
-    for (int size : dragged)
-        texts << QString::number(size);
-    QCOMPARE(settings.value(QStringLiteral("Widget/WidgetWidth")).toString(),
-             texts.join(QLatin1Char(',')));
+    QCOMPARE(setting("Widget/WidgetWidth"),
+             text("%1,%2,%3").arg(dragged[0]).arg(dragged[1]).arg(dragged[2]));
 }
 
 void ProcessEditWidgetTest::tablesAreReadOnce()
 {
-    const QString file = folder() + QStringLiteral("globalVariable.json");
     QVERIFY(test_support::putFile(
-        file, R"({"variables": [{"name": "late", "type": "s32", "uuid": "g1", "value": "1"}]})"));
-    const ProcessEditWidget second(QStringLiteral("Test"));
+        folder() + text("globalVariable.json"),
+        R"({"variables": [{"name": "late", "type": "s32", "uuid": "g1", "value": "1"}]})"));
+    const ProcessEditWidget second(text("Test"));
     for (const processVariable& variable : process_edit::getAllGlobalVariable())
         QVERIFY(variable.name != "late");
 }
 
-void ProcessEditWidgetTest::droppedFiles_data()
-{
-    QTest::addColumn<QStringList>("files");
-    QTest::addColumn<QStringList>("dialogs");
-    QTest::addColumn<int>("imports");
-    const QStringList first{QStringLiteral("导入:存在多个文件, 即将默认导入第一个文件")};
-    QTest::newRow("one") << QStringList{QStringLiteral("/x/a.dpe")} << QStringList() << 1;
-    QTest::newRow("encrypted, in capitals")
-        << QStringList{QStringLiteral("/x/a.DPEENC")} << QStringList() << 1;
-    QTest::newRow("several") << QStringList{QStringLiteral("/x/a.dpe"), QStringLiteral("/x/b.dpe")}
-                             << first << 1;
-    QTest::newRow("another among them")
-        << QStringList{QStringLiteral("/x/a.txt"), QStringLiteral("/x/b.dpe")} << QStringList()
-        << 1;
-    QTest::newRow("none of them") << QStringList{QStringLiteral("/x/a.txt")} << QStringList() << 0;
-}
-
 void ProcessEditWidgetTest::droppedFiles()
 {
-    QFETCH(QStringList, files);
-    QMimeData data;
-    QList<QUrl> urls;
-    for (const QString& file : files)
-        urls << QUrl::fromLocalFile(file);
-    data.setUrls(urls);
-    QStringList dialogs;
-    user_dialogs::setHandler([&dialogs](const user_dialogs::Message& message) {
-        dialogs << message.title + QLatin1Char(':') + message.text;
-        return user_dialogs::Answer();
-    });
-    QSignalSpy notices(&standalone::Host::instance(), &standalone::Host::noticeShown);
-    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(m_editor.get(), &enter);
-    QVERIFY(enter.isAccepted());
-    QDropEvent drop(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(m_editor.get(), &drop);
-    user_dialogs::setHandler({});
-    QTEST(dialogs, "dialogs");
-    QTEST(int(notices.count()), "imports");
+    const QString first = text("导入:存在多个文件, 即将默认导入第一个文件");
+    const rows::Table<QString, QString, int> table{
+        {"one", text("a.dpe"), QString(), 1},
+        {"encrypted, in capitals", text("a.DPEENC"), QString(), 1},
+        {"several", text("a.dpe b.dpe"), first, 1},
+        {"another among them", text("a.txt b.dpe"), QString(), 1},
+        {"none of them", text("a.txt"), QString(), 0}};
+    for (const auto& [row, files, dialogs, imports] : table) {
+        const rows::Named named(row);
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const QString& file : files.split(u' '))
+            urls << QUrl::fromLocalFile(u'/' + file);
+        data.setUrls(urls);
+        m_dialogs.clear();
+        QSignalSpy notices(&standalone::Host::instance(), &standalone::Host::noticeShown);
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(m_editor.get(), &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(m_editor.get(), &drop);
+        QCOMPARE(m_dialogs.join(u'\n'), dialogs);
+        QCOMPARE(notices.count(), imports);
+    }
 }
 
 void ProcessEditWidgetTest::draggedSequenceShowsTheTemplates()
 {
-    auto* tabs = find<QTabWidget>(m_editor.get(), "tabWidget");
+    auto* tabs = find<QTabWidget>("tabWidget");
     QMimeData other;
-    other.setText(QStringLiteral("x"));
+    other.setText(text("x"));
     QMimeData sequence;
-    sequence.setData(QStringLiteral("application/sequence_drag"), QByteArray());
+    sequence.setData(text("application/sequence_drag"), QByteArray());
     for (const QMimeData* data : {&other, &sequence}) {
         QCOMPARE(tabs->currentIndex(), 0);
         QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
@@ -278,60 +239,24 @@ void ProcessEditWidgetTest::loadTellsTheHost()
 {
     QStringList told;
     m_editor->setShouldDeferCodeGenCallback([&told] {
-        told << QStringLiteral("defer?");
+        told << text("defer?");
         return false;
     });
-    m_editor->setOnCAppletLoadedCallback(
-        [&told](const QString& name, bool dataOnly) { told << name + QString::number(dataOnly); });
+    const auto loaded = [&told](const QString& name, bool dataOnly) {
+        told << name + QString::number(dataOnly);
+    };
+    m_editor->setOnCAppletLoadedCallback(loaded);
     m_editor->load(true);
-    QCOMPARE(told, QStringList({QStringLiteral("defer?"), m_name + QStringLiteral("1")}));
+    QCOMPARE(told, QStringList({text("defer?"), m_name + u'1'}));
     // Before it has an applet there is nothing to load or save.
-    ProcessEditWidget fresh(QStringLiteral("Test"));
-    fresh.setOnCAppletLoadedCallback(
-        [&told](const QString&, bool) { told << QStringLiteral("?"); });
+    ProcessEditWidget fresh(text("Test"));
+    fresh.setOnCAppletLoadedCallback(loaded);
     QSignalSpy refused(&fresh, &ProcessEditWidget::sigSave);
     fresh.load(false);
     fresh.save(QString());
+    fresh.saveSplitterSizes();
     QCOMPARE(told.size(), 2);
     QCOMPARE(refused.count(), 0);
-}
-
-void ProcessEditWidgetTest::refusedSaveIsASignal()
-{
-    QSignalSpy refused(m_editor.get(), &ProcessEditWidget::sigSave);
-    m_editor->save(folder() + QStringLiteral("missing/copy.pedt"));
-    QCOMPARE(refused.count(), 1);
-    QVERIFY(!m_editor->saveApp(m_name, false, folder() + QStringLiteral("missing/copy.pedt")));
-    QVERIFY(m_editor->saveApp(m_name, false, folder() + QStringLiteral("copy.pedt")));
-    QVERIFY(QFile::exists(folder() + QStringLiteral("copy.pedt")));
-    QCOMPARE(refused.count(), 2);
-}
-
-void ProcessEditWidgetTest::destroyedInTheMiddleOfARun()
-{
-    addDelay(60000);
-    // Told on the runner's thread: only a queued receiver may count.
-    int states = 0;
-    connect(
-        ProcessEditNotifyTool::instance(), &ProcessEditNotifyTool::runStateSignal, m_editor.get(),
-        [&states] { ++states; }, Qt::QueuedConnection);
-    m_editor->onToolWidgetButtonClickedSlot(ProcessEditToolBar::RunMain);
-    QTRY_VERIFY_WITH_TIMEOUT(states > 0, Patience);
-    m_editor.reset();
-    QTRY_VERIFY_WITH_TIMEOUT(
-        test_support::childProcesses(QCoreApplication::applicationPid(), "applet_runner").isEmpty(),
-        Patience);
-    QVERIFY(!processedit::getCAppletDataIsExist(m_name));
-}
-
-void ProcessEditWidgetTest::outlivesItsWidgetOnRequest()
-{
-    addDelay(10);
-    m_editor->setProcessEditReset(false);
-    m_editor.reset();
-    QCOMPARE(int(processedit::getAllSequenceByAppName(m_name).size()), 1);
-    QCOMPARE(ProcessEditWidget::appletJsonPath(m_name), folder());
-    QVERIFY(ProcessEditWidget::ensureAppPedtLoaded(m_name));
 }
 
 PE_WIDGET_TEST("process_edit_widget_test", ProcessEditWidgetTest)

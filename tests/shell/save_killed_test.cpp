@@ -3,7 +3,9 @@
 
 #include "model/process_blocks.h"
 #include "tests/support/applet_fixture.h"
+#include "tests/support/folders.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
@@ -26,12 +28,15 @@ private slots:
 private:
     void makeApplet();
     void rename(int generation);
-    QByteArray content(const char* name) const;
+    QByteArray content(const char* name) const
+    {
+        return test_support::content(m_folder.filePath(text(name)));
+    }
     qint64 saveInChild(int microseconds) const;
 
     static constexpr int Saves = 1000;
     static constexpr int Steps = 400;
-    const QString m_name = QStringLiteral("killed");
+    const QString m_name = text("killed");
     QTemporaryDir m_folder;
     QString m_sequence;
     std::shared_ptr<IProcessBlock> m_step;
@@ -39,9 +44,9 @@ private:
 
 void SaveKilledTest::makeApplet()
 {
-    m_sequence = processedit::createSeuqence(m_name, QStringLiteral("main_seq"));
+    m_sequence = processedit::createSeuqence(m_name, text("main_seq"));
     for (int index = 0; index < Steps; ++index)
-        m_step = applet_fixture::addStep<DelayProcessBlock>(m_name, m_sequence, QStringLiteral("1"),
+        m_step = applet_fixture::addStep<DelayProcessBlock>(m_name, m_sequence, text("1"),
                                                             step_type::Delay, "等待");
     LogicMaster::instance()->setPaths(m_name, m_folder.path() + QLatin1Char('/'), QString());
 }
@@ -50,12 +55,6 @@ void SaveKilledTest::rename(int generation)
 {
     m_step->name = "generation " + std::to_string(generation);
     processedit::updateProcess(m_name, m_sequence, m_step);
-}
-
-QByteArray SaveKilledTest::content(const char* name) const
-{
-    QFile file(m_folder.filePath(QString::fromLatin1(name)));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // Saves in a process of its own and kills it after that time, unless it is done before; how long it
@@ -108,9 +107,9 @@ void SaveKilledTest::save_killed()
         const QByteArray nowBackup = content("processInfo.pedt.bak");
         const bool isNew = now.contains("generation " + QByteArray::number(generation) + "\"");
         QVERIFY2(isNew ? QJsonDocument::fromJson(now).isObject() : now == document,
-                 qPrintable(QStringLiteral("save %1 left a broken document").arg(generation)));
+                 qPrintable(text("save %1 left a broken document").arg(generation)));
         QVERIFY2(nowBackup == backup || (isNew && nowBackup == now),
-                 qPrintable(QStringLiteral("save %1 left a broken backup").arg(generation)));
+                 qPrintable(text("save %1 left a broken backup").arg(generation)));
         completed += isNew;
         refreshed += nowBackup != backup;
         document = now;

@@ -20,6 +20,13 @@ inline bool copyFolder(const QString& source, const QString& target)
     return true;
 }
 
+/// A file's content; empty if it can't be read.
+inline QByteArray content(const QString& fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 /// Replaces a file's content.
 inline bool putFile(const QString& fileName, const QByteArray& content)
 {

@@ -1,45 +1,24 @@
 #include "tests/workbench/Person.h"
-#include "tests/support/text.h"
 
-#include "logic/LogicView.h"
-#include "shell/ProcessEditWidget.h"
 #include "tests/support/print_tree.h"
-#include "workbench/MainWindow.h"
 
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
-#include <QComboBox>
 #include <QContextMenuEvent>
 #include <QDockWidget>
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QTabBar>
-#include <QTableView>
-#include <QTest>
+#include <QTextBlock>
 #include <QTimer>
 #include <QToolBar>
-#include <QToolButton>
-#include <QTreeView>
 #include <QTreeWidget>
 
-#include <stdexcept>
-
 namespace {
-
-[[noreturn]] void missing(const QString& what)
-{
-    throw std::runtime_error("not there: " + what.toStdString());
-}
-
-template <class Thing> Thing* there(Thing* thing, const QString& name)
-{
-    if (!thing)
-        missing(name);
-    return thing;
-}
 
 /// By keys; what no key has comes from an input method.
 void enter(QWidget* widget, const QString& typed)
@@ -62,16 +41,6 @@ void settle()
         QCoreApplication::processEvents();
 }
 
-void chooseByKeys(QComboBox* box, const QString& entry)
-{
-    const int wanted = box->findText(entry);
-    if (wanted < 0)
-        missing(entry);
-    QTest::keyClick(box, Qt::Key_Home);
-    for (int i = 0; i < wanted; ++i)
-        QTest::keyClick(box, Qt::Key_Down);
-}
-
 /// Calls @p act as soon as @p isThere gives something, also inside of a modal loop.
 template <class IsThere, class Act> void whenThere(QObject* context, IsThere isThere, Act act)
 {
@@ -88,65 +57,30 @@ template <class IsThere, class Act> void whenThere(QObject* context, IsThere isT
 
 } // namespace
 
-Person::Person(MainWindow& window) : m_window(window)
+void Person::chooseByKeys(QComboBox* box, const QString& entry)
 {
-    m_previous = user_dialogs::setHandler([this](const user_dialogs::Message& message) {
-        m_boxes << message.title + QStringLiteral(": ") + message.text;
-        return user_dialogs::Answer{user_dialogs::Button::Ok, m_nextText};
-    });
+    const int wanted = box->findText(entry);
+    if (wanted < 0)
+        missing(entry);
+    QTest::keyClick(box, Qt::Key_Home);
+    for (int i = 0; i < wanted; ++i)
+        QTest::keyClick(box, Qt::Key_Down);
 }
 
-Person::~Person()
-{
-    user_dialogs::setHandler(m_previous);
-}
-
-template <class Widget> Widget* Person::find(const QString& name) const
-{
-    return there(m_window.findChild<Widget*>(name), name);
-}
-
-template <class Widget> Widget* Person::seen(Widget* widget) const
-{
-    if (!widget->isVisible())
-        missing(widget->objectName() + QStringLiteral(", it is hidden"));
-    return widget;
-}
-
-QTreeView* Person::steps() const
-{
-    return find<LogicView>(text("center_wgt"))->findChild<QTreeView*>(text("treeView"));
-}
-
-QTreeView* Person::runSteps() const
-{
-    return find<LogicView>(text("center_wgt"))->findChild<QTreeView*>(text("runTreeView"));
-}
-
-QTreeView* Person::variables() const
-{
-    return find<QWidget>(text("widget_para"))->findChild<QTreeView*>(text("treeView"));
-}
-
-QTableView* Person::sequences() const
-{
-    return find<QTableView>(text("tableWidget"));
-}
-
-QModelIndex Person::row(const QAbstractItemView* view, const QString& name) const
+QModelIndex Person::row(const QAbstractItemView* view, const char* name)
 {
     const QModelIndexList rows =
-        view->model()->match(view->model()->index(0, 0), Qt::DisplayRole, name, 1,
+        view->model()->match(view->model()->index(0, 0), Qt::DisplayRole, text(name), 1,
                              Qt::MatchExactly | Qt::MatchCaseSensitive | Qt::MatchRecursive);
     if (rows.isEmpty())
-        missing(name + QStringLiteral(" among\n") +
-                test_support::printTree(*view->model()).join(QLatin1Char('\n')));
+        missing(text(name) + text(" among\n") +
+                test_support::printTree(*view->model()).join(u'\n'));
     return rows.first();
 }
 
 template <class Widget> Widget* Person::field(const char* name) const
 {
-    const auto* dock = find<QDockWidget>(text("controlDock"));
+    const auto* dock = find<QDockWidget>("controlDock");
     for (Widget* widget : dock->findChildren<Widget*>(text(name))) {
         if (widget->isVisible())
             return widget;
@@ -184,26 +118,19 @@ void Person::press(const char* name)
     missing(text(name));
 }
 
-void Person::pressTool(const char* button)
-{
-    QTest::mouseClick(seen(find<QToolButton>(text(button))), Qt::LeftButton);
-}
-
 void Person::pressRun(int entry)
 {
-    auto* run = find<QToolButton>(text("runBtn"));
+    auto* run = find<QToolButton>("runBtn");
     run->menu()->actions().at(entry)->trigger();
     QTest::mouseClick(run, Qt::LeftButton, {}, QPoint(5, run->height() / 2));
 }
 
-void Person::pressRunMain()
+void Person::doubleClickLine(QPlainTextEdit* pane, int line)
 {
-    pressRun(1);
-}
-
-void Person::pressRunCurrent()
-{
-    pressRun(0);
+    const QTextCursor cursor(pane->document()->findBlockByNumber(line));
+    pane->setTextCursor(cursor);
+    const QPoint spot = pane->cursorRect(cursor).center() + QPoint(4, 0);
+    QTest::mouseDClick(pane->viewport(), Qt::LeftButton, {}, spot);
 }
 
 void Person::showTab(const char* title)
@@ -222,14 +149,9 @@ void Person::showTab(const char* title)
 
 void Person::chooseStep(const char* name)
 {
-    auto* palette = find<QTreeWidget>(text("treeWidget"));
-    doubleClick(palette, row(palette, text(name)));
+    auto* palette = find<QTreeWidget>("treeWidget");
+    doubleClick(palette, row(palette, name));
     settle();
-}
-
-void Person::clickStep(const char* name)
-{
-    click(steps(), row(steps(), text(name)));
 }
 
 void Person::pressInSteps(Qt::Key key)
@@ -242,7 +164,7 @@ void Person::pressInSteps(Qt::Key key)
 void Person::toggleStep(const char* name)
 {
     QTreeView* tree = steps();
-    const QModelIndex step = row(tree, text(name));
+    const QModelIndex step = row(tree, name);
     seen(tree)->scrollTo(step);
     QStyleOptionViewItem option;
     option.initFrom(tree);
@@ -262,11 +184,6 @@ void Person::type(const char* name, const char* value)
     enter(widget, text(value));
 }
 
-void Person::choose(const char* name, const char* entry)
-{
-    chooseByKeys(field<QComboBox>(name), text(entry));
-}
-
 void Person::pickVariable(const char* button, const char* variable,
                           const std::function<void(QWidget* picker)>& look)
 {
@@ -275,9 +192,8 @@ void Person::pickVariable(const char* button, const char* variable,
         &m_window, [] { return QApplication::activeModalWidget(); },
         [&](QWidget* picker) {
             try {
-                auto* tree =
-                    there(picker->findChild<QTreeWidget*>(text("treeVars")), text("treeVars"));
-                doubleClick(tree, row(tree, text(variable)));
+                auto* tree = there(picker->findChild<QTreeWidget*>(text("treeVars")), "treeVars");
+                doubleClick(tree, row(tree, variable));
                 if (look)
                     look(picker);
                 QTest::mouseClick(picker->findChild<QAbstractButton*>(text("btnOk")),
@@ -292,12 +208,18 @@ void Person::pickVariable(const char* button, const char* variable,
         missing(complaint);
 }
 
+void Person::chooseForRow(QAbstractItemView* view, const QModelIndex& index, const char* entry)
+{
+    click(view, index);
+    chooseInMenu(view, view->visualRect(index).center(), entry);
+}
+
 void Person::chooseInMenu(QAbstractItemView* view, const QPoint& place, const char* entry)
 {
     QContextMenuEvent event(QContextMenuEvent::Mouse, place, view->viewport()->mapToGlobal(place));
     QCoreApplication::sendEvent(seen(view)->viewport(), &event);
     const auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-    for (QAction* action : there(menu, text("a menu"))->actions()) {
+    for (QAction* action : there(menu, "a menu")->actions()) {
         if (action->text() == text(entry)) {
             QTest::mouseClick(QApplication::activePopupWidget(), Qt::LeftButton, {},
                               menu->actionGeometry(action).center());
@@ -314,7 +236,7 @@ void Person::typeInCell(QAbstractItemView* view, const QModelIndex& cell, const 
     QWidget* editor = view->indexWidget(place);
     if (!editor)
         editor = view->viewport()->findChild<QLineEdit*>();
-    there(editor, QStringLiteral("an editor for ") + value);
+    there(editor, "an editor for the cell");
     if (auto* box = qobject_cast<QComboBox*>(editor)) {
         chooseByKeys(box, value);
     } else {
@@ -330,10 +252,8 @@ void Person::addVariable(const char* group, const char* name, const char* type, 
                          const char* remark)
 {
     QTreeView* tree = variables();
-    const QModelIndex parent = row(tree, text(group));
-    click(tree, parent);
-    chooseInMenu(tree, tree->visualRect(parent).center(), "添加变量");
-    const QModelIndex group_ = row(tree, text(group));
+    chooseForRow(tree, row(tree, group), "添加变量");
+    const QModelIndex group_ = row(tree, group);
     const QPersistentModelIndex added =
         tree->model()->index(tree->model()->rowCount(group_) - 1, 0, group_);
     const char* const texts[] = {name, value, type, remark};
@@ -344,48 +264,14 @@ void Person::addVariable(const char* group, const char* name, const char* type, 
     }
 }
 
-void Person::renameVariable(const char* name, const char* newName)
-{
-    typeInCell(variables(), row(variables(), text(name)), text(newName));
-}
-
-void Person::chooseForVariable(const char* name, const char* entry)
-{
-    const QModelIndex variable = row(variables(), text(name));
-    click(variables(), variable);
-    chooseInMenu(variables(), variables()->visualRect(variable).center(), entry);
-}
-
-void Person::chooseForSequence(int number, const char* entry)
-{
-    clickSequence(number);
-    const QModelIndex cell = sequences()->model()->index(number, 0);
-    chooseInMenu(sequences(), sequences()->visualRect(cell).center(), entry);
-}
-
 void Person::addSequence()
 {
     chooseInMenu(sequences(), sequences()->viewport()->rect().bottomLeft() + QPoint(20, -3),
                  "添加序列");
 }
 
-void Person::renameSequence(int number, const char* name)
-{
-    typeInCell(sequences(), sequences()->model()->index(number, 0), text(name));
-}
-
-void Person::commentSequence(int number, const char* comment)
-{
-    typeInCell(sequences(), sequences()->model()->index(number, 2), text(comment));
-}
-
-void Person::clickSequence(int number)
-{
-    click(sequences(), sequences()->model()->index(number, 0));
-}
-
 void Person::makeMain(int number)
 {
     auto* cell = sequences()->indexWidget(sequences()->model()->index(number, 1));
-    QTest::mouseClick(there(cell, text("a cell"))->findChild<QCheckBox*>(), Qt::LeftButton);
+    QTest::mouseClick(there(cell, "a cell")->findChild<QCheckBox*>(), Qt::LeftButton);
 }

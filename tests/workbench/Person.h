@@ -1,19 +1,20 @@
 #pragma once
 
-#include "model/dialogs/user_dialogs.h"
+#include "logic/LogicView.h"
+#include "shell/ProcessEditWidget.h"
+#include "tests/support/text.h"
+#include "workbench/MainWindow.h"
 
-#include <QModelIndex>
-#include <QPoint>
-#include <QString>
-#include <QStringList>
+#include <QComboBox>
+#include <QTableView>
+#include <QTest>
+#include <QToolButton>
+#include <QTreeView>
 
 #include <functional>
+#include <stdexcept>
 
-class MainWindow;
-class QAbstractItemView;
-class QTableView;
-class QTreeView;
-class QWidget;
+class QPlainTextEdit;
 
 /// Somebody who uses the workbench with mouse and keyboard, and knows what stands on the screen by
 /// its texts. What isn't there fails the test at once, by an exception that the test program lets
@@ -21,28 +22,26 @@ class QWidget;
 class Person
 {
 public:
-    /// Texts that dialogs with one line of input are answered with, are given by willType.
-    explicit Person(MainWindow& window);
-    ~Person();
-
-    /// What is typed into the next input box.
-    void willType(const QString& text) { m_nextText = text; }
-    /// Titles and texts of the boxes that came up, as "title: text".
-    const QStringList& boxes() const { return m_boxes; }
+    explicit Person(MainWindow& window) : m_window(window) {}
 
     /// A button of the window's own tool bar, by its text.
     void press(const char* action);
     /// A button of the editor's tool bar, by object name.
-    void pressTool(const char* button);
-    void pressRunMain();
-    void pressRunCurrent();
+    void pressTool(const char* button)
+    {
+        QTest::mouseClick(seen(find<QToolButton>(button)), Qt::LeftButton);
+    }
+    void pressRunMain() { pressRun(1); }
+    void pressRunCurrent() { pressRun(0); }
+    /// A double click on a line of a pane, brought into sight.
+    static void doubleClickLine(QPlainTextEdit* pane, int line);
     /// A click on the tab of that text.
     void showTab(const char* title);
 
     /// A double click on a step of the palette.
     void chooseStep(const char* name);
     /// A click on the first row of that name in the tree of steps.
-    void clickStep(const char* name);
+    void clickStep(const char* name) { click(steps(), row(steps(), name)); }
     /// A key while the tree of steps has the keyboard.
     void pressInSteps(Qt::Key key);
     /// A click on the check box of such a row.
@@ -51,7 +50,10 @@ public:
     /// Types over what a field of the shown panel holds.
     void type(const char* field, const char* text);
     /// Chooses an entry of a combo box of the shown panel by its keys.
-    void choose(const char* field, const char* text);
+    void choose(const char* name, const char* entry)
+    {
+        chooseByKeys(field<QComboBox>(name), text(entry));
+    }
     /// Opens the picker by a button of the shown panel, double clicks a variable of it, looks, and
     /// accepts.
     void pickVariable(const char* button, const char* variable,
@@ -61,42 +63,83 @@ public:
     /// cell as it is.
     void addVariable(const char* group, const char* name, const char* type, const char* value,
                      const char* remark);
-
-    void renameVariable(const char* name, const char* newName);
+    void renameVariable(const char* name, const char* newName)
+    {
+        typeInCell(variables(), row(variables(), name), text(newName));
+    }
     /// An entry of the context menu of a variable.
-    void chooseForVariable(const char* name, const char* entry);
+    void chooseForVariable(const char* name, const char* entry)
+    {
+        chooseForRow(variables(), row(variables(), name), entry);
+    }
 
     /// Adds a sequence by the context menu; its row is the last one then.
     void addSequence();
-    void renameSequence(int row, const char* name);
-    void clickSequence(int row);
-    void chooseForSequence(int row, const char* entry);
+    void renameSequence(int row, const char* name)
+    {
+        typeInCell(sequences(), ofSequence(row, 0), text(name));
+    }
+    void commentSequence(int row, const char* comment)
+    {
+        typeInCell(sequences(), ofSequence(row, 2), text(comment));
+    }
+    void clickSequence(int row) { click(sequences(), ofSequence(row, 0)); }
+    void chooseForSequence(int row, const char* entry)
+    {
+        chooseForRow(sequences(), ofSequence(row, 0), entry);
+    }
     void makeMain(int row);
-    void commentSequence(int row, const char* comment);
 
-    QTreeView* steps() const;
-    QTreeView* runSteps() const;
-    QTreeView* variables() const;
-    QTableView* sequences() const;
+    QTreeView* steps() const { return treeIn("center_wgt", "treeView"); }
+    QTreeView* runSteps() const { return treeIn("center_wgt", "runTreeView"); }
+    QTreeView* variables() const { return treeIn("widget_para", "treeView"); }
+    QTableView* sequences() const { return find<QTableView>("tableWidget"); }
 
 private:
-    /// Chooses an entry of the run button's menu, and presses the button.
-    void pressRun(int entry);
-    template <class Widget> Widget* find(const QString& name) const;
+    [[noreturn]] static void missing(const QString& what)
+    {
+        throw std::runtime_error("not there: " + what.toStdString());
+    }
+    template <class Thing> static Thing* there(Thing* thing, const char* name)
+    {
+        if (!thing)
+            missing(text(name));
+        return thing;
+    }
+    template <class Widget> Widget* find(const char* name) const
+    {
+        return there(m_window.findChild<Widget*>(text(name)), name);
+    }
     /// @p widget, if it can be seen.
-    template <class Widget> Widget* seen(Widget* widget) const;
-    QModelIndex row(const QAbstractItemView* view, const QString& text) const;
+    template <class Widget> static Widget* seen(Widget* widget)
+    {
+        if (!widget->isVisible())
+            missing(widget->objectName() + text(", it is hidden"));
+        return widget;
+    }
+    /// Several panels have trees of one name.
+    QTreeView* treeIn(const char* panel, const char* name) const
+    {
+        return there(find<QWidget>(panel)->findChild<QTreeView*>(text(name)), name);
+    }
     /// A field of the panel that is shown: several panels have fields of one name.
     template <class Widget> Widget* field(const char* name) const;
-    void click(QAbstractItemView* view, const QModelIndex& index);
-    void doubleClick(QAbstractItemView* view, const QModelIndex& index);
-    /// The context menu at a place of a view, and an entry of it.
-    void chooseInMenu(QAbstractItemView* view, const QPoint& place, const char* entry);
+    static QModelIndex row(const QAbstractItemView* view, const char* name);
+    QModelIndex ofSequence(int row, int column) const
+    {
+        return sequences()->model()->index(row, column);
+    }
+
+    /// Chooses an entry of the run button's menu, and presses the button.
+    void pressRun(int entry);
+    static void click(QAbstractItemView* view, const QModelIndex& index);
+    static void doubleClick(QAbstractItemView* view, const QModelIndex& index);
+    static void chooseByKeys(QComboBox* box, const QString& entry);
+    /// The context menu at a place of a view, or of a row that was clicked, and an entry of it.
+    static void chooseInMenu(QAbstractItemView* view, const QPoint& place, const char* entry);
+    static void chooseForRow(QAbstractItemView* view, const QModelIndex& index, const char* entry);
     /// A double click into a cell, the text, and Return.
-    void typeInCell(QAbstractItemView* view, const QModelIndex& cell, const QString& text);
+    static void typeInCell(QAbstractItemView* view, const QModelIndex& cell, const QString& text);
 
     MainWindow& m_window;
-    QString m_nextText;
-    QStringList m_boxes;
-    user_dialogs::Handler m_previous;
 };

@@ -3,42 +3,32 @@
 // With COMPOSE_PICTURES set to a folder, the window is pictured there at each station; with
 // COMPOSE_DARK set, in a dark palette.
 
-#include "tests/workbench/Person.h"
+#include "tests/workbench/WorkbenchFixture.h"
 
 #include "model/colour_rules.h"
 #include "shell/ProcessEditWidget.h"
-#include "standalone/runtime/runtime.h"
-#include "tests/support/own_settings.h"
 #include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
-#include "workbench/MainWindow.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QFile>
 #include <QLabel>
 #include <QPainter>
-#include <QSettings>
 #include <QTableView>
-#include <QTemporaryDir>
-#include <QToolButton>
 #include <QTreeView>
 #include <QtTest>
 
-#include <memory>
-
 namespace {
 
-QString lines(const QAbstractItemView* view, const QList<int>& columns)
+QString rowsOf(const QAbstractItemView* view, const QList<int>& columns)
 {
-    return view->model() ? test_support::printTree(*view->model(), columns).join(QLatin1Char('\n'))
-                         : QString();
+    return view->model() ? test_support::printTree(*view->model(), columns).join(u'\n') : QString();
 }
 
 QStringList stepNames(const QAbstractItemView* view)
 {
     QStringList names = test_support::printTree(*view->model());
-    return names.replaceInStrings(QRegularExpression(QStringLiteral("\\[.\\] ")), QString());
+    return names.replaceInStrings(QRegularExpression(text("\\[.\\] ")), QString());
 }
 
 QPalette darkPalette()
@@ -68,54 +58,45 @@ QPixmap picture(QWidget& window, QWidget* dialog = nullptr)
 
 } // namespace
 
-class ComposeFromNothingTest : public QObject
+class ComposeFromNothingTest : public WorkbenchFixture
 {
     Q_OBJECT
 private slots:
     void initTestCase();
+    void init();
     void composeFromNothing();
-    void cleanupTestCase() { standalone::shutdownRuntime(); }
 
 private:
-    void openWindow(const QString& project);
-    void look(const char* station, QWidget* dialog = nullptr);
+    void look(const char* station, QWidget* dialog = nullptr) const;
     void composeSequences();
     void composeVariables();
     void composeMain();
     void composeSummary();
     /// Everything that the window shows of the document, sequence by sequence.
-    QString document();
+    QString shownDocument();
     /// Steps of the run that are not shown as done.
     QStringList notGreen() const;
-    bool isIdle() const
-    {
-        return m_window->findChild<QToolButton*>(QStringLiteral("runBtn"))->isEnabled();
-    }
+    /// The lines of output until what was pressed is over.
+    QStringList outputOfIt();
 
-    static constexpr int Patience = 60000;
-    std::unique_ptr<MainWindow> m_window;
-    std::unique_ptr<Person> m_person;
+    QStringList m_output;
 };
 
 void ComposeFromNothingTest::initTestCase()
 {
     if (qEnvironmentVariableIsSet("COMPOSE_DARK"))
         QApplication::setPalette(darkPalette());
-    test_support::useOwnSettings("compose_from_nothing_test");
+    WorkbenchFixture::initTestCase();
 }
 
-void ComposeFromNothingTest::openWindow(const QString& project)
+void ComposeFromNothingTest::init()
 {
-    m_person.reset();
-    m_window = std::make_unique<MainWindow>();
-    m_window->openProject(ProjectFolder(project));
-    m_window->show();
-    m_window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    m_person = std::make_unique<Person>(*m_window);
+    WorkbenchFixture::init();
+    m_project = path("line_4");
+    QVERIFY(QDir().mkpath(m_project));
 }
 
-void ComposeFromNothingTest::look(const char* station, QWidget* dialog)
+void ComposeFromNothingTest::look(const char* station, QWidget* dialog) const
 {
     const QString folder = qEnvironmentVariable("COMPOSE_PICTURES");
     if (folder.isEmpty())
@@ -199,13 +180,13 @@ void ComposeFromNothingTest::composeSummary()
     m_person->clickSequence(0);
 }
 
-QString ComposeFromNothingTest::document()
+QString ComposeFromNothingTest::shownDocument()
 {
     m_person->showTab("序列");
-    QStringList parts{lines(m_person->sequences(), {0, 2})};
+    QStringList parts{rowsOf(m_person->sequences(), {0, 2})};
     for (int sequence = 0; sequence < m_person->sequences()->model()->rowCount(); ++sequence) {
         m_person->clickSequence(sequence);
-        parts << lines(m_person->steps(), {0, 1}) << lines(m_person->variables(), {0, 1, 2, 3});
+        parts << rowsOf(m_person->steps(), {0, 1}) << rowsOf(m_person->variables(), {0, 1, 2, 3});
     }
     m_person->clickSequence(0);
     return parts.join(QLatin1String("\n--\n"));
@@ -223,7 +204,7 @@ QStringList ComposeFromNothingTest::notGreen() const
                 below << model.index(row, 0, parent);
                 const QModelIndex state = model.index(row, 3, parent);
                 const QColor colour = state.data(Qt::BackgroundRole).value<QBrush>().color();
-                if (state.data() != QStringLiteral("执行成功") ||
+                if (state.data() != text("执行成功") ||
                     colour.green() <= std::max(colour.red(), colour.blue()))
                     rows << below.last().data().toString();
             }
@@ -232,15 +213,20 @@ QStringList ComposeFromNothingTest::notGreen() const
     return rows;
 }
 
+QStringList ComposeFromNothingTest::outputOfIt()
+{
+    if (!QTest::qWaitFor([this] { return isIdle(); }, Patience))
+        m_output << text("no end came");
+    QStringList said;
+    said.swap(m_output);
+    return said;
+}
+
 void ComposeFromNothingTest::composeFromNothing()
 {
-    QTemporaryDir place;
-    const QString project = place.filePath(QStringLiteral("line_4"));
-    QVERIFY(QDir().mkpath(project));
-
-    openWindow(project);
+    openWindow();
     look("1_empty_project");
-    m_person->willType(QStringLiteral("motor_check"));
+    m_value = text("motor_check");
     m_person->press("新建小程序");
     composeSequences();
     composeVariables();
@@ -249,41 +235,38 @@ void ComposeFromNothingTest::composeFromNothing()
     look("5_steps");
     composeSummary();
 
-    const QString composed = document();
+    const QString composed = shownDocument();
     m_person->pressTool("saveBtn");
     QVERIFY(!m_window->isDocumentModified());
     QVERIFY(m_window->close());
-    openWindow(project);
-    m_window->openApplet(QStringLiteral("motor_check"));
-    QCOMPARE(document(), composed);
+    openWindow("motor_check");
+    QCOMPARE(shownDocument(), composed);
 
-    QStringList output;
     connect(m_window->editor(), &ProcessEditWidget::notifyRunResultSig, this,
-            [&output](bool, const QString& text) { output << text.trimmed(); });
+            [this](bool, const QString& said) { m_output << said.trimmed(); });
     m_person->pressTool("compileBtn");
-    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
-    QVERIFY2(output.join(QString()).contains(QStringLiteral("main_check编译成功")),
-             qPrintable(output.join(QLatin1Char('\n'))));
+    QStringList said = outputOfIt();
+    QVERIFY2(said.join(u'\n').contains(text("main_check编译成功")), qPrintable(said.join(u'\n')));
 
     m_person->pressRunMain();
-    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
+    QCOMPARE(activity()->text(), text("正在运行")); // without a compile
+    said = outputOfIt();
+    QCOMPARE(activity()->text(), text("运行结束"));
     // 7, four times one more, once a hundred; then fifties up to the limit.
-    QVERIFY2(output.contains(QStringLiteral("台架A: total 211")),
-             qPrintable(output.join(QLatin1Char('\n'))));
+    QVERIFY2(said.contains(text("台架A: total 211")), qPrintable(said.join(u'\n')));
     QCOMPARE(stepNames(m_person->runSteps()), stepNames(m_person->steps()));
     QCOMPARE(notGreen(), QStringList());
+    QVERIFY(!m_window->isDocumentModified());
     look("6_run");
 
     m_person->showTab("编辑序列");
     m_person->toggleStep("else");
-    output.clear();
     m_person->pressRunMain();
-    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
-    QVERIFY2(output.contains(QStringLiteral("台架A: total 207")),
-             qPrintable(output.join(QLatin1Char('\n'))));
+    said = outputOfIt();
+    QVERIFY2(said.contains(text("台架A: total 207")), qPrintable(said.join(u'\n')));
     QStringList left = stepNames(m_person->steps());
-    const int branch = left.indexOf(QStringLiteral("    else"));
-    QCOMPARE(left.takeAt(branch + 1), QStringLiteral("      表达式"));
+    const int branch = left.indexOf(text("    else"));
+    QCOMPARE(left.takeAt(branch + 1), text("      表达式"));
     left.removeAt(branch);
     QCOMPARE(stepNames(m_person->runSteps()), left);
     QCOMPARE(notGreen(), QStringList());
@@ -291,13 +274,11 @@ void ComposeFromNothingTest::composeFromNothing()
     m_person->showTab("编辑序列");
     m_person->showTab("序列");
     m_person->clickSequence(1);
-    output.clear();
     m_person->pressRunCurrent();
-    QTRY_VERIFY_WITH_TIMEOUT(isIdle(), Patience);
-    QVERIFY2(output.contains(QStringLiteral("limit 400")),
-             qPrintable(output.join(QLatin1Char('\n'))));
+    said = outputOfIt();
+    QVERIFY2(said.contains(text("limit 400")), qPrintable(said.join(u'\n')));
     QCOMPARE(notGreen(), QStringList());
-    QCOMPARE(m_person->boxes(), QStringList());
+    QCOMPARE(m_asked.size(), 1); // the applet's name
 }
 
 PE_WIDGET_TEST("compose_from_nothing", ComposeFromNothingTest)

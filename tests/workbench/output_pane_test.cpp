@@ -1,23 +1,16 @@
-#include "base/file_reading.h"
+#include "tests/workbench/WorkbenchFixture.h"
+
 #include "logic/LogicView.h"
-#include "logic/rows/logic_roles.h"
 #include "model/process_blocks.h"
 #include "model/services/processedit.h"
 #include "shell/ProcessEditWidget.h"
-#include "shell/run/ProcessEditToolBar.h"
 #include "tests/support/folders.h"
-#include "tests/support/own_settings.h"
 #include "tests/support/test_program.h"
-#include "tests/support/text.h"
-#include "workbench/MainWindow.h"
 #include "workbench/OutputPane.h"
 
 #include <QDesktopServices>
-#include <QDockWidget>
 #include <QLabel>
 #include <QScrollBar>
-#include <QSettings>
-#include <QStatusBar>
 #include <QTextBlock>
 #include <QTreeView>
 #include <QtTest>
@@ -25,11 +18,10 @@
 namespace processedit = sdk_ui_interface::processedit;
 
 /// Errors of a compile as the user meets them: lines in the output, and the way back to the steps.
-class OutputPaneTest : public QObject
+class OutputPaneTest : public WorkbenchFixture
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
     void errorsLeadToTheirSteps();
     void causeIsInSight();
     void linesKeepTheirOwnLook();
@@ -40,26 +32,19 @@ public:
     Q_INVOKABLE void keepUrl(const QUrl& url) { m_opened << url; }
 
 private:
-    static void setCode(const QString& app, const char* sequence, const char* step,
-                        const char* code);
+    static void setCode(const char* app, const char* sequence, const char* step, const char* code);
 
     QList<QUrl> m_opened; ///< by the desktop
-    const QString m_app = QStringLiteral("ecu_check");
 };
 
-void OutputPaneTest::initTestCase()
-{
-    test_support::useOwnSettings("output_pane_test");
-}
-
-void OutputPaneTest::setCode(const QString& app, const char* sequence, const char* step,
+void OutputPaneTest::setCode(const char* app, const char* sequence, const char* step,
                              const char* code)
 {
     const auto block = std::dynamic_pointer_cast<StatementProcessBlock>(
-        processedit::getProcess(app, QString::fromLatin1(step)));
+        processedit::getProcess(text(app), text(step)));
     QVERIFY(block);
     block->setCustomCode(code);
-    processedit::updateProcess(app, QString::fromLatin1(sequence), block);
+    processedit::updateProcess(text(app), text(sequence), block);
 }
 
 void OutputPaneTest::errorsLeadToTheirSteps()
@@ -68,73 +53,53 @@ void OutputPaneTest::errorsLeadToTheirSteps()
     const char* answered = "3aa0b717-6e3c-4922-8bf9-ed99e1b50530"; // three rows deep
     const char* calibration = "c9a1b9c6-f144-4e76-9caa-4e4cb25356a1";
     const char* checksum = "714a2d60-e024-4236-a07b-e97dbad85926";
-    QTemporaryDir folder;
-    QVERIFY(test_support::copyFolder(QStringLiteral(PE_EXAMPLE), folder.path()));
-    MainWindow window;
-    window.openProject(ProjectFolder(folder.path()));
-    window.openApplet(m_app);
-    window.show();
-    setCode(m_app, identity, answered, "int n = 1;\nqzqzq(n);");
-    setCode(m_app, calibration, checksum, "if (qz2) {\n}\n");
-
-    QSignalSpy finished(&window, &MainWindow::attemptFinished);
-    window.editor()->onToolWidgetButtonClickedSlot(ProcessEditToolBar::Compile);
-    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 60000);
+    openWindow("ecu_check");
+    setCode("ecu_check", identity, answered, "int n = 1;\nqzqzq(n);");
+    setCode("ecu_check", calibration, checksum, "if (qz2) {\n}\n");
+    QSignalSpy finished(m_window.get(), &MainWindow::attemptFinished);
+    m_person->pressTool("compileBtn");
+    QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, Patience);
     QCOMPARE(finished[0][0].toBool(), false);
-    QCOMPARE(window.findChild<QLabel*>(QStringLiteral("activity"))->text(),
-             QStringLiteral("编译失败"));
+    QCOMPARE(activity()->text(), text("编译失败"));
 
-    auto* pane = qobject_cast<OutputPane*>(
-        window.findChild<QDockWidget*>(QStringLiteral("outputDock"))->widget());
-    const QStringList lines = pane->toPlainText().split(QLatin1Char('\n'));
-    const QString first =
-        QStringLiteral("出错步骤: 序列“read_identity”, 步骤“收到应答”, 语句第 2 行: "
-                       "‘qzqzq’ was not declared in this scope");
-    const int at =
-        lines.indexOf(QRegularExpression(QStringLiteral("\\d\\d:\\d\\d:\\d\\d  ") + first));
-    QVERIFY2(at >= 0, qPrintable(lines.join(QLatin1Char('\n'))));
+    const QStringList lines = output()->toPlainText().split(u'\n');
+    const int at = lines.indexOf(QRegularExpression(
+        text("\\d\\d:\\d\\d:\\d\\d  出错步骤: 序列“read_identity”, 步骤“收到应答”, 语句第 2 行: "
+             "‘qzqzq’ was not declared in this scope")));
+    QVERIFY2(at >= 0, qPrintable(lines.join(u'\n')));
     QVERIFY(lines[at + 1].startsWith(
-        QStringLiteral("出错步骤: 序列“check_calibration”, 步骤“计算校验和”, 语句第 1 行: ‘qz2’")));
+        text("出错步骤: 序列“check_calibration”, 步骤“计算校验和”, 语句第 1 行: ‘qz2’")));
 
-    const auto doubleClick = [pane](int line) {
-        const QTextCursor cursor(pane->document()->findBlockByNumber(line));
-        pane->setTextCursor(cursor);
-        const QPoint spot = pane->cursorRect(cursor).center() + QPoint(4, 0);
-        QTest::mouseDClick(pane->viewport(), Qt::LeftButton, {}, spot);
-    };
-    auto* view = window.editor()->findChild<LogicView*>();
-    auto* tree = view->findChild<QTreeView*>(QStringLiteral("treeView"));
-    const auto shows = [&](const char* sequence, const char* step) {
+    auto* view = m_window->editor()->findChild<LogicView*>();
+    const auto isLedTo = [&](int line, const char* sequence, const char* step) {
+        Person::doubleClickLine(output(), line);
+        const QTreeView* tree = m_person->steps();
         const QModelIndex row = tree->currentIndex();
-        return view->currentSequenceId() == QLatin1String(sequence) &&
-               row.data(logic_roles::BlockUuid) == QLatin1String(step) &&
+        return view->currentSequenceId() == text(sequence) && view->currentStepId() == text(step) &&
                tree->viewport()->rect().contains(tree->visualRect(row).center());
     };
-    doubleClick(at);
-    QVERIFY(shows(identity, answered));
-    doubleClick(at + 1);
-    QVERIFY(shows(calibration, checksum));
+    QVERIFY(isLedTo(at, identity, answered));
+    QVERIFY(isLedTo(at + 1, calibration, checksum));
     // The compiler's own lines lead nowhere.
-    doubleClick(at + 2);
-    QVERIFY(shows(calibration, checksum));
+    QVERIFY(isLedTo(at + 2, calibration, checksum));
     // A step that went in the meantime is no harm.
-    processedit::removeProcess(m_app, QLatin1String(identity), QLatin1String(answered));
-    view->addNewModelSlot(QLatin1String(identity));
-    doubleClick(at);
-    QCOMPARE(view->currentSequenceId(), QLatin1String(identity));
+    processedit::removeProcess(text("ecu_check"), text(identity), text(answered));
+    view->addNewModelSlot(text(identity));
+    Person::doubleClickLine(output(), at);
+    QCOMPARE(view->currentSequenceId(), text(identity));
 }
 
 // Of a crash and of a failed compile: what explains the cause is folded, and nothing of it is lost.
 void OutputPaneTest::causeIsInSight()
 {
-    OutputPane pane(QStringLiteral("nothing"));
+    OutputPane pane(text("nothing"));
     pane.resize(500, 160);
     pane.show();
     const auto shown = [&pane] {
         QStringList lines;
         for (QTextBlock block = pane.document()->begin(); block.isValid(); block = block.next()) {
             if (block.isVisible())
-                lines << block.text().remove(QRegularExpression(QStringLiteral("^[\\d:]+  ")));
+                lines << block.text().remove(QRegularExpression(text("^[\\d:]+  ")));
         }
         return lines;
     };
@@ -149,12 +114,12 @@ void OutputPaneTest::causeIsInSight()
     const QStringList lines =
         text("信号中断|正在执行: c|此前执行的步骤 (由近及远):|  b|  a|运行崩溃").split(u'|');
     for (int i = 0; i < 20; ++i)
-        pane.append(QStringLiteral("earlier"), false);
+        pane.append(text("earlier"), false);
     pane.append(lines.mid(0, 5).join(u'\n'), false);
     pane.append(lines[5], true);
     QCOMPARE(shown().mid(20), (QStringList{lines[0], lines[1], text("▸ ") + lines[2], lines[5]}));
     QVERIFY(isInSight("信号中断"));
-    QVERIFY(pane.toPlainText().contains(QStringLiteral("\n  a\n")));
+    QVERIFY(pane.toPlainText().contains(text("\n  a\n")));
 
     // A click opens the details and closes them again.
     const auto click = [&pane](const char* words) {
@@ -171,10 +136,10 @@ void OutputPaneTest::causeIsInSight()
     // A long error begins at its top, however far up one has read.
     QString words;
     for (int i = 0; i < 40; ++i)
-        words += QStringLiteral("a.cpp:%1: error: words\n").arg(i);
+        words += text("a.cpp:%1: error: words\n").arg(i);
     pane.verticalScrollBar()->setValue(0);
-    pane.append(QStringLiteral("第一处 [s/1]\n第二处 [s/2]\n") + words +
-                    QStringLiteral("\n编译用时1.5秒\nmain编译失败\n"),
+    pane.append(text("第一处 [s/1]\n第二处 [s/2]\n") + words +
+                    text("\n编译用时1.5秒\nmain编译失败\n"),
                 true);
     QCOMPARE(shown().mid(24).join(u'|'),
              text("第一处|第二处|▸ 编译器的原文 (41 行):|编译用时1.5秒|main编译失败"));
@@ -182,21 +147,21 @@ void OutputPaneTest::causeIsInSight()
     pane.append(words, true); // without places nothing can stand for it
     QVERIFY(isInSight("a.cpp:0:") && !isInSight("a.cpp:39:"));
     // What comes then doesn't take the reader away, until the next run begins.
-    pane.append(QStringLiteral("later"), false);
+    pane.append(text("later"), false);
     QVERIFY(!isInSight("later"));
     pane.followEnd();
     QVERIFY(isInSight("later"));
-    pane.append(QStringLiteral("the next"), false);
+    pane.append(text("the next"), false);
     QVERIFY(isInSight("the next"));
 }
 
 void OutputPaneTest::linesKeepTheirOwnLook()
 {
-    OutputPane pane(QStringLiteral("nothing"));
-    pane.append(QStringLiteral("wrong [s/1]"), true);
+    OutputPane pane(text("nothing"));
+    pane.append(text("wrong [s/1]"), true);
     pane.setTextCursor(QTextCursor(pane.document()->lastBlock())); // as a click leaves it
-    pane.append(QStringLiteral("  fine  <b>&amp;"), false);
-    pane.append(QStringLiteral("still used [s/2]"), false);
+    pane.append(text("  fine  <b>&amp;"), false);
+    pane.append(text("still used [s/2]"), false);
     const auto format = [&pane](int line) {
         QTextCursor cursor(pane.document()->findBlockByNumber(line));
         cursor.movePosition(QTextCursor::EndOfBlock);
@@ -205,12 +170,12 @@ void OutputPaneTest::linesKeepTheirOwnLook()
     QVERIFY(format(0).fontUnderline() && format(0).foreground().color().red() > 150);
     QVERIFY(!format(1).fontUnderline() && !format(1).hasProperty(QTextFormat::ForegroundBrush));
     QVERIFY(format(2).fontUnderline() && !format(2).hasProperty(QTextFormat::ForegroundBrush));
-    QVERIFY(pane.toPlainText().contains(QStringLiteral("    fine  <b>&amp;\n")));
+    QVERIFY(pane.toPlainText().contains(text("    fine  <b>&amp;\n")));
 }
 
 void OutputPaneTest::firstLinesLeadToTheRecord()
 {
-    OutputPane pane(QStringLiteral("nothing"));
+    OutputPane pane(text("nothing"));
     pane.resize(500, 160);
     pane.show();
     QSignalSpy files(&pane, &OutputPane::recordActivated);
@@ -218,20 +183,14 @@ void OutputPaneTest::firstLinesLeadToTheRecord()
     int said = 0;
     const auto say = [&pane, &said](int lines, const char* record) {
         for (int line = 0; line < lines; ++line)
-            pane.append(QStringLiteral("line %1 [s/1]").arg(said++), false, text(record));
+            pane.append(text("line %1 [s/1]").arg(said++), false, text(record));
     };
     const auto first = [&pane] { return pane.document()->firstBlock().text(); };
     const auto number = [&pane](int line) {
         return pane.document()->findBlockByNumber(line).text().section(u' ', -1).toInt();
     };
-    const auto doubleClickLine = [&pane](int line) {
-        pane.verticalScrollBar()->setValue(line);
-        const QTextCursor cursor(pane.document()->findBlockByNumber(line));
-        const QPoint spot = pane.cursorRect(cursor).center() + QPoint(4, 0);
-        QTest::mouseDClick(pane.viewport(), Qt::LeftButton, {}, spot);
-    };
     say(20000, "/a.log");
-    QVERIFY(first().endsWith(QStringLiteral("line 0")));
+    QVERIFY(first().endsWith(text("line 0")));
     // Nobody who reads is taken away from his line.
     pane.verticalScrollBar()->setValue(10000);
     say(2000, "/a.log");
@@ -240,9 +199,9 @@ void OutputPaneTest::firstLinesLeadToTheRecord()
     QCOMPARE(first(), text("… %1 行已省略, 完整日志: /a.log").arg(gone));
     QCOMPARE(number(1), gone);
     QCOMPARE(number(pane.verticalScrollBar()->value()), 10000);
-    doubleClickLine(0);
+    Person::doubleClickLine(&pane, 0);
     QCOMPARE(files, QList<QList<QVariant>>({{text("/a.log")}}));
-    doubleClickLine(1); // the others lead where they led
+    Person::doubleClickLine(&pane, 1); // the others lead where they led
     QCOMPARE(steps.count(), 1);
     QCOMPARE(files.count(), 1);
 
@@ -255,49 +214,35 @@ void OutputPaneTest::firstLinesLeadToTheRecord()
     QCOMPARE(first(), text("… %1 行已省略").arg(goneOfIt));
     QCOMPARE(number(1), before + goneOfIt);
     QCOMPARE(pane.verticalScrollBar()->value(), pane.verticalScrollBar()->maximum());
-    doubleClickLine(0);
+    Person::doubleClickLine(&pane, 0);
     QCOMPARE(files.count(), 1);
 }
 
 void OutputPaneTest::recordOfARunIsOpened()
 {
-    QTemporaryDir folder;
-    QVERIFY(test_support::copyFolder(QStringLiteral(PE_EXAMPLE), folder.path()));
-    MainWindow window;
-    window.openProject(ProjectFolder(folder.path()));
-    window.openApplet(QStringLiteral("crash"));
-    window.show();
-    setCode(QStringLiteral("crash"), "77aa0ff8-0394-4df2-91eb-46f913f6dfee",
-            "e71618b8-b41b-448e-8488-fff4af7d5cc2",
+    openWindow("crash");
+    setCode("crash", "77aa0ff8-0394-4df2-91eb-46f913f6dfee", "e71618b8-b41b-448e-8488-fff4af7d5cc2",
             "for (int i = 0; i < 25000; ++i) log_info(\"line %d\", i);");
-    QSignalSpy ended(window.editor(), &ProcessEditWidget::sigRunFinish);
-    window.editor()->onToolWidgetButtonClickedSlot(ProcessEditToolBar::RunMain);
-    QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, 60000);
+    QSignalSpy ended(m_window->editor(), &ProcessEditWidget::sigRunFinish);
+    m_person->pressRunMain();
+    QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, Patience);
 
-    auto* pane = qobject_cast<OutputPane*>(
-        window.findChild<QDockWidget*>(QStringLiteral("outputDock"))->widget());
-    const auto openRecord = [pane] {
-        pane->verticalScrollBar()->setValue(0);
-        const QPoint spot = pane->cursorRect(QTextCursor(pane->document())).center();
-        QTest::mouseDClick(pane->viewport(), Qt::LeftButton, {}, spot + QPoint(4, 0));
-    };
-    const QString said = pane->document()->firstBlock().text();
-    const QString record = said.section(QStringLiteral(", 完整日志: "), 1);
-    QVERIFY2(record.startsWith(folder.path() + QStringLiteral("/CApplet/crash_log/")),
-             qPrintable(said));
-    const QByteArray content = file_reading::read(record, file_reading::MostOfTable).content;
+    const QString said = output()->document()->firstBlock().text();
+    const QString record = said.section(text(", 完整日志: "), 1);
+    QVERIFY2(record.startsWith(path("CApplet/crash_log/")), qPrintable(said));
+    const QByteArray content = test_support::content(record);
     for (int line = 0, at = 0; line < 25000; ++line) {
         at = content.indexOf("line " + QByteArray::number(line) + '\n', at);
         QVERIFY2(at >= 0, qPrintable(QString::number(line)));
     }
-    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "keepUrl");
-    openRecord();
+    QDesktopServices::setUrlHandler(text("file"), this, "keepUrl");
+    Person::doubleClickLine(output(), 0);
     QCOMPARE(m_opened, QList<QUrl>({QUrl::fromLocalFile(record)}));
     QVERIFY(QFile::remove(record));
-    openRecord();
-    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    Person::doubleClickLine(output(), 0);
+    QDesktopServices::unsetUrlHandler(text("file"));
     QCOMPARE(m_opened.size(), 1);
-    QVERIFY(window.statusBar()->currentMessage().contains(record));
+    QVERIFY(status().contains(record));
 }
 
 PE_WIDGET_TEST("output_pane_test", OutputPaneTest)

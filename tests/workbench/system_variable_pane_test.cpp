@@ -2,7 +2,9 @@
 
 #include "model/dialogs/user_dialogs.h"
 #include "standalone/variables/SystemVariables.h"
+#include "tests/support/print_tree.h"
 #include "tests/support/test_program.h"
+#include "tests/support/text.h"
 
 #include <QAbstractItemModelTester>
 #include <QAction>
@@ -27,31 +29,30 @@ private slots:
     void addsAndRemoves();
 
 private:
-    QString rows() const;
+    QString rows() const
+    {
+        return test_support::printTree(*table->model(), {0, 1, 2, 3}).join(text("; "));
+    }
     QString valueOf(const char* name) const
     {
         system_variate::SystemVarInfo variable;
-        const bool isThere = service.find(QString::fromLatin1(name), variable);
-        return isThere ? variable.value : QStringLiteral("none");
+        const bool isThere = service.find(text(name), variable);
+        return isThere ? variable.value : text("none");
     }
     void define(const char* name, DataCategoryType category, const char* value, int kind = 1)
     {
         system_variate::SystemVarInfo variable;
-        variable.name = QString::fromLatin1(name);
+        variable.name = text(name);
         variable.category = category;
         variable.kind = kind;
-        variable.value = QString::fromLatin1(value);
+        variable.value = text(value);
         QCOMPARE(service.define(variable), SystemVariables::Done);
     }
     bool write(int row, int column, const char* value)
     {
-        return table->model()->setData(table->model()->index(row, column),
-                                       QString::fromUtf8(value));
+        return table->model()->setData(table->model()->index(row, column), text(value));
     }
-    void press(const char* action)
-    {
-        pane->findChild<QAction*>(QString::fromLatin1(action))->trigger();
-    }
+    void press(const char* action) { pane->findChild<QAction*>(text(action))->trigger(); }
 
     SystemVariables& service = SystemVariables::instance();
     std::unique_ptr<SystemVariablePane> pane;
@@ -75,32 +76,20 @@ void SystemVariablePaneTest::cleanup()
         service.remove(name);
 }
 
-QString SystemVariablePaneTest::rows() const
-{
-    QStringList lines;
-    for (int row = 0; row < table->model()->rowCount(); ++row) {
-        QStringList cells;
-        for (int column = 0; column < table->model()->columnCount(); ++column)
-            cells << table->model()->index(row, column).data().toString();
-        lines << cells.join(QLatin1Char(' ')).trimmed();
-    }
-    return lines.join(QLatin1String("; "));
-}
-
 void SystemVariablePaneTest::followsTheService()
 {
-    QCOMPARE(rows(), QStringLiteral("speed s32 10; vin char* LV1"));
+    QCOMPARE(rows(), text("speed | s32 | 10 |; vin | char* | LV1 |"));
     // A running applet sets values from a thread of the runtime, as fast as it can.
     std::thread applet([this] {
         for (int value = 0; value <= 10000; ++value)
-            service.setValue(QStringLiteral("speed"), QString::number(value));
+            service.setValue(text("speed"), QString::number(value));
     });
     applet.join();
-    QTRY_COMPARE(rows(), QStringLiteral("speed s32 10000; vin char* LV1"));
+    QTRY_COMPARE(rows(), text("speed | s32 | 10000 |; vin | char* | LV1 |"));
     define("abs", DoubleCategory, "1.5");
     define("inner", SignedCategory, "1", 2);
-    service.remove(QStringLiteral("vin"));
-    QTRY_COMPARE(rows(), QStringLiteral("abs double 1.5; inner s32 1; speed s32 10000"));
+    service.remove(text("vin"));
+    QTRY_COMPARE(rows(), text("abs | double | 1.5 |; inner | s32 | 1 |; speed | s32 | 10000 |"));
     const QModelIndex inner = table->model()->index(1, 2);
     QVERIFY(!(inner.flags() & (Qt::ItemIsEditable | Qt::ItemIsEnabled)));
 }
@@ -109,31 +98,31 @@ void SystemVariablePaneTest::writesToTheService()
 {
     QSignalSpy refused(pane.get(), &SystemVariablePane::refused);
     QVERIFY(write(0, 2, "-42"));
-    QCOMPARE(valueOf("speed"), QStringLiteral("-42"));
+    QCOMPARE(valueOf("speed"), text("-42"));
     QVERIFY(!write(0, 2, "fast"));
     QCOMPARE(refused.size(), 1);
-    QCOMPARE(valueOf("speed"), QStringLiteral("-42"));
+    QCOMPARE(valueOf("speed"), text("-42"));
     // Another type, whose values the old one isn't among.
     QVERIFY(write(0, 1, "double"));
     QVERIFY(write(0, 2, "0.5"));
     QVERIFY(write(0, 3, "米每秒"));
-    QCOMPARE(rows(), QStringLiteral("speed double 0.5 米每秒; vin char* LV1"));
+    QCOMPARE(rows(), text("speed | double | 0.5 | 米每秒; vin | char* | LV1 |"));
     QVERIFY(!(table->model()->index(0, 0).flags() & Qt::ItemIsEditable));
 }
 
 void SystemVariablePaneTest::addsAndRemoves()
 {
     QStringList asked;
-    QString answer = QStringLiteral("gear");
+    QString answer = text("gear");
     const auto previous = user_dialogs::setHandler([&](const user_dialogs::Message& message) {
         asked << message.text;
         return user_dialogs::Answer{user_dialogs::Button::Ok, answer};
     });
     press("addSystemVariable");
-    QCOMPARE(rows(), QStringLiteral("gear s32 0; speed s32 10; vin char* LV1"));
-    QCOMPARE(table->currentIndex().siblingAtColumn(0).data().toString(), QStringLiteral("gear"));
+    QCOMPARE(rows(), text("gear | s32 | 0 |; speed | s32 | 10 |; vin | char* | LV1 |"));
+    QCOMPARE(table->currentIndex().siblingAtColumn(0).data().toString(), text("gear"));
     for (const char* refused : {"gear", "2fast"}) {
-        answer = QString::fromLatin1(refused);
+        answer = text(refused);
         asked.clear();
         press("addSystemVariable");
         QCOMPARE(asked.size(), 2); // the question and the complaint
