@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QSettings>
 #include <QSplitter>
 #include <QTabBar>
@@ -42,9 +43,10 @@ private:
     }
     void reopen(const QByteArray& settings);
     QList<int> sizes() const { return find<QSplitter>("splitter")->sizes(); }
-    QLineEdit* nameField() const
+    /// What is typed there is written a second later.
+    QPlainTextEdit* remark() const
     {
-        return find<QLineEdit>(m_editor->getSettingWgt(), "nameLineEdit");
+        return find<QPlainTextEdit>(m_editor->getSettingWgt(), "textEdit");
     }
 };
 
@@ -77,16 +79,16 @@ void ProcessEditWidgetTest::whatIsTypedIsSaved()
     click(step);
     QSignalSpy modified(m_editor.get(), &ProcessEditWidget::sigAuthoringModified);
     m_record->take();
-    nameField()->setText(text("改名"));
-    QCOMPARE(step->name, std::string("等待"));
+    remark()->setPlainText(text("改"));
+    QCOMPARE(step->remark, std::string());
     m_editor->save(QString());
-    QCOMPARE(step->name, std::string("改名"));
+    QCOMPARE(step->remark, std::string("改"));
     QCOMPARE(modified.count(), 1);
     QCOMPARE(m_record->take(), QStringList{text("saved ") + m_name});
-    QVERIFY(saved().contains("改名"));
-    nameField()->setText(text("再改"));
+    QVERIFY(saved().contains("改"));
+    remark()->setPlainText(text("再改"));
     QVERIFY(m_editor->saveApp(m_name, false, QString()));
-    QCOMPARE(step->name, std::string("再改"));
+    QCOMPARE(step->remark, std::string("再改"));
     // A press on the tool bar doesn't take the focus away from an open editor.
     auto* table = m_editor->findChild<wgtSequenceTable*>()->findChild<QTableWidget*>();
     table->setCurrentCell(0, 2);
@@ -102,12 +104,12 @@ void ProcessEditWidgetTest::panelsFollowTheClickedStep()
     const auto first = addDelay(10);
     const auto second = addDelay(20);
     click(first);
-    nameField()->setText(text("第一"));
+    remark()->setPlainText(text("第一"));
     click(second);
     // What was typed goes to the step that it was typed for.
-    QCOMPARE(first->name, std::string("第一"));
-    QCOMPARE(second->name, std::string("等待"));
-    QCOMPARE(nameField()->text(), text("等待"));
+    QCOMPARE(first->remark, std::string("第一"));
+    QCOMPARE(second->remark, std::string());
+    QCOMPARE(remark()->toPlainText(), QString());
     QCOMPARE(find<QLineEdit>(m_editor->getSettingWgt(), "editPreview")->text(),
              QString::fromStdString(second->description()));
 
