@@ -8,15 +8,20 @@
 #include <QCheckBox>
 #include <QContextMenuEvent>
 #include <QDockWidget>
+#include <QDragEnterEvent>
 #include <QInputMethodEvent>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QTabBar>
 #include <QTextBlock>
 #include <QTimer>
 #include <QToolBar>
 #include <QTreeWidget>
+
+#include <memory>
 
 namespace {
 
@@ -80,10 +85,11 @@ QModelIndex Person::row(const QAbstractItemView* view, const char* name)
 
 template <class Widget> Widget* Person::field(const char* name) const
 {
-    const auto* dock = find<QDockWidget>("controlDock");
-    for (Widget* widget : dock->findChildren<Widget*>(text(name))) {
-        if (widget->isVisible())
-            return widget;
+    for (const char* dock : {"controlDock", "settingDock"}) {
+        for (Widget* widget : find<QDockWidget>(dock)->findChildren<Widget*>(text(name))) {
+            if (widget->isVisible())
+                return widget;
+        }
     }
     missing(text(name));
 }
@@ -154,6 +160,38 @@ void Person::chooseStep(const char* name)
     settle();
 }
 
+void Person::dragStep(const char* kind, const char* onto, const char* over,
+                      const std::function<void()>& look)
+{
+    auto* palette = find<QTreeWidget>("treeWidget");
+    QModelIndexList places{row(steps(), onto)};
+    if (over)
+        places.prepend(row(steps(), over));
+    drag(palette, row(palette, kind), steps(), places, look);
+}
+
+void Person::drag(QAbstractItemView* from, const QModelIndex& index, QAbstractItemView* to,
+                  const QModelIndexList& places, const std::function<void()>& look)
+{
+    // Offscreen every drag is given up at once: its events are played here.
+    if (!(index.flags() & Qt::ItemIsDragEnabled))
+        missing(index.data().toString() + text(", as something to drag"));
+    seen(from)->scrollTo(index);
+    const std::unique_ptr<QMimeData> data(from->model()->mimeData({index}));
+    const auto send = [to](auto event) { QCoreApplication::sendEvent(to->viewport(), &event); };
+    const auto actions = Qt::CopyAction | Qt::MoveAction;
+    QPoint at = to->visualRect(places.first()).center();
+    send(QDragEnterEvent(at, actions, data.get(), Qt::LeftButton, Qt::NoModifier));
+    for (const QModelIndex& place : places) {
+        at = to->visualRect(place).center();
+        send(QDragMoveEvent(at, actions, data.get(), Qt::LeftButton, Qt::NoModifier));
+        if (look)
+            look();
+    }
+    send(QDropEvent(at, actions, data.get(), Qt::LeftButton, Qt::NoModifier));
+    settle();
+}
+
 void Person::pressInSteps(Qt::Key key)
 {
     seen(steps())->setFocus();
@@ -182,6 +220,18 @@ void Person::type(const char* name, const char* value)
     widget->setFocus();
     QTest::keyClick(widget, Qt::Key_A, Qt::ControlModifier);
     enter(widget, text(value));
+}
+
+void Person::tick(const char* name)
+{
+    QTest::mouseClick(field<QAbstractButton>(name), Qt::LeftButton, {}, QPoint(8, 8));
+    settle();
+}
+
+void Person::showPage(const char* title)
+{
+    auto* pages = find<QListWidget>("listWidget");
+    click(pages, row(pages, title));
 }
 
 void Person::pickVariable(const char* button, const char* variable,

@@ -40,6 +40,15 @@ public:
 
     /// A double click on a step of the palette.
     void chooseStep(const char* name);
+    /// Drags a step of the palette onto the first row of that name in the tree of steps. On the way
+    /// it is held over another row, and a look taken: there, and where it is let go.
+    void dragStep(const char* kind, const char* onto, const char* over = nullptr,
+                  const std::function<void()>& look = {});
+    /// Drags a row of the steps onto another.
+    void moveStep(const char* name, const char* onto)
+    {
+        drag(steps(), row(steps(), name), steps(), {row(steps(), onto)}, {});
+    }
     /// A click on the first row of that name in the tree of steps.
     void clickStep(const char* name) { click(steps(), row(steps(), name)); }
     /// A key while the tree of steps has the keyboard.
@@ -47,13 +56,17 @@ public:
     /// A click on the check box of such a row.
     void toggleStep(const char* name);
 
-    /// Types over what a field of the shown panel holds.
+    /// Types over what a field of the shown panels holds.
     void type(const char* field, const char* text);
-    /// Chooses an entry of a combo box of the shown panel by its keys.
+    /// Chooses an entry of a combo box of the shown panels by its keys.
     void choose(const char* name, const char* entry)
     {
         chooseByKeys(field<QComboBox>(name), text(entry));
     }
+    /// A click on a check box of the shown panels.
+    void tick(const char* name);
+    /// A click on a page of the general settings.
+    void showPage(const char* title);
     /// Opens the picker by a button of the shown panel, double clicks a variable of it, looks, and
     /// accepts.
     void pickVariable(const char* button, const char* variable,
@@ -122,7 +135,7 @@ private:
     {
         return there(find<QWidget>(panel)->findChild<QTreeView*>(text(name)), name);
     }
-    /// A field of the panel that is shown: several panels have fields of one name.
+    /// A field of the panels that are shown: several panels have fields of one name.
     template <class Widget> Widget* field(const char* name) const;
     static QModelIndex row(const QAbstractItemView* view, const char* name);
     QModelIndex ofSequence(int row, int column) const
@@ -133,6 +146,9 @@ private:
     /// Chooses an entry of the run button's menu, and presses the button.
     void pressRun(int entry);
     static void click(QAbstractItemView* view, const QModelIndex& index);
+    /// Holds the button down from a row to the last of the rows @p places, with a look at each.
+    static void drag(QAbstractItemView* from, const QModelIndex& index, QAbstractItemView* to,
+                     const QModelIndexList& places, const std::function<void()>& look);
     static void doubleClick(QAbstractItemView* view, const QModelIndex& index);
     static void chooseByKeys(QComboBox* box, const QString& entry);
     /// The context menu at a place of a view, or of a row that was clicked, and an entry of it.

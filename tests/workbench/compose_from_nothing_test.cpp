@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QDockWidget>
 #include <QLabel>
 #include <QPainter>
 #include <QTableView>
@@ -68,10 +69,13 @@ private slots:
 
 private:
     void look(const char* station, QWidget* dialog = nullptr) const;
+    void look(const char* station, const char* dock) const;
+    void keep(const QPixmap& picture, const char* station) const;
     void composeSequences();
     void composeVariables();
     void composeMain();
     void composeSummary();
+    void setUpGeneral();
     /// Everything that the window shows of the document, sequence by sequence.
     QString shownDocument();
     /// Steps of the run that are not shown as done.
@@ -98,12 +102,21 @@ void ComposeFromNothingTest::init()
 
 void ComposeFromNothingTest::look(const char* station, QWidget* dialog) const
 {
-    const QString folder = qEnvironmentVariable("COMPOSE_PICTURES");
-    if (folder.isEmpty())
-        return;
-    QVERIFY(QDir().mkpath(folder));
-    QVERIFY(picture(*m_window, dialog)
-                .save(QDir(folder).filePath(QString::fromLatin1(station) + QLatin1String(".png"))));
+    if (qEnvironmentVariableIsSet("COMPOSE_PICTURES"))
+        keep(picture(*m_window, dialog), station);
+}
+
+void ComposeFromNothingTest::look(const char* station, const char* dock) const
+{
+    if (qEnvironmentVariableIsSet("COMPOSE_PICTURES"))
+        keep(m_window->findChild<QDockWidget*>(text(dock))->grab(), station);
+}
+
+void ComposeFromNothingTest::keep(const QPixmap& picture, const char* station) const
+{
+    const QDir folder(qEnvironmentVariable("COMPOSE_PICTURES"));
+    QVERIFY(QDir().mkpath(folder.path()));
+    QVERIFY(picture.save(folder.filePath(text(station) + text(".png"))));
 }
 
 void ComposeFromNothingTest::composeSequences()
@@ -138,19 +151,19 @@ void ComposeFromNothingTest::composeMain()
                         [this](QWidget* picker) { look("4_picker", picker); });
     person.type("editRightValue", "7");
 
-    person.clickStep("主流程");
-    person.chooseStep("for");
+    person.dragStep("for", "主流程");
     person.type("timesSpin", "5");
     person.type("valueLineEdit", "k");
-    person.chooseStep("if");
+    person.dragStep("if", "for");
     person.type("editLeftValue", "k");
     person.choose("conditionComboBox", "==");
     person.type("editRightValue", "3");
     person.chooseStep("表达式");
     person.type("editLeftValue", "total");
     person.type("editRightValue", "total + 100");
-    person.clickStep("if");
-    person.chooseStep("else");
+    int looks = 0;
+    person.dragStep("else", "if", "主流程",
+                    [&] { look(++looks == 1 ? "5_drag_refused" : "5_drag"); });
     person.chooseStep("表达式");
     person.type("editLeftValue", "total");
     person.type("editRightValue", "total + 1");
@@ -172,12 +185,39 @@ void ComposeFromNothingTest::composeSummary()
     m_person->showTab("序列");
     m_person->clickSequence(1);
     m_person->clickStep("主流程");
+    m_person->chooseStep("语句");
+    m_person->type("textEdit", "log_info(\"limit %d\", limit);");
+    setUpGeneral();
     m_person->chooseStep("表达式");
     m_person->type("editLeftValue", "limit");
     m_person->type("editRightValue", "limit * 2");
-    m_person->chooseStep("语句");
-    m_person->type("textEdit", "log_info(\"limit %d\", limit);");
+    m_person->moveStep("汇总", "主流程"); // which makes it the last one
     m_person->clickSequence(0);
+}
+
+/// Of the step that is shown, page by page.
+void ComposeFromNothingTest::setUpGeneral()
+{
+    Person& person = *m_person;
+    person.type("nameLineEdit", "汇总");
+    person.tick("tagCheckBox");
+    person.type("editTag", "sum_up");
+    look("general_1", "settingDock");
+    person.showPage("单步循环");
+    person.choose("loopTypeComboBox", "固定次数循环");
+    person.type("timesSpin", "2");
+    look("general_2", "settingDock");
+    person.showPage("前/后执行语句");
+    person.type("preExpressionTextEdit", "limit = limit + 1;");
+    person.type("postExpressionTextEdit", "log_info(\"done\");");
+    look("general_3", "settingDock");
+    person.showPage("执行前条件");
+    person.type("preconditionTextEdit", "limit > 0");
+    look("general_4", "settingDock");
+    person.showPage("执行后跳转");
+    person.type("conditionCodeTextEdit", "limit > 1000");
+    person.choose("conditionFalseActionComboBox", "终止序列");
+    look("general_5", "settingDock");
 }
 
 QString ComposeFromNothingTest::shownDocument()
@@ -276,7 +316,8 @@ void ComposeFromNothingTest::composeFromNothing()
     m_person->clickSequence(1);
     m_person->pressRunCurrent();
     said = outputOfIt();
-    QVERIFY2(said.contains(text("limit 400")), qPrintable(said.join(u'\n')));
+    QVERIFY2(said.count(text("limit 401")) == 2 && said.contains(text("done")),
+             qPrintable(said.join(u'\n')));
     QCOMPARE(notGreen(), QStringList());
     QCOMPARE(m_asked.size(), 1); // the applet's name
 }
