@@ -173,6 +173,10 @@ void CodegenRunTest::jumps()
           {ending(statement("s", ""), "true", 1, "last"), statement("never", ""),
            statement("last", "")},
           "s:0 s:100 last:0 last:100");
+    auto flows =
+        sequence("main", {ending(statement("s", ""), "true", 1, "last"), statement("never", "")});
+    flows.flows[2] = {statement("skipped", ""), statement("last", "")};
+    check("after a step to one of another flow", applet({flows}), "s:0 s:100 last:0 last:100");
     check("a pause is not open yet",
           {ending(statement("s", ""), "true", 5), statement("after", "")},
           "s:0 s:100 after:0 after:100");

@@ -40,6 +40,7 @@ private slots:
     void problemsOfSteps();
     void problemsOfApplets();
     void problemsAreBounded();
+    void warnings();
     void apiCalls();
     void linesLeadToSteps();
     void changesStayInTheirUnit();
@@ -124,6 +125,21 @@ step_5:
     QCOMPARE(names.join(u' '),
              text("a_capplet.cpp a_capplet.h sequence_main.cpp sequence_sub.cpp"));
     QCOMPARE(code.stepCount, std::size_t(6));
+}
+
+void CodegenTest::warnings()
+{
+    const auto pause = [](int IProcessBlock::*action) {
+        return with(statement("s", ""), [action](IProcessBlock& block) { block.*action = 5; });
+    };
+    for (const auto action : {&IProcessBlock::trueAction, &IProcessBlock::falseAction}) {
+        const auto code = codegen::generate(applet({sequence("main", {pause(action)})}));
+        QVERIFY(code.problems.empty());
+        QCOMPARE(code.warnings.size(), std::size_t(1));
+        const codegen::Problem& warning = code.warnings.front();
+        QCOMPARE(standalone::warningLine(warning.place, QString::fromStdString(warning.words)),
+                 text("警告: 序列“main”, 步骤“s”: “暂停”暂未开放, 按“跳转到下一步”执行 [main/s]"));
+    }
 }
 
 void CodegenTest::onlyReachableSequences()
