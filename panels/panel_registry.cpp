@@ -1,5 +1,6 @@
 #include "panels/panel_registry.h"
 
+#include "panels/wgtApi.h"
 #include "panels/wgtCustomCode.h"
 #include "panels/wgtDoWhile.h"
 #include "panels/wgtElseIf.h"
@@ -23,6 +24,7 @@ QVector<IBlockControl*> makeBlockPanels()
 {
     return {
         make<wgtElseIf>(QStringLiteral("elseif_page")),
+        make<wgtApi>(QStringLiteral("api_wgt")),
         make<wgtExpression>(QStringLiteral("expression")),
         make<wgtFor>(QStringLiteral("for_page")),
         make<wgtWhile>(QStringLiteral("while_page")),

@@ -18,11 +18,27 @@ std::optional<QString> value_picker::pick(const QWidget* owner, const Request& r
                    request.systemVariables, true);
     dialog.setLoopVariables(
         loop_variables::around(request.appName, request.sequenceId, request.stepId));
-    dialog.setData(QString(), request.text, false);
+    dialog.setData(request.type, request.text, false);
     dialog.setCursorPosition(request.cursor);
     if (dialog.exec() != BaseMDIWidget::Accepted || !alive)
         return std::nullopt;
     return dialog.getData();
+}
+
+std::optional<value_picker::PickedFunction> value_picker::pickFunction(const QWidget* owner,
+                                                                       const QString& appName,
+                                                                       const QString& sequenceId,
+                                                                       const QString& call)
+{
+    const QPointer<const QWidget> alive(owner);
+    wgtEntryValue dialog(nullptr);
+    dialog.setCAppletName(appName);
+    dialog.setSequenceId(sequenceId);
+    dialog.setType(EntryFunctions, true, true);
+    dialog.setData(QString(), call, false);
+    if (dialog.exec() != BaseMDIWidget::Accepted || !alive)
+        return std::nullopt;
+    return PickedFunction{dialog.getData(), dialog.getCurrentFu(), dialog.isUserFunction()};
 }
 
 void value_picker::replaceText(QLineEdit* edit, const QString& text)

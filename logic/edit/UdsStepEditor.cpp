@@ -127,9 +127,7 @@ void UdsStepEditor::setEcus(const QList<QPersistentModelIndex>& rows)
     if (blocks.empty())
         return;
     if (!requestEcus(uuids)) {
-        sdk_ui_interface::log::log_error(
-            QStringLiteral("[流程编辑] 诊断服务不可用, 未设置ecu: %1").arg(m_appName));
-        emit refused(tr("诊断服务不可用"));
+        refuse(tr("诊断服务不可用"));
         return;
     }
     const DocumentEdits::Act act;
@@ -142,8 +140,14 @@ bool UdsStepEditor::open(const QString& id, int stepType, UDSProcessInfo& info)
 {
     if (m_dialog)
         return m_dialog(m_appName, id, stepType, info);
-    emit refused(tr("没有可用的诊断编辑器"));
+    refuse(tr("没有可用的诊断编辑器"));
     return false;
+}
+
+void UdsStepEditor::refuse(const QString& reason)
+{
+    log::log_error(QStringLiteral("[流程编辑] %1: %2").arg(m_appName, reason));
+    emit refused(reason);
 }
 
 void UdsStepEditor::tellAdded(const QStandardItem* row)

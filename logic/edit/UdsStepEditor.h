@@ -62,6 +62,7 @@ signals:
 
 private:
     void write(const std::shared_ptr<UdsProcessBlock>& block, const Setup& setup);
+    void refuse(const QString& reason);
     bool open(const QString& id, int stepType, UDSProcessInfo& info);
     QString sequenceId() const; ///< in the tree; empty without one
 

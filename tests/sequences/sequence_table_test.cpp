@@ -6,7 +6,6 @@
 #include "model/dialogs/user_dialogs.h"
 #include "model/services/process_edit.h"
 #include "model/services/processedit.h"
-#include "sequences/ProcessEditTableWidget.h"
 #include "sequences/SequenceTable.h"
 #include "sequences/sameNameScanDelegate.h"
 #include "sequences/wgtSequenceTable.h"
@@ -455,18 +454,6 @@ void SequenceTableTest::sizes()
     f.table->setRowHeight(0, 90);
     requestLayout(f.table);
     QCOMPARE(f.table->rowHeight(0), height); // as it stood before it was fitted
-
-    ProcessEditTableWidget plain;
-    plain.setColumnCount(1);
-    plain.setRowCount(1);
-    QVERIFY(plain.rowHeight(0) >= 40);
-    plain.setRowHeight(0, 10);
-    QVERIFY(plain.rowHeight(0) >= 40);
-    QFont large = plain.font();
-    large.setPixelSize(40);
-    plain.setFont(large);
-    requestLayout(&plain);
-    QVERIFY(plain.rowHeight(0) >= 80);
 }
 
 PE_WIDGET_TEST("sequence_table", SequenceTableTest)

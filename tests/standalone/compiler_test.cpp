@@ -43,6 +43,7 @@ private slots:
     void onlyWhatChangedIsCompiled();
     void manySequencesShareCompilers();
     void problemsFailWithoutACompiler();
+    void warningsFailNothing();
     void missingCompiler();
     void hangingCompilerIsKilled();
     void skip();
@@ -247,6 +248,15 @@ void CompilerTest::problemsFailWithoutACompiler()
         m_project->compile(applet({sequence("main", {plain(step_type::Break, "b")})}));
     QCOMPARE(answer.result, CompileFailed);
     QCOMPARE(answer.message, text("出错步骤: 序列“main”, 步骤“b”: break 不在循环之内 [main/b]\n"));
+}
+
+void CompilerTest::warningsFailNothing()
+{
+    const auto pause = with(statement("s", ""), [](IProcessBlock& block) { block.trueAction = 5; });
+    const auto answer = m_project->compile(applet({sequence("main", {pause})}));
+    QCOMPARE(answer.result, CompileSucceeded);
+    QVERIFY2(answer.message.startsWith(text("警告: 序列“main”, 步骤“s”: ")),
+             qPrintable(answer.message));
 }
 
 void CompilerTest::missingCompiler()

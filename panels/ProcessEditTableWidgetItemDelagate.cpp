@@ -1,4 +1,4 @@
-#include "sequences/ProcessEditTableWidgetItemDelagate.h"
+#include "panels/ProcessEditTableWidgetItemDelagate.h"
 
 ProcessEditTableWidgetItemDelagate::ProcessEditTableWidgetItemDelagate(QObject* parent)
     : QItemDelegate(parent)

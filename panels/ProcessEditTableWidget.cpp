@@ -1,6 +1,6 @@
-#include "sequences/ProcessEditTableWidget.h"
+#include "panels/ProcessEditTableWidget.h"
 
-#include "sequences/ProcessEditTableWidgetItemDelagate.h"
+#include "panels/ProcessEditTableWidgetItemDelagate.h"
 
 #include <QEvent>
 #include <QHeaderView>
