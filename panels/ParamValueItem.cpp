@@ -6,8 +6,10 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QSignalBlocker>
+#include <QTextDocument>
 #include <QToolButton>
 
 ParamValueItem::ParamValueItem(const QString& type, const QString& appName,
@@ -62,6 +64,14 @@ bool ParamValueItem::eventFilter(QObject* watched, QEvent* event)
     // Whatever stands in the field, it doesn't hold the focus back.
     if (watched == m_edit && event->type() == QEvent::FocusOut)
         m_edit->setValidator(nullptr);
+    if (watched == m_edit && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Tab || key == Qt::Key_Backtab) {
+            setEditing(false);
+            emit sigTab(key == Qt::Key_Tab);
+            return true;
+        }
+    }
     return QWidget::eventFilter(watched, event);
 }
 
@@ -74,7 +84,13 @@ void ParamValueItem::resizeEvent(QResizeEvent* event)
 void ParamValueItem::showValue()
 {
     layout()->activate(); // for the width that the label will have
+    m_label->setToolTip(Qt::convertFromPlainText(m_value)); // which wraps
     m_label->setText(m_label->fontMetrics().elidedText(m_value, Qt::ElideRight, m_label->width()));
+}
+
+void ParamValueItem::clear()
+{
+    take(api_values::isText(m_type) ? api_values::quoted(QString()) : QString());
 }
 
 void ParamValueItem::pick()

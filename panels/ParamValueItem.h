@@ -24,12 +24,16 @@ public:
     /// Turns to the field that is typed into, or back, which takes what was typed.
     void setEditing(bool on);
     bool isEditing() const { return m_editing; }
+    /// Takes the value away; of a text, what stands between the quotes.
+    void clear();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 signals:
     /// The value was typed or picked.
     void sigEditFinish();
+    /// The tab key was pressed while typing: to the value behind, or to the one before.
+    void sigTab(bool isForward);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

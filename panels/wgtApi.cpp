@@ -9,7 +9,9 @@
 #include "ui_wgtApi.h"
 
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QSignalBlocker>
+#include <QTextDocument>
 
 namespace {
 
@@ -19,7 +21,7 @@ QTableWidgetItem* newFixedItem(const QString& text)
 {
     auto* item = new QTableWidgetItem(text);
     item->setFlags(item->flags() & ~Qt::ItemIsEditable);
-    item->setToolTip(text);
+    item->setToolTip(Qt::convertFromPlainText(text)); // which wraps
     return item;
 }
 
@@ -34,6 +36,7 @@ wgtApi::wgtApi(QWidget* parent) : IBlockControl(parent), ui(std::make_unique<Ui:
     connect(ui->btnReturn, &QAbstractButton::clicked, this, &wgtApi::onBtnReturnClicked);
     connect(ui->returnValue, &QLineEdit::textEdited, this, &wgtApi::saveBlock);
     connect(ui->tableWidget, &QTableWidget::cellDoubleClicked, this, &wgtApi::onCellDoubleClicked);
+    ui->tableWidget->installEventFilter(this);
 }
 
 wgtApi::~wgtApi() = default;
@@ -146,6 +149,37 @@ void wgtApi::onCellDoubleClicked(int row, int column)
         value->setEditing(true);
 }
 
+/// The keys of the table: Delete takes the current row's value away, F2 edits it.
+bool wgtApi::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != ui->tableWidget || event->type() != QEvent::KeyPress)
+        return IBlockControl::eventFilter(watched, event);
+    ParamValueItem* value = valueAt(ui->tableWidget->currentRow());
+    if (!value)
+        return false;
+    switch (static_cast<QKeyEvent*>(event)->key()) {
+    case Qt::Key_Delete:
+        value->clear();
+        return true;
+    case Qt::Key_F2:
+        value->setEditing(true);
+        return true;
+    default:
+        return false;
+    }
+}
+
+void wgtApi::goOnFrom(int row, bool isForward)
+{
+    const int next = row + (isForward ? 1 : -1);
+    if (ParamValueItem* value = valueAt(next)) {
+        ui->tableWidget->setCurrentCell(next, ValueColumn);
+        value->setEditing(true);
+    } else {
+        ui->tableWidget->setFocus();
+    }
+}
+
 ParamValueItem* wgtApi::valueAt(int row) const
 {
     return qobject_cast<ParamValueItem*>(ui->tableWidget->cellWidget(row, ValueColumn));
@@ -160,6 +194,8 @@ ParamValueItem* wgtApi::addRow(const QString& type, const QString& description)
     auto* value = new ParamValueItem(type, m_cappletName, m_sequenceId);
     ui->tableWidget->setCellWidget(row, ValueColumn, value);
     connect(value, &ParamValueItem::sigEditFinish, this, &wgtApi::saveBlock);
+    connect(value, &ParamValueItem::sigTab, this,
+            [this, row](bool isForward) { goOnFrom(row, isForward); });
     return value;
 }
 

@@ -26,6 +26,7 @@ public:
     void loadBlock(std::shared_ptr<IProcessBlock> block) override;
     void saveBlock() override;
     bool isTimerActive() const override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private slots:
     void onBtnReturnClicked();
@@ -35,6 +36,7 @@ private slots:
     void onCellDoubleClicked(int row, int column);
 
 private:
+    void goOnFrom(int row, bool isForward);
     ParamValueItem* valueAt(int row) const;
     ParamValueItem* addRow(const QString& type, const QString& description);
 

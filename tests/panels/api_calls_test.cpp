@@ -104,6 +104,7 @@ private slots:
     void rowsHaveRoomForWidgets();
     void showsAndWrites();
     void whatIsBeingTypedIsWritten();
+    void keys();
     void pickedFunction();
     void functionsWithoutAResult();
 };
@@ -225,6 +226,26 @@ void ApiCallsTest::whatIsBeingTypedIsWritten()
     call.takeTold();
     call.control.flushPending();
     QCOMPARE(call.takeTold(), QStringList());
+}
+
+void ApiCallsTest::keys()
+{
+    Call call;
+    call.typeInto(0, "7");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QVERIFY(!call.value(0)->isEditing());
+    QVERIFY(call.value(1)->isEditing());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+    QVERIFY(call.value(0)->isEditing());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+    QVERIFY(call.table()->hasFocus());
+    for (int row = 0; row < 2; ++row) {
+        call.table()->setCurrentCell(row, 1);
+        QTest::keyClick(call.table(), Qt::Key_Delete);
+    }
+    QCOMPARE(printed(call.block->parameters()), text("s32= string=\"\""));
+    QTest::keyClick(call.table(), Qt::Key_F2);
+    QVERIFY(call.value(1)->isEditing());
 }
 
 void ApiCallsTest::pickedFunction()
