@@ -359,7 +359,8 @@ void wgtGeneralSetting::saveGeneral()
         m_block->postStatements = ui->postExpressionTextEdit->toPlainText().toStdString();
         m_block->preCondition = ui->preconditionTextEdit->toPlainText().toStdString();
         m_block->postConditionCode = ui->conditionCodeTextEdit->toPlainText().toStdString();
-        m_block->loopType = ui->loopTypeComboBox->currentIndex();
+        if (ui->loopTypeComboBox->currentIndex() >= 0) // a later version's stays
+            m_block->loopType = ui->loopTypeComboBox->currentIndex();
         m_block->loopResultInReport = loop.resultInReport;
         m_block->loopCount = loop.count;
         m_block->loopVariable = loop.variable.toStdString();

@@ -296,6 +296,12 @@ void GeneralSettingsTest::loops()
     general.panel.loadGeneral(general.block);
     QCOMPARE(general.find<QSpinBox>("timesSpin")->value(), 7);
     QCOMPARE(general.find<QLineEdit>("timesLineEdit_add")->text(), text("c"));
+
+    block.loopType = 7; // of a later version
+    general.panel.loadGeneral(general.block);
+    general.type("textEdit", text("x"));
+    general.panel.flushPending();
+    QCOMPARE(block.loopType, 7);
 }
 
 void GeneralSettingsTest::targets()
