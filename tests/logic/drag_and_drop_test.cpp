@@ -66,6 +66,7 @@ public:
         QCoreApplication::sendEvent(tree->viewport(), &enter);
         QDragMoveEvent move(place, actions, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(tree->viewport(), &move);
+        action = move.dropAction();
         return enter.isAccepted() && move.isAccepted();
     }
     void letGo(const QMimeData& data, const QPoint& place)
@@ -80,6 +81,7 @@ public:
     QString shownReason() const { return reason()->isVisible() ? reason()->text() : QString(); }
 
     Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction;
+    Qt::DropAction action = Qt::IgnoreAction; ///< of the last hover
 };
 
 } // namespace
@@ -187,7 +189,15 @@ void DragAndDropTest::rowsOfOthersAreRefused()
 
 void DragAndDropTest::paletteOverTheTree()
 {
-    Drops editor("for endfor a");
+    Drops editor("for endfor a if else endif");
+    const QRect ofIf = editor.tree->visualRect(editor.cell("if"));
+    const Data other = step_mime::ofKind(QString(), BasicStep, step_type::Else, QString());
+    editor.hover(*other, editor.placeOf(editor.id("a")));
+    QCOMPARE(editor.action, Qt::MoveAction);
+    QVERIFY(!editor.hover(*other, QPoint(ofIf.center().x(), ofIf.bottom()))); // before else
+    QCOMPARE(editor.shownReason(), text("else只能放在endif之前，else if不能放在else之后"));
+    QVERIFY(!editor.hover(*other, QPoint(ofIf.center().x(), ofIf.top()))); // before if
+    QCOMPARE(editor.shownReason(), text("else和else if只能接在if或else if之后"));
     editor.actions = Qt::CopyAction; // as the palette allows
     const QString loop = editor.id("for");
     const QString delay = editor.id("a");
@@ -209,7 +219,7 @@ void DragAndDropTest::paletteOverTheTree()
     editor.modified.clear();
     editor.hover(*exit, editor.placeOf(loop));
     editor.letGo(*exit, editor.placeOf(loop));
-    QCOMPARE(editor.steps(), text(" | for[break] endfor a | "));
+    QCOMPARE(editor.steps(), text(" | for[break] endfor a if else endif | "));
     QCOMPARE(editor.modified.count(), 1);
     QVERIFY(editor.isInSight(editor.tree->currentIndex()));
     QCOMPARE(editor.tree->currentIndex().data().toString(), text("break"));

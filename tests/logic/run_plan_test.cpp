@@ -82,6 +82,7 @@ void RunPlanTest::calledTemplates()
     QCOMPARE(titles(main).size(), 3);
     QCOMPARE(titles(main).last(), innerTitle);
     RunTarget target;
+    QVERIFY(!run_plan::findTarget(m_applet.appName, innerId, main, target));
     QVERIFY(run_plan::findTarget(m_applet.appName, innerId, inner, target));
     QCOMPARE(target.title, innerTitle);
     QCOMPARE(target.flows[MainFlow].size(), std::size_t(1));

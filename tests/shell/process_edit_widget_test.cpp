@@ -26,6 +26,7 @@ class ProcessEditWidgetTest : public EditorFixture
 private slots:
     void sequenceThatIsShownFirst();
     void whatIsTypedIsSaved();
+    void compileResultsOfOthers();
     void panelsFollowTheClickedStep();
     void runTabKeepsTheUsersSizes();
     void widthsGoToTheSettings();
@@ -97,6 +98,23 @@ void ProcessEditWidgetTest::whatIsTypedIsSaved()
     press(ProcessEditToolBar::Save);
     QVERIFY(saved().contains("typed"));
     QCOMPARE(modified.count(), 3);
+}
+
+/// One of another applet is nobody's here; one of this applet that another part of the host has
+/// started ends what the tool bar shows.
+void ProcessEditWidgetTest::compileResultsOfOthers()
+{
+    CAppCompileResult result;
+    const auto ends = [&](const QString& appName) {
+        m_record->take();
+        result.appName = appName;
+        result.result = CompileFailed;
+        emit LogicMaster::instance()->NotifyCompileResultSig(result, QString());
+        QCoreApplication::processEvents();
+        return m_record->has("runFinish");
+    };
+    QVERIFY(!ends(text("somebody")));
+    QVERIFY(ends(m_name));
 }
 
 void ProcessEditWidgetTest::panelsFollowTheClickedStep()

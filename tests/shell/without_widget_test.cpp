@@ -1,5 +1,6 @@
 #include "shell/ProcessEditWidget.h"
 
+#include "edits/DocumentChange.h"
 #include "model/process_blocks.h"
 #include "model/services/capplet.h"
 #include "model/services/process_edit.h"
@@ -39,6 +40,7 @@ private slots:
     void clearedConversionThreadsAreGone();
     void compiles();
     void namesThatStepsUse();
+    void usesOfAddedSteps();
     void changedSystemVariable();
     void changedTypeReachesDiagnosticSteps();
 
@@ -220,6 +222,25 @@ void WithoutWidgetTest::namesThatStepsUse()
     receive.messageVariable = "frame";
     QCOMPARE(namesIn(std::move(receive)), text("before frame sys_id"));
     QCOMPARE(namesIn(DelayProcessBlock()), text("before"));
+}
+
+/// A step comes with all that lies under it, as a quick step does.
+void WithoutWidgetTest::usesOfAddedSteps()
+{
+    const QString id = makeSequence();
+    const auto loop =
+        applet_fixture::addStep<ForProcessBlock>(m_name, id, text("1"), step_type::For, "循环");
+    const QString loopId = QString::fromStdString(loop->uuid);
+    const auto inner = applet_fixture::addStep<StatementProcessBlock>(m_name, id, loopId,
+                                                                      step_type::Statement, "语句");
+    inner->setCustomCode("speed = 1;");
+    DocumentChange change;
+    change.appName = m_name;
+    change.items.push_back(
+        {DocumentChange::Part::Step, DocumentChange::Kind::Added, id, loopId, nullptr, nullptr});
+    variable_use::recordChange(change);
+    const auto uses = LogicMaster::instance()->variableUse(m_name).value(id);
+    QVERIFY(uses.value(QString::fromStdString(inner->uuid)).contains(text("speed")));
 }
 
 void WithoutWidgetTest::changedSystemVariable()

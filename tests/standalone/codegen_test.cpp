@@ -50,7 +50,7 @@ private slots:
 /// As its reader finds it; what stands around it shows in every run.
 void CodegenTest::textOfASequence()
 {
-    const auto source = applet(
+    auto source = applet(
         {sequence("main",
                   {fixedFor("f", "i", 0, 2, 1, {call("c", "sub")}), plain(step_type::EndFor, "ef"),
                    condition<IfProcessBlock>("if", "a + 1", ">", "", {jump("go", "s")}),
@@ -58,6 +58,7 @@ void CodegenTest::textOfASequence()
                   {variable("n", "u8*", "1,2", 3)}),
          sequence("sub", {})},
         {variable("a", "s32", "5")});
+    source.applet.variables.front().description = "电压";
     const QStringList expected = lines(R"(// 由流程编辑器生成, 手工修改会在下次编译时丢失。
 // 序列: main  main
 #include "a_capplet.h"
@@ -121,6 +122,10 @@ step_5:
         names << QString::fromStdString(file.name);
         if (file.name == "sequence_main.cpp")
             QCOMPARE(lines(file.text.c_str()), expected);
+        if (file.name == "a_capplet.h")
+            QVERIFY(file.text.find("\n#pragma once\n") != std::string::npos);
+        if (file.name == "a_capplet.cpp")
+            QVERIFY(file.text.find("// 电压\n") != std::string::npos);
     }
     QCOMPARE(names.join(u' '),
              text("a_capplet.cpp a_capplet.h sequence_main.cpp sequence_sub.cpp"));
