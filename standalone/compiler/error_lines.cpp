@@ -87,8 +87,8 @@ QString errorLine(const codegen::CodePlace& place, const QString& words)
 QString warningLine(const codegen::CodePlace& place, const QString& words)
 {
     const QString text = placeWords("警告: 序列“%1”, 步骤“%2”: ");
-    return withReference(
-        place, text.arg(shown(place.owner.sequence), shown(place.owner.step)) + words);
+    return withReference(place,
+                         text.arg(shown(place.owner.sequence), shown(place.owner.step)) + words);
 }
 
 QStringList errorLines(const QByteArray& compilerOutput, const codegen::GeneratedCode& code)
