@@ -298,7 +298,7 @@ void ChangesInvertTest::changes_invert()
     }
     QCOMPARE(kinds.size(),
              5 + 3 + 3 + 2 + 3); // of steps, sequences, variables, quick steps, templates
-    QVERIFY(*std::min_element(kinds.begin(), kinds.end()) >= 20);
+    QVERIFY(*std::min_element(kinds.begin(), kinds.end()) >= 10);
 
     for (auto change = changes.crbegin(); change != changes.crend(); ++change)
         QVERIFY(edits.undo(*change));

@@ -8,7 +8,7 @@
 #include "tests/support/test_program.h"
 #include "tests/support/told_context.h"
 
-#include <QPlainTextEdit>
+#include <QLineEdit>
 #include <QTabWidget>
 #include <QTextCodec>
 #include <QTreeView>
@@ -25,7 +25,6 @@ private slots:
     void cleanup();
     void runThenSkip();
     void compileThenSkip();
-    void whatIsTypedIsRun();
     void failedCompile();
     void refusals();
     void refusedRun();
@@ -117,6 +116,7 @@ void WorkflowTest::runThenSkip()
                                     "output 1 flow 运行结束|<rule> [idle]\n"
                                     "runFinish [idle]\n"));
     QVERIFY(QFile::exists(folder() + text("quickStep.json")));
+    QVERIFY(m_editor->getProgressHandle() < 0); // no run is shown any more
     QCOMPARE(find<QTreeView>(find<LogicView>("center_wgt"), "runTreeView")->columnWidth(1), 172);
     // The run tab is shown already.
     press(ProcessEditToolBar::RunMain);
@@ -152,15 +152,6 @@ void WorkflowTest::compileThenSkip()
     QCOMPARE(heard.mid(heard.size() - 2),
              lines("output 1 <time>Sequence_0编译成功|<rule> [idle]\nfinished 1"));
     QVERIFY(heardAfter(ProcessEditToolBar::RunMain).contains(text("output 1 C [started]")));
-}
-
-void WorkflowTest::whatIsTypedIsRun()
-{
-    click(m_step);
-    auto* code = find<QPlainTextEdit>(m_editor->getControlWgt(), "textEdit");
-    code->setPlainText(text("log_info(\"typed\");"));
-    const QStringList heard = heardAfter(ProcessEditToolBar::RunCurrent);
-    QVERIFY2(heard.contains(text("output 1 typed [running]")), qPrintable(heard.join(u'\n')));
 }
 
 void WorkflowTest::failedCompile()
@@ -223,7 +214,9 @@ void WorkflowTest::refusedRun()
         QCOMPARE(m_record->toolBar(), text("started"));
         QVERIFY(m_dialogs.isEmpty());
         standalone::setRunnerPath(QString());
-        QVERIFY(heardAfter(function).contains(text("runFinish [idle]")));
+        press(function);
+        QVERIFY(m_editor->getProgressHandle() >= 0);
+        QVERIFY(untilFinished().contains(text("runFinish [idle]")));
     }
 }
 
@@ -293,7 +286,7 @@ void WorkflowTest::resultsOfOthers()
     m_editor->onNotifyCompileResult(result, QString());
     m_editor->onNotifyRunResult(text("somebody"), true, text("x"));
     QCOMPARE(m_record->take(), lines("compileFinish 1 [idle]"));
-    // Its own applet's, which another part of the host has compiled.
+    // Its own applet's, which another part of the host has compiled and run.
     result.appName = m_name;
     result.result = CompileFailed;
     m_editor->onNotifyCompileResult(result, QString());
@@ -301,20 +294,25 @@ void WorkflowTest::resultsOfOthers()
                                      "runFinish [idle]\n"
                                      "output 0 <rule> [idle]\n"
                                      "finished 0\n"));
+    m_editor->onNotifyRunResult(m_name, true, text("x"));
+    QCOMPARE(m_record->take(), lines("output 1 x [idle]\nrunFinish [idle]"));
 }
 
 void WorkflowTest::checkCallbackStopsTheBuild()
 {
+    click(m_step);
+    find<QLineEdit>(m_editor->getSettingWgt(), "nameLineEdit")->setText(text("typed"));
     QStringList asked;
     m_editor->setCompileCheckCallback(
         [&](const QString& sequence, const QString& app, const QString& path, bool forVci) {
             m_record->lines << text("check");
             asked << sequence << app << path << QString::number(forVci);
+            asked << QString::fromStdString(m_step->name); // what is typed is in the document
             return QList<int>{1};
         });
-    press(ProcessEditToolBar::RunMain);
+    press(ProcessEditToolBar::RunCurrent);
     QCOMPARE(m_record->take(), lines("prepare\ncheck\nfinished 0\n"));
-    QCOMPARE(asked, QStringList({m_main, m_name, folder(), text("0")}));
+    QCOMPARE(asked, QStringList({m_main, m_name, folder(), text("0"), text("typed")}));
     QVERIFY(m_dialogs.isEmpty());
 }
 
