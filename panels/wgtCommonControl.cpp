@@ -51,6 +51,11 @@ wgtCommonControl::wgtCommonControl(const QVector<IBlockControl*>& panels, QWidge
     showNothingSelected();
 }
 
+wgtCommonControl::~wgtCommonControl()
+{
+    hide(); // what has the focus is written when it goes, which must be while this is whole
+}
+
 void wgtCommonControl::setCAppletName(const QString& appName)
 {
     m_cappletName = appName;

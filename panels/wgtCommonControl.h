@@ -21,6 +21,7 @@ public:
     explicit wgtCommonControl(QWidget* parent = nullptr);
     /// With panels of the caller's choice, which go over to the stack.
     explicit wgtCommonControl(const QVector<IBlockControl*>& panels, QWidget* parent = nullptr);
+    ~wgtCommonControl() override;
 
     void setCAppletName(const QString& appName);
     /// Flushes, as what waits belongs to the sequence before.
