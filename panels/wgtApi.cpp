@@ -3,6 +3,7 @@
 #include "model/DrelFunction.h"
 #include "model/blocks/ApiProcessBlock.h"
 #include "model/services/process_edit.h"
+#include "panels/DelayedWrite.h"
 #include "panels/ParamValueItem.h"
 #include "panels/api_values.h"
 #include "panels/value_picker.h"

@@ -8,6 +8,7 @@
 #include <QPersistentModelIndex>
 
 #include <limits>
+#include <memory>
 #include <optional>
 
 class QStandardItem;

@@ -126,7 +126,7 @@ bool CustonStandModel::dropMimeData(const QMimeData* data, Qt::DropAction, int r
     if (!step || check(*step, drop) != Refusal::None)
         return false;
     if (drop.dragged) {
-        moveRows(drop);
+        moveDragged(drop);
         return true;
     }
     return addDropped(*step, drop);
@@ -145,7 +145,7 @@ bool CustonStandModel::addDropped(const step_mime::Step& step, const step_drops:
     return isInsert;
 }
 
-void CustonStandModel::moveRows(const step_drops::Drop& drop)
+void CustonStandModel::moveDragged(const step_drops::Drop& drop)
 {
     QStandardItem* source = drop.dragged->parent();
     const structure_rules::Rows rows = step_drops::rowsMoved(drop.dragged);

@@ -65,7 +65,7 @@ private:
     structure_rules::Refusal check(const step_mime::Step& step, step_drops::Drop& drop) const;
     step_drops::Drop dropAt(int row, const QModelIndex& parent) const;
     bool addDropped(const step_mime::Step& step, const step_drops::Drop& drop);
-    void moveRows(const step_drops::Drop& drop);
+    void moveDragged(const step_drops::Drop& drop);
 
     QString m_appName;
     QString m_sequenceId;

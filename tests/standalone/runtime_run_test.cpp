@@ -8,6 +8,7 @@
 #include "tests/support/test_program.h"
 #include "tests/support/text.h"
 
+#include "model/services/applet_runtime.h"
 #include "model/services/capplet.h"
 #include "model/services/processedit.h"
 #include "standalone/compiler/compiler_command.h"
